@@ -1,0 +1,23 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+
+namespace corvane::platform {
+
+/// A scheduled call. Dropping it, or `invalidate`, ends it; both may be done from inside the call.
+class Timer {
+public:
+    virtual ~Timer() = default;
+    virtual void invalidate() = 0;
+};
+
+/// The main thread's event loop.
+class RunLoop {
+public:
+    virtual ~RunLoop() = default;
+    /// Calls `action` every `seconds` from the main loop until the timer is invalidated or dropped.
+    [[nodiscard]] virtual std::unique_ptr<Timer> scheduleRepeatingTimer(double seconds, std::function<void()> action) = 0;
+};
+
+} // namespace corvane::platform
