@@ -1,0 +1,59 @@
+#include "plugins/Plugin.h"
+
+#include <cstddef>
+#include <exception>
+
+namespace corvane::plugins {
+
+bool Plugin::accepts(const CorvanePlugin* table, std::string* reason) {
+    const auto refused = [reason](std::string why) {
+        if (reason != nullptr) *reason = std::move(why);
+        return false;
+    };
+    if (table == nullptr) return refused("it hands over no function table");
+    // Size and version stand first in every version of the table, so they can be read before it is trusted.
+    if (table->version != CORVANE_PLUGIN_VERSION)
+        return refused("it was built for plug-in version " + std::to_string(table->version) + ", this program takes " +
+                       std::to_string(CORVANE_PLUGIN_VERSION));
+    constexpr auto smallest = offsetof(CorvanePlugin, destroy) + sizeof(CorvanePlugin::destroy);
+    if (table->size < smallest) return refused("its function table is too short");
+    if (table->create == nullptr || table->destroy == nullptr) return refused("its function table makes no objects");
+    return true;
+}
+
+std::unique_ptr<Plugin> Plugin::create(const CorvanePlugin& table) {
+    void* self = nullptr;
+    try {
+        self = table.create();
+    } catch (...) {
+        return nullptr; // an object that couldn't be made is an object that isn't there
+    }
+    return self == nullptr ? nullptr : std::unique_ptr<Plugin>(new Plugin(table, self));
+}
+
+Plugin::~Plugin() {
+    contain("destroy", [this] { table_.destroy(self_); });
+}
+
+void Plugin::setFailureReporter(FailureReporter reporter) { reporter_ = std::move(reporter); }
+
+std::optional<std::string> Plugin::pluginName() const {
+    if (!implements(&CorvanePlugin::pluginName)) return std::nullopt;
+    std::string name;
+    contain("pluginName", [&] {
+        if (const char* text = table_.pluginName(self_)) name = text;
+    });
+    return name;
+}
+
+void Plugin::contain(const char* operation, const std::function<void()>& call) const {
+    try {
+        call();
+    } catch (const std::exception& failure) {
+        if (reporter_) reporter_(operation, failure.what());
+    } catch (...) {
+        if (reporter_) reporter_(operation, "an unknown exception");
+    }
+}
+
+} // namespace corvane::plugins

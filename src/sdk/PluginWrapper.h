@@ -1,0 +1,187 @@
+#pragma once
+
+#include <concepts>
+#include <exception>
+#include <string>
+#include <string_view>
+
+#include "sdk/PluginTable.h"
+
+/// Makes a function table out of a plain C++ class by looking at what it has. A method with the right name and
+/// the wrong signature fails to compile; exceptions stay inside and are told to the host.
+///
+///     class MyConnector {
+///     public:
+///         void setPluginAPIImplementor(const CorvaneHost& host);
+///         bool canConfigure();
+///     };
+///     CORVANE_PLUGIN(MyConnector)
+///
+/// Methods a class may have: void setPluginAPIImplementor(const CorvaneHost&), std::string pluginName(),
+/// bool isEnabledForLocation(const char*), bool canSetEnabledForLocation(const char*),
+/// void setEnabledForLocation(bool, const char*), bool canConfigure(), void configureButtonClicked(void*),
+/// bool selfTest(), bool isDirty(), bool saveChanges(), bool revertChanges(),
+/// bool applicationWillQuitSavingChanges(bool), bool applicationWillLockSavingChanges(bool),
+/// bool shouldAllowNodeNameOnSearchPolicy(std::string_view). All are called on the main thread.
+namespace corvane::sdk {
+
+/// The object behind `self`.
+template <typename P>
+struct Instance {
+    P plugin{};
+    const CorvaneHost* host = nullptr;
+    std::string returnedName;
+};
+
+template <typename P>
+Instance<P>& as(void* self) noexcept {
+    return *static_cast<Instance<P>*>(self);
+}
+
+inline void reportFailure(const CorvaneHost* host, const char* operation, const char* reason) noexcept {
+    if (host != nullptr && host->pluginFailed != nullptr) host->pluginFailed(host->context, operation, reason);
+}
+
+/// Runs `body`; what it throws becomes a report to the host and the answer `otherwise`.
+template <typename Result, typename Body>
+Result guard(const CorvaneHost* host, const char* operation, Result otherwise, Body body) noexcept {
+    try {
+        return body();
+    } catch (const std::exception& failure) {
+        reportFailure(host, operation, failure.what());
+    } catch (...) {
+        reportFailure(host, operation, "an unknown exception");
+    }
+    return otherwise;
+}
+
+// One entry of the table: filled when the class has the method in the right shape, left null when it hasn't the
+// method at all, and a compile-time error in between. `Present` is the expression that must be valid.
+#define CORVANE_SDK_ENTRY(name, condition, lambda)                                  \
+    if constexpr (condition)                                                        \
+        table.name = lambda;                                                        \
+    else                                                                            \
+        static_assert(!requires { &P::name; }, #name ": wrong signature")
+
+#define CORVANE_SDK_ANSWER(name, call)                                                                       \
+    [](void* self) noexcept -> int8_t {                                                                      \
+        return guard(as<P>(self).host, #name, int8_t{0}, [&] { return int8_t{as<P>(self).plugin.call}; });   \
+    }
+
+template <typename P>
+concept HasIsEnabledForLocation = requires(P& p, const char* l) { { p.isEnabledForLocation(l) } -> std::same_as<bool>; };
+template <typename P>
+concept HasCanSetEnabled = requires(P& p, const char* l) { { p.canSetEnabledForLocation(l) } -> std::same_as<bool>; };
+template <typename P>
+concept HasSetEnabled = requires(P& p, const char* l) { { p.setEnabledForLocation(true, l) } -> std::same_as<void>; };
+template <typename P>
+concept HasPluginName = requires(P& p) { { p.pluginName() } -> std::same_as<std::string>; };
+template <typename P>
+concept HasConfigureButtonClicked = requires(P& p, void* s) { { p.configureButtonClicked(s) } -> std::same_as<void>; };
+template <typename P>
+concept HasSetHost = requires(P& p, const CorvaneHost& h) { { p.setPluginAPIImplementor(h) } -> std::same_as<void>; };
+template <typename P>
+concept HasQuitAnswer = requires(P& p) { { p.applicationWillQuitSavingChanges(true) } -> std::same_as<bool>; };
+template <typename P>
+concept HasLockAnswer = requires(P& p) { { p.applicationWillLockSavingChanges(true) } -> std::same_as<bool>; };
+template <typename P>
+concept HasAdmission =
+    requires(P& p, std::string_view n) { { p.shouldAllowNodeNameOnSearchPolicy(n) } -> std::same_as<bool>; };
+
+template <typename P>
+void fillLifetime(CorvanePlugin& table) {
+    table.create = []() noexcept -> void* {
+        return guard<void*>(nullptr, "create", nullptr, [] { return new Instance<P>(); });
+    };
+    table.destroy = [](void* self) noexcept { delete static_cast<Instance<P>*>(self); };
+    // Always there: the guard itself needs the host to report to.
+    table.setPluginAPIImplementor = [](void* self, const CorvaneHost* host) noexcept {
+        as<P>(self).host = host;
+        if constexpr (HasSetHost<P>)
+            guard(host, "setPluginAPIImplementor", 0, [&] { return as<P>(self).plugin.setPluginAPIImplementor(*host), 0; });
+        else
+            static_assert(!requires { &P::setPluginAPIImplementor; }, "setPluginAPIImplementor: wrong signature");
+    };
+}
+
+template <typename P>
+void fillEnabledState(CorvanePlugin& table) {
+    CORVANE_SDK_ENTRY(isEnabledForLocation, HasIsEnabledForLocation<P>, ([](void* self, const char* location) noexcept {
+        return guard(as<P>(self).host, "isEnabledForLocation", int8_t{0},
+                     [&] { return int8_t{as<P>(self).plugin.isEnabledForLocation(location)}; });
+    }));
+    CORVANE_SDK_ENTRY(canSetEnabledForLocation, HasCanSetEnabled<P>, ([](void* self, const char* location) noexcept {
+        return guard(as<P>(self).host, "canSetEnabledForLocation", int8_t{0},
+                     [&] { return int8_t{as<P>(self).plugin.canSetEnabledForLocation(location)}; });
+    }));
+    CORVANE_SDK_ENTRY(setEnabledForLocation, HasSetEnabled<P>, ([](void* self, int8_t on, const char* location) noexcept {
+        guard(as<P>(self).host, "setEnabledForLocation", 0,
+              [&] { return as<P>(self).plugin.setEnabledForLocation(on != 0, location), 0; });
+    }));
+}
+
+template <typename P>
+void fillConfiguration(CorvanePlugin& table) {
+    CORVANE_SDK_ENTRY(pluginName, HasPluginName<P>, ([](void* self) noexcept {
+        auto& instance = as<P>(self);
+        return guard(instance.host, "pluginName", "",
+                     [&] { return (instance.returnedName = instance.plugin.pluginName()).c_str(); });
+    }));
+    CORVANE_SDK_ENTRY(canConfigure, requires(P& p) { { p.canConfigure() } -> std::same_as<bool>; },
+                      (CORVANE_SDK_ANSWER(canConfigure, canConfigure())));
+    CORVANE_SDK_ENTRY(configureButtonClicked, HasConfigureButtonClicked<P>, ([](void* self, void* sender) noexcept {
+        guard(as<P>(self).host, "configureButtonClicked", 0,
+              [&] { return as<P>(self).plugin.configureButtonClicked(sender), 0; });
+    }));
+    CORVANE_SDK_ENTRY(selfTest, requires(P& p) { { p.selfTest() } -> std::same_as<bool>; },
+                      (CORVANE_SDK_ANSWER(selfTest, selfTest())));
+}
+
+template <typename P>
+void fillSaving(CorvanePlugin& table) {
+    CORVANE_SDK_ENTRY(isDirty, requires(P& p) { { p.isDirty() } -> std::same_as<bool>; },
+                      (CORVANE_SDK_ANSWER(isDirty, isDirty())));
+    CORVANE_SDK_ENTRY(saveChanges, requires(P& p) { { p.saveChanges() } -> std::same_as<bool>; },
+                      (CORVANE_SDK_ANSWER(saveChanges, saveChanges())));
+    CORVANE_SDK_ENTRY(revertChanges, requires(P& p) { { p.revertChanges() } -> std::same_as<bool>; },
+                      (CORVANE_SDK_ANSWER(revertChanges, revertChanges())));
+    CORVANE_SDK_ENTRY(applicationWillQuitSavingChanges, HasQuitAnswer<P>, ([](void* self, int8_t save) noexcept {
+        return guard(as<P>(self).host, "applicationWillQuitSavingChanges", int8_t{0},
+                     [&] { return int8_t{as<P>(self).plugin.applicationWillQuitSavingChanges(save != 0)}; });
+    }));
+    CORVANE_SDK_ENTRY(applicationWillLockSavingChanges, HasLockAnswer<P>, ([](void* self, int8_t save) noexcept {
+        return guard(as<P>(self).host, "applicationWillLockSavingChanges", int8_t{0},
+                     [&] { return int8_t{as<P>(self).plugin.applicationWillLockSavingChanges(save != 0)}; });
+    }));
+    CORVANE_SDK_ENTRY(shouldAllowNodeNameOnSearchPolicy, HasAdmission<P>, ([](void* self, const char* name) noexcept {
+        return guard(as<P>(self).host, "shouldAllowNodeNameOnSearchPolicy", int8_t{0},
+                     [&] { return int8_t{as<P>(self).plugin.shouldAllowNodeNameOnSearchPolicy(name)}; });
+    }));
+}
+
+#undef CORVANE_SDK_ENTRY
+#undef CORVANE_SDK_ANSWER
+
+/// The class's table, made on first use and kept for the life of the process.
+template <std::default_initializable P>
+const CorvanePlugin* tableFor() noexcept {
+    static const CorvanePlugin table = [] {
+        CorvanePlugin made{};
+        made.size = sizeof made;
+        made.version = CORVANE_PLUGIN_VERSION;
+        fillLifetime<P>(made);
+        fillEnabledState<P>(made);
+        fillConfiguration<P>(made);
+        fillSaving<P>(made);
+        return made;
+    }();
+    return &table;
+}
+
+} // namespace corvane::sdk
+
+/// Exports `Class` as the plug-in of this module. Once per module, at file scope.
+#define CORVANE_PLUGIN(Class)                                                                                \
+    extern "C" __attribute__((visibility("default"))) const CorvanePlugin* corvane_plugin() {                \
+        return corvane::sdk::tableFor<Class>();                                                              \
+    }

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "toolkit/View.h"
+
+namespace corvane::toolkit {
+
+class Button : public Control {
+public:
+    virtual void setTitle(std::string_view title) = 0;
+    [[nodiscard]] virtual std::string title() const = 0;
+};
+
+/// One choice out of a fixed list of items.
+class PopUpButton : public Control {
+public:
+    /// `index` −1 shows none as chosen; an index past the end is ignored.
+    virtual void selectItemAtIndex(int index) = 0;
+    /// −1 when none is chosen.
+    [[nodiscard]] virtual int indexOfSelectedItem() const = 0;
+    [[nodiscard]] virtual int numberOfItems() const = 0;
+    /// Makes the shown title that of the chosen item (empty when none is).
+    virtual void synchronizeTitleAndSelectedItem() = 0;
+};
+
+class TextField : public Control {
+public:
+    virtual void setStringValue(std::string_view text) = 0;
+    [[nodiscard]] virtual std::string stringValue() const = 0;
+};
+
+class ProgressIndicator : public View {
+public:
+    virtual void setIndeterminate(bool indeterminate) = 0;
+    [[nodiscard]] virtual bool isIndeterminate() const = 0;
+    /// Lets the bar move while the main thread is busy, where the toolkit can.
+    virtual void setUsesThreadedAnimation(bool uses) = 0;
+    virtual void startAnimation() = 0;
+    virtual void stopAnimation() = 0;
+    virtual void setNeedsDisplay() = 0;
+    /// Draws at once, without waiting for the event loop.
+    virtual void display() = 0;
+};
+
+} // namespace corvane::toolkit

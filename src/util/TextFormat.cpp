@@ -1,0 +1,34 @@
+#include "util/TextFormat.h"
+
+#include <array>
+
+namespace corvane::util {
+namespace {
+
+/// Length of the placeholder at the front of `text`, 0 when there is none.
+std::size_t placeholderLength(std::string_view text) {
+    static constexpr std::array<std::string_view, 3> placeholders = {"%@", "%d", "%ld"};
+    for (const auto placeholder : placeholders)
+        if (text.starts_with(placeholder)) return placeholder.size();
+    return 0;
+}
+
+} // namespace
+
+std::string formatted(std::string_view format, std::initializer_list<std::string_view> arguments) {
+    std::string text;
+    const auto* argument = arguments.begin();
+    while (!format.empty()) {
+        const auto length = placeholderLength(format);
+        if (length > 0 && argument != arguments.end()) {
+            text += *argument++;
+            format.remove_prefix(length);
+        } else {
+            text += format.front();
+            format.remove_prefix(1);
+        }
+    }
+    return text;
+}
+
+} // namespace corvane::util
