@@ -151,14 +151,21 @@ host_copy() {
 host_destroy() {
     local name=$1 holder=${LAB_HOST_HOLDER[$1]:-} pid
     [[ -n $holder ]] || { lab_fail "there is no host named '$name'"; return; }
-    pid=$(host_init_pid "$name" 2>/dev/null) && kill -KILL "$pid" 2>/dev/null
+    if pid=$(host_init_pid "$name" 2>/dev/null); then
+        kill -KILL "$pid" 2>/dev/null    # the kernel ends every other process of the host with it
+        lab_wait_for 10 lab_process_is_gone "$pid" || lab_fail "host $name does not end" || return
+    fi
     kill -KILL "$holder" 2>/dev/null
     unset "LAB_HOST_HOLDER[$name]" "LAB_HOST_NUMBER[$name]"
     rm -f "$LAB_STATE_DIR/$name.pid"
-    [[ -z $pid ]] || lab_wait_for 10 lab_process_is_gone "$pid" || lab_fail "host $name does not end"
 }
 
-lab_process_is_gone() { ! kill -0 "$1" 2>/dev/null; }
+# A dead process whose parent hasn't looked yet has ended for us.
+lab_process_is_gone() {
+    local state
+    state=$(sed -n 's/^State:[[:space:]]*\(.\).*/\1/p' "/proc/$1/status" 2>/dev/null)
+    [[ -z $state || $state == Z ]]
+}
 
 lab_wait_for() {
     local seconds=$1 deadline
