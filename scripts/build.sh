@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced, not run: configuring and building one preset, quietly.
 #
 #   build_preset PRESET [TARGET...]    builds into build/PRESET under the current folder (the project's root).

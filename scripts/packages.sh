@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced, not run: which Debian packages Corvane needs, and how they get onto the machine.
 #
 #   ensure_packages LIST...    LIST is build, run, test or ci. Installs what is missing; does nothing, and

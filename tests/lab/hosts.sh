@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced, not run: several test hosts on this one machine.
 #
 #   host_create NAME          a new host; it answers on $(host_address NAME), and the other hosts know its NAME

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced after hosts.sh: a real LDAP server in a test host.
 #
 #   slapd_load HOST [PEOPLE]   an empty server's folder with that many generated people (5000 when not given)

@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced after hosts.sh: SSSD in a test host, and what the host's own look-ups answer.
 #
 #   sssd_configure HOST URI [FILE]   /etc/sssd/sssd.conf (root's, mode 0600) from FILE, a fixture by default, in
