@@ -1,11 +1,12 @@
 #!/bin/bash
-# check_layering.sh [BUILD-DIR]: does every part of src/ keep to its floor (layers.txt beside this script)?
+# check_layering.sh [BUILD-DIR]: does every folder of src/ keep to the table of layers in cmake/Layers.cmake? The
+# configuration stops at a forbidden link; this looks at what the sources and the built libraries really do.
 #
-#   1. Includes: an #include points to a lower floor or into its own folder; floors 0 to 5 include nothing
-#      from outside the project but standard C++ headers.
-#   2. Symbols: what the static libraries of floors 0 to 5 in BUILD-DIR (build/dev) really import is defined in
-#      their own or a lower floor, or in the C and C++ run-time libraries. This also finds what an include
-#      can't show, such as a hand-written extern declaration.
+#   1. Includes: an #include points into its own folder or one that the table allows. Folders that may not link
+#      foreign libraries include nothing else but headers of the standard library.
+#   2. Symbols: what the static libraries of those folders in BUILD-DIR (build/dev) import is defined in their own
+#      or an allowed folder, or in the C and C++ run-time libraries. This also finds what an include can't show,
+#      such as a hand-written extern declaration.
 #
 # Prints every violation and ends with status 1 when there is any; with status 2 when it could not check.
 # --sources-only checks the includes alone.
@@ -15,9 +16,9 @@ cd "$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/.."
 sources_only=0
 if [[ ${1:-} == --sources-only ]]; then sources_only=1; shift; fi
 build=${1:-build/dev}
-LOGIC_FLOOR=5
+LAYERS=cmake/Layers.cmake
 
-# C++20's headers, and those of C's that C++ keeps.
+# C++20's headers, C's among them, also under their C names (the plug-in interface is for C too).
 STANDARD_HEADERS=" algorithm any array atomic barrier bit bitset cassert ccomplex cctype cerrno cfenv cfloat charconv
  chrono cinttypes climits clocale cmath codecvt compare complex concepts condition_variable coroutine csetjmp csignal
  cstdarg cstddef cstdint cstdio cstdlib cstring ctime cuchar cwchar cwctype deque exception execution filesystem format
@@ -25,16 +26,14 @@ STANDARD_HEADERS=" algorithm any array atomic barrier bit bitset cassert ccomple
  locale map memory memory_resource mutex new numbers numeric optional ostream queue random ranges ratio regex
  scoped_allocator semaphore set shared_mutex source_location span sstream stack stdexcept stop_token streambuf string
  string_view syncstream system_error thread tuple type_traits typeindex typeinfo unordered_map unordered_set utility
- valarray variant vector version "
+ valarray variant vector version
+ assert.h ctype.h errno.h float.h inttypes.h limits.h locale.h math.h setjmp.h signal.h stdarg.h stdbool.h stddef.h
+ stdint.h stdio.h stdlib.h string.h time.h "
 STANDARD_HEADERS=${STANDARD_HEADERS//$'\n'/ }
 
-declare -A floor_of=()
+declare -A allowed=()    # folder -> " folder folder ... ", what it may use besides itself
+declare -A foreign=()    # folder -> 1 when it may use foreign libraries
 folders=()
-while read -r floor folder; do
-    [[ $floor == '#'* || -z $floor ]] && continue
-    floor_of[$folder]=$floor
-    folders+=("$folder")
-done <scripts/layers.txt
 
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
@@ -50,8 +49,41 @@ could_not_check() {
     exit 2
 }
 
-# may_use FROM TO: TO is the same folder or on a lower floor.
-may_use() { [[ $1 == "$2" ]] || ((${floor_of[$2]} < ${floor_of[$1]})); }
+# The table is CMake's, so CMake reads it: one line "folder allowed..." for each, and one line "! foreign...".
+print_layers() {
+    cat >"$work/print.cmake" <<TEXT
+include("$PWD/$LAYERS")
+get_cmake_property(names VARIABLES)
+foreach(name IN LISTS names)
+    if(name MATCHES "^LAYER_EDGES_(.+)")
+        string(REPLACE ";" " " edges "\${CMAKE_MATCH_1};\${\${name}}")
+        message("\${edges}")
+    endif()
+endforeach()
+string(REPLACE ";" " " foreign "\${LAYERS_WITH_FOREIGN_LIBRARIES}")
+message("! \${foreign}")
+TEXT
+    cmake -P "$work/print.cmake" 2>&1
+}
+
+read_layers() {
+    local folder rest
+    [[ -f $LAYERS ]] || could_not_check "there is no $LAYERS"
+    print_layers >"$work/layers" || could_not_check "cmake does not read $LAYERS: $(cat "$work/layers")"
+    while read -r folder rest; do
+        if [[ $folder == '!' ]]; then
+            for folder in $rest; do foreign[$folder]=1; done
+        else
+            allowed[$folder]=" $rest "
+            folders+=("$folder")
+        fi
+    done <"$work/layers"
+    ((${#folders[@]} > 0 && ${#foreign[@]} > 0)) || could_not_check "$LAYERS names no layers"
+}
+
+# may_use FROM TO
+may_use() { [[ $1 == "$2" || ${allowed[$1]} == *" $2 "* ]]; }
+is_logic() { [[ -z ${foreign[$1]:-} ]]; }
 
 # check_include FOLDER FILE:LINE KIND NAME     KIND is the character that opens the name
 check_include() {
@@ -60,16 +92,15 @@ check_include() {
     target=${name%%/*}
     if [[ $name == *..* ]]; then
         violation "$where includes \"$name\": write the folder's name instead of .."
-    elif [[ $name == */* && -n ${floor_of[$target]:-} ]]; then
-        may_use "$folder" "$target" ||
-            violation "$where: $folder (floor ${floor_of[$folder]}) may not include $name (floor ${floor_of[$target]})"
-    elif ((${floor_of[$folder]} > LOGIC_FLOOR)); then
+    elif [[ $name == */* && -n ${allowed[$target]:-} ]]; then
+        may_use "$folder" "$target" || violation "$where: $folder may not include $name"
+    elif ! is_logic "$folder"; then
         return 0
     elif [[ $kind == '<' ]]; then
         [[ $STANDARD_HEADERS == *" $name "* ]] ||
-            violation "$where: $folder may include standard C++ headers only, not <$name>"
+            violation "$where: $folder may include headers of the standard library only, not <$name>"
     else
-        [[ -e src/$folder/$name || -e src/$name ]] || violation "$where: \"$name\" belongs to no floor"
+        [[ -e src/$folder/$name || -e src/$name ]] || violation "$where: \"$name\" belongs to no layer"
     fi
 }
 
@@ -78,12 +109,12 @@ check_includes() {
     local include='^[[:space:]]*#[[:space:]]*include[[:space:]]*([<"])([^>"]*)[>"]'
     for path in src/*/; do
         folder=$(basename "$path")
-        [[ -n ${floor_of[$folder]:-} ]] || violation "src/$folder stands on no floor: give it one in scripts/layers.txt"
+        [[ -n ${allowed[$folder]:-} ]] || violation "src/$folder is no layer: give it its place in $LAYERS"
     done
     while IFS=: read -r path number line; do
         folder=${path#src/}
         folder=${folder%%/*}
-        [[ -n ${floor_of[$folder]:-} ]] || continue
+        [[ -n ${allowed[$folder]:-} ]] || continue
         if [[ $line =~ $include ]]; then
             check_include "$folder" "$path:$number" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
         fi
@@ -91,22 +122,19 @@ check_includes() {
     ((checked_includes > 0)) || could_not_check "no #include found under src/"
 }
 
-# The archive of a folder, under any of the usual names: libcorvane_util.a, libcorvane-util.a, libutil.a.
-archive_of() {
-    find "$build" -name "lib$1.a" -o -name "libcorvane_$1.a" -o -name "libcorvane-$1.a" | sort | head -n 1
-}
+archive_of() { find "$build" -name "libcorvane-$1.a" -print -quit; }
 
 # What every program may import: names the C and C++ run-time libraries define. Versions (name@VERSION) cut off.
 standard_symbols() {
     local compiler=${CXX:-c++} library file
     for library in libstdc++.so.6 libm.so.6 libc.so.6 libgcc_s.so.1 ld-linux-x86-64.so.2 ld-linux-aarch64.so.1; do
         file=$("$compiler" -print-file-name="$library")
-        [[ $file == /* ]] && nm -D --defined-only --format=posix "$file"
+        if [[ $file == /* ]]; then nm -D --defined-only --format=posix "$file"; fi
     done | sed 's/[@ ].*//'
     for library in libgcc.a libc_nonshared.a libstdc++.a; do
         file=$("$compiler" -print-file-name="$library")
         # libstdc++.a only for the little that its shared form leaves to each program
-        [[ $file == /* ]] && nm --defined-only --format=posix "$file" 2>/dev/null | sed '/^[^ ]*:$/d;/^$/d;s/ .*//'
+        if [[ $file == /* ]]; then nm --defined-only --format=posix "$file" 2>/dev/null | sed '/:$/d;/^$/d;s/ .*//'; fi
     done
     printf '%s\n' _GLOBAL_OFFSET_TABLE_ __dso_handle __gmon_start__ _ITM_deregisterTMCloneTable _ITM_registerTMCloneTable
 }
@@ -119,18 +147,18 @@ check_library() {
     archive=$(archive_of "$folder")
     if [[ -z $archive ]]; then
         [[ -z $(find "src/$folder" -name '*.cpp' -print -quit 2>/dev/null) ]] ||
-            could_not_check "src/$folder has sources but no library under $build: build it first (CMake target's archive lib$folder.a)"
+            could_not_check "src/$folder has sources but no library under $build: build it first"
         return 0
     fi
     checked_libraries=$((checked_libraries + 1))
-    cp "$work/standard" "$work/allowed"
+    cp "$work/standard" "$work/importable"
     for other in "${folders[@]}"; do
-        if may_use "$folder" "$other" && [[ -f $work/defined.$other ]]; then cat "$work/defined.$other" >>"$work/allowed"; fi
+        if may_use "$folder" "$other" && [[ -f $work/defined.$other ]]; then cat "$work/defined.$other" >>"$work/importable"; fi
     done
-    sort -u -o "$work/allowed" "$work/allowed"
-    imported_by "$archive" | sort -u | comm -23 - "$work/allowed" | c++filt >"$work/forbidden"
+    sort -u -o "$work/importable" "$work/importable"
+    imported_by "$archive" | sort -u | comm -23 - "$work/importable" | c++filt >"$work/forbidden"
     while read -r symbol; do
-        violation "$(basename "$archive") (floor ${floor_of[$folder]}) imports $symbol"
+        violation "$(basename "$archive") may not import $symbol"
     done <"$work/forbidden"
 }
 
@@ -145,12 +173,13 @@ check_symbols() {
         [[ -z $archive ]] || defined_in "$archive" >"$work/defined.$folder"
     done
     for folder in "${folders[@]}"; do
-        if ((${floor_of[$folder]} <= LOGIC_FLOOR)); then check_library "$folder"; fi
+        if is_logic "$folder"; then check_library "$folder"; fi
     done
-    ((checked_libraries > 0)) || could_not_check "no library of floors 0 to $LOGIC_FLOOR under $build"
+    ((checked_libraries > 0)) || could_not_check "no library of the program's logic under $build"
 }
 
 export LC_ALL=C
+read_layers
 check_includes
 ((sources_only)) || check_symbols
 echo "layering: $checked_includes includes and $checked_libraries libraries checked, $violations violations"
