@@ -76,7 +76,7 @@ lab_sweep() {
 
 # Starts the holder of a host's namespaces and waits until its file systems are in place.
 host_start() {
-    local name=$1 ready=$LAB_STATE_DIR/$1.pid log=$LAB_DIR/host$1.log
+    local name=$1 ready=$LAB_STATE_DIR/$1.pid log=$LAB_DIR/host-$1.log
     setpriv --pdeathsig KILL unshare --fork --kill-child=KILL --mount --pid --net --uts --ipc \
         "$LAB_SOURCE_DIR/host-init" "$name" "$ready" >"$log" 2>&1 </dev/null &
     LAB_HOST_HOLDER[$name]=$!
