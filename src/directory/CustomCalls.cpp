@@ -15,15 +15,18 @@ void appendItem(util::Bytes& request, util::BytesView item) {
 
 } // namespace
 
-util::Bytes authorizedRequest(const util::AuthorizationExternalForm& authorization, std::size_t payloadLength) {
+util::Bytes authorizedRequest(const util::AuthorizationExternalForm& authorization,
+                              std::size_t payloadLength) {
     util::Bytes request;
     request.reserve(authorization.bytes.size() + payloadLength);
     request.insert(request.end(), authorization.bytes.begin(), authorization.bytes.end());
     return request;
 }
 
-std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code, const std::optional<util::Bytes>& data,
-                                      const util::AuthorizationExternalForm& authorization, halden::Error* error) {
+std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code,
+                                      const std::optional<util::Bytes>& data,
+                                      const util::AuthorizationExternalForm& authorization,
+                                      halden::Error* error) {
     auto request = authorizedRequest(authorization, data ? data->size() : 0);
     if (data) request.insert(request.end(), data->begin(), data->end());
     auto reply = node.customCall(code, request, error);
@@ -32,7 +35,8 @@ std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code, con
 }
 
 std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code,
-                                      const util::AuthorizationExternalForm& authorization, halden::Error* error) {
+                                      const util::AuthorizationExternalForm& authorization,
+                                      halden::Error* error) {
     return customCall(node, code, std::nullopt, authorization, error);
 }
 
@@ -49,8 +53,8 @@ std::optional<util::Bytes> customCallSendPropertyList(halden::Node& node, std::i
     return std::nullopt;
 }
 
-std::optional<util::Bytes> customCallSendItems(halden::Node& node, std::int32_t code, const util::Array& items,
-                                               halden::Error* error) {
+std::optional<util::Bytes> customCallSendItems(halden::Node& node, std::int32_t code,
+                                               const util::Array& items, halden::Error* error) {
     util::Bytes request;
     for (const auto& item : items.elements()) {
         if (const auto text = item.as<util::String>()) appendItem(request, util::bytesFromText(text.text()));

@@ -12,7 +12,8 @@
 /// Main thread; each blocks until the service answers.
 namespace corvane::directory {
 
-/// The authorization form as a request's first octets, with room for `payloadLength` more. The caller wipes it.
+/// The authorization form as a request's first octets, with room for `payloadLength` more. The caller wipes
+/// it.
 [[nodiscard]] util::Bytes authorizedRequest(const util::AuthorizationExternalForm& authorization,
                                             std::size_t payloadLength);
 
@@ -29,11 +30,10 @@ namespace corvane::directory {
 
 /// Sends the form and the property list as an XML document. A value that has no property-list form is
 /// reported as `ErrorCode::parameter`; nothing is sent then.
-[[nodiscard]] std::optional<util::Bytes> customCallSendPropertyList(halden::Node& node, std::int32_t code,
-                                                                    const util::Value& propertyList,
-                                                                    const platform::PropertyListCodec& codec,
-                                                                    const util::AuthorizationExternalForm& authorization,
-                                                                    halden::Error* error);
+[[nodiscard]] std::optional<util::Bytes>
+customCallSendPropertyList(halden::Node& node, std::int32_t code, const util::Value& propertyList,
+                           const platform::PropertyListCodec& codec,
+                           const util::AuthorizationExternalForm& authorization, halden::Error* error);
 
 /// Sends strings and data one after the other, each behind its length in octets (32 bits, host order; longer
 /// data keeps only the low 32 bits). Other kinds are skipped. Strings are UTF-8 and never lack that form.

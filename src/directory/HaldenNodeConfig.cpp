@@ -4,7 +4,9 @@ namespace corvane::directory {
 
 HaldenNodeConfig::HaldenNodeConfig(std::shared_ptr<halden::Node> node) : node_(std::move(node)) {}
 
-util::Array HaldenNodeConfig::standardRecordTypes() { return namesOfAllRecords(halden::recordType::recordTypes); }
+util::Array HaldenNodeConfig::standardRecordTypes() {
+    return namesOfAllRecords(halden::recordType::recordTypes);
+}
 util::Array HaldenNodeConfig::standardAttributeTypes() {
     return namesOfAllRecords(halden::recordType::attributeTypes);
 }
@@ -18,7 +20,8 @@ util::Array HaldenNodeConfig::namesOfAllRecords(std::string_view recordType) {
     const auto query = node_->query(parameters, &error);
     const auto records = query ? query->results(false, &error) : std::nullopt;
     if (!records) return names;
-    for (const auto& record : *records) names.append(record->recordName());
+    for (const auto& record : *records)
+        names.append(record->recordName());
     return names;
 }
 

@@ -13,7 +13,8 @@ class NetworkLocations {
 public:
     struct Needs {
         virtual ~Needs() = default;
-        /// The configuration node if somebody has opened it on the current session, else null. Never opens it.
+        /// The configuration node if somebody has opened it on the current session, else null. Never opens
+        /// it.
         [[nodiscard]] virtual std::shared_ptr<HaldenNodeConfig> openedConfigNode() = 0;
     };
     explicit NetworkLocations(Needs& needs);

@@ -35,10 +35,12 @@ public:
                                                                 Error* error) = 0;
 
     /// Authenticates this node handle. `items` as `authenticationType` says. False on failure. What a method
-    /// of several rounds needs to go on is stored in `continueItems` and `context`, either of which may be null.
-    [[nodiscard]] virtual bool setCredentials(std::string_view recordType, std::string_view authenticationType,
-                                              const util::Array& items, util::Array* continueItems,
-                                              std::shared_ptr<void>* context, Error* error) = 0;
+    /// of several rounds needs to go on is stored in `continueItems` and `context`, either of which may be
+    /// null.
+    [[nodiscard]] virtual bool setCredentials(std::string_view recordType,
+                                              std::string_view authenticationType, const util::Array& items,
+                                              util::Array* continueItems, std::shared_ptr<void>* context,
+                                              Error* error) = 0;
 
     /// Prepares a query. Null on failure.
     [[nodiscard]] virtual std::unique_ptr<Query> query(const QueryParameters& parameters, Error* error) = 0;

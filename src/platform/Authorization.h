@@ -50,7 +50,8 @@ public:
     /// A new authorization that holds no rights yet. Null when the service can't be reached.
     [[nodiscard]] virtual std::shared_ptr<Authorization> createAuthorization() = 0;
     /// Writes the external form of an authorization. Status 0 on success; otherwise the form is unchanged.
-    [[nodiscard]] virtual std::int32_t makeExternalForm(AuthorizationRef ref, util::AuthorizationExternalForm& form) = 0;
+    [[nodiscard]] virtual std::int32_t makeExternalForm(AuthorizationRef ref,
+                                                        util::AuthorizationExternalForm& form) = 0;
 };
 
 } // namespace corvane::platform

@@ -17,7 +17,8 @@ class RunLoop {
 public:
     virtual ~RunLoop() = default;
     /// Calls `action` every `seconds` from the main loop until the timer is invalidated or dropped.
-    [[nodiscard]] virtual std::unique_ptr<Timer> scheduleRepeatingTimer(double seconds, std::function<void()> action) = 0;
+    [[nodiscard]] virtual std::unique_ptr<Timer> scheduleRepeatingTimer(double seconds,
+                                                                        std::function<void()> action) = 0;
 };
 
 } // namespace corvane::platform

@@ -13,11 +13,12 @@ bool Plugin::accepts(const CorvanePlugin* table, std::string* reason) {
     if (table == nullptr) return refused("it hands over no function table");
     // Size and version stand first in every version of the table, so they can be read before it is trusted.
     if (table->version != CORVANE_PLUGIN_VERSION)
-        return refused("it was built for plug-in version " + std::to_string(table->version) + ", this program takes " +
-                       std::to_string(CORVANE_PLUGIN_VERSION));
+        return refused("it was built for plug-in version " + std::to_string(table->version) +
+                       ", this program takes " + std::to_string(CORVANE_PLUGIN_VERSION));
     constexpr auto smallest = offsetof(CorvanePlugin, destroy) + sizeof(CorvanePlugin::destroy);
     if (table->size < smallest) return refused("its function table is too short");
-    if (table->create == nullptr || table->destroy == nullptr) return refused("its function table makes no objects");
+    if (table->create == nullptr || table->destroy == nullptr)
+        return refused("its function table makes no objects");
     return true;
 }
 

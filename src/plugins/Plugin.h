@@ -9,8 +9,8 @@
 
 namespace corvane::plugins {
 
-/// One plug-in object, made through a module's function table. Whatever its code throws ends here: the failure
-/// goes to the reporter and the answer is false (or ""). Owned by its `PluginItem`. Main thread.
+/// One plug-in object, made through a module's function table. Whatever its code throws ends here: the
+/// failure goes to the reporter and the answer is false (or ""). Owned by its `PluginItem`. Main thread.
 class Plugin {
 public:
     /// Told which operation failed and why.
@@ -31,13 +31,15 @@ public:
     template <typename Function>
     [[nodiscard]] bool implements(Function CorvanePlugin::*entry) const {
         const auto* place = reinterpret_cast<const char*>(&(table_.*entry));
-        const auto end = place - reinterpret_cast<const char*>(&table_) + static_cast<std::ptrdiff_t>(sizeof(Function));
+        const auto end =
+            place - reinterpret_cast<const char*>(&table_) + static_cast<std::ptrdiff_t>(sizeof(Function));
         return end <= static_cast<std::ptrdiff_t>(table_.size) && table_.*entry != nullptr;
     }
 
     /// Calls an entry that answers a truth value; none when it isn't implemented.
     template <typename... Parameters, typename... Arguments>
-    [[nodiscard]] std::optional<bool> ask(const char* operation, int8_t (*CorvanePlugin::*entry)(void*, Parameters...),
+    [[nodiscard]] std::optional<bool> ask(const char* operation,
+                                          int8_t (*CorvanePlugin::*entry)(void*, Parameters...),
                                           Arguments... arguments) const {
         if (!implements(entry)) return std::nullopt;
         bool answer = false;
@@ -47,7 +49,8 @@ public:
 
     /// Calls an entry that answers nothing. False when it isn't implemented.
     template <typename... Parameters, typename... Arguments>
-    bool tell(const char* operation, void (*CorvanePlugin::*entry)(void*, Parameters...), Arguments... arguments) const {
+    bool tell(const char* operation, void (*CorvanePlugin::*entry)(void*, Parameters...),
+              Arguments... arguments) const {
         if (!implements(entry)) return false;
         contain(operation, [&] { (table_.*entry)(self_, arguments...); });
         return true;

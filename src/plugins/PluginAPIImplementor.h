@@ -39,12 +39,18 @@ public:
         return host_.makeAuthExternalForm(form);
     }
     /// The configuration node of the current connection; null when the service can't be reached.
-    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() { return host_.haldenConfigNode(); }
+    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() {
+        return host_.haldenConfigNode();
+    }
     void markDirty() { host_.setPluginModified(true); }
     /// Whatever the arguments say, the services table is shown anew.
-    void pluginEnableStateChanged(const std::string& /*name*/, bool /*enabled*/) { host_.reloadPluginTable(); }
+    void pluginEnableStateChanged(const std::string& /*name*/, bool /*enabled*/) {
+        host_.reloadPluginTable();
+    }
     [[nodiscard]] bool isPluginEnabled(const std::string& prefix) { return host_.isPluginEnabled(prefix); }
-    void setPluginEnabled(const std::string& prefix, bool enabled) { host_.setPluginEnabled(prefix, enabled); }
+    void setPluginEnabled(const std::string& prefix, bool enabled) {
+        host_.setPluginEnabled(prefix, enabled);
+    }
     void pluginFailed(const std::string& plugin, const std::string& operation, const std::string& reason) {
         host_.pluginFailed(plugin, operation, reason);
     }

@@ -39,20 +39,30 @@ PluginHostTable::PluginHostTable(std::shared_ptr<PluginAPIImplementor> implement
 
 void PluginHostTable::fillMessages() {
     table_.log = [](void* context, const char* line) {
-        Entry::run(context, 0, [&](PluginAPIImplementor& api) { return api.log(Entry::at(context).pluginName_ + ": " + textOrNone(line)), 0; });
+        Entry::run(context, 0, [&](PluginAPIImplementor& api) {
+            return api.log(Entry::at(context).pluginName_ + ": " + textOrNone(line)), 0;
+        });
     };
     table_.pluginFailed = [](void* context, const char* operation, const char* reason) {
         Entry::run(context, 0, [&](PluginAPIImplementor& api) {
-            return api.pluginFailed(Entry::at(context).pluginName_, textOrNone(operation), textOrNone(reason)), 0;
+            return api.pluginFailed(Entry::at(context).pluginName_, textOrNone(operation),
+                                    textOrNone(reason)),
+                   0;
         });
     };
-    table_.markDirty = [](void* context) { Entry::run(context, 0, [](PluginAPIImplementor& api) { return api.markDirty(), 0; }); };
+    table_.markDirty = [](void* context) {
+        Entry::run(context, 0, [](PluginAPIImplementor& api) { return api.markDirty(), 0; });
+    };
 }
 
 void PluginHostTable::fillAuthorization() {
-    table_.isRemote = [](void* context) { return Entry::run(context, int8_t{0}, [](PluginAPIImplementor& api) { return int8_t{api.isRemote()}; }); };
+    table_.isRemote = [](void* context) {
+        return Entry::run(context, int8_t{0},
+                          [](PluginAPIImplementor& api) { return int8_t{api.isRemote()}; });
+    };
     table_.preflightAuthRights = [](void* context) {
-        return Entry::run(context, int8_t{0}, [](PluginAPIImplementor& api) { return int8_t{api.preflightAuthRights()}; });
+        return Entry::run(context, int8_t{0},
+                          [](PluginAPIImplementor& api) { return int8_t{api.preflightAuthRights()}; });
     };
     table_.makeAuthExternalForm = [](void* context, uint8_t* octets) {
         return Entry::run(context, int32_t{-1}, [&](PluginAPIImplementor& api) {
@@ -66,13 +76,19 @@ void PluginHostTable::fillAuthorization() {
 
 void PluginHostTable::fillEnabledState() {
     table_.pluginEnableStateChanged = [](void* context, const char* name, int8_t enabled) {
-        Entry::run(context, 0, [&](PluginAPIImplementor& api) { return api.pluginEnableStateChanged(textOrNone(name), enabled != 0), 0; });
+        Entry::run(context, 0, [&](PluginAPIImplementor& api) {
+            return api.pluginEnableStateChanged(textOrNone(name), enabled != 0), 0;
+        });
     };
     table_.isPluginEnabled = [](void* context, const char* prefix) {
-        return Entry::run(context, int8_t{0}, [&](PluginAPIImplementor& api) { return int8_t{api.isPluginEnabled(textOrNone(prefix))}; });
+        return Entry::run(context, int8_t{0}, [&](PluginAPIImplementor& api) {
+            return int8_t{api.isPluginEnabled(textOrNone(prefix))};
+        });
     };
     table_.setPluginEnabled = [](void* context, const char* prefix, int8_t enabled) {
-        Entry::run(context, 0, [&](PluginAPIImplementor& api) { return api.setPluginEnabled(textOrNone(prefix), enabled != 0), 0; });
+        Entry::run(context, 0, [&](PluginAPIImplementor& api) {
+            return api.setPluginEnabled(textOrNone(prefix), enabled != 0), 0;
+        });
     };
 }
 

@@ -22,7 +22,8 @@ PluginItem::~PluginItem() { mPlugin.reset(); }
 void PluginItem::setPluginAPIImplementor(std::shared_ptr<PluginAPIImplementor> implementor) {
     mAPIImplementor = std::move(implementor);
     auto table = std::make_unique<PluginHostTable>(mAPIImplementor, pluginPrefix());
-    if (mPlugin) mPlugin->tell("setPluginAPIImplementor", &CorvanePlugin::setPluginAPIImplementor, &table->table());
+    if (mPlugin)
+        mPlugin->tell("setPluginAPIImplementor", &CorvanePlugin::setPluginAPIImplementor, &table->table());
     hostTable_ = std::move(table);
 }
 
@@ -37,8 +38,9 @@ std::string PluginItem::pluginVersion() const { return descriptionText(service::
 bool PluginItem::isEnabled() const { return descriptionText(service::userSetLoaded) == service::active; }
 
 bool PluginItem::isEnabledForLocation(const char* location) const {
-    const auto answer = mPlugin ? mPlugin->ask("isEnabledForLocation", &CorvanePlugin::isEnabledForLocation, location)
-                                : std::nullopt;
+    const auto answer =
+        mPlugin ? mPlugin->ask("isEnabledForLocation", &CorvanePlugin::isEnabledForLocation, location)
+                : std::nullopt;
     return answer.value_or(isEnabled());
 }
 
@@ -75,7 +77,9 @@ bool PluginItem::canConfigure() const {
 
 void PluginItem::configureButtonClicked(toolkit::Control* sender) {
     void* opaqueSender = sender;
-    if (mPlugin && mPlugin->tell("configureButtonClicked", &CorvanePlugin::configureButtonClicked, opaqueSender)) return;
+    if (mPlugin &&
+        mPlugin->tell("configureButtonClicked", &CorvanePlugin::configureButtonClicked, opaqueSender))
+        return;
     const auto application = descriptionText(service::configAvailable);
     if (application == service::notAvailable)
         return showSheetWithTitle(descriptionText(service::name),
@@ -89,7 +93,8 @@ std::string PluginItem::openExternalConfiguration(const std::string& application
     const bool noFile = file == service::notAvailable;
     const bool applicationExists = context_.environment.workspace.fileExists(application);
     if (noFile && applicationExists) return openApplicationAlone(application);
-    if (noFile) return util::formatted(localized("Plug-in configuration application: %@ is missing."), {application});
+    if (noFile)
+        return util::formatted(localized("Plug-in configuration application: %@ is missing."), {application});
     if (applicationExists) return openFileWithApplication(application, file);
     return util::formatted(
         localized("Plug-in configuration application %@ is missing. Try editing the configuration file %@."),
@@ -98,7 +103,8 @@ std::string PluginItem::openExternalConfiguration(const std::string& application
 
 std::string PluginItem::openApplicationAlone(const std::string& application) {
     if (context_.environment.workspace.launchApplication(application)) return "";
-    return util::formatted(localized("Plug-in configuration application %@ could not be opened."), {application});
+    return util::formatted(localized("Plug-in configuration application %@ could not be opened."),
+                           {application});
 }
 
 std::string PluginItem::openFileWithApplication(const std::string& application, const std::string& file) {
@@ -112,7 +118,9 @@ std::string PluginItem::openFileWithApplication(const std::string& application, 
 }
 
 bool PluginItem::canSelfTest() const { return mPlugin && mPlugin->implements(&CorvanePlugin::selfTest); }
-bool PluginItem::selfTest() { return mPlugin && mPlugin->ask("selfTest", &CorvanePlugin::selfTest).value_or(false); }
+bool PluginItem::selfTest() {
+    return mPlugin && mPlugin->ask("selfTest", &CorvanePlugin::selfTest).value_or(false);
+}
 
 bool PluginItem::isDirty() const {
     return mPlugin && mPlugin->ask("isDirty", &CorvanePlugin::isDirty).value_or(false);
@@ -160,10 +168,12 @@ bool PluginItem::applicationWillLockSavingChanges(bool save) {
 
 bool PluginItem::shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName) const {
     constexpr auto entry = &CorvanePlugin::shouldAllowNodeNameOnSearchPolicy;
-    return !mPlugin || mPlugin->ask("shouldAllowNodeNameOnSearchPolicy", entry, nodeName.c_str()).value_or(true);
+    return !mPlugin ||
+           mPlugin->ask("shouldAllowNodeNameOnSearchPolicy", entry, nodeName.c_str()).value_or(true);
 }
 
-void PluginItem::showSheetWithTitle(const std::string& title, const std::string& message, toolkit::Control* sender) {
+void PluginItem::showSheetWithTitle(const std::string& title, const std::string& message,
+                                    toolkit::Control* sender) {
     auto* window = sender == nullptr ? nullptr : sender->window();
     if (window == nullptr) return; // a sheet hangs on a window
     sheet_ = context_.toolkit.makeAlert();
@@ -175,7 +185,9 @@ void PluginItem::showSheetWithTitle(const std::string& title, const std::string&
 
 void PluginItem::sheetDidEnd(int /*returnCode*/) { sheet_.reset(); }
 
-std::string PluginItem::localized(std::string_view key) const { return context_.environment.strings.localized(key); }
+std::string PluginItem::localized(std::string_view key) const {
+    return context_.environment.strings.localized(key);
+}
 bool PluginItem::isRemote() const { return mAPIImplementor && mAPIImplementor->isRemote(); }
 
 } // namespace corvane::plugins

@@ -15,9 +15,9 @@
 namespace corvane::plugins {
 
 /// One connector of the services list. It is asked instead of the plug-in: what the plug-in implements is
-/// forwarded, everything else is answered from the connector's description. A connector without a plug-in works
-/// with the defaults alone. `location` arguments are handed to the plug-in unchanged; the host passes null.
-/// Owned by the services list; main thread.
+/// forwarded, everything else is answered from the connector's description. A connector without a plug-in
+/// works with the defaults alone. `location` arguments are handed to the plug-in unchanged; the host passes
+/// null. Owned by the services list; main thread.
 class PluginItem {
 public:
     /// What every item works with; all outlive it.
@@ -59,8 +59,8 @@ public:
     [[nodiscard]] bool isDirty() const;
     /// The plug-in's changes, then the enabled state. False leaves the enabled state unsaved.
     [[nodiscard]] bool saveChanges();
-    /// Writes a changed enabled state to the service. False when the authorization can't be externalized (even
-    /// if nothing has changed) or the service refuses.
+    /// Writes a changed enabled state to the service. False when the authorization can't be externalized
+    /// (even if nothing has changed) or the service refuses.
     [[nodiscard]] bool saveEnableState();
     bool revertChanges();
     [[nodiscard]] bool applicationWillQuitSavingChanges(bool save);
@@ -73,13 +73,17 @@ public:
     void sheetDidEnd(int returnCode);
 
 private:
-    [[nodiscard]] std::string descriptionText(std::string_view key) const { return mDictionary.textForKey(key); }
+    [[nodiscard]] std::string descriptionText(std::string_view key) const {
+        return mDictionary.textForKey(key);
+    }
     [[nodiscard]] std::string localized(std::string_view key) const;
     [[nodiscard]] bool isRemote() const;
     /// The message of what went wrong; "" when the program was started.
-    [[nodiscard]] std::string openExternalConfiguration(const std::string& application, const std::string& file);
+    [[nodiscard]] std::string openExternalConfiguration(const std::string& application,
+                                                        const std::string& file);
     [[nodiscard]] std::string openApplicationAlone(const std::string& application);
-    [[nodiscard]] std::string openFileWithApplication(const std::string& application, const std::string& file);
+    [[nodiscard]] std::string openFileWithApplication(const std::string& application,
+                                                      const std::string& file);
 
     Context context_;
     util::Dictionary mDictionary;

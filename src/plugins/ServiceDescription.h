@@ -15,8 +15,8 @@ inline constexpr std::string_view configAvailable = "PlugInConfigAvail";
 inline constexpr std::string_view configFile = "PlugInConfigFile";
 
 inline constexpr std::string_view active = "Active";
-/// The marker of a connector that the user has switched off. An opaque text, never shown; spelled like this on
-/// purpose, because states are told apart by plain comparison.
+/// The marker of a connector that the user has switched off. An opaque text, never shown; spelled like this
+/// on purpose, because states are told apart by plain comparison.
 inline constexpr std::string_view makeInactive = "Make InActive";
 inline constexpr std::string_view unknown = "Unknown";
 inline constexpr std::string_view notAvailable = "Not Available";

@@ -2,12 +2,12 @@
 
 /* The boundary between Corvane and its configuration plug-ins, in plain C.
  *
- * A plug-in is a shared object named NAME.cvplug that exports one function, CORVANE_PLUGIN_SYMBOL, of the type
- * CorvanePluginFactory. NAME is the connector that it configures. Rules that hold for every entry:
+ * A plug-in is a shared object named NAME.cvplug that exports one function, CORVANE_PLUGIN_SYMBOL, of the
+ * type CorvanePluginFactory. NAME is the connector that it configures. Rules that hold for every entry:
  *  - Everything is called on the main thread, and plug-ins call the host on the main thread only.
  *  - An entry that is null, or lies beyond `size`, isn't implemented; the host then applies its default.
- *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8, end with a NUL and are borrowed for
- *    the length of the call; a text that a plug-in returns stays valid until its next call.
+ *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8, end with a NUL and are borrowed
+ * for the length of the call; a text that a plug-in returns stays valid until its next call.
  *  - No exception may leave an entry.
  */
 

@@ -7,8 +7,8 @@
 
 #include "sdk/PluginTable.h"
 
-/// Makes a function table out of a plain C++ class by looking at what it has. A method with the right name and
-/// the wrong signature fails to compile; exceptions stay inside and are told to the host.
+/// Makes a function table out of a plain C++ class by looking at what it has. A method with the right name
+/// and the wrong signature fails to compile; exceptions stay inside and are told to the host.
 ///
 ///     class MyConnector {
 ///     public:
@@ -39,7 +39,8 @@ Instance<P>& as(void* self) noexcept {
 }
 
 inline void reportFailure(const CorvaneHost* host, const char* operation, const char* reason) noexcept {
-    if (host != nullptr && host->pluginFailed != nullptr) host->pluginFailed(host->context, operation, reason);
+    if (host != nullptr && host->pluginFailed != nullptr)
+        host->pluginFailed(host->context, operation, reason);
 }
 
 /// Runs `body`; what it throws becomes a report to the host and the answer `otherwise`.
@@ -55,13 +56,14 @@ Result guard(const CorvaneHost* host, const char* operation, Result otherwise, B
     return otherwise;
 }
 
-// One entry of the table: filled when the class has the method in the right shape, left null when it hasn't the
-// method at all, and a compile-time error in between. `Present` is the expression that must be valid.
-#define CORVANE_SDK_ENTRY(name, condition, lambda)                                  \
-    if constexpr (condition)                                                        \
-        table.name = lambda;                                                        \
-    else                                                                            \
-        static_assert(!requires { &P::name; }, #name ": wrong signature")
+// One entry of the table: filled when the class has the method in the right shape, left null when it hasn't
+// the method at all, and a compile-time error in between. `Present` is the expression that must be valid.
+#define CORVANE_SDK_ENTRY(name, condition, lambda)                                                           \
+    if constexpr (condition)                                                                                 \
+        table.name = lambda;                                                                                 \
+    else                                                                                                     \
+        static_assert(                                                                                       \
+            !requires { &P::name; }, #name ": wrong signature")
 
 #define CORVANE_SDK_ANSWER(name, call)                                                                       \
     [](void* self) noexcept -> int8_t {                                                                      \
@@ -69,24 +71,41 @@ Result guard(const CorvaneHost* host, const char* operation, Result otherwise, B
     }
 
 template <typename P>
-concept HasIsEnabledForLocation = requires(P& p, const char* l) { { p.isEnabledForLocation(l) } -> std::same_as<bool>; };
+concept HasIsEnabledForLocation = requires(P& p, const char* l) {
+    { p.isEnabledForLocation(l) } -> std::same_as<bool>;
+};
 template <typename P>
-concept HasCanSetEnabled = requires(P& p, const char* l) { { p.canSetEnabledForLocation(l) } -> std::same_as<bool>; };
+concept HasCanSetEnabled = requires(P& p, const char* l) {
+    { p.canSetEnabledForLocation(l) } -> std::same_as<bool>;
+};
 template <typename P>
-concept HasSetEnabled = requires(P& p, const char* l) { { p.setEnabledForLocation(true, l) } -> std::same_as<void>; };
+concept HasSetEnabled = requires(P& p, const char* l) {
+    { p.setEnabledForLocation(true, l) } -> std::same_as<void>;
+};
 template <typename P>
-concept HasPluginName = requires(P& p) { { p.pluginName() } -> std::same_as<std::string>; };
+concept HasPluginName = requires(P& p) {
+    { p.pluginName() } -> std::same_as<std::string>;
+};
 template <typename P>
-concept HasConfigureButtonClicked = requires(P& p, void* s) { { p.configureButtonClicked(s) } -> std::same_as<void>; };
+concept HasConfigureButtonClicked = requires(P& p, void* s) {
+    { p.configureButtonClicked(s) } -> std::same_as<void>;
+};
 template <typename P>
-concept HasSetHost = requires(P& p, const CorvaneHost& h) { { p.setPluginAPIImplementor(h) } -> std::same_as<void>; };
+concept HasSetHost = requires(P& p, const CorvaneHost& h) {
+    { p.setPluginAPIImplementor(h) } -> std::same_as<void>;
+};
 template <typename P>
-concept HasQuitAnswer = requires(P& p) { { p.applicationWillQuitSavingChanges(true) } -> std::same_as<bool>; };
+concept HasQuitAnswer = requires(P& p) {
+    { p.applicationWillQuitSavingChanges(true) } -> std::same_as<bool>;
+};
 template <typename P>
-concept HasLockAnswer = requires(P& p) { { p.applicationWillLockSavingChanges(true) } -> std::same_as<bool>; };
+concept HasLockAnswer = requires(P& p) {
+    { p.applicationWillLockSavingChanges(true) } -> std::same_as<bool>;
+};
 template <typename P>
-concept HasAdmission =
-    requires(P& p, std::string_view n) { { p.shouldAllowNodeNameOnSearchPolicy(n) } -> std::same_as<bool>; };
+concept HasAdmission = requires(P& p, std::string_view n) {
+    { p.shouldAllowNodeNameOnSearchPolicy(n) } -> std::same_as<bool>;
+};
 
 template <typename P>
 void fillLifetime(CorvanePlugin& table) {
@@ -98,65 +117,97 @@ void fillLifetime(CorvanePlugin& table) {
     table.setPluginAPIImplementor = [](void* self, const CorvaneHost* host) noexcept {
         as<P>(self).host = host;
         if constexpr (HasSetHost<P>)
-            guard(host, "setPluginAPIImplementor", 0, [&] { return as<P>(self).plugin.setPluginAPIImplementor(*host), 0; });
+            guard(host, "setPluginAPIImplementor", 0,
+                  [&] { return as<P>(self).plugin.setPluginAPIImplementor(*host), 0; });
         else
-            static_assert(!requires { &P::setPluginAPIImplementor; }, "setPluginAPIImplementor: wrong signature");
+            static_assert(
+                !requires { &P::setPluginAPIImplementor; }, "setPluginAPIImplementor: wrong signature");
     };
 }
 
 template <typename P>
 void fillEnabledState(CorvanePlugin& table) {
-    CORVANE_SDK_ENTRY(isEnabledForLocation, HasIsEnabledForLocation<P>, ([](void* self, const char* location) noexcept {
-        return guard(as<P>(self).host, "isEnabledForLocation", int8_t{0},
-                     [&] { return int8_t{as<P>(self).plugin.isEnabledForLocation(location)}; });
-    }));
-    CORVANE_SDK_ENTRY(canSetEnabledForLocation, HasCanSetEnabled<P>, ([](void* self, const char* location) noexcept {
-        return guard(as<P>(self).host, "canSetEnabledForLocation", int8_t{0},
-                     [&] { return int8_t{as<P>(self).plugin.canSetEnabledForLocation(location)}; });
-    }));
-    CORVANE_SDK_ENTRY(setEnabledForLocation, HasSetEnabled<P>, ([](void* self, int8_t on, const char* location) noexcept {
-        guard(as<P>(self).host, "setEnabledForLocation", 0,
-              [&] { return as<P>(self).plugin.setEnabledForLocation(on != 0, location), 0; });
-    }));
+    CORVANE_SDK_ENTRY(
+        isEnabledForLocation, HasIsEnabledForLocation<P>, ([](void* self, const char* location) noexcept {
+            return guard(as<P>(self).host, "isEnabledForLocation", int8_t{0},
+                         [&] { return int8_t{as<P>(self).plugin.isEnabledForLocation(location)}; });
+        }));
+    CORVANE_SDK_ENTRY(
+        canSetEnabledForLocation, HasCanSetEnabled<P>, ([](void* self, const char* location) noexcept {
+            return guard(as<P>(self).host, "canSetEnabledForLocation", int8_t{0},
+                         [&] { return int8_t{as<P>(self).plugin.canSetEnabledForLocation(location)}; });
+        }));
+    CORVANE_SDK_ENTRY(
+        setEnabledForLocation, HasSetEnabled<P>, ([](void* self, int8_t on, const char* location) noexcept {
+            guard(as<P>(self).host, "setEnabledForLocation", 0,
+                  [&] { return as<P>(self).plugin.setEnabledForLocation(on != 0, location), 0; });
+        }));
 }
 
 template <typename P>
 void fillConfiguration(CorvanePlugin& table) {
     CORVANE_SDK_ENTRY(pluginName, HasPluginName<P>, ([](void* self) noexcept {
-        auto& instance = as<P>(self);
-        return guard(instance.host, "pluginName", "",
-                     [&] { return (instance.returnedName = instance.plugin.pluginName()).c_str(); });
-    }));
-    CORVANE_SDK_ENTRY(canConfigure, requires(P& p) { { p.canConfigure() } -> std::same_as<bool>; },
-                      (CORVANE_SDK_ANSWER(canConfigure, canConfigure())));
-    CORVANE_SDK_ENTRY(configureButtonClicked, HasConfigureButtonClicked<P>, ([](void* self, void* sender) noexcept {
-        guard(as<P>(self).host, "configureButtonClicked", 0,
-              [&] { return as<P>(self).plugin.configureButtonClicked(sender), 0; });
-    }));
-    CORVANE_SDK_ENTRY(selfTest, requires(P& p) { { p.selfTest() } -> std::same_as<bool>; },
-                      (CORVANE_SDK_ANSWER(selfTest, selfTest())));
+                          auto& instance = as<P>(self);
+                          return guard(instance.host, "pluginName", "", [&] {
+                              return (instance.returnedName = instance.plugin.pluginName()).c_str();
+                          });
+                      }));
+    CORVANE_SDK_ENTRY(
+        canConfigure,
+        requires(P & p) {
+            { p.canConfigure() } -> std::same_as<bool>;
+        },
+        (CORVANE_SDK_ANSWER(canConfigure, canConfigure())));
+    CORVANE_SDK_ENTRY(configureButtonClicked, HasConfigureButtonClicked<P>,
+                      ([](void* self, void* sender) noexcept {
+                          guard(as<P>(self).host, "configureButtonClicked", 0,
+                                [&] { return as<P>(self).plugin.configureButtonClicked(sender), 0; });
+                      }));
+    CORVANE_SDK_ENTRY(
+        selfTest,
+        requires(P & p) {
+            { p.selfTest() } -> std::same_as<bool>;
+        },
+        (CORVANE_SDK_ANSWER(selfTest, selfTest())));
 }
 
 template <typename P>
 void fillSaving(CorvanePlugin& table) {
-    CORVANE_SDK_ENTRY(isDirty, requires(P& p) { { p.isDirty() } -> std::same_as<bool>; },
-                      (CORVANE_SDK_ANSWER(isDirty, isDirty())));
-    CORVANE_SDK_ENTRY(saveChanges, requires(P& p) { { p.saveChanges() } -> std::same_as<bool>; },
-                      (CORVANE_SDK_ANSWER(saveChanges, saveChanges())));
-    CORVANE_SDK_ENTRY(revertChanges, requires(P& p) { { p.revertChanges() } -> std::same_as<bool>; },
-                      (CORVANE_SDK_ANSWER(revertChanges, revertChanges())));
-    CORVANE_SDK_ENTRY(applicationWillQuitSavingChanges, HasQuitAnswer<P>, ([](void* self, int8_t save) noexcept {
-        return guard(as<P>(self).host, "applicationWillQuitSavingChanges", int8_t{0},
-                     [&] { return int8_t{as<P>(self).plugin.applicationWillQuitSavingChanges(save != 0)}; });
-    }));
-    CORVANE_SDK_ENTRY(applicationWillLockSavingChanges, HasLockAnswer<P>, ([](void* self, int8_t save) noexcept {
-        return guard(as<P>(self).host, "applicationWillLockSavingChanges", int8_t{0},
-                     [&] { return int8_t{as<P>(self).plugin.applicationWillLockSavingChanges(save != 0)}; });
-    }));
-    CORVANE_SDK_ENTRY(shouldAllowNodeNameOnSearchPolicy, HasAdmission<P>, ([](void* self, const char* name) noexcept {
-        return guard(as<P>(self).host, "shouldAllowNodeNameOnSearchPolicy", int8_t{0},
-                     [&] { return int8_t{as<P>(self).plugin.shouldAllowNodeNameOnSearchPolicy(name)}; });
-    }));
+    CORVANE_SDK_ENTRY(
+        isDirty,
+        requires(P & p) {
+            { p.isDirty() } -> std::same_as<bool>;
+        },
+        (CORVANE_SDK_ANSWER(isDirty, isDirty())));
+    CORVANE_SDK_ENTRY(
+        saveChanges,
+        requires(P & p) {
+            { p.saveChanges() } -> std::same_as<bool>;
+        },
+        (CORVANE_SDK_ANSWER(saveChanges, saveChanges())));
+    CORVANE_SDK_ENTRY(
+        revertChanges,
+        requires(P & p) {
+            { p.revertChanges() } -> std::same_as<bool>;
+        },
+        (CORVANE_SDK_ANSWER(revertChanges, revertChanges())));
+    CORVANE_SDK_ENTRY(applicationWillQuitSavingChanges, HasQuitAnswer<P>,
+                      ([](void* self, int8_t save) noexcept {
+                          return guard(as<P>(self).host, "applicationWillQuitSavingChanges", int8_t{0}, [&] {
+                              return int8_t{as<P>(self).plugin.applicationWillQuitSavingChanges(save != 0)};
+                          });
+                      }));
+    CORVANE_SDK_ENTRY(applicationWillLockSavingChanges, HasLockAnswer<P>,
+                      ([](void* self, int8_t save) noexcept {
+                          return guard(as<P>(self).host, "applicationWillLockSavingChanges", int8_t{0}, [&] {
+                              return int8_t{as<P>(self).plugin.applicationWillLockSavingChanges(save != 0)};
+                          });
+                      }));
+    CORVANE_SDK_ENTRY(
+        shouldAllowNodeNameOnSearchPolicy, HasAdmission<P>, ([](void* self, const char* name) noexcept {
+            return guard(as<P>(self).host, "shouldAllowNodeNameOnSearchPolicy", int8_t{0},
+                         [&] { return int8_t{as<P>(self).plugin.shouldAllowNodeNameOnSearchPolicy(name)}; });
+        }));
 }
 
 #undef CORVANE_SDK_ENTRY

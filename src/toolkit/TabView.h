@@ -37,7 +37,8 @@ public:
     virtual void setAutoresizingMask(unsigned mask) = 0;
     virtual void addTabViewItem(std::shared_ptr<TabViewItem> item) = 0;
     /// Null when there is no such page.
-    [[nodiscard]] virtual std::shared_ptr<TabViewItem> tabViewItemWithIdentifier(std::string_view identifier) = 0;
+    [[nodiscard]] virtual std::shared_ptr<TabViewItem>
+    tabViewItemWithIdentifier(std::string_view identifier) = 0;
     virtual void removeTabViewItem(const TabViewItem& item) = 0;
     /// By the user or by the program alike: the delegate is asked, told before and told after. Nothing
     /// happens when the page is unknown or already selected.

@@ -45,8 +45,8 @@ class TableDataSource {
 public:
     virtual ~TableDataSource() = default;
     [[nodiscard]] virtual int numberOfRowsInTableView(const TableView& table) = 0;
-    [[nodiscard]] virtual ObjectValue objectValueForTableColumn(const TableView& table, const TableColumn& column,
-                                                                int row) = 0;
+    [[nodiscard]] virtual ObjectValue objectValueForTableColumn(const TableView& table,
+                                                                const TableColumn& column, int row) = 0;
     /// The user has toggled a check box.
     virtual void setObjectValue(const TableView& table, bool value, const TableColumn& column, int row) = 0;
 };

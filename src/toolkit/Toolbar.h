@@ -21,9 +21,10 @@ public:
     virtual ~ToolbarDelegate() = default;
     [[nodiscard]] virtual std::vector<std::string> toolbarDefaultItemIdentifiers(const Toolbar& toolbar) = 0;
     [[nodiscard]] virtual std::vector<std::string> toolbarAllowedItemIdentifiers(const Toolbar& toolbar) = 0;
-    [[nodiscard]] virtual std::vector<std::string> toolbarSelectableItemIdentifiers(const Toolbar& toolbar) = 0;
-    [[nodiscard]] virtual ToolbarItem itemForItemIdentifier(const Toolbar& toolbar, const std::string& identifier,
-                                                            bool willBeInserted) = 0;
+    [[nodiscard]] virtual std::vector<std::string>
+    toolbarSelectableItemIdentifiers(const Toolbar& toolbar) = 0;
+    [[nodiscard]] virtual ToolbarItem
+    itemForItemIdentifier(const Toolbar& toolbar, const std::string& identifier, bool willBeInserted) = 0;
     [[nodiscard]] virtual bool validateToolbarItem(const ToolbarItem& item) = 0;
 };
 

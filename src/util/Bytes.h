@@ -22,7 +22,8 @@ using BytesView = std::span<const std::uint8_t>;
 /// Overwrites memory that held a secret in a way that an optimiser may not leave out.
 inline void wipe(void* memory, std::size_t length) noexcept {
     auto* octets = static_cast<volatile std::uint8_t*>(memory);
-    for (std::size_t i = 0; i < length; ++i) octets[i] = 0;
+    for (std::size_t i = 0; i < length; ++i)
+        octets[i] = 0;
 }
 inline void wipe(std::string& secret) noexcept {
     wipe(secret.data(), secret.size());

@@ -29,7 +29,8 @@ private:
 
 std::string joined(const ValueList& elements) {
     std::string text;
-    for (const auto& element : elements) text += (text.empty() ? "" : ", ") + element.description();
+    for (const auto& element : elements)
+        text += (text.empty() ? "" : ", ") + element.description();
     return text;
 }
 
@@ -75,7 +76,9 @@ public:
     [[nodiscard]] Value mutableCopy() const override { return copy(true); }
 
 private:
-    [[nodiscard]] Value copy(bool isMutable) const { return Value(std::make_shared<SetObject>(storage(), isMutable)); }
+    [[nodiscard]] Value copy(bool isMutable) const {
+        return Value(std::make_shared<SetObject>(storage(), isMutable));
+    }
 };
 
 template <typename T>
@@ -105,7 +108,8 @@ Range rangeOf(const Value& handle) {
 
 void requirePosition(std::size_t index, std::size_t end) {
     if (index < end) return;
-    throw RangeException("index " + std::to_string(index) + " is beyond the end of a list of " + std::to_string(end));
+    throw RangeException("index " + std::to_string(index) + " is beyond the end of a list of " +
+                         std::to_string(end));
 }
 
 auto positionInList(std::size_t index) { return static_cast<std::ptrdiff_t>(index); }
@@ -115,7 +119,9 @@ auto positionInList(std::size_t index) { return static_cast<std::ptrdiff_t>(inde
 Array::Array(std::initializer_list<Value> elements) : Array(ValueList(elements)) {}
 Array::Array(ValueList elements) : HandleOf(make<ArrayObject>(std::move(elements), false)) {}
 Array Array::makeMutable(ValueList elements) { return Array(make<ArrayObject>(std::move(elements), true)); }
-Array Array::ofTexts(const std::vector<std::string>& texts) { return Array(ValueList(texts.begin(), texts.end())); }
+Array Array::ofTexts(const std::vector<std::string>& texts) {
+    return Array(ValueList(texts.begin(), texts.end()));
+}
 
 std::size_t Array::count() const { return storageOf<ArrayObject>(*this).size(); }
 
@@ -139,7 +145,8 @@ ListRange Array::elements() const { return rangeOf<ArrayObject, ListRange>(*this
 std::vector<std::string> Array::texts() const {
     std::vector<std::string> texts;
     texts.reserve(count());
-    for (const auto& element : elements()) texts.push_back(element.as<String>().text());
+    for (const auto& element : elements())
+        texts.push_back(element.as<String>().text());
     return texts;
 }
 
@@ -163,8 +170,12 @@ void Array::removeAt(std::size_t index) {
     list.erase(list.begin() + positionInList(index));
 }
 
-void Array::removeAllEqualTo(const Value& value) { std::erase(objectOf<ArrayObject>(*this).forChange(), value); }
-void Array::setElements(ValueList elements) { objectOf<ArrayObject>(*this).forChange() = std::move(elements); }
+void Array::removeAllEqualTo(const Value& value) {
+    std::erase(objectOf<ArrayObject>(*this).forChange(), value);
+}
+void Array::setElements(ValueList elements) {
+    objectOf<ArrayObject>(*this).forChange() = std::move(elements);
+}
 
 Dictionary::Dictionary(std::initializer_list<ValueMap::value_type> entries) : Dictionary(ValueMap(entries)) {}
 Dictionary::Dictionary(ValueMap entries) : HandleOf(make<DictionaryObject>(std::move(entries), false)) {}
@@ -180,13 +191,18 @@ Value Dictionary::valueForKey(std::string_view key) const {
     return found == map.end() ? Value() : found->second;
 }
 
-std::string Dictionary::textForKey(std::string_view key) const { return valueForKey(key).as<String>().text(); }
-bool Dictionary::containsKey(std::string_view key) const { return storageOf<DictionaryObject>(*this).contains(key); }
+std::string Dictionary::textForKey(std::string_view key) const {
+    return valueForKey(key).as<String>().text();
+}
+bool Dictionary::containsKey(std::string_view key) const {
+    return storageOf<DictionaryObject>(*this).contains(key);
+}
 
 std::vector<std::string> Dictionary::keys() const {
     std::vector<std::string> keys;
     keys.reserve(count());
-    for (const auto& [key, value] : storageOf<DictionaryObject>(*this)) keys.push_back(key);
+    for (const auto& [key, value] : storageOf<DictionaryObject>(*this))
+        keys.push_back(key);
     return keys;
 }
 

@@ -15,7 +15,8 @@ public:
     explicit MutationMark(const std::uint64_t& changes) : changes_(&changes), atStart_(changes) {}
     /// Throws `EnumerationMutationException` once the container has changed since this mark was taken.
     void check() const {
-        if (*changes_ != atStart_) throw EnumerationMutationException("collection was changed while being walked");
+        if (*changes_ != atStart_)
+            throw EnumerationMutationException("collection was changed while being walked");
     }
 
 private:

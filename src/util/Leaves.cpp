@@ -39,7 +39,8 @@ public:
     [[nodiscard]] std::string description() const override {
         static constexpr char digits[] = "0123456789abcdef";
         std::string text = "<";
-        for (const auto byte : bytes_) text.append({digits[byte >> 4U], digits[byte & 15U]});
+        for (const auto byte : bytes_)
+            text.append({digits[byte >> 4U], digits[byte & 15U]});
         return text + ">";
     }
     [[nodiscard]] Value immutableCopy() const override { return Data(bytes_); }
@@ -77,14 +78,17 @@ public:
         return std::visit([](auto number) { return std::to_string(number); }, form_);
     }
     // An immutable object is its own copy, but the object doesn't know who shares it.
-    [[nodiscard]] Value immutableCopy() const override { return Value(std::make_shared<NumberObject>(form_)); }
+    [[nodiscard]] Value immutableCopy() const override {
+        return Value(std::make_shared<NumberObject>(form_));
+    }
     [[nodiscard]] Value mutableCopy() const override { return {}; }
     [[nodiscard]] const Form& form() const { return form_; }
 
 private:
     template <typename X, typename Y>
     static bool equalNumbers(X x, Y y) {
-        if constexpr (std::integral<X> && std::integral<Y> && !std::same_as<X, bool> && !std::same_as<Y, bool>)
+        if constexpr (std::integral<X> && std::integral<Y> && !std::same_as<X, bool> &&
+                      !std::same_as<Y, bool>)
             return std::cmp_equal(x, y);
         else
             return static_cast<double>(x) == static_cast<double>(y);
@@ -118,11 +122,16 @@ T clamped(double number) {
 
 template <typename T, typename From>
 T converted(From number) {
-    if constexpr (std::same_as<From, bool>) return number ? 1 : 0;
-    else if constexpr (std::same_as<From, double>) return clamped<T>(number);
-    else if (std::cmp_less(number, std::numeric_limits<T>::min())) return std::numeric_limits<T>::min();
-    else if (std::cmp_greater(number, std::numeric_limits<T>::max())) return std::numeric_limits<T>::max();
-    else return static_cast<T>(number);
+    if constexpr (std::same_as<From, bool>)
+        return number ? 1 : 0;
+    else if constexpr (std::same_as<From, double>)
+        return clamped<T>(number);
+    else if (std::cmp_less(number, std::numeric_limits<T>::min()))
+        return std::numeric_limits<T>::min();
+    else if (std::cmp_greater(number, std::numeric_limits<T>::max()))
+        return std::numeric_limits<T>::max();
+    else
+        return static_cast<T>(number);
 }
 
 const NumberObject& object(const Number& number) {
@@ -168,10 +177,12 @@ double Number::doubleValue() const {
     return std::visit([](auto number) { return static_cast<double>(number); }, util::object(*this).form());
 }
 std::int64_t Number::integerValue() const {
-    return std::visit([](auto number) { return converted<std::int64_t>(number); }, util::object(*this).form());
+    return std::visit([](auto number) { return converted<std::int64_t>(number); },
+                      util::object(*this).form());
 }
 std::uint64_t Number::unsignedValue() const {
-    return std::visit([](auto number) { return converted<std::uint64_t>(number); }, util::object(*this).form());
+    return std::visit([](auto number) { return converted<std::uint64_t>(number); },
+                      util::object(*this).form());
 }
 
 Date::Date(double secondsSinceEpoch) : HandleOf(std::make_shared<DateObject>(secondsSinceEpoch)) {}

@@ -45,7 +45,8 @@ private:
 };
 
 template <typename T>
-concept Text = std::convertible_to<const T&, std::string_view> && !std::same_as<std::remove_cvref_t<T>, std::nullptr_t>;
+concept Text =
+    std::convertible_to<const T&, std::string_view> && !std::same_as<std::remove_cvref_t<T>, std::nullptr_t>;
 template <typename T>
 concept PlainNumber = std::is_arithmetic_v<T> && !std::same_as<T, char>;
 
