@@ -1,0 +1,59 @@
+#pragma once
+
+#include "auth/ConnectionDialog.h"
+#include "auth/DirectoryEditor.h"
+#include "platform/AuthorizationView.h"
+#include "toolkit/Controls.h"
+#include "toolkit/TabView.h"
+#include "toolkit/TableView.h"
+#include "toolkit/Window.h"
+
+namespace corvane::app {
+
+/// The controls of the interface file "MainWindow", by the names that they bear there. All belong to the
+/// interface, which outlives the program's objects.
+struct MainWindowOutlets {
+    toolkit::Window& window;
+
+    /// Pages "main" and "directoryEditor".
+    toolkit::TabView& mainVsDirectoryEditorTabView;
+    /// Pages "1" services, "2" authentication policy, "3" contacts policy.
+    toolkit::TabView& mainTabView;
+    auth::DirectoryEditor& directoryEditorView;
+    toolkit::View* localNodeView;     ///< its frame sizes the search-policy pages; may be missing
+    toolkit::Window* localNodeWindow; ///< a secondary window; may be missing
+
+    toolkit::Window& progressSheet;
+    toolkit::ProgressIndicator& progressBar;
+    toolkit::Button& applyButton;
+    toolkit::Button& helpButton;
+
+    toolkit::TableView& selectPlugIn; ///< columns "Name", "Version" and "On-Off"
+    toolkit::Button& configPlugIn;
+
+    toolkit::PopUpButton& selectSearchPolicy; ///< Automatic, Local, Custom
+    toolkit::TableView& selectNode;           ///< column "NodeName"
+    toolkit::Button& addNode;
+    toolkit::Button& deleteNode;
+    toolkit::View& dragMessage;
+
+    toolkit::PopUpButton& selectContactPolicy;
+    toolkit::TableView& selectNodeContact;
+    toolkit::Button& addNodeContact;
+    toolkit::Button& deleteNodeContact;
+    toolkit::View& dragMessageContact;
+
+    platform::AuthorizationView& authorizationView;
+};
+
+/// Brings the interface files to life.
+class InterfaceLoader {
+public:
+    virtual ~InterfaceLoader() = default;
+    /// Loads "MainWindow" on the first call; the same outlets afterwards.
+    [[nodiscard]] virtual MainWindowOutlets loadMainWindow() = 0;
+    /// A new connection dialog.
+    [[nodiscard]] virtual std::unique_ptr<auth::ConnectionDialog> loadAuthDialog() = 0;
+};
+
+} // namespace corvane::app
