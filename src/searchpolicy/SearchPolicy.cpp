@@ -1,0 +1,230 @@
+#include "searchpolicy/SearchPolicy.h"
+
+#include <exception>
+
+#include "directory/CustomCalls.h"
+
+namespace corvane::searchpolicy {
+
+namespace attribute = halden::attribute;
+
+namespace {
+
+/// Requests to a search node.
+namespace code {
+constexpr std::int32_t automatic = 111;
+constexpr std::int32_t local = 222;
+constexpr std::int32_t custom = 333;
+constexpr std::int32_t replaceCustomList = 444;
+} // namespace code
+
+/// 0 for a mode that can't be switched to.
+std::int32_t codeOf(Mode mode) {
+    switch (mode) {
+    case Mode::automatic:
+        return code::automatic;
+    case Mode::local:
+        return code::local;
+    case Mode::custom:
+        return code::custom;
+    case Mode::notYetKnown:
+        break;
+    }
+    return 0;
+}
+
+} // namespace
+
+SearchPolicy::SearchPolicy(const SearchPolicyTraits& traits, platform::Environment& environment,
+                           toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs)
+    : traits_(traits), environment_(environment), toolkit_(toolkit), outlets_(outlets), needs_(needs) {}
+
+void SearchPolicy::buildPaneData() {
+    const auto message = environment_.strings.localized("An unexpected error occurred");
+    const auto button = environment_.strings.localized("OK");
+    try {
+        readDetails();
+        readMode();
+        selectModeInChooser();
+        outlets_.nodeTable.reloadData();
+        outlets_.modeChooser.synchronizeTitleAndSelectedItem();
+        loaded_ = true;
+    } catch (const std::exception& failure) {
+        needs_.hideProgressBar();
+        showAlert(message, failure.what(), button);
+    }
+}
+
+void SearchPolicy::readDetails() {
+    halden::Error error;
+    const auto node = openSearchNode(&error);
+    if (!node) throw halden::Exception(error);
+    details_ = {};
+    const auto details = node->nodeDetails(std::nullopt, &error);
+    if (!details) throw halden::Exception(error);
+    details_ = util::deepMutableCopy(details);
+}
+
+void SearchPolicy::readMode() {
+    const auto active = list(attribute::searchPolicy).textAt(0);
+    if (active == attribute::automaticSearchPath) pastMode_ = Mode::automatic;
+    if (active == attribute::localOnlySearchPath) pastMode_ = Mode::local;
+    if (active == attribute::customSearchPath) pastMode_ = Mode::custom;
+    selectedMode_ = pastMode_;
+}
+
+void SearchPolicy::selectModeInChooser() {
+    outlets_.modeChooser.selectItemAtIndex(static_cast<int>(selectedMode_) - 1);
+    outlets_.modeChooser.synchronizeTitleAndSelectedItem();
+}
+
+std::shared_ptr<halden::Node> SearchPolicy::openSearchNode(halden::Error* error) {
+    if (const auto session = needs_.haldenSession()) return session->nodeWithType(traits_.searchNode, error);
+    *error = {halden::ErrorCode::nodeUnreachable, "The directory service can't be reached.",
+              "No session with it could be opened.", "Check that the service is running, then try again."};
+    return nullptr;
+}
+
+util::Array SearchPolicy::list(std::string_view attribute) const {
+    return details_.valueForKey(attribute).as<util::Array>();
+}
+
+util::Array SearchPolicy::automaticList() const { return list(attribute::automaticSearchPath); }
+util::Array SearchPolicy::localOnlyList() const { return list(attribute::localOnlySearchPath); }
+util::Array SearchPolicy::customList() const { return list(attribute::customSearchPath); }
+
+util::Array SearchPolicy::shownList() const {
+    switch (selectedMode_) {
+    case Mode::automatic:
+        return automaticList();
+    case Mode::local:
+        return localOnlyList();
+    case Mode::custom:
+        return customList();
+    case Mode::notYetKnown:
+        break;
+    }
+    return {};
+}
+
+void SearchPolicy::readIfNeeded() {
+    if (!details_) buildPaneData();
+    // A service that keeps no custom list yet still lets one be made.
+    if (details_ && !customList()) details_.set(attribute::customSearchPath, util::Array::makeMutable());
+}
+
+void SearchPolicy::markCustomListEdited() {
+    needs_.setSearchPolicyModified(true);
+    customListChanged_ = true;
+}
+
+bool SearchPolicy::isNodeOnSearchPolicy(const std::string& nodeName) {
+    readIfNeeded();
+    return customList().contains(nodeName);
+}
+
+void SearchPolicy::addNode(const std::string& nodeName) {
+    readIfNeeded();
+    if (!details_) return; // the alert has said why it can't be read
+    if (!customList().contains(nodeName)) {
+        customList().append(nodeName);
+        markCustomListEdited();
+    }
+    if (selectedMode_ != Mode::custom) {
+        selectedMode_ = Mode::custom;
+        selectModeInChooser();
+        needs_.setSearchPolicyModified(true);
+    }
+    outlets_.nodeTable.reloadData();
+}
+
+void SearchPolicy::deleteNode(const std::string& nodeName) {
+    readIfNeeded();
+    if (customList().contains(nodeName)) {
+        customList().removeAllEqualTo(nodeName);
+        markCustomListEdited();
+    }
+    outlets_.nodeTable.reloadData();
+}
+
+void SearchPolicy::deleteNodesWithPrefix(const std::string& prefix) {
+    readIfNeeded();
+    util::ValueList kept;
+    for (const auto& node : customList().elements())
+        if (!node.as<util::String>().text().starts_with(prefix)) kept.push_back(node);
+    if (kept.size() < customList().count()) {
+        customList().setElements(std::move(kept));
+        markCustomListEdited();
+    }
+    outlets_.nodeTable.reloadData();
+}
+
+void SearchPolicy::renameNode(const std::string& oldName, const std::string& newName) {
+    if (!isNodeOnSearchPolicy(oldName)) return;
+    customList().replace(*customList().indexOf(oldName), newName);
+    markCustomListEdited();
+}
+
+bool SearchPolicy::save(const util::AuthorizationExternalForm& authForm) {
+    if (!hasUnsavedEdits()) return true;
+    halden::Error error;
+    const auto node = openSearchNode(&error);
+    if (!node) {
+        (void)succeeded(error);
+        return false;
+    }
+    if (customListChanged_ && saveSearchPolicy(*node, authForm, customListToWrite()))
+        customListChanged_ = false;
+    if (selectedMode_ != pastMode_) saveMode(*node, authForm);
+    return true;
+}
+
+util::Array SearchPolicy::customListToWrite() const {
+    if (!traits_.stripsLocalNodesOnSave) return customList();
+    auto list = util::Array::makeMutable();
+    const auto localNodes = localOnlyList();
+    for (const auto& node : customList().elements())
+        if (!localNodes.contains(node)) list.append(node);
+    return list;
+}
+
+void SearchPolicy::saveMode(halden::Node& node, const util::AuthorizationExternalForm& authForm) {
+    const auto code = codeOf(selectedMode_);
+    if (code != 0 && changePolicy(code, authForm, node)) pastMode_ = selectedMode_;
+}
+
+bool SearchPolicy::saveSearchPolicy(halden::Node& node, const util::AuthorizationExternalForm& authForm,
+                                    const util::Array& custom) {
+    halden::Error error;
+    const auto list = environment_.propertyLists.binary(custom);
+    if (!list) throw halden::Exception("The list of nodes holds something that is no text.");
+    auto request = directory::authorizedRequest(authForm, list->size());
+    request.insert(request.end(), list->begin(), list->end());
+    (void)node.customCall(code::replaceCustomList, request, &error);
+    util::wipe(request);
+    return succeeded(error);
+}
+
+bool SearchPolicy::changePolicy(std::int32_t code, const util::AuthorizationExternalForm& authForm,
+                                halden::Node& node) {
+    halden::Error error;
+    (void)directory::customCall(node, code, authForm, &error);
+    return succeeded(error);
+}
+
+bool SearchPolicy::succeeded(const halden::Error& error) {
+    if (!error) return true;
+    showAlert(error.description, error.details(), environment_.strings.localized("OK"));
+    return false;
+}
+
+void SearchPolicy::showAlert(const std::string& message, const std::string& information,
+                             const std::string& button) {
+    const auto alert = toolkit_.makeAlert();
+    alert->setMessageText(message);
+    alert->setInformativeText(information);
+    alert->addButton(button);
+    (void)alert->runModal();
+}
+
+} // namespace corvane::searchpolicy

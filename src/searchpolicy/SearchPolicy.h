@@ -1,0 +1,108 @@
+#pragma once
+
+#include <memory>
+#include <string>
+
+#include "halden/Session.h"
+#include "platform/Environment.h"
+#include "searchpolicy/SearchPolicyTraits.h"
+#include "toolkit/Controls.h"
+#include "toolkit/TableView.h"
+#include "toolkit/Toolkit.h"
+#include "util/AuthorizationExternalForm.h"
+#include "util/DeepMutableCopy.h"
+
+namespace corvane::searchpolicy {
+
+/// One search policy: the copy that is edited, and the ways in from and out to the directory service. The
+/// authentication and contacts policies are two instances with different traits. Main thread.
+class SearchPolicy {
+public:
+    struct Needs {
+        virtual ~Needs() = default;
+        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
+        virtual void setSearchPolicyModified(bool modified) = 0;
+        virtual void hideProgressBar() = 0;
+    };
+    struct Outlets {
+        toolkit::PopUpButton& modeChooser;
+        toolkit::TableView& nodeTable;
+    };
+
+    SearchPolicy(const SearchPolicyTraits& traits, platform::Environment& environment,
+                 toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs);
+    SearchPolicy(const SearchPolicy&) = delete;
+    SearchPolicy& operator=(const SearchPolicy&) = delete;
+
+    [[nodiscard]] const SearchPolicyTraits& traits() const { return traits_; }
+
+    /// Reads the policy from its search node and shows it; an unsaved choice of mode is lost. A failure is
+    /// shown in an alert and leaves the policy not loaded.
+    void buildPaneData();
+    [[nodiscard]] bool isLoaded() const { return loaded_; }
+    void invalidate() { loaded_ = false; }
+    /// The session is another one: what was read is void.
+    void forgetDetails() { details_ = {}; }
+
+    /// Null until the first read.
+    [[nodiscard]] const util::Dictionary& details() const { return details_; }
+    /// The lists themselves, empty when there are none: who edits them edits the policy.
+    [[nodiscard]] util::Array automaticList() const;
+    [[nodiscard]] util::Array localOnlyList() const;
+    [[nodiscard]] util::Array customList() const;
+    /// The list that the chosen mode uses; empty in no mode.
+    [[nodiscard]] util::Array shownList() const;
+
+    [[nodiscard]] Mode selectedMode() const { return selectedMode_; }
+    void setSelectedMode(Mode mode) { selectedMode_ = mode; }
+    [[nodiscard]] Mode pastMode() const { return pastMode_; }
+    [[nodiscard]] bool customListChanged() const { return customListChanged_; }
+    void setCustomListChanged() { customListChanged_ = true; }
+    [[nodiscard]] bool hasUnsavedEdits() const { return customListChanged_ || selectedMode_ != pastMode_; }
+    /// Shows the chosen mode in the pop-up.
+    void selectModeInChooser();
+
+    /// These read the policy first if that hasn't happened. Only the custom list counts, whatever the mode.
+    [[nodiscard]] bool isNodeOnSearchPolicy(const std::string& nodeName);
+    /// Appends the node if it isn't there, and switches to Custom in any case. The add and delete buttons are
+    /// left as they are.
+    void addNode(const std::string& nodeName);
+    /// Removes every occurrence; the mode stays.
+    void deleteNode(const std::string& nodeName);
+    void deleteNodesWithPrefix(const std::string& prefix);
+    /// Replaces the first occurrence in its place.
+    void renameNode(const std::string& oldName, const std::string& newName);
+
+    /// Writes what was edited: the custom list, then the mode. A call that fails shows an alert and leaves
+    /// its part unsaved, to be tried by the next save. False only when the search node can't be opened.
+    [[nodiscard]] bool save(const util::AuthorizationExternalForm& authForm);
+
+private:
+    void readDetails();
+    void readMode();
+    void readIfNeeded();
+    void markCustomListEdited();
+    [[nodiscard]] util::Array list(std::string_view attribute) const;
+    [[nodiscard]] std::shared_ptr<halden::Node> openSearchNode(halden::Error* error);
+    [[nodiscard]] util::Array customListToWrite() const;
+    void saveMode(halden::Node& node, const util::AuthorizationExternalForm& authForm);
+    [[nodiscard]] bool saveSearchPolicy(halden::Node& node, const util::AuthorizationExternalForm& authForm,
+                                        const util::Array& custom);
+    [[nodiscard]] bool changePolicy(std::int32_t code, const util::AuthorizationExternalForm& authForm,
+                                    halden::Node& node);
+    [[nodiscard]] bool succeeded(const halden::Error& error);
+    void showAlert(const std::string& message, const std::string& information, const std::string& button);
+
+    const SearchPolicyTraits& traits_;
+    platform::Environment& environment_;
+    toolkit::Toolkit& toolkit_;
+    Outlets outlets_;
+    Needs& needs_;
+    util::Dictionary details_;
+    Mode selectedMode_ = Mode::notYetKnown;
+    Mode pastMode_ = Mode::notYetKnown;
+    bool customListChanged_ = false;
+    bool loaded_ = false;
+};
+
+} // namespace corvane::searchpolicy

@@ -1,0 +1,72 @@
+#pragma once
+
+#include "platform/Environment.h"
+#include "services/ServicesList.h"
+#include "toolkit/Controls.h"
+#include "toolkit/TableView.h"
+#include "toolkit/Toolkit.h"
+#include "toolkit/Window.h"
+
+namespace corvane::services {
+
+/// Whether anything is unsaved, and the three ways in which an edit ends: saved, reverted, or handed to the
+/// plug-ins on quitting and locking. Main thread.
+class ModifiedState {
+public:
+    struct Needs {
+        virtual ~Needs() = default;
+        [[nodiscard]] virtual bool saveSearchPolicies() = 0;
+        /// Reads each search policy again whose custom list or mode has unsaved edits.
+        virtual void rereadEditedSearchPolicies() = 0;
+        [[nodiscard]] virtual bool preflightDSRef() = 0;
+        virtual void showProgressBar() = 0;
+        virtual void hideProgressBar() = 0;
+    };
+    struct Outlets {
+        toolkit::Window& window;
+        toolkit::Button& applyButton;
+        toolkit::ProgressIndicator& progressBar;
+        toolkit::TableView& selectPlugIn;
+    };
+
+    ModifiedState(ServicesList& list, platform::Environment& environment, toolkit::Toolkit& toolkit,
+                  Outlets outlets, Needs& needs);
+
+    void setPluginModified(bool modified);
+    void setSearchPolicyModified(bool modified);
+    /// Shows the two flags as the window's mark and the Apply button's state.
+    void updateModifiedState();
+    /// The window is closing: from here on nothing counts as unsaved.
+    void setQuitting() { quitting_ = true; }
+
+    [[nodiscard]] bool isDirty() const;
+    /// The search policies first, then each connector in the list's order up to the first that fails.
+    bool save();
+    void applyAction() { (void)save(); }
+    /// Does nothing unless the window is marked as edited.
+    void revertAction();
+
+    /// Every plug-in hears of the quit; the last one's answer counts.
+    [[nodiscard]] bool applicationWillQuitSavingChanges(bool save);
+    /// The first refusal ends the asking.
+    [[nodiscard]] bool applicationWillLockSavingChanges(bool save);
+
+    /// Builds the services list behind the progress sheet, unless it is loaded.
+    void loadConfigWithSheet();
+
+private:
+    [[nodiscard]] bool saveItems();
+    void showProgress();
+    void showUnexpectedError(const std::string& title, const std::string& button, const std::string& reason);
+
+    ServicesList& list_;
+    platform::Environment& environment_;
+    toolkit::Toolkit& toolkit_;
+    Outlets outlets_;
+    Needs& needs_;
+    bool pluginModified_ = false;
+    bool searchPolicyModified_ = false;
+    bool quitting_ = false;
+};
+
+} // namespace corvane::services

@@ -1,0 +1,131 @@
+#include "services/ServicesList.h"
+
+#include <algorithm>
+
+#include "plugins/ConnectorNames.h"
+#include "plugins/ServiceDescription.h"
+#include "util/TextComparison.h"
+
+namespace corvane::services {
+
+namespace attribute = halden::attribute;
+namespace connector = plugins::connector;
+namespace service = plugins::service;
+
+namespace {
+
+/// The attribute's first value, none when it has no values.
+std::optional<std::string> firstValue(const halden::Record& record, std::string_view name) {
+    const auto values = record.valuesForAttribute(name, nullptr);
+    return values.isEmpty() ? std::nullopt : std::optional(values.textAt(0));
+}
+
+/// Number of characters of a UTF-8 text.
+std::int32_t characterCount(const std::string& text) {
+    const auto startsCharacter = [](char octet) {
+        return (static_cast<unsigned char>(octet) & 0xC0U) != 0x80U;
+    };
+    return static_cast<std::int32_t>(std::ranges::count_if(text, startsCharacter));
+}
+
+halden::QueryParameters everyConnector() {
+    halden::QueryParameters parameters;
+    parameters.recordTypes = {std::string(halden::recordType::plugins)};
+    parameters.attribute = attribute::recordName;
+    parameters.matchType = halden::MatchType::equalTo;
+    parameters.values = {std::string(halden::allRecords)};
+    parameters.attributesToReturn = {std::string(attribute::all)};
+    return parameters;
+}
+
+} // namespace
+
+ServicesList::ServicesList(plugins::PluginItem::Context context, Needs& needs)
+    : context_(context), needs_(needs) {}
+
+void ServicesList::buildDSConfigPaneData() {
+    try {
+        readList();
+        loaded_ = true;
+    } catch (const std::exception&) {
+        needs_.hideProgressBar();
+    }
+    needs_.reloadPluginTable();
+}
+
+void ServicesList::readList() {
+    const auto node = needs_.haldenConfigNode();
+    const auto query = node ? node->query(everyConnector(), nullptr) : nullptr;
+    const auto records = query ? query->results(false, nullptr) : std::nullopt;
+    items_.emplace();
+    if (!records) return;
+    for (const auto& record : *records)
+        addItem(*record);
+    sortByName();
+}
+
+void ServicesList::addItem(const halden::Record& record) {
+    if (record.recordName() == connector::neverShown) return;
+    auto item = std::make_shared<plugins::PluginItem>(context_, describe(record));
+    item->setPluginAPIImplementor(needs_.apiImplementor());
+    if (needs_.legacyDS() || item->canConfigure()) items_->push_back(std::move(item));
+}
+
+util::Dictionary ServicesList::describe(const halden::Record& record) const {
+    auto description = util::Dictionary::makeMutable();
+    const auto name = record.recordName();
+    description.set(service::name,
+                    name == connector::formerZeroconf ? std::string(connector::zeroconf) : name);
+    const auto state = firstValue(record, attribute::functionalState).value_or(std::string(service::unknown));
+    description.set(service::loaded, state);
+    description.set(service::userSetLoaded, state);
+    const auto version = firstValue(record, attribute::version);
+    description.set(service::version, version.value_or(std::string(service::unknown)));
+    // The index is the length of the version text, on purpose: the service counts the same way, and the code
+    // of the call that changes a connector's state is made from it.
+    if (version) description.set(service::index, characterCount(*version));
+    const std::string none(service::notAvailable);
+    description.set(service::configAvailable, firstValue(record, attribute::configAvailable).value_or(none));
+    description.set(service::configFile, firstValue(record, attribute::configFile).value_or(none));
+    return description;
+}
+
+void ServicesList::sortByName() {
+    std::ranges::stable_sort(*items_, [](const auto& a, const auto& b) {
+        return util::compareCaseInsensitively(a->pluginName(), b->pluginName()) < 0;
+    });
+}
+
+std::shared_ptr<plugins::PluginItem> ServicesList::pluginWithPrefix(const std::string& prefix) const {
+    if (!items_) return nullptr;
+    const auto found =
+        std::ranges::find_if(*items_, [&](const auto& item) { return item->pluginPrefix() == prefix; });
+    return found == items_->end() ? nullptr : *found;
+}
+
+std::shared_ptr<plugins::PluginItem> ServicesList::pluginWithName(const std::string& name) const {
+    if (!items_) return nullptr;
+    const auto found =
+        std::ranges::find_if(*items_, [&](const auto& item) { return item->pluginName() == name; });
+    return found == items_->end() ? nullptr : *found;
+}
+
+std::optional<std::string> ServicesList::pluginVersionWithPrefix(const std::string& prefix) const {
+    const auto item = pluginWithPrefix(prefix);
+    return item ? std::optional(item->pluginVersion()) : std::nullopt;
+}
+
+bool ServicesList::isPluginEnabled(const std::string& prefix) const {
+    const auto item = pluginWithPrefix(prefix);
+    return item && item->isEnabled();
+}
+
+void ServicesList::setPluginEnabled(const std::string& prefix, bool enabled) {
+    if (const auto item = pluginWithPrefix(prefix)) {
+        item->setEnabled(enabled);
+        (void)item->saveEnableState(); // callers can't be told; the table shows what was wished
+    }
+    needs_.reloadPluginTable();
+}
+
+} // namespace corvane::services

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "plugins/PluginItem.h"
+
+namespace corvane::services {
+
+using PluginItemList = std::vector<std::shared_ptr<plugins::PluginItem>>;
+
+/// The connectors that the directory service reports, as items in display order, and how others find one.
+/// Main thread.
+class ServicesList {
+public:
+    struct Needs {
+        virtual ~Needs() = default;
+        [[nodiscard]] virtual std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() = 0;
+        [[nodiscard]] virtual bool legacyDS() = 0;
+        [[nodiscard]] virtual std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() = 0;
+        virtual void hideProgressBar() = 0;
+        virtual void reloadPluginTable() = 0;
+    };
+
+    ServicesList(plugins::PluginItem::Context context, Needs& needs);
+
+    /// Reads the list anew; every item and plug-in object is replaced. On an exception of the directory
+    /// framework the list keeps what it has by then and does not count as loaded.
+    void buildDSConfigPaneData();
+    /// Null before the first build.
+    [[nodiscard]] const PluginItemList* items() const { return items_ ? &*items_ : nullptr; }
+    /// 0 before the first build.
+    [[nodiscard]] std::size_t count() const { return items_ ? items_->size() : 0; }
+    [[nodiscard]] bool isLoaded() const { return loaded_; }
+    void invalidate() { loaded_ = false; }
+
+    /// The first item with exactly this prefix, or name; null when there is none.
+    [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithPrefix(const std::string& prefix) const;
+    [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithName(const std::string& name) const;
+    [[nodiscard]] std::optional<std::string> pluginVersionWithPrefix(const std::string& prefix) const;
+    /// False when there is no such item.
+    [[nodiscard]] bool isPluginEnabled(const std::string& prefix) const;
+    /// Changes the state and writes it at once; a failure to write isn't told. Always reloads the table.
+    void setPluginEnabled(const std::string& prefix, bool enabled);
+
+private:
+    void readList();
+    [[nodiscard]] util::Dictionary describe(const halden::Record& record) const;
+    void addItem(const halden::Record& record);
+    void sortByName();
+
+    plugins::PluginItem::Context context_;
+    Needs& needs_;
+    std::optional<PluginItemList> items_;
+    bool loaded_ = false;
+};
+
+} // namespace corvane::services

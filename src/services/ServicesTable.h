@@ -1,0 +1,54 @@
+#pragma once
+
+#include "services/ServicesList.h"
+#include "toolkit/TableView.h"
+
+namespace corvane::services {
+
+/// The services list as a table: what the cells show, who may select and edit, and the way to a connector's
+/// configuration. Main thread.
+class ServicesTable final : public toolkit::TableDataSource, public toolkit::TableDelegate {
+public:
+    struct Needs {
+        virtual ~Needs() = default;
+        [[nodiscard]] virtual bool unlocked() = 0;
+        virtual void setPluginModified(bool modified) = 0;
+    };
+    struct Outlets {
+        toolkit::TableView& selectPlugIn;
+        toolkit::Button& configPlugIn;
+    };
+
+    ServicesTable(ServicesList& list, Outlets outlets, Needs& needs);
+
+    /// Gives the on/off column its check box, then takes it and the version column out of the table:
+    /// connectors are switched by their plug-ins. An interface that keeps the columns would find them
+    /// working.
+    void setUpTable();
+    void reloadPluginTable();
+    /// Enables the configure button for a selected connector that can be configured.
+    void updateConfigEnable();
+    void configPlugInAction(toolkit::Control* sender);
+
+    [[nodiscard]] int numberOfRowsInTableView(const toolkit::TableView& table) override;
+    [[nodiscard]] toolkit::ObjectValue objectValueForTableColumn(const toolkit::TableView& table,
+                                                                 const toolkit::TableColumn& column,
+                                                                 int row) override;
+    void setObjectValue(const toolkit::TableView& table, bool value, const toolkit::TableColumn& column,
+                        int row) override;
+    void willDisplayCell(const toolkit::TableView& table, toolkit::Cell& cell,
+                         const toolkit::TableColumn& column, int row) override;
+    [[nodiscard]] bool shouldSelectRow(const toolkit::TableView& table, int row) override;
+    void tableViewSelectionDidChange(const toolkit::TableView& table) override;
+
+private:
+    /// Null for a row outside the list.
+    [[nodiscard]] std::shared_ptr<plugins::PluginItem> itemAtRow(int row) const;
+    [[nodiscard]] toolkit::TableColumn* onOffColumn();
+
+    ServicesList& list_;
+    Outlets outlets_;
+    Needs& needs_;
+};
+
+} // namespace corvane::services
