@@ -26,6 +26,8 @@ inline constexpr std::string_view allRecords = "dsRecordsAll";
 
 namespace attribute {
 inline constexpr std::string_view recordName = "dsAttrTypeStandard:RecordName";
+inline constexpr std::string_view password = "dsAttrTypeStandard:Password";
+inline constexpr std::string_view authenticationAuthority = "dsAttrTypeStandard:AuthenticationAuthority";
 inline constexpr std::string_view realName = "dsAttrTypeStandard:RealName";
 inline constexpr std::string_view uniqueID = "dsAttrTypeStandard:UniqueID";
 inline constexpr std::string_view primaryGroupID = "dsAttrTypeStandard:PrimaryGroupID";

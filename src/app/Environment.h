@@ -1,0 +1,19 @@
+#pragma once
+
+#include "app/MainWindowOutlets.h"
+#include "halden/Session.h"
+#include "platform/Environment.h"
+#include "toolkit/Toolkit.h"
+
+namespace corvane::app {
+
+/// The three families of interfaces that the program stands on, and the interface files. Borrowed; outlives
+/// the program's objects.
+struct Environment {
+    platform::Environment& platform;
+    toolkit::Toolkit& toolkit;
+    halden::Framework& halden;
+    InterfaceLoader& interfaces;
+};
+
+} // namespace corvane::app

@@ -1,0 +1,183 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/Environment.h"
+#include "app/LockEffect.h"
+#include "app/MainWindow.h"
+#include "auth/DirectoryConnection.h"
+#include "auth/LocalAuthorization.h"
+#include "directory/NetworkLocations.h"
+#include "directory/RootUser.h"
+#include "plugins/PluginAPIImplementor.h"
+#include "searchpolicy/SearchPolicies.h"
+#include "searchpolicy/SearchPolicyPane.h"
+#include "services/ModifiedState.h"
+#include "services/ServicesList.h"
+#include "services/ServicesTable.h"
+
+namespace corvane::app {
+
+/// What the main controller asks of the application's delegate, which is the sender of the last `showWindow`.
+class MainControllerOwner {
+public:
+    virtual ~MainControllerOwner() = default;
+    /// True to go on. `quitting` is false for locking, connecting and disconnecting.
+    [[nodiscard]] virtual bool applicationShouldSaveChanges(bool quitting) = 0;
+    /// False cancels the quit.
+    [[nodiscard]] virtual bool applicationShouldTerminate() = 0;
+    /// The dialog that asks for a remote server's password.
+    [[nodiscard]] virtual auth::ConnectionDialog& authDialog() = 0;
+    virtual void authAccepted() = 0;
+};
+
+/// The one controller of the main window. It holds the collaborators that do the work and hands every
+/// operation to the one that owns it; what a collaborator needs of another goes through here and nowhere
+/// else. Main thread throughout.
+class MainController final {
+public:
+    /// The controller of this process, made on the first call.
+    [[nodiscard]] static MainController& sharedInstance(Environment& environment);
+
+    explicit MainController(Environment& environment);
+    MainController(const MainController&) = delete;
+    MainController& operator=(const MainController&) = delete;
+    ~MainController();
+
+    // Window and navigation
+    /// Loads the window on the first call, then shows it. `sender` stays the owner until the next call.
+    void showWindow(MainControllerOwner& sender);
+    void loadCurrentTabIfNeeded(const std::optional<std::string>& identifier);
+    [[nodiscard]] std::string selectedTabItemIdentifier() const;
+    void showProgressBar();
+    void hideProgressBar();
+    void adjustCustomBox();
+    void adjustCustomBoxContact();
+    void showErrorSheetWithTitle(const std::string& title, const std::string& message);
+    void mainWindowHelpButtonHit();
+    void localNodeWindowHelpButtonHit();
+    void applicationDidBecomeActive();
+    void applicationDidResignActive();
+    [[nodiscard]] MainWindow& mainWindow() { return mainWindow_; }
+    [[nodiscard]] toolkit::Window& window() { return outlets_.window; }
+
+    // Services
+    void buildDSConfigPaneData();
+    [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithPrefix(const std::string& prefix);
+    [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithName(const std::string& name);
+    [[nodiscard]] std::optional<std::string> pluginVersionWithPrefix(const std::string& prefix);
+    [[nodiscard]] bool isPluginEnabled(const std::string& prefix);
+    void setPluginEnabled(const std::string& prefix, bool enabled);
+    void configPlugInAction(toolkit::Control* sender);
+    void updateConfigEnable();
+    void reloadPluginTable();
+    /// Redraws the two tables of nodes, not the services table.
+    void refreshTable();
+    void loadConfigWithSheet();
+    void enableButtons(const std::vector<toolkit::Control*>& controls);
+
+    // Modified state, save and revert
+    void setPluginModified(bool modified);
+    void setSearchPolicyModified(bool modified);
+    void updateModifiedState();
+    [[nodiscard]] bool isDirty();
+    bool save();
+    void applyAction();
+    void revertAction();
+    [[nodiscard]] bool applicationWillQuitSavingChanges(bool save);
+    [[nodiscard]] bool applicationWillLockSavingChanges(bool save);
+
+    // Search policies
+    void buildDSSearchPaneData();
+    void buildDSContactsPaneData();
+    [[nodiscard]] bool saveSearchPolicies();
+    void reloadSearchPolicies();
+    void searchPolicyChange();
+    [[nodiscard]] bool isNodeOnAuthSearchPolicy(const std::string& nodeName);
+    [[nodiscard]] bool isNodeOnContactsSearchPolicy(const std::string& nodeName);
+    void addNodeToAuthSearchPolicy(const std::string& nodeName);
+    void addNodeToContactsSearchPolicy(const std::string& nodeName);
+    void deleteNodeFromAuthSearchPolicy(const std::string& nodeName);
+    void deleteNodeFromContactsSearchPolicy(const std::string& nodeName);
+    void deleteNodesFromAuthSearchPolicyWithPrefix(const std::string& prefix);
+    void deleteNodesFromContactsSearchPolicyWithPrefix(const std::string& prefix);
+    void nodeNameChanged(const std::optional<std::string>& from, const std::optional<std::string>& to);
+    [[nodiscard]] bool shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName);
+    void selectSearchPolicyAction();
+    void selectContactPolicyAction();
+    void updateDeleteEnable();
+    void updateDeleteContactEnable();
+
+    // Authorization
+    [[nodiscard]] bool unlocked();
+    [[nodiscard]] bool isAuthed();
+    [[nodiscard]] std::shared_ptr<platform::Authorization> authorization();
+    [[nodiscard]] platform::AuthorizationRef authorizationRef();
+    [[nodiscard]] bool haveAuthRights();
+    [[nodiscard]] bool preflightAuthRights();
+    [[nodiscard]] bool preflightDSRef();
+    [[nodiscard]] std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form);
+    void authToLocalNode();
+    void deauthToLocalNode();
+    void setUnlocked(bool unlocked);
+    void udpateAuthStatus();
+    void didAuthenticate();
+    void didDeauthenticate();
+
+    // Session
+    [[nodiscard]] bool isRemote();
+    [[nodiscard]] std::shared_ptr<halden::Session> haldenSession();
+    void setHaldenSession(std::shared_ptr<halden::Session> session);
+    [[nodiscard]] std::shared_ptr<halden::Node> localHaldenNode();
+    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode();
+    void setRemoteAuth(std::shared_ptr<auth::RemoteAuthorization> authorization);
+    void setIPAddress(const std::string& address);
+    void disconnect();
+
+    // The machine
+    [[nodiscard]] std::optional<std::string> osVersion();
+    [[nodiscard]] bool legacyDS();
+
+    // Root user
+    [[nodiscard]] bool rootUserIsEnabled(bool* hasNoPassword);
+    /// Both say in a sheet that this version can't do it.
+    void enableRootUser();
+    void changeRootPassword();
+
+    // Diagnostics: this version has no debug menu, so there is none to build.
+    void buildDebugMenu() {}
+    void toggleDebugMenu();
+
+private:
+    class Links;
+
+    void awakeFromNib();
+    void connectActions();
+    [[nodiscard]] bool listenForSearchPolicyChanges();
+
+    Environment& environment_;
+    MainWindowOutlets outlets_;
+    MainControllerOwner* owner_ = nullptr;
+    bool windowLoaded_ = false;
+    std::unique_ptr<Links> links_;
+    std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor_;
+    auth::DirectoryConnection connection_;
+    auth::LocalAuthorization authorization_;
+    directory::NetworkLocations networkLocations_;
+    directory::RootUser rootUser_;
+    services::ServicesList servicesList_;
+    services::ServicesTable servicesTable_;
+    services::ModifiedState modifiedState_;
+    searchpolicy::SearchPolicy authenticationPolicy_;
+    searchpolicy::SearchPolicy contactsPolicy_;
+    searchpolicy::SearchPolicies policies_;
+    searchpolicy::SearchPolicyPane authenticationPane_;
+    searchpolicy::SearchPolicyPane contactsPane_;
+    LockEffect lockEffect_;
+    MainWindow mainWindow_;
+    std::unique_ptr<util::NotificationCenter::Observation> searchPathChanges_;
+};
+
+} // namespace corvane::app

@@ -1,0 +1,85 @@
+#include "app/MainControllerLinks.h"
+
+#include "util/TextFormat.h"
+
+namespace corvane::app {
+
+void MainController::Links::sessionWasReplaced() {
+    c_.authorization_.deauthToLocalNode();
+    c_.authenticationPolicy_.forgetDetails();
+    c_.contactsPolicy_.forgetDetails();
+}
+
+void MainController::Links::invalidateLoadedPanes() {
+    c_.servicesList_.invalidate();
+    c_.authenticationPolicy_.invalidate();
+    c_.contactsPolicy_.invalidate();
+}
+
+void MainController::Links::invalidatePanesUnlessEdited() {
+    if (!c_.outlets_.window.isDocumentEdited()) invalidateLoadedPanes();
+}
+
+void MainController::Links::showServerInTitle(const std::string& address) {
+    const auto format = c_.environment_.platform.strings.localized("Corvane: %@");
+    c_.outlets_.window.setTitle(util::formatted(format, {address}));
+}
+
+bool MainController::Links::runPasswordDialog() {
+    if (c_.owner_ == nullptr) return false;
+    auto& dialog = c_.owner_->authDialog();
+    dialog.setAcceptsPasswordOnly(true);
+    constexpr int accepted = 1;
+    return dialog.runModal() == accepted;
+}
+
+void MainController::Links::pluginFailed(const std::string& plugin, const std::string& operation,
+                                         const std::string& reason) {
+    log("plug-in " + plugin + " failed in " + operation + ": " + reason);
+    const auto& strings = c_.environment_.platform.strings;
+    c_.showErrorSheetWithTitle(
+        util::formatted(strings.localized("The plug-in %@ has failed."), {plugin}),
+        util::formatted(
+            strings.localized("It stopped in “%@”: %@. What it was asked to do was not done; everything "
+                              "else goes on. Try again, or ask its maker for a newer version."),
+            {operation, reason}));
+}
+
+void MainController::Links::rereadEditedSearchPolicies() {
+    if (c_.authenticationPolicy_.hasUnsavedEdits()) loadPane(Pane::authenticationPolicy);
+    if (c_.contactsPolicy_.hasUnsavedEdits()) loadPane(Pane::contactsPolicy);
+}
+
+bool MainController::Links::isPaneLoaded(Pane pane) {
+    switch (pane) {
+    case Pane::services:
+        return c_.servicesList_.isLoaded();
+    case Pane::authenticationPolicy:
+        return c_.authenticationPolicy_.isLoaded();
+    case Pane::contactsPolicy:
+        return c_.contactsPolicy_.isLoaded();
+    case Pane::localUsers:
+        break; // a page that no interface file has any more
+    }
+    return false;
+}
+
+void MainController::Links::loadPane(Pane pane) {
+    switch (pane) {
+    case Pane::services:
+        c_.buildDSConfigPaneData();
+        break;
+    case Pane::authenticationPolicy:
+        c_.buildDSSearchPaneData();
+        c_.adjustCustomBox();
+        break;
+    case Pane::contactsPolicy:
+        c_.buildDSContactsPaneData();
+        c_.adjustCustomBoxContact();
+        break;
+    case Pane::localUsers:
+        break;
+    }
+}
+
+} // namespace corvane::app

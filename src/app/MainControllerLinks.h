@@ -1,0 +1,104 @@
+#pragma once
+
+#include "app/MainController.h"
+
+namespace corvane::app {
+
+/// What the collaborators need of each other, answered by the controller. Each method is one forwarding line;
+/// where two collaborators name the same need, one body serves both.
+class MainController::Links final : public auth::DirectoryConnection::Needs,
+                                    public auth::LocalAuthorization::Needs,
+                                    public directory::NetworkLocations::Needs,
+                                    public directory::RootUser::Needs,
+                                    public plugins::PluginAPIImplementor::Host,
+                                    public services::ServicesList::Needs,
+                                    public services::ServicesTable::Needs,
+                                    public services::ModifiedState::Needs,
+                                    public searchpolicy::SearchPolicy::Needs,
+                                    public searchpolicy::SearchPolicies::Needs,
+                                    public searchpolicy::SearchPolicyPane::Needs,
+                                    public LockEffect::Needs,
+                                    public MainWindow::Needs {
+public:
+    explicit Links(MainController& controller) : c_(controller) {}
+
+    // Several collaborators
+    bool isRemote() override { return c_.isRemote(); }
+    bool unlocked() override { return c_.unlocked(); }
+    bool preflightDSRef() override { return c_.preflightDSRef(); }
+    bool preflightAuthRights() override { return c_.preflightAuthRights(); }
+    std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form) override {
+        return c_.makeAuthExternalForm(form);
+    }
+    std::shared_ptr<halden::Session> haldenSession() override { return c_.haldenSession(); }
+    std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override { return c_.haldenConfigNode(); }
+    std::shared_ptr<plugins::PluginItem> pluginWithPrefix(const std::string& prefix) override {
+        return c_.pluginWithPrefix(prefix);
+    }
+    void setPluginModified(bool modified) override { c_.setPluginModified(modified); }
+    void setSearchPolicyModified(bool modified) override { c_.setSearchPolicyModified(modified); }
+    void showProgressBar() override { c_.showProgressBar(); }
+    void hideProgressBar() override { c_.hideProgressBar(); }
+    void reloadPluginTable() override { c_.reloadPluginTable(); }
+
+    // auth::DirectoryConnection
+    void sessionWasReplaced() override;
+    void setLockControlHidden(bool hidden) override { c_.outlets_.authorizationView.setHidden(hidden); }
+    void invalidateLoadedPanes() override;
+    void showServerInTitle(const std::string& address) override;
+    void setUnlocked(bool unlocked) override { c_.setUnlocked(unlocked); }
+
+    // auth::LocalAuthorization
+    void lockStateChanged(bool unlocked) override { c_.lockEffect_.lockStateChanged(unlocked); }
+    bool applicationShouldSaveChangesBeforeLocking() override {
+        return c_.owner_ == nullptr || c_.owner_->applicationShouldSaveChanges(false);
+    }
+    bool runPasswordDialog() override;
+    void authAccepted() override { c_.owner_->authAccepted(); }
+    void invalidatePanesUnlessEdited() override;
+
+    // directory::NetworkLocations, directory::RootUser
+    std::shared_ptr<directory::HaldenNodeConfig> openedConfigNode() override {
+        return c_.connection_.openedConfigNode();
+    }
+    std::shared_ptr<halden::Node> localHaldenNode() override { return c_.localHaldenNode(); }
+
+    // plugins::PluginAPIImplementor
+    bool isPluginEnabled(const std::string& prefix) override { return c_.isPluginEnabled(prefix); }
+    void setPluginEnabled(const std::string& prefix, bool enabled) override {
+        c_.setPluginEnabled(prefix, enabled);
+    }
+    void pluginFailed(const std::string& plugin, const std::string& operation,
+                      const std::string& reason) override;
+    void log(const std::string& line) override { c_.environment_.platform.log.log(line); }
+
+    // services::ServicesList, services::ModifiedState
+    bool legacyDS() override { return c_.legacyDS(); }
+    std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() override { return c_.apiImplementor_; }
+    bool saveSearchPolicies() override { return c_.saveSearchPolicies(); }
+    void rereadEditedSearchPolicies() override;
+
+    // searchpolicy::SearchPolicies
+    void loadCurrentTabIfNeeded() override { c_.loadCurrentTabIfNeeded(std::nullopt); }
+
+    // LockEffect
+    void updateConfigEnable() override { c_.updateConfigEnable(); }
+    void updateDeleteEnable() override { c_.updateDeleteEnable(); }
+    void updateDeleteContactEnable() override { c_.updateDeleteContactEnable(); }
+    void updateModifiedState() override { c_.updateModifiedState(); }
+    std::string selectedTabItemIdentifier() override { return c_.selectedTabItemIdentifier(); }
+
+    // MainWindow
+    bool isPaneLoaded(Pane pane) override;
+    void loadPane(Pane pane) override;
+    void udpateAuthStatus() override { c_.udpateAuthStatus(); }
+    bool applicationShouldTerminate() override {
+        return c_.owner_ == nullptr || c_.owner_->applicationShouldTerminate();
+    }
+    void windowIsClosing() override { c_.modifiedState_.setQuitting(); }
+
+private:
+    MainController& c_;
+};
+
+} // namespace corvane::app

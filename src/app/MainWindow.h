@@ -1,0 +1,106 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+
+#include "app/Environment.h"
+
+namespace corvane::app {
+
+/// The panes whose data is read when they are first shown.
+enum class Pane { services, authenticationPolicy, contactsPolicy, localUsers };
+
+/// The one window's navigation: its pages and toolbar, the loading of each page when it is first shown, its
+/// size for each page, the state kept between runs, and the progress and error sheets. Main thread.
+class MainWindow final : public toolkit::TabViewDelegate,
+                         public toolkit::ToolbarDelegate,
+                         public toolkit::WindowDelegate {
+public:
+    struct Needs {
+        virtual ~Needs() = default;
+        [[nodiscard]] virtual bool isPaneLoaded(Pane pane) = 0;
+        /// Reads the pane's data and shows it.
+        virtual void loadPane(Pane pane) = 0;
+        [[nodiscard]] virtual bool preflightDSRef() = 0;
+        [[nodiscard]] virtual bool isRemote() = 0;
+        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
+        virtual void udpateAuthStatus() = 0;
+        /// False keeps the window open.
+        [[nodiscard]] virtual bool applicationShouldTerminate() = 0;
+        /// From here on nothing counts as unsaved.
+        virtual void windowIsClosing() = 0;
+    };
+
+    MainWindow(Environment& environment, const MainWindowOutlets& outlets, Needs& needs);
+    MainWindow(const MainWindow&) = delete;
+    MainWindow& operator=(const MainWindow&) = delete;
+
+    /// Selects the first page, groups the two policies' pages, installs the toolbar and loads what is shown.
+    void setUpNavigation();
+    void startAuthStatusTimerIfActive();
+    void windowDidLoad();
+    void showWindow();
+
+    /// Moves the two policies' pages into a tab view of their own, page "20".
+    void buildGroupedTabs();
+    void useToolbarInsteadOfTableView();
+    /// No identifier: the page that is selected.
+    void loadCurrentTabIfNeeded(const std::optional<std::string>& identifier);
+    /// "" while there is no page.
+    [[nodiscard]] std::string selectedTabItemIdentifier() const;
+    /// Another grouping of the pages, which nothing in the program asks for.
+    void createAdvancedPanel();
+
+    void showProgressBar();
+    void hideProgressBar();
+    /// Does nothing: the bar is indeterminate.
+    void updateProgressBar() {}
+    /// One "OK" button, on the main window.
+    void showErrorSheet(const std::string& title, const std::string& message);
+    void mainWindowHelpButtonHit();
+    void localNodeWindowHelpButtonHit();
+    void toolbarItemClicked(const toolkit::ToolbarItem& item);
+
+    void applicationDidBecomeActive();
+    void applicationDidResignActive();
+
+    [[nodiscard]] bool shouldSelectTabViewItem(toolkit::TabView& tabView,
+                                               const toolkit::TabViewItem& item) override;
+    void willSelectTabViewItem(toolkit::TabView& tabView, const toolkit::TabViewItem& item) override;
+    void didSelectTabViewItem(toolkit::TabView& tabView, const toolkit::TabViewItem& item) override;
+
+    [[nodiscard]] std::vector<std::string>
+    toolbarDefaultItemIdentifiers(const toolkit::Toolbar& toolbar) override;
+    [[nodiscard]] std::vector<std::string>
+    toolbarAllowedItemIdentifiers(const toolkit::Toolbar& toolbar) override;
+    [[nodiscard]] std::vector<std::string>
+    toolbarSelectableItemIdentifiers(const toolkit::Toolbar& toolbar) override;
+    [[nodiscard]] toolkit::ToolbarItem itemForItemIdentifier(const toolkit::Toolbar& toolbar,
+                                                             const std::string& identifier,
+                                                             bool willBeInserted) override;
+    [[nodiscard]] bool validateToolbarItem(const toolkit::ToolbarItem& item) override;
+
+    [[nodiscard]] bool windowShouldClose(toolkit::Window& window) override;
+    void windowWillClose(toolkit::Window& window) override;
+    void willEncodeRestorableState(toolkit::Window& window, toolkit::StateCoder& coder) override;
+    void didDecodeRestorableState(toolkit::Window& window, const toolkit::StateCoder& coder) override;
+
+private:
+    [[nodiscard]] std::string localized(std::string_view key) const;
+    void movePage(const char* identifier, toolkit::TabView& target);
+    void loadPaneWithProgress(Pane pane, bool remote);
+    void sizeForPage(const std::string& identifier);
+    void setContentSize(const toolkit::Size& size, bool resizable);
+    void scheduleAuthStatusTimer();
+
+    Environment& environment_;
+    MainWindowOutlets outlets_;
+    Needs& needs_;
+    std::shared_ptr<toolkit::TabView> searchPathsTabView_;
+    std::shared_ptr<toolkit::Toolbar> toolbar_;
+    std::unique_ptr<platform::Timer> authStatusTimer_;
+    std::unique_ptr<toolkit::Alert> errorSheet_;
+};
+
+} // namespace corvane::app
