@@ -34,32 +34,38 @@ int spawn(pid_t& child, const std::vector<std::string>& arguments, int output) {
     return status;
 }
 
-/// Reads until the other side closes or time is up. True when it closed.
-bool readAll(const FileDescriptor& pipe, std::string& output, Clock::time_point deadline) {
-    for (;;) {
-        const auto left = std::chrono::duration_cast<std::chrono::milliseconds>(deadline - Clock::now()).count();
-        if (left <= 0) return false;
-        pollfd item{pipe.number(), POLLIN, 0};
-        if (::poll(&item, 1, static_cast<int>(left)) <= 0) continue;
-        char buffer[4096];
-        const auto count = ::read(pipe.number(), buffer, sizeof buffer);
-        if (count < 0 && errno == EINTR) continue;
-        if (count <= 0) return true;
-        if (output.size() < outputKept) output.append(buffer, static_cast<std::size_t>(count));
-    }
+/// Takes over what has arrived, waiting a moment for it. False at the end of the output.
+bool readSome(const FileDescriptor& pipe, std::string& output, int milliseconds) {
+    pollfd item{pipe.number(), POLLIN, 0};
+    if (::poll(&item, 1, milliseconds) <= 0) return true;
+    char buffer[4096];
+    const auto count = ::read(pipe.number(), buffer, sizeof buffer);
+    if (count <= 0) return count < 0 && errno == EINTR;
+    if (output.size() < outputKept) output.append(buffer, static_cast<std::size_t>(count));
+    return true;
 }
 
-/// Exit status of the child; it is killed at the deadline, which gives -1.
-int waitFor(pid_t child, Clock::time_point deadline) {
-    for (;;) {
+/// Waits for the program itself, not for the end of its output: a daemon that it leaves behind may keep that open.
+ProcessOutcome waitFor(pid_t child, const FileDescriptor& pipe, Clock::time_point deadline) {
+    ProcessOutcome outcome;
+    bool isOpen = true;
+    while (Clock::now() < deadline) {
         int status = 0;
-        if (::waitpid(child, &status, WNOHANG) == child) return WIFEXITED(status) ? WEXITSTATUS(status) : -1;
-        if (Clock::now() >= deadline) break;
-        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        if (::waitpid(child, &status, WNOHANG) == child) {
+            for (auto before = outcome.output.size() + 1; isOpen && before != outcome.output.size();) {
+                before = outcome.output.size();
+                isOpen = readSome(pipe, outcome.output, 0);
+            }
+            outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
+            return outcome;
+        }
+        if (isOpen) isOpen = readSome(pipe, outcome.output, 5);
+        else std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
-    return -1;
+    outcome.output += "(no answer in time)";
+    return outcome;
 }
 
 } // namespace
@@ -73,11 +79,7 @@ ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono
     const int failed = spawn(child, arguments, writing.number());
     if (failed != 0) return {-1, std::strerror(failed)};
     writing.close();
-    ProcessOutcome outcome;
-    const auto deadline = Clock::now() + patience;
-    if (!readAll(reading, outcome.output, deadline)) outcome.output += "(no answer in time)";
-    outcome.status = waitFor(child, deadline);
-    return outcome;
+    return waitFor(child, reading, Clock::now() + patience);
 }
 
 } // namespace corvane::haldend

@@ -34,8 +34,9 @@ std::string lineOf(const std::string& text, long number) {
 std::string evidence(std::string line) {
     std::string lower = line;
     std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    const auto equals = line.find('=');
     for (const auto* word : {"authtok", "pass", "secret", "pwd"})
-        if (lower.find(word) != std::string::npos) return line.substr(0, std::min(line.find('='), line.size())) + "…";
+        if (equals != std::string::npos && lower.find(word) != std::string::npos) return line.substr(0, equals) + "=…";
     if (line.size() > 80) line = line.substr(0, 80) + "…";
     return line;
 }
