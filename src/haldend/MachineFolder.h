@@ -22,6 +22,8 @@ inline constexpr const char* journal = "var/lib/corvane/journal";
 inline constexpr const char* lock = "var/lib/corvane/lock";
 inline constexpr const char* generations = "var/lib/corvane/generations";
 inline constexpr const char* state = "var/lib/corvane";
+/// How the folders begin, inside the state folder, in which a candidate is checked.
+inline constexpr const char* checkPrefix = "check-";
 } // namespace machineFile
 
 /// What tells one version of a file from another without reading it. All zero for a file that isn't there.

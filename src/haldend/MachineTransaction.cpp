@@ -73,10 +73,21 @@ bool isOurs(const TransactionJournal& journal) {
     });
 }
 
+/// Folders in which SSSD's own check was looking at a candidate when the process ended.
+std::vector<std::string> abandonedChecks(const MachineFolder& folder) {
+    std::vector<std::string> found;
+    std::error_code code;
+    for (const auto& entry : fs::directory_iterator(folder.resolved(machineFile::state), code))
+        if (entry.path().filename().string().starts_with(machineFile::checkPrefix)) found.push_back(entry.path());
+    return found;
+}
+
 /// Staged files of a transaction that never reached its journal.
 void removeLeftovers(const MachineFolder& folder) {
     for (const auto* file : changeableFiles) ::unlink(stagedNameFor(folder.resolved(file)).c_str());
     ::unlink(stagedNameFor(folder.resolved(machineFile::journal)).c_str());
+    std::error_code ignored;
+    for (const auto& check : abandonedChecks(folder)) fs::remove_all(check, ignored);
     removeOldGenerations(folder.resolved(machineFile::generations));
 }
 
@@ -201,7 +212,7 @@ bool MachineTransaction::needsRecovery(const MachineFolder& folder) {
     try {
         const auto exists = [](const std::string& path) { return ::access(path.c_str(), F_OK) == 0; };
         if (exists(folder.resolved(machineFile::journal))) return true;
-        if (exists(stagedNameFor(folder.resolved(machineFile::journal)))) return true;
+        if (exists(stagedNameFor(folder.resolved(machineFile::journal))) || !abandonedChecks(folder).empty()) return true;
         return std::ranges::any_of(changeableFiles,
                                    [&](const char* file) { return exists(stagedNameFor(folder.resolved(file))); });
     } catch (const std::exception&) {

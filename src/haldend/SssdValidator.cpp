@@ -17,7 +17,7 @@ namespace {
 /// A folder that goes with everything in it.
 class PrivateFolder {
 public:
-    explicit PrivateFolder(const std::string& parent) : path_(parent + "/check-XXXXXX") {
+    explicit PrivateFolder(const std::string& parent) : path_(parent + "/" + machineFile::checkPrefix + "XXXXXX") {
         if (!::mkdtemp(path_.data())) throw storageFailure("make", path_, errno);
     }
     PrivateFolder(const PrivateFolder&) = delete;
