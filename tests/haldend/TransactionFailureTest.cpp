@@ -27,7 +27,12 @@ Outcome inChild(const std::function<halden::Error()>& action) {
     if (::pipe(ends) != 0) return {};
     const pid_t child = ::fork();
     if (child == 0) {
-        const auto error = action();
+        halden::Error error;
+        try {
+            error = action();
+        } catch (const std::exception& exception) {
+            error.description = exception.what();
+        }
         const auto report = std::to_string(error.code) + "\n" + error.description + "\n" + error.reason + "\n" + error.recovery;
         ::_exit(::write(ends[1], report.data(), report.size()) == static_cast<ssize_t>(report.size()) ? 0 : 1);
     }
@@ -60,11 +65,21 @@ void expectFailure(const Outcome& outcome, const std::string& cause, const std::
 
 bool isRoot() { return ::geteuid() == 0; }
 
-/// A file system over a folder, in a mount namespace of the child's own; users other than root get one together
-/// with a user namespace.
+/// A mount namespace of the child's own; users other than root get one together with a user namespace.
+bool ownMounts() {
+    if (isRoot()) return ::unshare(CLONE_NEWNS) == 0;
+    const auto user = std::to_string(::getuid());
+    const auto group = std::to_string(::getgid());
+    if (::unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) return false;
+    std::ofstream("/proc/self/setgroups") << "deny";
+    std::ofstream("/proc/self/uid_map") << user << " " << user << " 1";
+    std::ofstream("/proc/self/gid_map") << group << " " << group << " 1";
+    return true;
+}
+
+/// A file system over a folder, in the child alone.
 bool mountOver(const std::string& folder, const char* type, unsigned long flags, const char* options) {
-    return ::unshare(CLONE_NEWNS | (isRoot() ? 0 : CLONE_NEWUSER)) == 0 &&
-           ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
+    return ownMounts() && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
            ::mount(type ? type : folder.c_str(), folder.c_str(), type, flags, options) == 0;
 }
 
