@@ -1,9 +1,11 @@
 #include "haldend/LdapConnection.h"
 
 #include <ldap.h>
-#include <strings.h>
+#include <algorithm>
+#include <optional>
 
 #include "haldend/Failure.h"
+#include "haldend/HandshakeGuard.h"
 
 namespace corvane::haldend {
 
@@ -87,6 +89,9 @@ void LdapConnection::Handle::open(const LdapSettings& settings) {
     ldap_set_option(ldap, LDAP_OPT_RESTART, LDAP_OPT_ON);
     setTimes(settings);
     setTls(settings);
+    const bool isEncrypted = settings.startTls || uri.starts_with("ldaps:");
+    std::optional<HandshakeGuard> guard;
+    if (isEncrypted) guard.emplace(ldap, std::chrono::seconds(settings.networkTimeout + settings.operationTimeout));
     if (settings.startTls && !uri.starts_with("ldaps:")) startTls();
     bind(settings);
 }
