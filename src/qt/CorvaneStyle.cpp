@@ -14,6 +14,8 @@ namespace corvane::qt {
 namespace {
 
 constexpr double radius = 6;
+/// From the edge of a list to the text of its cells and headings.
+constexpr int cellInset = 8;
 
 QColor mixed(const QColor& a, const QColor& b, double part) {
     const auto channel = [part](int x, int y) { return int(x + (y - x) * part); };
@@ -68,7 +70,17 @@ void drawPushButtonFace(const QStyleOption& option, QPainter& painter) {
                   accented ? radius - 2 : radius);
 }
 
-void drawToolButtonFace(const QStyleOption& option, QPainter& painter) {
+/// With a frame at rest unless the button says that it raises itself under the mouse alone. A button that is
+/// as wide as high and has the property "round" is a disc.
+void drawToolButtonFace(const QStyleOption& option, QPainter& painter, const QWidget* widget) {
+    if (!(option.state & QStyle::State_AutoRaise)) {
+        const bool disc = widget && widget->property("round").toBool();
+        const double corner = disc ? option.rect.height() / 2.0 : radius;
+        drawRound(painter, option.rect, faceColor(option, option.palette.color(QPalette::Button)),
+                  option.palette.color(QPalette::Mid), corner);
+        if (showsFocus(option)) drawFocusRing(painter, option.rect, option.palette, corner);
+        return;
+    }
     const auto active = QStyle::State_MouseOver | QStyle::State_Sunken | QStyle::State_On;
     if (option.state & active) {
         auto fill = option.palette.color(QPalette::WindowText);
@@ -124,6 +136,20 @@ void drawProgress(const QStyleOptionProgressBar& option, QPainter& painter) {
     drawRound(painter, done, option.palette.color(QPalette::Highlight), {}, thickness / 2);
 }
 
+QRect lowerEdge(const QRect& place) { return {place.left(), place.bottom(), place.width(), 1}; }
+
+void drawMenuBarItem(const QStyleOptionMenuItem& option, QPainter& painter) {
+    const bool chosen = (option.state & QStyle::State_Selected) && (option.state & QStyle::State_Enabled);
+    painter.fillRect(option.rect, option.palette.color(QPalette::Window));
+    if (chosen) {
+        auto fill = option.palette.color(QPalette::WindowText);
+        fill.setAlphaF(0.10F);
+        drawRound(painter, QRectF(option.rect).adjusted(1, 2, -1, -2), fill, {}, 4);
+    }
+    painter.setPen(option.palette.color(QPalette::WindowText));
+    painter.drawText(option.rect, Qt::AlignCenter | Qt::TextShowMnemonic, option.text);
+}
+
 /// Tabs as the parts of one long button.
 void drawSegment(const QStyleOptionTab& option, QPainter& painter) {
     const bool first =
@@ -165,7 +191,8 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     case PE_PanelButtonCommand:
         return drawPushButtonFace(*option, *painter);
     case PE_PanelButtonTool:
-        return drawToolButtonFace(*option, *painter);
+        return drawToolButtonFace(*option, *painter, widget);
+    case PE_PanelMenuBar:
     case PE_FrameDefaultButton:
         return;
     case PE_FrameFocusRect:
@@ -205,16 +232,25 @@ void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* optio
             return;
         }
     }
+    if (element == CE_MenuBarEmptyArea)
+        return painter->fillRect(option->rect, option->palette.color(QPalette::Window));
+    if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
+        item && element == CE_MenuBarItem)
+        return drawMenuBarItem(*item, *painter);
+    if (element == CE_ToolBar) {
+        painter->fillRect(option->rect, option->palette.color(QPalette::Window));
+        return painter->fillRect(lowerEdge(option->rect), option->palette.color(QPalette::Mid));
+    }
     if (element == CE_HeaderSection || element == CE_HeaderEmptyArea) {
         painter->fillRect(option->rect, option->palette.color(QPalette::AlternateBase));
-        const QRect line(option->rect.left(), option->rect.bottom(), option->rect.width(), 1);
-        painter->fillRect(line, option->palette.color(QPalette::Mid));
+        painter->fillRect(lowerEdge(option->rect), option->palette.color(QPalette::Mid));
         return;
     }
     if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
         header && element == CE_HeaderLabel) {
         painter->setPen(option->palette.color(QPalette::PlaceholderText));
-        painter->drawText(option->rect.adjusted(4, 0, -4, 0), int(header->textAlignment), header->text);
+        painter->drawText(option->rect.adjusted(cellInset + 1, 0, -cellInset, 0), int(header->textAlignment),
+                          header->text);
         return;
     }
     if (const auto* button = qstyleoption_cast<const QStyleOptionButton*>(option);
@@ -236,10 +272,19 @@ void CorvaneStyle::drawComplexControl(ComplexControl control, const QStyleOption
     QProxyStyle::drawComplexControl(control, option, painter, widget);
 }
 
+QRect CorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
+                                   const QWidget* widget) const {
+    const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
+    if (box && !box->editable && part == SC_ComboBoxEditField) return box->rect.adjusted(10, 2, -28, -2);
+    return QProxyStyle::subControlRect(control, option, part, widget);
+}
+
 int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, const QWidget* widget) const {
     switch (metric) {
     case PM_DefaultFrameWidth:
         return 1;
+    case PM_FocusFrameHMargin:
+        return cellInset;
     case PM_ButtonShiftHorizontal:
     case PM_ButtonShiftVertical:
         return 0;
@@ -263,7 +308,6 @@ int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* data) const {
     if (hint == SH_ItemView_ShowDecorationSelected) return 1;
-    if (hint == SH_UnderlineShortcut) return QProxyStyle::styleHint(hint, option, widget, data);
     return QProxyStyle::styleHint(hint, option, widget, data);
 }
 
@@ -272,7 +316,7 @@ QSize CorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* opti
     auto result = QProxyStyle::sizeFromContents(type, option, size, widget);
     if (type == CT_PushButton)
         return {std::max(result.width() + 12, 80), std::max(result.height(), size.height() + 12)};
-    if (type == CT_ComboBox) return {result.width() + 16, std::max(result.height(), size.height() + 12)};
+    if (type == CT_ComboBox) return {result.width() + 20, std::max(result.height(), size.height() + 10)};
     return result;
 }
 

@@ -63,6 +63,7 @@ private:
         asSign(*ui.deleteNode, "Minus");
         asSign(*ui.deleteNodeContact, "Minus");
         asSign(*ui.helpButton, "Help");
+        ui.helpButton->setProperty("round", true);
         ui.authorizationView->setFocusPolicy(Qt::StrongFocus);
         ui.editorSign->setPixmap(icon("Halden_32").pixmap(QSize(64, 64), shell.devicePixelRatioF()));
         explainChoice(*ui.selectSearchPolicy, *ui.policyExplanation,
@@ -107,8 +108,12 @@ QWidget& MainWindowInterface::directoryEditorPage() const { return *form_->ui.di
 
 QMainWindow& MainWindowInterface::shell() const { return form_->shell; }
 
+void prepareForPictures() {
+    if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) qputenv("QT_SCALE_FACTOR", "2");
+}
+
 bool renderToFile(QWidget& window, const QString& path) {
-    constexpr double scale = 2;
+    const double scale = std::max(2.0, window.devicePixelRatioF());
     window.ensurePolished();
     if (auto* layout = window.layout()) layout->activate();
     QImage picture(window.size() * scale, QImage::Format_ARGB32_Premultiplied);

@@ -66,8 +66,11 @@ public:
     [[nodiscard]] QMainWindow& shell() const;
 };
 
-/// Draws the window's contents, with its sheets, at twice the size for a sharp picture, and saves it in the
-/// format that the file's name ends with. False when the file can't be written.
+/// Before the application object is made: windows are laid out for a screen of double density, so that
+/// pictures of them are sharp in every part. The user's own setting goes first.
+void prepareForPictures();
+/// Saves a picture of the window's contents with its sheets, at double density, in the format that the file's
+/// name ends with. False when the file can't be written.
 [[nodiscard]] bool renderToFile(QWidget& window, const QString& path);
 
 } // namespace corvane::qt

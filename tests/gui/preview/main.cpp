@@ -8,6 +8,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QTimer>
+#include <algorithm>
 #include <iostream>
 
 #include "qt/Appearance.h"
@@ -205,6 +206,8 @@ std::unique_ptr<toolkit::Alert> savePrompt(qt::QtToolkit& toolkit) {
 } // namespace
 
 int main(int count, char** arguments) {
+    const std::vector<std::string_view> words(arguments, arguments + count);
+    if (std::ranges::count(words, "--picture") > 0) qt::prepareForPictures();
     QApplication application(count, arguments);
     QCommandLineParser options;
     options.addHelpOption();
