@@ -232,6 +232,9 @@ void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* optio
             return;
         }
     }
+    if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
+        frame && element == CE_ShapedFrame && frame->frameShape == QFrame::HLine)
+        return painter->fillRect(lowerEdge(option->rect), option->palette.color(QPalette::Mid));
     if (element == CE_MenuBarEmptyArea)
         return painter->fillRect(option->rect, option->palette.color(QPalette::Window));
     if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
@@ -249,7 +252,7 @@ void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* optio
     if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
         header && element == CE_HeaderLabel) {
         painter->setPen(option->palette.color(QPalette::PlaceholderText));
-        painter->drawText(option->rect.adjusted(cellInset + 1, 0, -cellInset, 0), int(header->textAlignment),
+        painter->drawText(option->rect.adjusted(cellInset - 1, 0, -cellInset, 0), int(header->textAlignment),
                           header->text);
         return;
     }

@@ -69,6 +69,7 @@ void QtAlert::finished(int answer) {
     auto& guard = guard_;
     const QPointer<QWidget> shell = &parent->shell();
     const auto ended = std::move(ended_);
+    parent->sheetEnded(*panel);
     guard.run("a sheet's answer", [&] {
         if (ended) ended(answer);
     });

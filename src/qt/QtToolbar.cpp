@@ -104,8 +104,8 @@ const QtToolbar::Entry* QtToolbar::entry(std::string_view identifier) const {
 void QtToolbar::setVisible(bool visible) { row_->setVisible(visible && row_->parentWidget()); }
 
 void QtToolbar::setSelectedItemIdentifier(const std::optional<std::string>& identifier) {
-    const bool known = identifier && entry(*identifier);
-    selected_ = known ? identifier : std::nullopt;
+    const auto* named = identifier ? entry(*identifier) : nullptr;
+    selected_ = named && named->selectable ? identifier : std::nullopt;
     for (const auto& each : entries_)
         each.button->setChecked(selected_ == each.item.identifier);
 }

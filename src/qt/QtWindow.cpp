@@ -242,7 +242,7 @@ bool QtWindow::isVisible() const { return !shell_.isHidden() && (shell_.isWindow
 void QtWindow::makeFirstResponder(toolkit::View* view) {
     auto* widget = widgetOf(view);
     if (!widget) widget = &shell_;
-    if (hasAttachedSheet())
+    if (!sheets_.empty())
         focusAfterSheet_ = widget;
     else
         widget->setFocus(Qt::OtherFocusReason);
@@ -262,6 +262,7 @@ void QtWindow::endSheet(toolkit::Window& sheet, int returnCode) {
     if (found == running_.end()) return;
     const auto ended = std::move(found->ended);
     running_.erase(found);
+    sheetEnded(static_cast<QtWindow&>(sheet).shell_);
     if (ended) ended(sheet, returnCode);
 }
 
@@ -287,6 +288,15 @@ void QtWindow::detachSheet(QWidget& panel) {
         sheets_.back()->takeFocus();
     else if (focusAfterSheet_)
         focusAfterSheet_->setFocus(Qt::OtherFocusReason);
+}
+
+void QtWindow::sheetEnded(const QWidget& panel) {
+    for (const auto& each : sheets_)
+        if (each->panel() == &panel) each->ended = true;
+}
+
+bool QtWindow::hasAttachedSheet() const {
+    return std::ranges::any_of(sheets_, [](const auto& each) { return !each->ended; });
 }
 
 void QtWindow::blockWhileSheetsRun() {

@@ -72,11 +72,13 @@ public:
     void beginSheet(toolkit::Window& sheet,
                     std::function<void(toolkit::Window& sheet, int returnCode)> ended) override;
     void endSheet(toolkit::Window& sheet, int returnCode) override;
-    [[nodiscard]] bool hasAttachedSheet() const override { return !sheets_.empty(); }
+    [[nodiscard]] bool hasAttachedSheet() const override;
 
     /// Shows a panel as a sheet. The panel belongs to the caller, who calls `detachSheet` before it goes.
     void attachSheet(QWidget& panel);
     void detachSheet(QWidget& panel);
+    /// The sheet has its answer: it no longer counts as attached, though it stays on screen until detached.
+    void sheetEnded(const QWidget& panel);
 
     /// Has the delegate put the window's state into the settings; `restoreState` hands it back at the next
     /// start.

@@ -16,6 +16,8 @@ public:
 
     [[nodiscard]] QWidget* panel() const { return panel_; }
     void takeFocus();
+    /// The sheet has been answered, and is still to be seen.
+    bool ended = false;
 
 protected:
     bool eventFilter(QObject* watched, QEvent* event) override;

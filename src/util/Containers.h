@@ -32,7 +32,8 @@ public:
     class iterator {
     public:
         iterator(Iterator position, const MutationMark& mark) : position_(position), mark_(&mark) {}
-        const auto& operator*() const {
+        /// A copy: the walker may hold on to it while it changes the container.
+        auto operator*() const {
             mark_->check();
             return *position_;
         }

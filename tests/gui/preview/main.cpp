@@ -277,7 +277,7 @@ int main(int count, char** arguments) {
             const bool inMain = show.isEmpty() || show == "sheet" || show == "progress" || show == "refusal";
             QWidget* subject = &ui.shell();
             for (auto* each : QApplication::topLevelWidgets())
-                if (!inMain && each->isVisible() && each != subject) subject = each;
+                if (!inMain && each->isVisible() && each != &ui.shell()) subject = each;
             const bool saved = qt::renderToFile(*subject, options.value("picture"));
             std::_Exit(saved ? 0 : 1);
         });

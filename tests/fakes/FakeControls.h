@@ -1,0 +1,274 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <map>
+#include <set>
+
+#include "fakes/Journal.h"
+#include "toolkit/Controls.h"
+#include "toolkit/TableView.h"
+
+namespace corvane::fakes {
+
+/// What every fake view and control shares. `Interface` is the toolkit interface that it stands for.
+template <typename Interface>
+class FakeViewOf : public Interface {
+public:
+    FakeViewOf(Journal& journal, std::string name, toolkit::Window* window = nullptr)
+        : journal_(journal), name_(std::move(name)), window_(window) {}
+
+    void setHidden(bool hidden) override {
+        hidden_ = hidden;
+        note(hidden ? "hide" : "show");
+    }
+    [[nodiscard]] bool isHidden() const override { return hidden_; }
+    [[nodiscard]] toolkit::Rect frame() const override { return frame_; }
+    [[nodiscard]] toolkit::Window* window() const override { return window_; }
+
+    void setWindow(toolkit::Window* window) { window_ = window; }
+    void setFrameForTest(const toolkit::Rect& frame) { frame_ = frame; }
+    [[nodiscard]] const std::string& name() const { return name_; }
+
+protected:
+    void note(const std::string& what) const { journal_.add(name_ + "." + what); }
+
+private:
+    Journal& journal_;
+    std::string name_;
+    toolkit::Window* window_;
+    toolkit::Rect frame_;
+    bool hidden_ = false;
+};
+
+template <typename Interface>
+class FakeControlOf : public FakeViewOf<Interface> {
+public:
+    using FakeViewOf<Interface>::FakeViewOf;
+
+    void setEnabled(bool enabled) override {
+        enabled_ = enabled;
+        this->note(enabled ? "enable" : "disable");
+    }
+    [[nodiscard]] bool isEnabled() const override { return enabled_; }
+    void setAction(toolkit::Control::Action action) override { action_ = std::move(action); }
+
+protected:
+    /// A gesture of the user. It fails the test where the user couldn't make it.
+    void perform() {
+        ASSERT_TRUE(enabled_) << this->name() << " is disabled: nobody can operate it";
+        ASSERT_FALSE(this->isHidden()) << this->name() << " is hidden: nobody can operate it";
+        if (action_) action_(*this);
+    }
+
+private:
+    bool enabled_ = true;
+    toolkit::Control::Action action_;
+};
+
+class FakeView final : public FakeViewOf<toolkit::View> {
+public:
+    using FakeViewOf::FakeViewOf;
+};
+
+class FakeButton final : public FakeControlOf<toolkit::Button> {
+public:
+    using FakeControlOf::FakeControlOf;
+    void setTitle(std::string_view title) override { title_ = title; }
+    [[nodiscard]] std::string title() const override { return title_; }
+
+    void click() { perform(); }
+
+private:
+    std::string title_;
+};
+
+class FakePopUpButton final : public FakeControlOf<toolkit::PopUpButton> {
+public:
+    FakePopUpButton(Journal& journal, std::string name, std::vector<std::string> items)
+        : FakeControlOf(journal, std::move(name)), items_(std::move(items)) {}
+
+    void selectItemAtIndex(int index) override {
+        if (index >= numberOfItems()) return;
+        selected_ = std::max(index, -1);
+        note("select " + std::to_string(index));
+    }
+    [[nodiscard]] int indexOfSelectedItem() const override { return selected_; }
+    [[nodiscard]] int numberOfItems() const override { return static_cast<int>(items_.size()); }
+    void synchronizeTitleAndSelectedItem() override {
+        shownTitle_ = selected_ < 0 ? "" : items_[static_cast<std::size_t>(selected_)];
+        note("synchronizeTitle");
+    }
+
+    [[nodiscard]] const std::string& shownTitle() const { return shownTitle_; }
+    /// The user picks an item.
+    void choose(int index) {
+        if (isEnabled()) selected_ = index;
+        perform();
+    }
+
+private:
+    std::vector<std::string> items_;
+    int selected_ = 0;
+    std::string shownTitle_;
+};
+
+class FakeTextField final : public FakeControlOf<toolkit::TextField> {
+public:
+    using FakeControlOf::FakeControlOf;
+    void setStringValue(std::string_view text) override { text_ = text; }
+    [[nodiscard]] std::string stringValue() const override { return text_; }
+
+    void type(const std::string& text) {
+        text_ = text;
+        perform();
+    }
+
+private:
+    std::string text_;
+};
+
+class FakeProgressIndicator final : public FakeViewOf<toolkit::ProgressIndicator> {
+public:
+    using FakeViewOf::FakeViewOf;
+    void setIndeterminate(bool indeterminate) override {
+        indeterminate_ = indeterminate;
+        note(indeterminate ? "indeterminate" : "determinate");
+    }
+    [[nodiscard]] bool isIndeterminate() const override { return indeterminate_; }
+    void setUsesThreadedAnimation(bool uses) override { note(uses ? "threaded" : "unthreaded"); }
+    void startAnimation() override { note("start"); }
+    void stopAnimation() override { note("stop"); }
+    void setNeedsDisplay() override { note("needsDisplay"); }
+    void display() override { note("display"); }
+
+private:
+    bool indeterminate_ = false;
+};
+
+class FakeTableColumn final : public toolkit::TableColumn {
+public:
+    explicit FakeTableColumn(std::string identifier) : identifier_(std::move(identifier)) {}
+    [[nodiscard]] std::string identifier() const override { return identifier_; }
+    void setDataCell(std::shared_ptr<toolkit::Cell> cell) override { cell_ = std::move(cell); }
+    [[nodiscard]] std::shared_ptr<toolkit::Cell> dataCell() const override { return cell_; }
+
+private:
+    std::string identifier_;
+    std::shared_ptr<toolkit::Cell> cell_ = std::make_shared<toolkit::Cell>();
+};
+
+/// Rows are counted when the table is loaded, as in a real one: a changed list shows after `reloadData`.
+class FakeTableView final : public FakeControlOf<toolkit::TableView> {
+public:
+    FakeTableView(Journal& journal, std::string name, const std::vector<std::string>& columns)
+        : FakeControlOf(journal, std::move(name)) {
+        for (const auto& column : columns)
+            columns_.push_back(std::make_unique<FakeTableColumn>(column));
+    }
+
+    void setDataSource(toolkit::TableDataSource* source) override { source_ = source; }
+    void setDelegate(toolkit::TableDelegate* delegate) override { delegate_ = delegate; }
+    void setDoubleAction(toolkit::Control::Action action) override { doubleAction_ = std::move(action); }
+
+    [[nodiscard]] toolkit::TableColumn* tableColumnWithIdentifier(std::string_view identifier) override {
+        const auto found = std::ranges::find_if(
+            columns_, [&](const auto& column) { return column->identifier() == identifier; });
+        return found == columns_.end() ? nullptr : found->get();
+    }
+    void removeTableColumn(toolkit::TableColumn& column) override {
+        note("removeColumn " + column.identifier());
+        std::erase_if(columns_, [&](const auto& each) { return each.get() == &column; });
+    }
+    void sizeToFit() override { note("sizeToFit"); }
+    void registerForDraggedTypes(const std::vector<std::string>& types) override {
+        for (const auto& type : types)
+            note("registerForDraggedType " + type);
+    }
+
+    void reloadData() override {
+        rows_ = source_ != nullptr ? source_->numberOfRowsInTableView(*this) : 0;
+        std::erase_if(selection_, [this](int row) { return row >= rows_; });
+        note("reloadData");
+    }
+    [[nodiscard]] int numberOfRows() const override { return rows_; }
+
+    void setAllowsEmptySelection(bool allows) override { note(allows ? "allowEmpty" : "forbidEmpty"); }
+    void setAllowsMultipleSelection(bool allows) override {
+        multiple_ = allows;
+        note(allows ? "allowMultiple" : "forbidMultiple");
+    }
+    [[nodiscard]] int selectedRow() const override { return selection_.empty() ? -1 : selection_.back(); }
+    [[nodiscard]] std::vector<int> selectedRows() const override {
+        auto rows = selection_;
+        std::ranges::sort(rows);
+        return rows;
+    }
+    void selectRow(int row, bool byExtendingSelection) override {
+        note("select " + std::to_string(row));
+        if (row < 0 || row >= rows_) return;
+        if (!byExtendingSelection) selection_.clear();
+        std::erase(selection_, row);
+        selection_.push_back(row);
+        tellSelectionChanged();
+    }
+    void deselectRow(int row) override {
+        note("deselect " + std::to_string(row));
+        if (std::erase(selection_, row) > 0) tellSelectionChanged();
+    }
+    void deselectAll() override {
+        note("deselectAll");
+        if (selection_.empty()) return;
+        selection_.clear();
+        tellSelectionChanged();
+    }
+
+    /// The user clicks a row; false when the delegate doesn't let it be selected.
+    [[nodiscard]] bool clickRow(int row, bool extending = false) {
+        if (!isEnabled() || (delegate_ != nullptr && !delegate_->shouldSelectRow(*this, row))) return false;
+        selectRow(row, extending && multiple_);
+        return true;
+    }
+    void doubleClickRow(int row) {
+        (void)clickRow(row);
+        if (doubleAction_) doubleAction_(*this);
+    }
+    void toggleCheckBox(const std::string& column, int row, bool value) {
+        source_->setObjectValue(*this, value, *tableColumnWithIdentifier(column), row);
+    }
+
+    /// What a text column shows in a row.
+    [[nodiscard]] std::string textAt(const std::string& column, int row) {
+        const FakeTableColumn absent(column);
+        const auto* found = tableColumnWithIdentifier(column);
+        const auto value = source_->objectValueForTableColumn(*this, found != nullptr ? *found : absent, row);
+        const auto* text = std::get_if<std::string>(&value);
+        return text != nullptr ? *text : "<cell>";
+    }
+    [[nodiscard]] std::vector<std::string> texts(const std::string& column) {
+        std::vector<std::string> all;
+        for (int row = 0; row < rows_; ++row)
+            all.push_back(textAt(column, row));
+        return all;
+    }
+    /// The cell as it is drawn in a row, beginning with `before`.
+    [[nodiscard]] toolkit::Cell drawnCell(const std::string& column, int row, toolkit::Cell before = {}) {
+        delegate_->willDisplayCell(*this, before, *tableColumnWithIdentifier(column), row);
+        return before;
+    }
+
+private:
+    void tellSelectionChanged() {
+        if (delegate_ != nullptr) delegate_->tableViewSelectionDidChange(*this);
+    }
+
+    std::vector<std::unique_ptr<FakeTableColumn>> columns_;
+    toolkit::TableDataSource* source_ = nullptr;
+    toolkit::TableDelegate* delegate_ = nullptr;
+    toolkit::Control::Action doubleAction_;
+    std::vector<int> selection_;
+    int rows_ = 0;
+    bool multiple_ = false;
+};
+
+} // namespace corvane::fakes

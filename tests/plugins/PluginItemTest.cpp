@@ -1,0 +1,282 @@
+#include "plugins/PluginItem.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/FakeProgram.h"
+#include "fakes/RecordingPlugin.h"
+
+using namespace corvane;
+using Recording = fakes::RecordingPlugin<0>;
+
+namespace {
+
+/// The program behind the host interface.
+struct FakeHost final : plugins::PluginAPIImplementor::Host {
+    bool isRemote() override { return remote; }
+    bool preflightAuthRights() override { return true; }
+    std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form) override {
+        form.bytes.fill(0x42);
+        return formStatus;
+    }
+    std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override { return configNode; }
+    void setPluginModified(bool modified) override { done.push_back(modified ? "modified" : "clean"); }
+    void reloadPluginTable() override { done.emplace_back("reload"); }
+    bool isPluginEnabled(const std::string& prefix) override { return prefix == "LDAP"; }
+    void setPluginEnabled(const std::string& prefix, bool enabled) override {
+        done.push_back("set " + prefix + (enabled ? " on" : " off"));
+    }
+    void pluginFailed(const std::string& plugin, const std::string& operation, const std::string& reason) override {
+        done.push_back("failed " + plugin + " " + operation + ": " + reason);
+    }
+    void log(const std::string& line) override { done.push_back("log " + line); }
+
+    bool remote = false;
+    std::int32_t formStatus = 0;
+    std::shared_ptr<directory::HaldenNodeConfig> configNode;
+    std::vector<std::string> done;
+};
+
+struct Item : testing::Test {
+    Item() {
+        Recording::script() = {};
+        host.configNode = std::make_shared<directory::HaldenNodeConfig>(
+            framework.session->nodeWithType(halden::NodeType::configNode, nullptr));
+    }
+    void useRecordingPlugin() {
+        platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug", Recording::factory());
+        controller.loadPlugins();
+    }
+    [[nodiscard]] std::unique_ptr<plugins::PluginItem> make(const std::string& name = "LDAP") {
+        description.set("PlugInName", name);
+        auto item = std::make_unique<plugins::PluginItem>(
+            plugins::PluginItem::Context{controller, toolkit, platform.environment}, description);
+        item->setPluginAPIImplementor(std::make_shared<plugins::PluginAPIImplementor>(host));
+        return item;
+    }
+    [[nodiscard]] const std::vector<fakes::ReceivedCall>& calls() { return framework.session->config().calls; }
+
+    fakes::Journal journal;
+    fakes::FakePlatform platform{journal};
+    fakes::FakeToolkit toolkit{journal};
+    fakes::FakeFramework framework{journal};
+    fakes::FakeWindow window{journal, "window"};
+    fakes::FakeButton button{journal, "button", &window};
+    FakeHost host;
+    plugins::PluginController controller{platform.environment};
+    util::Dictionary description = util::Dictionary::makeMutable({{"PlugInLoaded", "Active"},
+                                                                  {"UserSetLoaded", "Active"},
+                                                                  {"PlugInVersion", "1.2.3"},
+                                                                  {"PlugInIndex", 5},
+                                                                  {"PlugInConfigAvail", "Not Available"},
+                                                                  {"PlugInConfigFile", "Not Available"}});
+};
+
+} // namespace
+
+TEST_F(Item, withoutPlugin_everyDefaultApplies) {
+    const auto item = make();
+    EXPECT_EQ(item->pluginName(), "LDAP");
+    EXPECT_EQ(item->pluginPrefix(), "LDAP");
+    EXPECT_EQ(item->pluginVersion(), "1.2.3");
+    EXPECT_TRUE(item->isEnabledForLocation(nullptr));
+    EXPECT_TRUE(item->canSetEnabledForLocation("anywhere"));
+    EXPECT_FALSE(item->canConfigure());
+    EXPECT_FALSE(item->canSelfTest());
+    EXPECT_FALSE(item->isDirty());
+    EXPECT_TRUE(item->saveChanges());
+    EXPECT_TRUE(item->revertChanges());
+    EXPECT_TRUE(item->applicationWillQuitSavingChanges(true));
+    EXPECT_TRUE(item->applicationWillLockSavingChanges(false));
+    EXPECT_TRUE(item->shouldAllowNodeNameOnSearchPolicy("/LDAP/one"));
+}
+
+TEST_F(Item, pluginThatImplementsNothing_getsTheDefaultsToo) {
+    platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug", fakes::EmptyPlugin::factory());
+    controller.loadPlugins();
+    const auto item = make();
+    EXPECT_EQ(item->pluginName(), "LDAP");
+    EXPECT_FALSE(item->canSelfTest());
+    EXPECT_FALSE(item->canConfigure());
+    EXPECT_TRUE(item->saveChanges());
+}
+
+TEST_F(Item, everythingThePluginImplements_isForwardedWithItsArguments) {
+    useRecordingPlugin();
+    const auto item = make();
+    auto& script = Recording::script();
+    script.answers["isDirty"] = false;
+    EXPECT_EQ(item->pluginName(), "Shown Name");
+    EXPECT_EQ(item->pluginPrefix(), "LDAP"); // never the plug-in's
+    EXPECT_TRUE(item->isEnabledForLocation("home"));
+    EXPECT_TRUE(item->canSetEnabledForLocation(nullptr));
+    item->setEnabledForLocation(false, "work");
+    EXPECT_TRUE(item->canConfigure());
+    item->configureButtonClicked(&button);
+    EXPECT_TRUE(item->canSelfTest());
+    EXPECT_TRUE(item->selfTest());
+    EXPECT_FALSE(item->isDirty());
+    EXPECT_TRUE(item->revertChanges());
+    EXPECT_TRUE(item->applicationWillQuitSavingChanges(true));
+    EXPECT_TRUE(item->applicationWillLockSavingChanges(false));
+    EXPECT_TRUE(item->shouldAllowNodeNameOnSearchPolicy("/LDAP/one"));
+    EXPECT_EQ(script.calls,
+              (std::vector<std::string>{
+                  "setPluginAPIImplementor", "pluginName", "isEnabledForLocation home",
+                  "canSetEnabledForLocation null", "setEnabledForLocation off work", "canConfigure",
+                  "configureButtonClicked sender", "selfTest", "isDirty", "revertChanges",
+                  "applicationWillQuitSavingChanges save", "applicationWillLockSavingChanges discard",
+                  "shouldAllowNodeNameOnSearchPolicy /LDAP/one"}));
+    EXPECT_TRUE(item->isEnabled()); // the plug-in took the change; the description has not seen it
+}
+
+TEST_F(Item, pluginsAnswers_areTheItems) {
+    useRecordingPlugin();
+    const auto item = make();
+    for (const auto* operation :
+         {"isEnabledForLocation", "canSetEnabledForLocation", "canConfigure", "selfTest", "revertChanges",
+          "applicationWillQuitSavingChanges", "applicationWillLockSavingChanges", "shouldAllowNodeNameOnSearchPolicy"})
+        Recording::script().answers[operation] = false;
+    EXPECT_FALSE(item->isEnabledForLocation(nullptr));
+    EXPECT_FALSE(item->canSetEnabledForLocation(nullptr));
+    EXPECT_FALSE(item->canConfigure());
+    EXPECT_FALSE(item->selfTest());
+    EXPECT_FALSE(item->revertChanges());
+    EXPECT_FALSE(item->applicationWillQuitSavingChanges(true));
+    EXPECT_FALSE(item->applicationWillLockSavingChanges(true));
+    EXPECT_FALSE(item->shouldAllowNodeNameOnSearchPolicy("/LDAP/one"));
+    EXPECT_TRUE(item->isEnabled()); // never forwarded
+}
+
+TEST_F(Item, description_isCopied) {
+    const auto item = make();
+    item->setEnabled(false);
+    EXPECT_EQ(description.textForKey("UserSetLoaded"), "Active");
+    description.set("UserSetLoaded", "Make InActive");
+    EXPECT_FALSE(item->isEnabled());
+    item->setEnabled(true);
+    EXPECT_TRUE(item->isEnabled());
+}
+
+TEST_F(Item, enabled_isExactlyTheWordActive) {
+    for (const auto* state : {"active", "Unknown", "Make InActive", "ACTIVE", ""}) {
+        description.set("UserSetLoaded", state);
+        EXPECT_FALSE(make()->isEnabled()) << state;
+    }
+}
+
+TEST_F(Item, threeConnectors_maySwitchOnButNeverOff) {
+    for (const auto* name : {"Local", "BSD", "Zeroconf"}) {
+        const auto item = make(name);
+        EXPECT_FALSE(item->canSetEnabledForLocation(nullptr)) << name;
+        item->setEnabled(false);
+        EXPECT_TRUE(item->canSetEnabledForLocation(nullptr)) << name;
+    }
+    EXPECT_TRUE(make("local")->canSetEnabledForLocation(nullptr)); // another name
+}
+
+TEST_F(Item, canConfigure_withExternalProgram_onlyOnThisMachine) {
+    description.set("PlugInConfigAvail", "/usr/bin/configurator");
+    const auto item = make();
+    EXPECT_TRUE(item->canConfigure());
+    host.remote = true;
+    EXPECT_FALSE(item->canConfigure());
+}
+
+TEST_F(Item, canConfigure_ofAPluginWithAConfigurationAlone_isTrue) {
+    struct OnlyConfigures {
+        void configureButtonClicked(void* /*sender*/) {}
+    };
+    platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug",
+                         reinterpret_cast<void*>(&sdk::tableFor<OnlyConfigures>));
+    controller.loadPlugins();
+    EXPECT_TRUE(make()->canConfigure());
+}
+
+TEST_F(Item, everyMakingAndDropping_makesAndDropsAPluginObject) {
+    useRecordingPlugin();
+    auto item = make();
+    EXPECT_EQ(Recording::script().alive, 1);
+    item.reset();
+    EXPECT_EQ(Recording::script().alive, 0);
+}
+
+TEST_F(Item, saveChanges_refusedByThePlugin_leavesTheEnabledStateUnsaved) {
+    useRecordingPlugin();
+    const auto item = make();
+    Recording::script().answers["saveChanges"] = false;
+    item->setEnabled(false);
+    EXPECT_FALSE(item->saveChanges());
+    EXPECT_TRUE(calls().empty());
+}
+
+TEST_F(Item, saveChanges_flipsAChangedStateWithCall1000PlusIndex) {
+    const auto item = make();
+    item->setEnabled(false);
+    EXPECT_TRUE(item->saveChanges());
+    ASSERT_EQ(calls().size(), 1U);
+    EXPECT_EQ(calls()[0].code, 1005);
+    EXPECT_EQ(calls()[0].request, util::Bytes(32, 0x42));
+    EXPECT_TRUE(item->saveChanges()); // saved: nothing is sent again
+    EXPECT_EQ(calls().size(), 1U);
+}
+
+TEST_F(Item, saveEnableState_unchanged_sendsNothingButStillNeedsTheAuthorization) {
+    const auto item = make();
+    EXPECT_TRUE(item->saveEnableState());
+    host.formStatus = -60001;
+    EXPECT_FALSE(item->saveEnableState());
+    EXPECT_TRUE(calls().empty());
+}
+
+TEST_F(Item, saveEnableState_withoutIndex_answersTrueAndSendsNothing) {
+    description.remove("PlugInIndex");
+    const auto item = make();
+    item->setEnabled(false);
+    EXPECT_TRUE(item->saveEnableState());
+    EXPECT_TRUE(calls().empty());
+}
+
+TEST_F(Item, saveEnableState_refusedByTheService_isTriedAgainNextTime) {
+    const auto item = make();
+    item->setEnabled(false);
+    framework.session->config().nextError = {1, "no", "", ""};
+    EXPECT_FALSE(item->saveEnableState());
+    EXPECT_TRUE(item->saveEnableState());
+    EXPECT_EQ(calls().size(), 2U);
+}
+
+TEST_F(Item, inactiveConnectorSwitchedOnAndOffAgain_sendsTheFlipAllTheSame) {
+    description.set("PlugInLoaded", "Inactive");
+    description.set("UserSetLoaded", "Inactive");
+    const auto item = make();
+    item->setEnabled(true);
+    item->setEnabled(false);
+    EXPECT_TRUE(item->saveEnableState());
+    EXPECT_EQ(calls().size(), 1U);
+}
+
+TEST_F(Item, thrownException_staysInsideAndIsReported) {
+    useRecordingPlugin();
+    const auto item = make();
+    Recording::script().throwsIn = "saveChanges";
+    EXPECT_FALSE(item->saveChanges());
+    EXPECT_EQ(host.done, std::vector<std::string>{"failed LDAP saveChanges: the plug-in is out of order"});
+}
+
+TEST_F(Item, hostTable_reachesTheProgram) {
+    useRecordingPlugin();
+    const auto item = make();
+    const auto& table = *Recording::script().host;
+    EXPECT_EQ(table.size, sizeof(CorvaneHost));
+    table.markDirty(table.context);
+    table.pluginEnableStateChanged(table.context, "whatever", 1);
+    table.setPluginEnabled(table.context, "BSD", 0);
+    table.log(table.context, "hello");
+    EXPECT_EQ(host.done, (std::vector<std::string>{"modified", "reload", "set BSD off", "log LDAP: hello"}));
+    EXPECT_TRUE(table.isPluginEnabled(table.context, "LDAP"));
+    EXPECT_FALSE(table.isRemote(table.context));
+    EXPECT_TRUE(table.preflightAuthRights(table.context));
+    std::uint8_t form[32] = {};
+    EXPECT_EQ(table.makeAuthExternalForm(table.context, form), 0);
+    EXPECT_EQ(form[31], 0x42);
+}
