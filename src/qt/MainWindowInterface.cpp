@@ -1,0 +1,126 @@
+#include "qt/MainWindowInterface.h"
+
+#include <QMainWindow>
+#include <QMenuBar>
+#include <QPainter>
+
+#include "qt/Appearance.h"
+#include "qt/Icons.h"
+#include "ui_MainWindow.h"
+
+namespace corvane::qt {
+
+namespace {
+
+QString tr(const char* text) { return QCoreApplication::translate("MainWindow", text); }
+
+std::vector<QtTableView::Column> serviceColumns() {
+    return {{"Name", tr("Name")}, {"Version", tr("Version")}, {"On-Off", tr("On")}};
+}
+
+std::vector<QtTableView::Column> nodeColumns() { return {{"NodeName", tr("Directory Domain")}}; }
+
+/// Says under a policy's pop-up what the chosen item means.
+void explainChoice(QComboBox& box, QLabel& explanation, const QStringList& texts) {
+    makeSecondary(explanation);
+    const auto follow = [&explanation, texts](int index) {
+        explanation.setText(index >= 0 && index < texts.size() ? texts[index] : QString());
+    };
+    QObject::connect(&box, &QComboBox::currentIndexChanged, &explanation, follow);
+    follow(box.currentIndex());
+}
+
+/// A box that a list of directories is added to or taken from: a sign instead of a text.
+void asSign(QToolButton& button, const char* sign) {
+    button.setIcon(icon(sign));
+    button.setFocusPolicy(Qt::StrongFocus);
+}
+
+} // namespace
+
+struct MainWindowInterface::Form {
+    Form() {
+        ui.setupUi(&shell);
+        // Drawn as part of the window, shown as a sheet: it waits outside of the window.
+        ui.progressSheet->setParent(nullptr);
+        dress();
+    }
+    ~Form() { delete ui.progressSheet; }
+    Form(const Form&) = delete;
+    Form& operator=(const Form&) = delete;
+
+    QMainWindow shell;
+    Ui::MainWindow ui;
+
+private:
+    void dress() {
+        for (auto* heading : {ui.servicesHeading, ui.editorHeading})
+            makeHeading(*heading, 1.15);
+        for (auto* note : {ui.servicesNote, ui.editorNote, ui.dragMessage, ui.dragMessageContact})
+            makeSecondary(*note);
+        asSign(*ui.addNode, "Plus");
+        asSign(*ui.addNodeContact, "Plus");
+        asSign(*ui.deleteNode, "Minus");
+        asSign(*ui.deleteNodeContact, "Minus");
+        asSign(*ui.helpButton, "Help");
+        ui.helpButton->setProperty("round", true);
+        ui.authorizationView->setFocusPolicy(Qt::StrongFocus);
+        ui.editorSign->setPixmap(icon("Halden_32").pixmap(QSize(64, 64), shell.devicePixelRatioF()));
+        explainChoice(*ui.selectSearchPolicy, *ui.policyExplanation,
+                      {tr("Looks in the local directory, then in every directory this machine is joined to."),
+                       tr("Looks for users and groups of this machine only."),
+                       tr("Looks in the local directory, then in the directories below, in this order.")});
+        explainChoice(*ui.selectContactPolicy, *ui.contactExplanation,
+                      {tr("Looks for contacts in every directory this machine is joined to."),
+                       tr("Looks for contacts in the local directory only."),
+                       tr("Looks for contacts in the directories below, in this order.")});
+    }
+};
+
+MainWindowInterface::MainWindowInterface(QtApplication& application,
+                                         platform::AuthorizationService& authorization,
+                                         SettingsFile& settings, HandlerGuard& guard)
+    : form_(std::make_unique<Form>()), window(form_->shell, *form_->ui.contentView, guard, settings),
+      mainVsDirectoryEditorTabView(*form_->ui.mainVsDirectoryEditorTabView, guard),
+      mainTabView(*form_->ui.mainTabView, guard),
+      progressSheet(*form_->ui.progressSheet, *form_->ui.progressSheet, guard, settings),
+      progressBar(*form_->ui.progressBar), applyButton(*form_->ui.applyButton, guard),
+      helpButton(*form_->ui.helpButton, guard),
+      selectPlugIn(*form_->ui.selectPlugIn, serviceColumns(), guard),
+      configPlugIn(*form_->ui.configPlugIn, guard), selectSearchPolicy(*form_->ui.selectSearchPolicy, guard),
+      selectNode(*form_->ui.selectNode, nodeColumns(), guard), addNode(*form_->ui.addNode, guard),
+      deleteNode(*form_->ui.deleteNode, guard), dragMessage(*form_->ui.dragMessage),
+      selectContactPolicy(*form_->ui.selectContactPolicy, guard),
+      selectNodeContact(*form_->ui.selectNodeContact, nodeColumns(), guard),
+      addNodeContact(*form_->ui.addNodeContact, guard),
+      deleteNodeContact(*form_->ui.deleteNodeContact, guard),
+      dragMessageContact(*form_->ui.dragMessageContact),
+      authorizationView(*form_->ui.authorizationView, authorization, guard),
+      menu(*form_->shell.menuBar(), application, guard) {
+    window.setTitle("Corvane");
+    window.setContentMinSize({590, 365});
+    application.keepsStateOf(window);
+}
+
+MainWindowInterface::~MainWindowInterface() = default;
+
+QWidget& MainWindowInterface::directoryEditorPage() const { return *form_->ui.directoryEditorPage; }
+
+QMainWindow& MainWindowInterface::shell() const { return form_->shell; }
+
+void prepareForPictures() {
+    if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) qputenv("QT_SCALE_FACTOR", "2");
+}
+
+bool renderToFile(QWidget& window, const QString& path) {
+    const double scale = std::max(2.0, window.devicePixelRatioF());
+    window.ensurePolished();
+    if (auto* layout = window.layout()) layout->activate();
+    QImage picture(window.size() * scale, QImage::Format_ARGB32_Premultiplied);
+    picture.setDevicePixelRatio(scale);
+    picture.fill(window.palette().color(QPalette::Window));
+    window.render(&picture);
+    return picture.save(path);
+}
+
+} // namespace corvane::qt

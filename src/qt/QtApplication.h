@@ -1,0 +1,71 @@
+#pragma once
+
+#include <QApplication>
+#include <functional>
+#include <string>
+#include <vector>
+
+#include "qt/HandlerGuard.h"
+#include "qt/HelpWindow.h"
+#include "toolkit/Application.h"
+
+class QEventLoop;
+
+namespace corvane::qt {
+
+class QtWindow;
+
+/// The program's application object on Qt's.
+class QtApplication final : public toolkit::Application {
+public:
+    /// What the About panel says beside the years.
+    struct About {
+        std::string name;
+        std::string version;
+        std::string summary;
+        std::string licence;
+        std::vector<std::string> components; ///< libraries used, each with its licence
+    };
+
+    QtApplication(QApplication& application, HandlerGuard& guard);
+    ~QtApplication() override;
+    QtApplication(const QtApplication&) = delete;
+    QtApplication& operator=(const QtApplication&) = delete;
+
+    // The program's side; each may be left empty.
+    std::function<bool()> shouldTerminate; ///< false cancels the quit
+    std::function<void()> willTerminate;
+    std::function<void(bool active)> activeChanged;
+    /// Sees every key event before Qt dispatches it; true takes it away.
+    std::function<bool(const toolkit::Event&)> sendEvent;
+    About about;
+
+    /// Windows whose state is put into the settings when the application ends.
+    void keepsStateOf(QtWindow& window) { windows_.push_back(&window); }
+
+    [[nodiscard]] bool isActive() const override;
+    void terminate() override;
+    [[nodiscard]] int runModalForWindow(toolkit::Window& window) override;
+    void stopModal(int code) override;
+    /// Options "NoticeStartYear" and "NoticeEndYear" are the years of the copyright notice.
+    void orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) override;
+    void openHelpAnchor(std::string_view anchor, std::string_view book) override;
+
+private:
+    class EventFilter;
+    struct ModalRun {
+        QEventLoop* loop;
+        int code;
+    };
+    QApplication& application_;
+    HandlerGuard& guard_;
+    std::unique_ptr<EventFilter> filter_;
+    std::vector<ModalRun*> modal_;
+    std::vector<QtWindow*> windows_;
+    std::unique_ptr<QWidget> aboutPanel_;
+    std::unique_ptr<HelpWindow> help_;
+    bool terminating_ = false;
+    QObject context_;
+};
+
+} // namespace corvane::qt

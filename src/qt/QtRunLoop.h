@@ -1,0 +1,19 @@
+#pragma once
+
+#include "platform/RunLoop.h"
+#include "qt/HandlerGuard.h"
+
+namespace corvane::qt {
+
+/// Timers of Qt's event loop on the main thread.
+class QtRunLoop final : public platform::RunLoop {
+public:
+    explicit QtRunLoop(HandlerGuard& guard) : guard_(guard) {}
+    [[nodiscard]] std::unique_ptr<platform::Timer>
+    scheduleRepeatingTimer(double seconds, std::function<void()> action) override;
+
+private:
+    HandlerGuard& guard_;
+};
+
+} // namespace corvane::qt

@@ -1,0 +1,126 @@
+#include "qt/TableWidget.h"
+
+#include <QHeaderView>
+#include <QKeyEvent>
+#include <set>
+
+namespace corvane::qt {
+
+namespace {
+
+std::set<int> rowsOf(const QItemSelection& selection) {
+    std::set<int> rows;
+    for (const auto& range : selection)
+        for (int row = range.top(); range.isValid() && row <= range.bottom(); ++row)
+            rows.insert(row);
+    return rows;
+}
+
+QItemSelection rowSelection(const QAbstractItemModel& model, int row) {
+    return {model.index(row, 0), model.index(row, model.columnCount() - 1)};
+}
+
+} // namespace
+
+TableSelectionModel::TableSelectionModel(QAbstractItemModel* model, QObject* parent)
+    : QItemSelectionModel(model, parent) {}
+
+void TableSelectionModel::select(const QItemSelection& selection, SelectionFlags command) {
+    if (isProgramChange()) return QItemSelectionModel::select(selection, command);
+    const auto allowed = allowedPart(selection, command);
+    const bool refused = !rowsOf(selection).empty() && allowed.isEmpty();
+    if (refused || (!allowsEmpty && wouldBeEmpty(allowed, command))) return;
+    QItemSelectionModel::select(allowed, command);
+}
+
+void TableSelectionModel::setCurrentIndex(const QModelIndex& index, SelectionFlags command) {
+    const bool refused =
+        !isProgramChange() && index.isValid() && mayUserSelect && !mayUserSelect(index.row());
+    if (!refused) QItemSelectionModel::setCurrentIndex(index, command);
+}
+
+QItemSelection TableSelectionModel::allowedPart(const QItemSelection& selection,
+                                                SelectionFlags command) const {
+    if (!(command & (Select | Toggle)) || !mayUserSelect) return selection;
+    QItemSelection allowed;
+    for (const int row : rowsOf(selection))
+        if (isRowSelected(row) || mayUserSelect(row)) allowed.merge(rowSelection(*model(), row), Select);
+    return allowed;
+}
+
+bool TableSelectionModel::wouldBeEmpty(const QItemSelection& change, SelectionFlags command) const {
+    if (command == NoUpdate || selection().isEmpty()) return false;
+    const auto changed = rowsOf(change);
+    if (command & Clear) return changed.empty() || !(command & (Select | Toggle));
+    if (command & Select) return false;
+    auto left = rowsOf(selection());
+    for (const int row : changed)
+        if (left.erase(row) == 0 && (command & Toggle)) return false;
+    return left.empty();
+}
+
+TableWidget::TableWidget(QWidget* parent) : QTreeView(parent) {
+    setRootIsDecorated(false);
+    setItemsExpandable(false);
+    setUniformRowHeights(true);
+    setAllColumnsShowFocus(true);
+    setSelectionBehavior(SelectRows);
+    setSelectionMode(SingleSelection);
+    setEditTriggers(NoEditTriggers);
+    setVerticalScrollMode(ScrollPerPixel);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setTextElideMode(Qt::ElideMiddle);
+    setTabKeyNavigation(false);
+    header()->setSectionsMovable(false);
+    header()->setSectionsClickable(false);
+    header()->setHighlightSections(false);
+    header()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+}
+
+QModelIndex TableWidget::moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) {
+    const auto wanted = QTreeView::moveCursor(action, modifiers);
+    if (!wanted.isValid() || !mayUserSelect || mayUserSelect(wanted.row())) return wanted;
+    const bool up = action == MoveUp || action == MovePageUp || action == MoveEnd || action == MovePrevious;
+    int row = nextSelectableRow(wanted.row(), up ? -1 : 1);
+    // A page may end among rows that can't be selected: the last one before them is as near as it gets.
+    const bool byPage = action == MovePageUp || action == MovePageDown;
+    if (row < 0 && byPage) row = nextSelectableRow(wanted.row(), up ? 1 : -1);
+    return row < 0 ? currentIndex() : model()->index(row, wanted.column());
+}
+
+int TableWidget::nextSelectableRow(int from, int step) const {
+    const int rows = model() ? model()->rowCount() : 0;
+    for (int row = from; row >= 0 && row < rows; row += step)
+        if (!mayUserSelect || mayUserSelect(row)) return row;
+    return -1;
+}
+
+void TableWidget::keyPressEvent(QKeyEvent* event) {
+    const bool isReturn = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (isReturn && activate && selectionModel() && selectionModel()->hasSelection()) {
+        activate();
+        event->accept();
+        return;
+    }
+    // Without a selected row the return key belongs to the window's default button.
+    if (isReturn) return event->ignore();
+    if (event->key() == Qt::Key_Space && press && press(currentIndex())) return event->accept();
+    QTreeView::keyPressEvent(event);
+}
+
+void TableWidget::mouseDoubleClickEvent(QMouseEvent* event) {
+    QTreeView::mouseDoubleClickEvent(event);
+    const auto index = indexAt(event->position().toPoint());
+    const bool onSelectedRow = index.isValid() && selectionModel()->isRowSelected(index.row());
+    if (event->button() == Qt::LeftButton && onSelectedRow && activate) activate();
+}
+
+// Qt would put the focus mark on row 0 unasked; it stays where the selection is.
+void TableWidget::focusInEvent(QFocusEvent* event) {
+    const auto before = currentIndex();
+    QTreeView::focusInEvent(event);
+    if (before.isValid() || !currentIndex().isValid() || !mayUserSelect) return;
+    if (!mayUserSelect(currentIndex().row())) selectionModel()->clearCurrentIndex();
+}
+
+} // namespace corvane::qt

@@ -1,0 +1,60 @@
+#pragma once
+
+#include <QItemSelectionModel>
+#include <QTreeView>
+#include <functional>
+
+namespace corvane::qt {
+
+/// A selection that asks about every row the user wants to select. The program's own changes go by unasked:
+/// it holds a `ProgramChange` for their time.
+class TableSelectionModel final : public QItemSelectionModel {
+public:
+    explicit TableSelectionModel(QAbstractItemModel* model, QObject* parent);
+
+    std::function<bool(int row)> mayUserSelect;
+    bool allowsEmpty = true;
+
+    class ProgramChange {
+    public:
+        explicit ProgramChange(TableSelectionModel& model) : model_(model) { ++model_.programChanges_; }
+        ~ProgramChange() { --model_.programChanges_; }
+        ProgramChange(const ProgramChange&) = delete;
+        ProgramChange& operator=(const ProgramChange&) = delete;
+
+    private:
+        TableSelectionModel& model_;
+    };
+    [[nodiscard]] bool isProgramChange() const { return programChanges_ > 0; }
+
+    using QItemSelectionModel::select;
+    void select(const QItemSelection& selection, SelectionFlags command) override;
+    void setCurrentIndex(const QModelIndex& index, SelectionFlags command) override;
+
+private:
+    [[nodiscard]] QItemSelection allowedPart(const QItemSelection& selection, SelectionFlags command) const;
+    [[nodiscard]] bool wouldBeEmpty(const QItemSelection& change, SelectionFlags command) const;
+
+    int programChanges_ = 0;
+};
+
+/// The list on the screen: rows without a tree, keys that jump over rows that can't be selected.
+class TableWidget final : public QTreeView {
+public:
+    explicit TableWidget(QWidget* parent = nullptr);
+
+    std::function<bool(int row)> mayUserSelect;
+    std::function<void()> activate;                ///< double click or return key on a selected row
+    std::function<bool(const QModelIndex&)> press; ///< space on a cell; true when that was something
+
+protected:
+    QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
+    void keyPressEvent(QKeyEvent* event) override;
+    void mouseDoubleClickEvent(QMouseEvent* event) override;
+    void focusInEvent(QFocusEvent* event) override;
+
+private:
+    [[nodiscard]] int nextSelectableRow(int from, int step) const;
+};
+
+} // namespace corvane::qt
