@@ -6,6 +6,7 @@
 #include <QDialogButtonBox>
 #include <QLabel>
 #include <QVBoxLayout>
+#include <memory>
 #include <optional>
 
 #include "sdk/PluginWrapper.h"
@@ -87,10 +88,11 @@ public:
     bool isDirty() { return wanted_ && *wanted_ != isEnabled(); }
 
     void configureButtonClicked(void* /*sender*/) {
-        ConnectorDialog dialog(isEnabledForLocation(nullptr), QApplication::activeWindow());
-        if (dialog.exec() != QDialog::Accepted) return;
-        wanted_ = dialog.isUsed();
-        if (isDirty()) host_->markDirty(host_->context);
+        dialog_ =
+            std::make_unique<ConnectorDialog>(isEnabledForLocation(nullptr), QApplication::activeWindow());
+        QObject::connect(dialog_.get(), &QDialog::accepted, dialog_.get(),
+                         [this] { wish(dialog_->isUsed()); });
+        dialog_->open();
     }
     bool saveChanges() {
         if (isDirty()) host_->setPluginEnabled(host_->context, connectorName, *wanted_ ? 1 : 0);
@@ -103,10 +105,17 @@ public:
     }
 
 private:
-    [[nodiscard]] bool isEnabled() const { return host_->isPluginEnabled(host_->context, connectorName) != 0; }
+    void wish(bool enabled) {
+        wanted_ = enabled;
+        if (isDirty()) host_->markDirty(host_->context);
+    }
+    [[nodiscard]] bool isEnabled() const {
+        return host_->isPluginEnabled(host_->context, connectorName) != 0;
+    }
 
     const CorvaneHost* host_ = nullptr;
     std::optional<bool> wanted_;
+    std::unique_ptr<ConnectorDialog> dialog_;
 };
 
 } // namespace

@@ -1,0 +1,149 @@
+// Works the real window with mouse and key events, one step for each argument:
+//
+//   corvane-gui-steps --machine DIR STEP...
+//
+// Steps: lock (click the padlock), services, search, editor (toolbar), authentication, contacts (sub-tabs),
+// mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, open=TABLE:N (double click),
+// answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE, wait=MILLISECONDS.
+// Ends with 0 when every step could be done.
+#include <QApplication>
+#include <QKeySequence>
+#include <QMainWindow>
+#include <QTest>
+#include <QTimer>
+#include <cstdlib>
+#include <functional>
+#include <iostream>
+#include <map>
+
+#include "desktop/Program.h"
+#include "gui/steps/WindowUser.h"
+#include "linux/SystemLog.h"
+#include "qt/Appearance.h"
+
+using namespace corvane;
+
+namespace {
+
+std::pair<QString, int> tableAndRow(const QString& value) {
+    return {value.section(':', 0, 0), value.section(':', 1).toInt()};
+}
+
+void pressKeys(gui::WindowUser& user, const QString& keys) {
+    const auto combination = QKeySequence(keys)[0];
+    user.press(combination.key(), combination.keyboardModifiers());
+}
+
+using Step = std::function<void(gui::WindowUser&, const QString& value)>;
+
+const std::map<QString, Step>& steps() {
+    using User = gui::WindowUser;
+    static const std::map<QString, Step> all = {
+        {"lock", [](User& user, const QString&) { user.click("authorizationView"); }},
+        {"services", [](User& user, const QString&) { user.click("kServices"); }},
+        {"search", [](User& user, const QString&) { user.click("kSearchPaths"); }},
+        {"editor", [](User& user, const QString&) { user.click("kDebug"); }},
+        {"authentication", [](User& user, const QString&) { user.clickTab("Authentication"); }},
+        {"contacts", [](User& user, const QString&) { user.clickTab("Contacts"); }},
+        {"mode", [](User& user, const QString& item) { user.choose("selectSearchPolicy", item); }},
+        {"contactsmode", [](User& user, const QString& item) { user.choose("selectContactPolicy", item); }},
+        {"apply", [](User& user, const QString&) { user.click("applyButton"); }},
+        {"row",
+         [](User& user, const QString& value) {
+             user.clickRow(tableAndRow(value).first, tableAndRow(value).second);
+         }},
+        {"open",
+         [](User& user, const QString& value) {
+             user.doubleClickRow(tableAndRow(value).first, tableAndRow(value).second);
+         }},
+        {"answer", [](User& user, const QString& button) { user.answer(button); }},
+        {"key", pressKeys},
+        {"rows",
+         [](User& user, const QString& table) {
+             std::cout << user.rowsOf(table).join('\n').toStdString() << '\n';
+         }},
+        {"text", [](User& user, const QString&) { std::cout << user.visibleText().toStdString() << '\n'; }},
+        {"picture", [](User& user, const QString& path) { user.savePicture(path); }},
+        {"wait", [](User&, const QString& milliseconds) { gui::settle(milliseconds.toInt()); }}};
+    return all;
+}
+
+void perform(gui::WindowUser& user, const QString& word) {
+    const auto found = steps().find(word.section('=', 0, 0));
+    if (found == steps().end()) throw std::runtime_error("there is no step " + word.toStdString());
+    found->second(user, word.section('=', 1));
+}
+
+/// Performs the steps one after the other. A step that opens a modal dialogue comes back only when that is
+/// answered; the steps behind it are then performed meanwhile.
+class StepRunner {
+public:
+    StepRunner(gui::WindowUser& user, QStringList words) : user_(user), words_(std::move(words)) {}
+
+    [[nodiscard]] int run() {
+        QTimer::singleShot(0, &context_, [this] { next(); });
+        return QApplication::exec();
+    }
+
+private:
+    void next() {
+        if (words_.isEmpty()) return QCoreApplication::exit(EXIT_SUCCESS);
+        const auto word = words_.takeFirst();
+        QTimer patience;
+        patience.setSingleShot(true);
+        bool goesOnMeanwhile = false;
+        QObject::connect(&patience, &QTimer::timeout, &context_, [&] {
+            goesOnMeanwhile = true;
+            next();
+        });
+        constexpr int patienceMilliseconds = 2500;
+        if (!word.startsWith("wait=")) patience.start(patienceMilliseconds);
+        performOrFail(word);
+        patience.stop();
+        if (!goesOnMeanwhile) QTimer::singleShot(0, &context_, [this] { next(); });
+    }
+    void performOrFail(const QString& word) {
+        try {
+            perform(user_, word);
+        } catch (const std::exception& problem) {
+            std::cerr << "Step " << word.toStdString() << ": " << problem.what()
+                      << "\nTo be read in the window:\n"
+                      << user_.visibleText().toStdString() << std::endl;
+            std::_Exit(EXIT_FAILURE); // a modal dialogue may stand in the way of an orderly end
+        }
+    }
+
+    gui::WindowUser& user_;
+    QStringList words_;
+    QObject context_;
+};
+
+int work(desktop::Program& program, const QStringList& words) {
+    program.launch(false);
+    auto& shell = program.window().shell();
+    if (!QTest::qWaitForWindowExposed(&shell)) throw std::runtime_error("the window doesn't come up");
+    gui::WindowUser user(shell);
+    return StepRunner(user, words).run();
+}
+
+} // namespace
+
+int main(int count, char** arguments) {
+    QApplication application(count, arguments);
+    qt::installAppearance(application, qt::ColorScheme::light);
+    auto words = QApplication::arguments().mid(1);
+    if (words.size() < 2 || words.takeFirst() != "--machine") {
+        std::cerr << "Usage: corvane-gui-steps --machine DIR STEP...\n";
+        return 2;
+    }
+    const auto machine = words.takeFirst().toStdString();
+    const auto files = desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString());
+    linux_::SystemLog log;
+    try {
+        desktop::Program program(application, {machine, files, "/dev/null", false}, log);
+        return work(program, words);
+    } catch (const std::exception& problem) {
+        std::cerr << problem.what() << '\n';
+        return EXIT_FAILURE;
+    }
+}
