@@ -48,6 +48,7 @@ std::shared_ptr<EngineNode> nodeNamed(const std::shared_ptr<Engine>& engine, con
     if (name == localNodeName || name == filesNodeName) return std::make_shared<LocalNode>(engine, name);
     if (name == searchNodeName) return nodeOfType(engine, halden::NodeType::authenticationSearchNode);
     if (name == contactsNodeName) return nodeOfType(engine, halden::NodeType::contactsSearchNode);
+    if (name == ConfigNode::nodeName) return nodeOfType(engine, halden::NodeType::configNode);
     return directoryNamed(engine, name);
 }
 
