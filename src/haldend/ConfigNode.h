@@ -11,7 +11,8 @@ class ConfigNode final : public EngineNode {
 public:
     static constexpr const char* nodeName = "/Configure";
     explicit ConfigNode(std::shared_ptr<Engine> engine) : EngineNode(std::move(engine), nodeName) {}
-    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters, bool allowPartial) override;
+    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters,
+                                           bool allowPartial) override;
 
 protected:
     /// The version of the machine's operating system; absent when the machine doesn't tell it.

@@ -17,7 +17,7 @@ struct LdapSearchBase {
 
 /// How to reach one LDAP directory, as SSSD's options for it say. Times in seconds.
 struct LdapSettings {
-    std::vector<std::string> uris; ///< tried in this order
+    std::vector<std::string> uris;  ///< tried in this order
     std::string bindName, password; ///< "" for an anonymous bind
     bool startTls = false;
     std::string caFile, caFolder, requireCertificate; ///< "" for the library's own settings

@@ -25,7 +25,8 @@ struct World {
         std::filesystem::create_directories(root + "/etc/sssd");
         std::ofstream(root + "/etc/nsswitch.conf") << "passwd: files\ngroup: files\n";
         std::ofstream(root + "/etc/sssd/sssd.conf")
-            << "[sssd]\ndomains = a\n[domain/a]\nid_provider = ldap\nldap_uri = ldap://a\n[domain/b]\nid_provider = ad\n";
+            << "[sssd]\ndomains = a\n[domain/a]\nid_provider = ldap\nldap_uri = "
+               "ldap://a\n[domain/b]\nid_provider = ad\n";
         engine = std::make_shared<haldend::Engine>(root, codec, log);
         framework = std::make_unique<haldend::EmbeddedFramework>(engine);
         const auto ref = engine->rights().open();
@@ -34,7 +35,8 @@ struct World {
     }
     ~World() { std::filesystem::remove_all(root); }
 
-    std::string root = (std::filesystem::temp_directory_path() / ("corvane-fuzz-" + std::to_string(::getpid()))).string();
+    std::string root =
+        (std::filesystem::temp_directory_path() / ("corvane-fuzz-" + std::to_string(::getpid()))).string();
     plist::PropertyListCodec codec;
     SilentLog log;
     std::shared_ptr<haldend::Engine> engine;
@@ -49,12 +51,15 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (size == 0) return 0;
     static constexpr int codes[] = {444, 111, 222, 333};
     const bool isAuthorized = (data[0] & 8U) == 0;
-    const auto type = data[0] & 4U ? halden::NodeType::contactsSearchNode : halden::NodeType::authenticationSearchNode;
+    const auto type =
+        data[0] & 4U ? halden::NodeType::contactsSearchNode : halden::NodeType::authenticationSearchNode;
     util::Bytes request;
     if (isAuthorized) request.assign(world.form.bytes.begin(), world.form.bytes.end());
     request.insert(request.end(), data + 1, data + size);
     halden::Error error;
-    const auto reply = world.framework->defaultSession()->nodeWithType(type, nullptr)->customCall(codes[data[0] & 3U], request, &error);
+    const auto reply = world.framework->defaultSession()
+                           ->nodeWithType(type, nullptr)
+                           ->customCall(codes[data[0] & 3U], request, &error);
     if (reply.has_value() == (error.code != 0)) std::abort();
     if (!isAuthorized && error.code == 0) std::abort();
     const auto& picture = world.engine->machine().picture();

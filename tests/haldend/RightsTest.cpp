@@ -30,7 +30,8 @@ TEST(Rights, token_permitsWhatItsAuthorizationHolds) {
 TEST(Rights, tokens_differ) {
     Rights rights;
     std::set<util::Bytes> forms;
-    for (int i = 0; i < 50; ++i) forms.insert(formOf(rights, rights.open()));
+    for (int i = 0; i < 50; ++i)
+        forms.insert(formOf(rights, rights.open()));
     EXPECT_EQ(forms.size(), 50U);
 }
 

@@ -22,7 +22,9 @@ struct Bench {
         folder.write("sssctl", tool);
         std::filesystem::permissions(folder.path() + "/sssctl", std::filesystem::perms(0755));
     }
-    [[nodiscard]] SssdValidator validator(const std::string& name) { return {machine, log, folder.path() + "/" + name}; }
+    [[nodiscard]] SssdValidator validator(const std::string& name) {
+        return {machine, log, folder.path() + "/" + name};
+    }
 
     TemporaryFolder folder;
     RecordedLog log;
@@ -43,10 +45,12 @@ TEST(SssdValidator, newProblem_isRefusedInTheToolsWords) {
         validator.check("good\nbad_option = 1\n", "good\n");
         FAIL();
     } catch (const Failure& failure) {
-        EXPECT_NE(failure.error().reason.find("not allowed: bad_option = 1"), std::string::npos) << failure.error().reason;
+        EXPECT_NE(failure.error().reason.find("not allowed: bad_option = 1"), std::string::npos)
+            << failure.error().reason;
         EXPECT_NE(failure.error().recovery.find("sssd.conf"), std::string::npos);
     }
-    EXPECT_EQ(std::distance(std::filesystem::directory_iterator(bench.folder.path() + "/var/lib/corvane"), {}), 1)
+    EXPECT_EQ(
+        std::distance(std::filesystem::directory_iterator(bench.folder.path() + "/var/lib/corvane"), {}), 1)
         << "the candidate's folder is gone";
 }
 
