@@ -39,7 +39,8 @@ AttributeMap groupFrom(const std::vector<std::string_view>& fields) {
     AttributeMap group;
     add(group, attribute::recordName, fields[0]);
     add(group, attribute::primaryGroupID, fields[2]);
-    for (const auto member : split(fields[3], ',')) add(group, attribute::groupMembership, member);
+    for (const auto member : split(fields[3], ','))
+        add(group, attribute::groupMembership, member);
     return group;
 }
 
@@ -69,9 +70,11 @@ std::vector<AttributeMap> groupsIn(std::string_view group) {
 RecordList accountRecords(const MachineFolder& folder, const QueryParameters& parameters) {
     RecordList records;
     if (wantsType(parameters, recordType::users))
-        append(records, parameters, recordType::users, usersIn(folder.read(machineFile::passwd).value_or("")));
+        append(records, parameters, recordType::users,
+               usersIn(folder.read(machineFile::passwd).value_or("")));
     if (wantsType(parameters, recordType::groups))
-        append(records, parameters, recordType::groups, groupsIn(folder.read(machineFile::group).value_or("")));
+        append(records, parameters, recordType::groups,
+               groupsIn(folder.read(machineFile::group).value_or("")));
     return records;
 }
 
@@ -79,7 +82,8 @@ std::string osReleaseValue(std::string_view osRelease, std::string_view key) {
     for (auto line : split(osRelease, '\n')) {
         if (!line.starts_with(key) || line.substr(key.size(), 1) != "=") continue;
         line.remove_prefix(key.size() + 1);
-        const bool isQuoted = line.size() >= 2 && (line.front() == '"' || line.front() == '\'') && line.back() == line.front();
+        const bool isQuoted =
+            line.size() >= 2 && (line.front() == '"' || line.front() == '\'') && line.back() == line.front();
         return std::string(isQuoted ? line.substr(1, line.size() - 2) : line);
     }
     return {};

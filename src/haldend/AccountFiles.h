@@ -16,7 +16,8 @@ namespace corvane::haldend {
 [[nodiscard]] std::vector<AttributeMap> groupsIn(std::string_view group);
 /// The users and groups of a machine's own files that a query looks for. Throws `Failure` when a file can't
 /// be read; a missing file holds none.
-[[nodiscard]] halden::RecordList accountRecords(const MachineFolder& folder, const halden::QueryParameters& parameters);
+[[nodiscard]] halden::RecordList accountRecords(const MachineFolder& folder,
+                                                const halden::QueryParameters& parameters);
 /// A value of a text in the form of os-release, without its quotes; "" when it isn't there.
 [[nodiscard]] std::string osReleaseValue(std::string_view osRelease, std::string_view key);
 

@@ -22,7 +22,8 @@ constexpr std::size_t outputKept = 65536;
 /// Starts the program with both outputs on `output`. Returns 0 or an error number.
 int spawn(pid_t& child, const std::vector<std::string>& arguments, int output) {
     std::vector<char*> pointers;
-    for (const auto& argument : arguments) pointers.push_back(const_cast<char*>(argument.c_str()));
+    for (const auto& argument : arguments)
+        pointers.push_back(const_cast<char*>(argument.c_str()));
     pointers.push_back(nullptr);
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
@@ -45,7 +46,8 @@ bool readSome(const FileDescriptor& pipe, std::string& output, int milliseconds)
     return true;
 }
 
-/// Waits for the program itself, not for the end of its output: a daemon that it leaves behind may keep that open.
+/// Waits for the program itself, not for the end of its output: a daemon that it leaves behind may keep that
+/// open.
 ProcessOutcome waitFor(pid_t child, const FileDescriptor& pipe, Clock::time_point deadline) {
     ProcessOutcome outcome;
     bool isOpen = true;
@@ -59,8 +61,10 @@ ProcessOutcome waitFor(pid_t child, const FileDescriptor& pipe, Clock::time_poin
             outcome.status = WIFEXITED(status) ? WEXITSTATUS(status) : -1;
             return outcome;
         }
-        if (isOpen) isOpen = readSome(pipe, outcome.output, 5);
-        else std::this_thread::sleep_for(std::chrono::milliseconds(1));
+        if (isOpen)
+            isOpen = readSome(pipe, outcome.output, 5);
+        else
+            std::this_thread::sleep_for(std::chrono::milliseconds(1));
     }
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);

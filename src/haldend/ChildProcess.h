@@ -13,7 +13,9 @@ struct ProcessOutcome {
 };
 
 /// Runs a program to its end, without a shell, with an empty standard input. `arguments` begins with the
-/// program's absolute path. It is killed when it takes longer than `patience`. At most 64 KiB of its output are kept.
-[[nodiscard]] ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono::milliseconds patience);
+/// program's absolute path. It is killed when it takes longer than `patience`. At most 64 KiB of its output
+/// are kept.
+[[nodiscard]] ProcessOutcome runProcess(const std::vector<std::string>& arguments,
+                                        std::chrono::milliseconds patience);
 
 } // namespace corvane::haldend

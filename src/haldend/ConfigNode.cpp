@@ -12,24 +12,39 @@ using namespace halden;
 
 constexpr std::string_view knownRecordTypes[] = {recordType::users, recordType::groups, recordType::plugins,
                                                  recordType::recordTypes, recordType::attributeTypes};
-constexpr std::string_view knownAttributes[] = {
-    attribute::recordName,       attribute::realName,         attribute::uniqueID,
-    attribute::primaryGroupID,   attribute::homeDirectory,    attribute::userShell,
-    attribute::groupMembership,  attribute::mail,             attribute::phone,
-    attribute::functionalState,  attribute::version,          attribute::configAvailable,
-    attribute::configFile,       attribute::searchPolicy,     attribute::automaticSearchPath,
-    attribute::customSearchPath, attribute::localOnlySearchPath, attribute::operatingSystemVersion};
+constexpr std::string_view knownAttributes[] = {attribute::recordName,
+                                                attribute::realName,
+                                                attribute::uniqueID,
+                                                attribute::primaryGroupID,
+                                                attribute::homeDirectory,
+                                                attribute::userShell,
+                                                attribute::groupMembership,
+                                                attribute::mail,
+                                                attribute::phone,
+                                                attribute::functionalState,
+                                                attribute::version,
+                                                attribute::configAvailable,
+                                                attribute::configFile,
+                                                attribute::searchPolicy,
+                                                attribute::automaticSearchPath,
+                                                attribute::customSearchPath,
+                                                attribute::localOnlySearchPath,
+                                                attribute::operatingSystemVersion};
 
-AttributeMap named(std::string_view name) { return {{std::string(attribute::recordName), {std::string(name)}}}; }
+AttributeMap named(std::string_view name) {
+    return {{std::string(attribute::recordName), {std::string(name)}}};
+}
 
 AttributeMap attributesOf(const Connector& connector, const DisabledConnectors& disabled) {
     auto attributes = named(connector.name);
-    attributes[std::string(attribute::functionalState)] = {disabled.contains(connector.name) ? "Inactive" : "Active"};
+    attributes[std::string(attribute::functionalState)] = {disabled.contains(connector.name) ? "Inactive"
+                                                                                             : "Active"};
     attributes[std::string(attribute::version)] = {std::string(connector.version)};
     return attributes;
 }
 
-void append(RecordList& records, const QueryParameters& parameters, std::string_view type, const AttributeMap& attributes) {
+void append(RecordList& records, const QueryParameters& parameters, std::string_view type,
+            const AttributeMap& attributes) {
     if (wantsType(parameters, type) && !isFull(parameters, records) && matches(parameters, attributes))
         records.push_back(recordFor(parameters, type, attributes));
 }
@@ -68,8 +83,10 @@ RecordList ConfigNode::fetch(const QueryParameters& parameters, bool) {
         for (const auto& connector : connectors)
             append(records, parameters, recordType::plugins, attributesOf(connector, disabled));
     }
-    for (const auto name : knownRecordTypes) append(records, parameters, recordType::recordTypes, named(name));
-    for (const auto name : knownAttributes) append(records, parameters, recordType::attributeTypes, named(name));
+    for (const auto name : knownRecordTypes)
+        append(records, parameters, recordType::recordTypes, named(name));
+    for (const auto name : knownAttributes)
+        append(records, parameters, recordType::attributeTypes, named(name));
     return records;
 }
 
@@ -82,7 +99,8 @@ AttributeMap ConfigNode::details() {
 
 std::vector<std::string> ConfigNode::subnodes() {
     std::vector<std::string> names;
-    for (const auto& connector : connectors) names.push_back("/" + std::string(connector.name));
+    for (const auto& connector : connectors)
+        names.push_back("/" + std::string(connector.name));
     return names;
 }
 

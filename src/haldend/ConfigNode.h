@@ -9,8 +9,10 @@ namespace corvane::haldend {
 /// that it knows, and the calls that switch a connector (1000 and the length of its version text).
 class ConfigNode final : public EngineNode {
 public:
-    explicit ConfigNode(std::shared_ptr<Engine> engine) : EngineNode(std::move(engine), "/Configure") {}
-    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters, bool allowPartial) override;
+    static constexpr const char* nodeName = "/Configure";
+    explicit ConfigNode(std::shared_ptr<Engine> engine) : EngineNode(std::move(engine), nodeName) {}
+    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters,
+                                           bool allowPartial) override;
 
 protected:
     /// The version of the machine's operating system; absent when the machine doesn't tell it.

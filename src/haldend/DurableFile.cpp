@@ -29,7 +29,8 @@ public:
         sigemptyset(&set);
         sigaddset(&set, SIGXFSZ);
         const timespec atOnce{};
-        while (sigtimedwait(&set, nullptr, &atOnce) == SIGXFSZ) {}
+        while (sigtimedwait(&set, nullptr, &atOnce) == SIGXFSZ) {
+        }
         pthread_sigmask(SIG_SETMASK, &before_, nullptr);
     }
 
@@ -50,7 +51,8 @@ void giveOwner(const FileDescriptor& file, const std::string& path, const struct
     struct stat status {};
     if (::fstat(file.number(), &status) != 0) throw storageFailure("write", path, errno);
     if (status.st_uid == model.st_uid && status.st_gid == model.st_gid) return;
-    if (::fchown(file.number(), model.st_uid, model.st_gid) != 0) throw storageFailure("give an owner to", path, errno);
+    if (::fchown(file.number(), model.st_uid, model.st_gid) != 0)
+        throw storageFailure("give an owner to", path, errno);
 }
 
 } // namespace
@@ -65,7 +67,8 @@ std::string baseNameOf(const std::string& path) { return path.substr(path.rfind(
 void writeDurably(const std::string& path, std::string_view content, mode_t mode, const struct stat* model) {
     const FileSizeSignalBlocked blocked;
     ::unlink(path.c_str());
-    const FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    const FileDescriptor file(
+        ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!file.isOpen()) throw storageFailure("write", path, errno);
     try {
         if (model) giveOwner(file, path, *model);

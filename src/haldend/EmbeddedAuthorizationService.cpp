@@ -15,7 +15,8 @@ namespace {
 /// The folder that a file lies in, or the nearest one above it that is there.
 std::string existingFolderOf(const MachineFolder& folder, const char* file) {
     auto path = parentOf(folder.resolved(file));
-    while (path.size() > folder.root().size() && ::access(path.c_str(), F_OK) != 0) path = parentOf(path);
+    while (path.size() > folder.root().size() && ::access(path.c_str(), F_OK) != 0)
+        path = parentOf(path);
     return path;
 }
 
@@ -27,9 +28,11 @@ public:
     EmbeddedAuthorization& operator=(const EmbeddedAuthorization&) = delete;
     ~EmbeddedAuthorization() override { engine_->rights().close(ref_); }
 
-    [[nodiscard]] bool obtainRights(const platform::AuthorizationRights& rights, std::uint32_t flags) override {
+    [[nodiscard]] bool obtainRights(const platform::AuthorizationRights& rights,
+                                    std::uint32_t flags) override {
         Rights::Names names;
-        for (const auto& right : rights) names.insert(right.name);
+        for (const auto& right : rights)
+            names.insert(right.name);
         refusal_ = refusalFor(names, flags);
         if (!refusal_.empty()) return false;
         engine_->rights().grant(ref_, names);

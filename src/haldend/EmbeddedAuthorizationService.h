@@ -15,7 +15,8 @@ public:
     explicit EmbeddedAuthorizationService(std::shared_ptr<Engine> engine) : engine_(std::move(engine)) {}
     [[nodiscard]] std::shared_ptr<platform::Authorization> createAuthorization() override;
     /// Status 1 for an authorization that isn't known, or is known no more.
-    [[nodiscard]] std::int32_t makeExternalForm(platform::AuthorizationRef ref, util::AuthorizationExternalForm& form) override;
+    [[nodiscard]] std::int32_t makeExternalForm(platform::AuthorizationRef ref,
+                                                util::AuthorizationExternalForm& form) override;
 
 private:
     std::shared_ptr<Engine> engine_;

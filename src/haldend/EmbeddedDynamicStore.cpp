@@ -10,8 +10,9 @@ struct EmbeddedDynamicStore::Listeners {
     Post post;
 };
 
-class EmbeddedDynamicStore::Session final : public platform::DynamicStoreSession,
-                                            public std::enable_shared_from_this<EmbeddedDynamicStore::Session> {
+class EmbeddedDynamicStore::Session final
+    : public platform::DynamicStoreSession,
+      public std::enable_shared_from_this<EmbeddedDynamicStore::Session> {
 public:
     Session(std::weak_ptr<Listeners> listeners, std::function<void()> callback)
         : listeners_(std::move(listeners)), callback_(std::move(callback)) {}
@@ -24,7 +25,8 @@ public:
         const auto listeners = listeners_.lock();
         if (!listeners) return;
         auto& sessions = listeners->sessions;
-        if (std::ranges::find(sessions, shared_from_this()) == sessions.end()) sessions.push_back(shared_from_this());
+        if (std::ranges::find(sessions, shared_from_this()) == sessions.end())
+            sessions.push_back(shared_from_this());
     }
     void policyChanged() const {
         if (std::ranges::find(keys_, searchPolicyChangedKey) != keys_.end() && callback_) callback_();
@@ -42,7 +44,8 @@ EmbeddedDynamicStore::EmbeddedDynamicStore(const std::shared_ptr<Engine>& engine
     engine->addChangeListener([weak = std::weak_ptr(listeners_)] {
         const auto listeners = weak.lock();
         if (!listeners) return;
-        for (const auto& session : listeners->sessions) listeners->post([session] { session->policyChanged(); });
+        for (const auto& session : listeners->sessions)
+            listeners->post([session] { session->policyChanged(); });
     });
 }
 

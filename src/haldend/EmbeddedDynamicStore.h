@@ -20,8 +20,8 @@ public:
     /// Runs its argument from the main loop, later.
     using Post = std::function<void(std::function<void()>)>;
     EmbeddedDynamicStore(const std::shared_ptr<Engine>& engine, Post post);
-    [[nodiscard]] std::shared_ptr<platform::DynamicStoreSession> create(const std::string& name,
-                                                                        std::function<void()> callback) override;
+    [[nodiscard]] std::shared_ptr<platform::DynamicStoreSession>
+    create(const std::string& name, std::function<void()> callback) override;
 
 private:
     struct Listeners;

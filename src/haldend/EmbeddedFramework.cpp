@@ -10,14 +10,19 @@ class EmbeddedSession final : public halden::Session {
 public:
     explicit EmbeddedSession(std::shared_ptr<Engine> engine) : engine_(std::move(engine)) {}
 
-    [[nodiscard]] std::shared_ptr<halden::Node> nodeWithType(halden::NodeType type, halden::Error* error) override {
-        return guarded<std::shared_ptr<halden::Node>>(error, nullptr, [&] { return nodeOfType(engine_, type); });
+    [[nodiscard]] std::shared_ptr<halden::Node> nodeWithType(halden::NodeType type,
+                                                             halden::Error* error) override {
+        return guarded<std::shared_ptr<halden::Node>>(error, nullptr,
+                                                      [&] { return nodeOfType(engine_, type); });
     }
-    [[nodiscard]] std::shared_ptr<halden::Node> nodeWithName(const std::string& name, halden::Error* error) override {
-        return guarded<std::shared_ptr<halden::Node>>(error, nullptr, [&] { return nodeNamed(engine_, name); });
+    [[nodiscard]] std::shared_ptr<halden::Node> nodeWithName(const std::string& name,
+                                                             halden::Error* error) override {
+        return guarded<std::shared_ptr<halden::Node>>(error, nullptr,
+                                                      [&] { return nodeNamed(engine_, name); });
     }
     [[nodiscard]] util::Array nodeNames(halden::Error* error) override {
-        return guarded<util::Array>(error, {}, [&] { return util::Array::ofTexts(haldend::nodeNames(*engine_)); });
+        return guarded<util::Array>(error, {},
+                                    [&] { return util::Array::ofTexts(haldend::nodeNames(*engine_)); });
     }
 
 private:

@@ -20,7 +20,8 @@ Engine::Engine(const std::string& root, const platform::PropertyListCodec& codec
                std::shared_ptr<Lenses> lenses)
     : codec_(codec), log_(log), machine_(MachineFolder(root), codec, log, loaded(std::move(lenses))) {
     machine_.setChangeListener([this] {
-        for (std::size_t i = 0; i < listeners_.size(); ++i) listeners_[i]();
+        for (std::size_t i = 0; i < listeners_.size(); ++i)
+            listeners_[i]();
     });
 }
 

@@ -10,9 +10,11 @@ public:
     NodeQuery(std::shared_ptr<EngineNode> node, halden::QueryParameters parameters)
         : node_(std::move(node)), parameters_(std::move(parameters)) {}
 
-    [[nodiscard]] std::optional<halden::RecordList> results(bool allowPartialResults, halden::Error* error) override {
-        return guarded<std::optional<halden::RecordList>>(
-            error, std::nullopt, [&] { return std::make_optional(node_->fetch(parameters_, allowPartialResults)); });
+    [[nodiscard]] std::optional<halden::RecordList> results(bool allowPartialResults,
+                                                            halden::Error* error) override {
+        return guarded<std::optional<halden::RecordList>>(error, std::nullopt, [&] {
+            return std::make_optional(node_->fetch(parameters_, allowPartialResults));
+        });
     }
 
 private:
@@ -24,7 +26,8 @@ bool isWanted(const std::optional<std::vector<std::string>>& keys, const std::st
     return !keys || std::find(keys->begin(), keys->end(), key) != keys->end();
 }
 
-void requireAuthorizationItem(std::string_view recordType, std::string_view authenticationType, const util::Array& items) {
+void requireAuthorizationItem(std::string_view recordType, std::string_view authenticationType,
+                              const util::Array& items) {
     if (recordType == halden::recordType::users &&
         authenticationType == halden::authenticationType::authorizationExternalForm && items.count() == 1 &&
         items.at(0).isKind(util::Kind::Data))
@@ -37,7 +40,8 @@ void requireAuthorizationItem(std::string_view recordType, std::string_view auth
 
 } // namespace
 
-util::Dictionary EngineNode::nodeDetails(const std::optional<std::vector<std::string>>& keys, halden::Error* error) {
+util::Dictionary EngineNode::nodeDetails(const std::optional<std::vector<std::string>>& keys,
+                                         halden::Error* error) {
     return guarded<util::Dictionary>(error, {}, [&] {
         util::ValueMap values;
         for (const auto& [key, texts] : details())
@@ -50,22 +54,27 @@ util::Array EngineNode::subnodeNames(halden::Error* error) {
     return guarded<util::Array>(error, {}, [&] { return util::Array::ofTexts(subnodes()); });
 }
 
-std::optional<util::Bytes> EngineNode::customCall(std::int32_t code, util::BytesView request, halden::Error* error) {
-    return guarded<std::optional<util::Bytes>>(error, std::nullopt, [&] { return std::make_optional(call(code, request)); });
+std::optional<util::Bytes> EngineNode::customCall(std::int32_t code, util::BytesView request,
+                                                  halden::Error* error) {
+    return guarded<std::optional<util::Bytes>>(error, std::nullopt,
+                                               [&] { return std::make_optional(call(code, request)); });
 }
 
-bool EngineNode::setCredentials(std::string_view recordType, std::string_view authenticationType, const util::Array& items,
-                                util::Array*, std::shared_ptr<void>*, halden::Error* error) {
+bool EngineNode::setCredentials(std::string_view recordType, std::string_view authenticationType,
+                                const util::Array& items, util::Array*, std::shared_ptr<void>*,
+                                halden::Error* error) {
     return guarded(error, false, [&] {
         requireAuthorizationItem(recordType, authenticationType, items);
         const auto& form = items.at(0).as<util::Data>().bytes();
         if (engine_->rights().permits(form, configureRight)) return true;
         throw Failure(halden::ErrorCode::credentials, "The node " + name_ + " refused the authorization.",
-                      "It holds no right to change the directory configuration (any more).", "Open the lock and try again.");
+                      "It holds no right to change the directory configuration (any more).",
+                      "Open the lock and try again.");
     });
 }
 
-std::unique_ptr<halden::Query> EngineNode::query(const halden::QueryParameters& parameters, halden::Error* error) {
+std::unique_ptr<halden::Query> EngineNode::query(const halden::QueryParameters& parameters,
+                                                 halden::Error* error) {
     return guarded<std::unique_ptr<halden::Query>>(error, nullptr, [&]() -> std::unique_ptr<halden::Query> {
         if (parameters.matchType != halden::MatchType::any && parameters.attribute.empty())
             throw Failure(halden::ErrorCode::parameter, "The query is not complete.",
@@ -76,7 +85,8 @@ std::unique_ptr<halden::Query> EngineNode::query(const halden::QueryParameters& 
 
 util::Bytes EngineNode::call(std::int32_t code, util::BytesView) {
     throw Failure(halden::ErrorCode::callUnknown, "The node " + name_ + " does not know this request.",
-                  "It was asked for call " + std::to_string(code) + ".", "Use a service of the same version as this program.");
+                  "It was asked for call " + std::to_string(code) + ".",
+                  "Use a service of the same version as this program.");
 }
 
 } // namespace corvane::haldend

@@ -13,7 +13,8 @@ namespace corvane::haldend {
 /// answered with a clear one. A kind overrides the protected operations, which throw `Failure`.
 class EngineNode : public halden::Node, public std::enable_shared_from_this<EngineNode> {
 public:
-    EngineNode(std::shared_ptr<Engine> engine, std::string name) : engine_(std::move(engine)), name_(std::move(name)) {}
+    EngineNode(std::shared_ptr<Engine> engine, std::string name)
+        : engine_(std::move(engine)), name_(std::move(name)) {}
 
     [[nodiscard]] std::string name() const final { return name_; }
     [[nodiscard]] util::Dictionary nodeDetails(const std::optional<std::vector<std::string>>& keys,
@@ -28,7 +29,8 @@ public:
                                                        halden::Error* error) final;
 
     /// Runs a query. With `allowPartial` a source that fails is logged and passed over where others are left.
-    [[nodiscard]] virtual halden::RecordList fetch(const halden::QueryParameters& parameters, bool allowPartial) = 0;
+    [[nodiscard]] virtual halden::RecordList fetch(const halden::QueryParameters& parameters,
+                                                   bool allowPartial) = 0;
 
 protected:
     [[nodiscard]] virtual AttributeMap details() { return {}; }

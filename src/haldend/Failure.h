@@ -25,7 +25,8 @@ private:
 /// A system call on a file failed. `what` says what was being done, as in "write"; `number` is errno.
 [[nodiscard]] Failure storageFailure(const std::string& what, const std::string& path, int number);
 
-/// Runs `action` and returns its result. On a failure writes it to `error`, when given, and returns `fallback`.
+/// Runs `action` and returns its result. On a failure writes it to `error`, when given, and returns
+/// `fallback`.
 template <typename Result, typename Action>
 [[nodiscard]] Result guarded(halden::Error* error, Result fallback, const Action& action) {
     const auto report = [&](const halden::Error& failure) {

@@ -21,7 +21,8 @@ public:
     /// The first value of the record-name attribute.
     [[nodiscard]] std::string recordName() const override;
     [[nodiscard]] std::string recordType() const override { return recordType_; }
-    [[nodiscard]] util::Array valuesForAttribute(std::string_view attribute, halden::Error* error) const override;
+    [[nodiscard]] util::Array valuesForAttribute(std::string_view attribute,
+                                                 halden::Error* error) const override;
     [[nodiscard]] util::Dictionary attributes() const override;
     [[nodiscard]] const AttributeMap& map() const { return attributes_; }
 
@@ -36,7 +37,8 @@ private:
 [[nodiscard]] bool matches(const halden::QueryParameters& parameters, const AttributeMap& attributes);
 /// A record with the attributes that the query asks for; its name is always among them.
 [[nodiscard]] std::shared_ptr<halden::Record> recordFor(const halden::QueryParameters& parameters,
-                                                        std::string_view recordType, const AttributeMap& attributes);
+                                                        std::string_view recordType,
+                                                        const AttributeMap& attributes);
 /// True when `records` already holds as many as the query wants.
 [[nodiscard]] bool isFull(const halden::QueryParameters& parameters, const halden::RecordList& records);
 /// True for a query that matches every record.

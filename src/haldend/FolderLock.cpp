@@ -19,7 +19,8 @@ FolderLock::FolderLock(const MachineFolder& folder, std::chrono::milliseconds pa
     while (::flock(file_.number(), LOCK_EX | LOCK_NB) != 0) {
         if (errno != EWOULDBLOCK && errno != EINTR) throw storageFailure("lock", path, errno);
         if (std::chrono::steady_clock::now() >= deadline)
-            throw Failure(halden::ErrorCode::storage, "The machine's settings are being changed by another program.",
+            throw Failure(halden::ErrorCode::storage,
+                          "The machine's settings are being changed by another program.",
                           "The lock file " + path + " is still held after " +
                               std::to_string(patience.count() / 1000) + " seconds.",
                           "Wait until the other program has finished and try again.");

@@ -12,7 +12,8 @@ namespace corvane::haldend {
 class FolderLock {
 public:
     /// Waits up to `patience` for another process. Throws `Failure` when the lock can't be had.
-    explicit FolderLock(const MachineFolder& folder, std::chrono::milliseconds patience = std::chrono::seconds(10));
+    explicit FolderLock(const MachineFolder& folder,
+                        std::chrono::milliseconds patience = std::chrono::seconds(10));
 
 private:
     FileDescriptor file_;

@@ -23,7 +23,8 @@ HandshakeGuard::~HandshakeGuard() {
     ldap_get_option(ldap_, LDAP_OPT_CONNECT_CB, &callbacks_);
 }
 
-int HandshakeGuard::connected(LDAP* ldap, Sockbuf* socket, LDAPURLDesc*, struct sockaddr*, struct ldap_conncb* context) {
+int HandshakeGuard::connected(LDAP* ldap, Sockbuf* socket, LDAPURLDesc*, struct sockaddr*,
+                              struct ldap_conncb* context) {
     auto& guard = *static_cast<HandshakeGuard*>(context->lc_arg);
     const std::lock_guard lock(guard.mutex_);
     ber_sockbuf_ctrl(socket, LBER_SB_OPT_GET_FD, &guard.socket_);

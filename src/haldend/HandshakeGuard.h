@@ -23,7 +23,8 @@ public:
     ~HandshakeGuard();
 
 private:
-    static int connected(LDAP* ldap, Sockbuf* socket, LDAPURLDesc* server, struct sockaddr* address, struct ldap_conncb* context);
+    static int connected(LDAP* ldap, Sockbuf* socket, LDAPURLDesc* server, struct sockaddr* address,
+                         struct ldap_conncb* context);
     static void disconnected(LDAP* ldap, Sockbuf* socket, struct ldap_conncb* context);
     void watch(std::chrono::seconds patience);
 

@@ -20,8 +20,8 @@ struct LdapSearch {
     bool allowPartial = false;      ///< what arrived before a limit or an end of patience will do
 };
 
-/// An authenticated connection to one of a directory's servers. Every step has a time limit from the settings.
-/// One thread.
+/// An authenticated connection to one of a directory's servers. Every step has a time limit from the
+/// settings. One thread.
 class LdapConnection {
 public:
     /// Connects to the first server that answers. Throws `Failure` with what each of them said.
@@ -41,7 +41,8 @@ private:
     const LdapSettings& settings_;
 };
 
-/// Text as it must stand in a search filter: what has a meaning there is written as a backslash and its number.
+/// Text as it must stand in a search filter: what has a meaning there is written as a backslash and its
+/// number.
 [[nodiscard]] std::string filterEscaped(std::string_view text);
 
 } // namespace corvane::haldend

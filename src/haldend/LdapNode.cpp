@@ -51,20 +51,26 @@ RecordKind kindOf(std::string_view type, std::string objectClass, std::vector<Ld
 std::string term(const std::string& name, MatchType type, const std::string& text) {
     const auto escaped = filterEscaped(text);
     switch (type) {
-    case MatchType::beginsWith: return "(" + name + "=" + escaped + "*)";
-    case MatchType::contains: return text.empty() ? "(" + name + "=*)" : "(" + name + "=*" + escaped + "*)";
-    default: return "(" + name + "=" + escaped + ")";
+    case MatchType::beginsWith:
+        return "(" + name + "=" + escaped + "*)";
+    case MatchType::contains:
+        return text.empty() ? "(" + name + "=*)" : "(" + name + "=*" + escaped + "*)";
+    default:
+        return "(" + name + "=" + escaped + ")";
     }
 }
 
 /// The filter for a query; none when no record of this kind can match.
-std::optional<std::string> filterFor(const RecordKind& kind, const QueryParameters& parameters, const std::string& extra) {
+std::optional<std::string> filterFor(const RecordKind& kind, const QueryParameters& parameters,
+                                     const std::string& extra) {
     std::string filter = "(objectClass=" + filterEscaped(kind.objectClass) + ")" + extra;
     if (!matchesEverything(parameters)) {
-        const auto found = std::ranges::find(kind.names, parameters.attribute, &std::pair<std::string, std::string>::first);
+        const auto found =
+            std::ranges::find(kind.names, parameters.attribute, &std::pair<std::string, std::string>::first);
         if (found == kind.names.end() || parameters.values.empty()) return std::nullopt;
         std::string terms;
-        for (const auto& text : parameters.values) terms += term(found->second, parameters.matchType, text);
+        for (const auto& text : parameters.values)
+            terms += term(found->second, parameters.matchType, text);
         filter += "(|" + terms + ")";
     }
     return "(&" + filter + ")";
@@ -72,28 +78,32 @@ std::optional<std::string> filterFor(const RecordKind& kind, const QueryParamete
 
 std::vector<std::string> directoryNames(const RecordKind& kind) {
     std::vector<std::string> names;
-    for (const auto& [ours, theirs] : kind.names) names.push_back(theirs);
+    for (const auto& [ours, theirs] : kind.names)
+        names.push_back(theirs);
     return names;
 }
 
 AttributeMap translated(const RecordKind& kind, const AttributeMap& entry) {
     AttributeMap attributes;
     for (const auto& [ours, theirs] : kind.names)
-        if (const auto found = entry.find(theirs); found != entry.end()) attributes.emplace(ours, found->second);
+        if (const auto found = entry.find(theirs); found != entry.end())
+            attributes.emplace(ours, found->second);
     return attributes;
 }
 
-void append(RecordList& records, LdapConnection& connection, const RecordKind& kind, const QueryParameters& parameters,
-            bool allowPartial) {
+void append(RecordList& records, LdapConnection& connection, const RecordKind& kind,
+            const QueryParameters& parameters, bool allowPartial) {
     auto bases = kind.bases;
     if (bases.empty()) bases.push_back({connection.defaultBase(), 2, ""});
     for (const auto& base : bases) {
         const auto filter = filterFor(kind, parameters, base.filter);
         if (!filter || isFull(parameters, records)) return;
         const auto left = parameters.maximumResults == 0 ? 0 : parameters.maximumResults - records.size();
-        for (const auto& entry : connection.search({base, *filter, directoryNames(kind), left, allowPartial})) {
+        for (const auto& entry :
+             connection.search({base, *filter, directoryNames(kind), left, allowPartial})) {
             const auto attributes = translated(kind, entry);
-            if (attributes.contains(attribute::recordName)) records.push_back(recordFor(parameters, kind.type, attributes));
+            if (attributes.contains(attribute::recordName))
+                records.push_back(recordFor(parameters, kind.type, attributes));
         }
     }
 }
@@ -111,10 +121,12 @@ RecordList LdapNode::fetch(const QueryParameters& parameters, bool allowPartial)
     const auto settings = LdapSettings::from(domain_, engine().machine().folder());
     LdapConnection connection(settings);
     if (wantsUsers)
-        append(records, connection, kindOf(recordType::users, settings.userClass, settings.userBases, userMappings, domain_),
+        append(records, connection,
+               kindOf(recordType::users, settings.userClass, settings.userBases, userMappings, domain_),
                parameters, allowPartial);
     if (wantsGroups)
-        append(records, connection, kindOf(recordType::groups, settings.groupClass, settings.groupBases, groupMappings, domain_),
+        append(records, connection,
+               kindOf(recordType::groups, settings.groupClass, settings.groupBases, groupMappings, domain_),
                parameters, allowPartial);
     return records;
 }

@@ -12,7 +12,8 @@ namespace corvane::haldend {
 class LdapNode final : public EngineNode {
 public:
     LdapNode(std::shared_ptr<Engine> engine, const DomainNode& node);
-    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters, bool allowPartial) override;
+    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters,
+                                           bool allowPartial) override;
 
 private:
     SssdDomain domain_;

@@ -18,11 +18,14 @@ int seconds(const SssdDomain& domain, std::string_view key, int fallback) {
 }
 
 bool isTrue(std::string text) {
-    std::ranges::transform(text, text.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return text == "true" || text == "yes" || text == "1" || text == "on";
 }
 
-int scopeFrom(std::string_view text) { return text == "base" ? 0 : text == "onelevel" || text == "one" ? 1 : 2; }
+int scopeFrom(std::string_view text) {
+    return text == "base" ? 0 : text == "onelevel" || text == "one" ? 1 : 2;
+}
 
 /// SSSD's form: BASE or BASE?SCOPE?FILTER, several of the latter joined by further question marks.
 std::vector<LdapSearchBase> basesFrom(const std::string& text) {
@@ -34,7 +37,8 @@ std::vector<LdapSearchBase> basesFrom(const std::string& text) {
     }
     std::vector<LdapSearchBase> bases;
     for (std::size_t i = 0; i < parts.size(); i += 3)
-        bases.push_back({parts[i], scopeFrom(i + 1 < parts.size() ? parts[i + 1] : ""), i + 2 < parts.size() ? parts[i + 2] : ""});
+        bases.push_back({parts[i], scopeFrom(i + 1 < parts.size() ? parts[i + 1] : ""),
+                         i + 2 < parts.size() ? parts[i + 2] : ""});
     return bases;
 }
 
@@ -49,10 +53,12 @@ void readCredentials(LdapSettings& settings, const SssdDomain& domain) {
     settings.bindName = domain.option("ldap_default_bind_dn");
     if (settings.bindName.empty()) return;
     if (domain.option("ldap_default_authtok_type", "password") != "password")
-        throw Failure(halden::ErrorCode::credentials, "The directory of section [domain/" + domain.name + "] can't be read.",
-                      "Its password is stored in a form that only SSSD can read (ldap_default_authtok_type = " +
-                          domain.option("ldap_default_authtok_type") + ").",
-                      "Store it as a plain password, or let the server answer anonymous searches.");
+        throw Failure(
+            halden::ErrorCode::credentials,
+            "The directory of section [domain/" + domain.name + "] can't be read.",
+            "Its password is stored in a form that only SSSD can read (ldap_default_authtok_type = " +
+                domain.option("ldap_default_authtok_type") + ").",
+            "Store it as a plain password, or let the server answer anonymous searches.");
     settings.password = domain.option("ldap_default_authtok");
 }
 
@@ -64,7 +70,8 @@ LdapSettings LdapSettings::from(const SssdDomain& domain, const MachineFolder& f
     settings.uris = commaSeparated(domain.option("ldap_uri"));
     std::erase(settings.uris, "_srv_");
     if (settings.uris.empty())
-        throw Failure(halden::ErrorCode::nodeUnreachable, "The directory of section [domain/" + domain.name + "] can't be reached.",
+        throw Failure(halden::ErrorCode::nodeUnreachable,
+                      "The directory of section [domain/" + domain.name + "] can't be reached.",
                       "Its configuration names no server (ldap_uri); SSSD looks one up in the DNS by itself.",
                       "Set ldap_uri in that section of sssd.conf.");
     readCredentials(settings, domain);
@@ -73,7 +80,8 @@ LdapSettings LdapSettings::from(const SssdDomain& domain, const MachineFolder& f
     settings.caFolder = certificatePath(folder, domain.option("ldap_tls_cacertdir"));
     settings.requireCertificate = domain.option("ldap_tls_reqcert");
     settings.networkTimeout = seconds(domain, "ldap_network_timeout", 6);
-    settings.operationTimeout = seconds(domain, "ldap_search_timeout", seconds(domain, "ldap_opt_timeout", 8));
+    settings.operationTimeout =
+        seconds(domain, "ldap_search_timeout", seconds(domain, "ldap_opt_timeout", 8));
     settings.pageSize = seconds(domain, "ldap_page_size", 1000);
     const auto base = domain.option("ldap_search_base");
     settings.userBases = basesFrom(domain.option("ldap_user_search_base", base));

@@ -5,6 +5,7 @@
 
 #include "haldend/MachineFolder.h"
 #include "haldend/SssdFile.h"
+#include "util/Bytes.h"
 
 namespace corvane::haldend {
 
@@ -17,7 +18,12 @@ struct LdapSearchBase {
 
 /// How to reach one LDAP directory, as SSSD's options for it say. Times in seconds.
 struct LdapSettings {
-    std::vector<std::string> uris; ///< tried in this order
+    LdapSettings() = default;
+    LdapSettings(const LdapSettings&) = default;
+    LdapSettings& operator=(const LdapSettings&) = default;
+    ~LdapSettings() { util::wipe(password); }
+
+    std::vector<std::string> uris;  ///< tried in this order
     std::string bindName, password; ///< "" for an anonymous bind
     bool startTls = false;
     std::string caFile, caFolder, requireCertificate; ///< "" for the library's own settings

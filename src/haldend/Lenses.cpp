@@ -33,10 +33,12 @@ std::string lineOf(const std::string& text, long number) {
 /// A line for a message: without the value where it may be a password, and no longer than a line of a window.
 std::string evidence(std::string line) {
     std::string lower = line;
-    std::ranges::transform(lower, lower.begin(), [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    std::ranges::transform(lower, lower.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     const auto equals = line.find('=');
     for (const auto* word : {"authtok", "pass", "secret", "pwd"})
-        if (equals != std::string::npos && lower.find(word) != std::string::npos) return line.substr(0, equals) + "=…";
+        if (equals != std::string::npos && lower.find(word) != std::string::npos)
+            return line.substr(0, equals) + "=…";
     if (line.size() > 80) line = line.substr(0, 80) + "…";
     return line;
 }
@@ -56,10 +58,12 @@ Lenses::Lenses() : handle_(std::make_unique<Handle>()) {
 Lenses::~Lenses() { aug_close(handle_->tree); }
 
 LensText::LensText(Lenses& lenses, const std::string& lens, const std::string& text, const std::string& path)
-    : handle_(*lenses.handle_), lens_(lens), path_(path), addedNewline_(!text.empty() && !text.ends_with('\n')) {
+    : handle_(*lenses.handle_), lens_(lens), path_(path),
+      addedNewline_(!text.empty() && !text.ends_with('\n')) {
     const auto whole = addedNewline_ ? text + "\n" : text;
     if (whole.find('\0') != std::string::npos)
-        throw Failure(halden::ErrorCode::storage, path + " is damaged.", "It holds a NUL octet, so it is no text.",
+        throw Failure(halden::ErrorCode::storage, path + " is damaged.",
+                      "It holds a NUL octet, so it is no text.",
                       "Repair the file, or put an earlier version back; then try again.");
     aug_set(handle_.tree, input, whole.c_str());
     aug_text_store(handle_.tree, lens.c_str(), input, parsed.c_str());
@@ -93,7 +97,9 @@ void LensText::requireParsed(const std::string& text, const std::string& path) c
     const auto shown = evidence(lineOf(text, std::strtol(line.c_str(), nullptr, 10)));
     aug_rm(handle_.tree, "/augeas/text");
     throw Failure(halden::ErrorCode::storage, path + " is damaged and is left as it is.",
-                  line.empty() ? message + "." : "Line " + line + " can't be understood: \"" + shown + "\" (" + message + ").",
+                  line.empty()
+                      ? message + "."
+                      : "Line " + line + " can't be understood: \"" + shown + "\" (" + message + ").",
                   "Repair the line, or put an earlier version of the file back; then try again.");
 }
 
@@ -141,7 +147,8 @@ void LensText::require(bool done) const {
     if (done) return;
     const auto* details = aug_error_details(handle_.tree);
     throw Failure(halden::ErrorCode::storage, path_ + " can't be changed as wanted and is left as it is.",
-                  std::string(aug_error_message(handle_.tree)) + (details ? std::string(": ") + details : "") + ".",
+                  std::string(aug_error_message(handle_.tree)) +
+                      (details ? std::string(": ") + details : "") + ".",
                   "Look at the file for unusual lines and simplify them; then try again.");
 }
 

@@ -23,12 +23,13 @@ private:
     std::unique_ptr<Handle> handle_;
 };
 
-/// One configuration text as a tree, edited in memory; no file is touched. What isn't edited keeps its octets.
-/// Only one is alive per `Lenses` at a time. Paths are relative to the text, as in "database[1]/service".
+/// One configuration text as a tree, edited in memory; no file is touched. What isn't edited keeps its
+/// octets. Only one is alive per `Lenses` at a time. Paths are relative to the text, as in
+/// "database[1]/service".
 class LensText {
 public:
-    /// `lens` as in "Nsswitch.lns"; `path` names the file in messages. Throws `Failure` with line and evidence
-    /// when the text doesn't follow the grammar.
+    /// `lens` as in "Nsswitch.lns"; `path` names the file in messages. Throws `Failure` with line and
+    /// evidence when the text doesn't follow the grammar.
     LensText(Lenses& lenses, const std::string& lens, const std::string& text, const std::string& path);
     LensText(const LensText&) = delete;
     LensText& operator=(const LensText&) = delete;

@@ -22,7 +22,8 @@ void Machine::repair() {
         const FolderLock lock(folder_);
         MachineTransaction::recover(folder_, lock, log_);
     } catch (const Failure& failure) {
-        log_.log("an interrupted change of " + folder_.root() + " could not be finished: " + failure.error().reason);
+        log_.log("an interrupted change of " + folder_.root() +
+                 " could not be finished: " + failure.error().reason);
     }
 }
 
@@ -71,10 +72,11 @@ void Machine::requireUnchangedSinceRead() {
     if (now == seen_) return;
     seen_ = now;
     if (isNews) signal();
-    throw Failure(halden::ErrorCode::changedElsewhere, "Another program has changed the machine's settings meanwhile.",
-                  folder_.pathOf(machineFile::nsswitch) + ", " + folder_.pathOf(machineFile::sssd) +
-                      " or the stored policy differs from what was last read. Nothing was written.",
-                  "Look at the settings as they are now, make your change again if it is still wanted, and apply it.");
+    throw Failure(
+        halden::ErrorCode::changedElsewhere, "Another program has changed the machine's settings meanwhile.",
+        folder_.pathOf(machineFile::nsswitch) + ", " + folder_.pathOf(machineFile::sssd) +
+            " or the stored policy differs from what was last read. Nothing was written.",
+        "Look at the settings as they are now, make your change again if it is still wanted, and apply it.");
 }
 
 void Machine::write(const FolderLock& lock, const MachinePolicy& policy) {

@@ -42,7 +42,8 @@ std::optional<std::string> linkTarget(const std::string& path) {
 std::string normalized(std::string root) {
     char buffer[PATH_MAX];
     if (::realpath(root.c_str(), buffer)) return buffer;
-    while (root.size() > 1 && root.ends_with('/')) root.pop_back();
+    while (root.size() > 1 && root.ends_with('/'))
+        root.pop_back();
     return root;
 }
 
@@ -63,8 +64,10 @@ std::string readOpened(const FileDescriptor& file, const std::string& path) {
 
 Fingerprint Fingerprint::of(const std::optional<std::string>& content) {
     if (!content) return {};
-    std::uint64_t hash = 0xCBF29CE484222325U; // FNV-1a: edits are to be noticed, nobody is to be kept from forging
-    for (const char c : *content) hash = (hash ^ static_cast<std::uint8_t>(c)) * 0x100000001B3U;
+    std::uint64_t hash =
+        0xCBF29CE484222325U; // FNV-1a: edits are to be noticed, nobody is to be kept from forging
+    for (const char c : *content)
+        hash = (hash ^ static_cast<std::uint8_t>(c)) * 0x100000001B3U;
     return {true, content->size(), hash};
 }
 
@@ -96,7 +99,8 @@ std::string MachineFolder::resolved(std::string_view relative) const {
     int links = 0;
     const auto current = [&] {
         std::string path = root_ == "/" ? "" : root_;
-        for (const auto& component : done) path += "/" + component;
+        for (const auto& component : done)
+            path += "/" + component;
         return path.empty() ? std::string("/") : path;
     };
     while (!pending.empty()) {
@@ -110,8 +114,10 @@ std::string MachineFolder::resolved(std::string_view relative) const {
         const auto target = linkTarget(current());
         if (!target) continue;
         if (++links > maximumLinks) throw storageFailure("read", pathOf(relative), ELOOP);
-        if (target->starts_with('/')) done.clear();
-        else done.pop_back();
+        if (target->starts_with('/'))
+            done.clear();
+        else
+            done.pop_back();
         prependComponents(pending, *target);
     }
     return current();
@@ -136,8 +142,8 @@ std::optional<std::string> MachineFolder::read(std::string_view relative) const 
 FileStamp MachineFolder::stamp(std::string_view relative) const {
     struct stat status {};
     if (::stat(resolved(relative).c_str(), &status) != 0) return {};
-    return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size), nanoseconds(status.st_mtim),
-            nanoseconds(status.st_ctim)};
+    return {status.st_dev, status.st_ino, static_cast<std::uint64_t>(status.st_size),
+            nanoseconds(status.st_mtim), nanoseconds(status.st_ctim)};
 }
 
 void MachineFolder::makeStateFolder() const {

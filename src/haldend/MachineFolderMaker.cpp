@@ -31,7 +31,8 @@ bool MachineFolderMaker::makeIfMissing(const std::string& folder) const {
     std::error_code code;
     if (fs::exists(folder, code)) return false;
     auto part = fs::absolute(folder, code).lexically_normal().string();
-    while (part.ends_with('/')) part.pop_back();
+    while (part.ends_with('/'))
+        part.pop_back();
     const auto target = part;
     part += ".part-" + std::to_string(::getpid());
     try {
@@ -56,11 +57,13 @@ void MachineFolderMaker::copy(const std::string& target) const {
         try {
             return source.read(file);
         } catch (const Failure& failure) {
-            log_.log("the machine folder is made without " + source.pathOf(file) + ": " + failure.error().reason);
+            log_.log("the machine folder is made without " + source.pathOf(file) + ": " +
+                     failure.error().reason);
             return std::nullopt;
         }
     };
-    for (const auto* file : {machineFile::passwd, machineFile::group, machineFile::hostname, machineFile::osRelease})
+    for (const auto* file :
+         {machineFile::passwd, machineFile::group, machineFile::hostname, machineFile::osRelease})
         if (const auto text = readable(file)) write(target, file, *text, 0644);
     write(target, machineFile::nsswitch, readable(machineFile::nsswitch).value_or(plainNsswitch), 0644);
     auto sssd = readable(machineFile::sssd);

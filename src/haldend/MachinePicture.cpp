@@ -21,8 +21,9 @@ void raise(const std::optional<halden::Error>& trouble) {
 }
 
 /// The stored policy where the files are still those that it was stored with, else what the files say now.
-MachinePolicy policyFor(const std::optional<std::string>& stored, const std::string& path, const PolicyGround& ground,
-                        const MachinePicture::Fingerprints& now, const platform::PropertyListCodec& codec) {
+MachinePolicy policyFor(const std::optional<std::string>& stored, const std::string& path,
+                        const PolicyGround& ground, const MachinePicture::Fingerprints& now,
+                        const platform::PropertyListCodec& codec) {
     if (!stored) return derivedPolicy({}, ground);
     const auto known = storedPolicy(*stored, path, codec);
     const bool isUntouched = known.nsswitch == now[0] && known.sssd == now[1];
@@ -34,7 +35,8 @@ MachinePolicy policyFor(const std::optional<std::string>& stored, const std::str
 MachinePicture::Stamps MachinePicture::stamps(const MachineFolder& folder) {
     Stamps stamps;
     (void)troubleOf([&] {
-        stamps = {folder.stamp(machineFile::nsswitch), folder.stamp(machineFile::sssd), folder.stamp(machineFile::policies)};
+        stamps = {folder.stamp(machineFile::nsswitch), folder.stamp(machineFile::sssd),
+                  folder.stamp(machineFile::policies)};
     });
     return stamps;
 }
@@ -57,7 +59,8 @@ MachinePicture MachinePicture::read(const MachineFolder& folder, const std::shar
     picture.policyTrouble_ = troubleOf([&] {
         const auto stored = folder.read(machineFile::policies);
         picture.fingerprints_[2] = Fingerprint::of(stored);
-        picture.policy_ = policyFor(stored, folder.pathOf(machineFile::policies), picture.ground(), picture.fingerprints_, codec);
+        picture.policy_ = policyFor(stored, folder.pathOf(machineFile::policies), picture.ground(),
+                                    picture.fingerprints_, codec);
     });
     return picture;
 }

@@ -22,7 +22,8 @@ public:
     using Stamps = std::array<FileStamp, 3>;
 
     /// Reads the folder. Never throws for what the folder holds.
-    [[nodiscard]] static MachinePicture read(const MachineFolder& folder, const std::shared_ptr<Lenses>& lenses,
+    [[nodiscard]] static MachinePicture read(const MachineFolder& folder,
+                                             const std::shared_ptr<Lenses>& lenses,
                                              const platform::PropertyListCodec& codec);
     [[nodiscard]] static Stamps stamps(const MachineFolder& folder);
 

@@ -11,7 +11,8 @@ bool contains(const Range& range, const T& value) {
 }
 
 const DomainNode* nodeOfSection(const std::vector<DomainNode>& nodes, const std::string& section) {
-    const auto found = std::ranges::find_if(nodes, [&](const auto& node) { return node.domain.name == section; });
+    const auto found =
+        std::ranges::find_if(nodes, [&](const auto& node) { return node.domain.name == section; });
     return found == nodes.end() ? nullptr : &*found;
 }
 
@@ -32,14 +33,16 @@ bool listsForeignDomain(const PolicyGround& ground) {
 
 } // namespace
 
-std::vector<std::string> availableNodes(const std::vector<DomainNode>& nodes, const DisabledConnectors& disabled) {
+std::vector<std::string> availableNodes(const std::vector<DomainNode>& nodes,
+                                        const DisabledConnectors& disabled) {
     std::vector<std::string> names;
     for (const auto& node : nodes)
         if (!disabled.contains(node.connector)) names.push_back(node.name);
     return names;
 }
 
-std::vector<std::string> activeDirectories(const MachinePolicy& policy, const std::vector<DomainNode>& nodes) {
+std::vector<std::string> activeDirectories(const MachinePolicy& policy,
+                                           const std::vector<DomainNode>& nodes) {
     const auto available = availableNodes(nodes, policy.disabled);
     if (policy.authentication.mode == PolicyMode::localOnly) return {};
     if (policy.authentication.mode == PolicyMode::automatic) return available;
@@ -62,8 +65,10 @@ std::optional<std::vector<std::string>> domainsFor(const MachinePolicy& policy, 
     std::vector<std::string> names;
     auto next = wanted.begin();
     for (const auto& section : ground.sssd.listedDomains()) { // foreign sections keep their places
-        if (!nodeOfSection(ground.nodes, section)) names.push_back(section);
-        else if (next != wanted.end()) names.push_back(*next++);
+        if (!nodeOfSection(ground.nodes, section))
+            names.push_back(section);
+        else if (next != wanted.end())
+            names.push_back(*next++);
     }
     names.insert(names.end(), next, wanted.end());
     return names;
@@ -78,7 +83,8 @@ MachinePolicy derivedPolicy(const MachinePolicy& known, const PolicyGround& grou
     if (agrees(known, ground)) return known;
     auto policy = known;
     const auto inFiles = directoriesInFiles(ground);
-    for (const auto& name : inFiles) policy.disabled.erase(connectorOf(name)); // it is on the machine, so it is on
+    for (const auto& name : inFiles)
+        policy.disabled.erase(connectorOf(name)); // it is on the machine, so it is on
     if (!ground.nsswitch.usesSssd()) {
         policy.authentication.mode = PolicyMode::localOnly;
     } else if (inFiles == availableNodes(ground.nodes, policy.disabled)) {

@@ -42,11 +42,13 @@ struct PolicyGround {
 /// The directories that the authentication policy consults, in order, without the local nodes.
 [[nodiscard]] std::vector<std::string> activeDirectories(const MachinePolicy& policy,
                                                          const std::vector<DomainNode>& nodes);
-/// Whether the machine must look users up in SSSD. Sections that are no nodes of ours count in automatic mode,
-/// so that a policy that was never touched doesn't lock their users out.
+/// Whether the machine must look users up in SSSD. Sections that are no nodes of ours count in automatic
+/// mode, so that a policy that was never touched doesn't lock their users out.
 [[nodiscard]] bool needsSssd(const MachinePolicy& policy, const PolicyGround& ground);
-/// The names for the `domains` line, none when the line stays as it is (SSSD doesn't start with an empty one).
-[[nodiscard]] std::optional<std::vector<std::string>> domainsFor(const MachinePolicy& policy, const PolicyGround& ground);
+/// The names for the `domains` line, none when the line stays as it is (SSSD doesn't start with an empty
+/// one).
+[[nodiscard]] std::optional<std::vector<std::string>> domainsFor(const MachinePolicy& policy,
+                                                                 const PolicyGround& ground);
 
 /// True when the files say what the policy says.
 [[nodiscard]] bool agrees(const MachinePolicy& policy, const PolicyGround& ground);

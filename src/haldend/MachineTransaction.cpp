@@ -27,7 +27,8 @@ std::string stagedNameFor(const std::string& target) {
 std::vector<std::string> generationNames(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code code;
-    for (const auto& entry : fs::directory_iterator(folder, code)) names.push_back(entry.path().filename());
+    for (const auto& entry : fs::directory_iterator(folder, code))
+        names.push_back(entry.path().filename());
     std::ranges::sort(names);
     return names;
 }
@@ -43,7 +44,8 @@ void removeOldGenerations(const std::string& folder) {
     for (const auto& name : names)
         if (name.starts_with("part-")) fs::remove_all(folder + "/" + name, ignored);
     std::erase_if(names, [](const auto& name) { return name.starts_with("part-"); });
-    for (std::size_t i = 0; i + generationsKept < names.size(); ++i) fs::remove_all(folder + "/" + names[i], ignored);
+    for (std::size_t i = 0; i + generationsKept < names.size(); ++i)
+        fs::remove_all(folder + "/" + names[i], ignored);
 }
 
 bool sameAs(const std::string& path, const Fingerprint& fingerprint) {
@@ -78,16 +80,19 @@ std::vector<std::string> abandonedChecks(const MachineFolder& folder) {
     std::vector<std::string> found;
     std::error_code code;
     for (const auto& entry : fs::directory_iterator(folder.resolved(machineFile::state), code))
-        if (entry.path().filename().string().starts_with(machineFile::checkPrefix)) found.push_back(entry.path());
+        if (entry.path().filename().string().starts_with(machineFile::checkPrefix))
+            found.push_back(entry.path());
     return found;
 }
 
 /// Staged files of a transaction that never reached its journal.
 void removeLeftovers(const MachineFolder& folder) {
-    for (const auto* file : changeableFiles) ::unlink(stagedNameFor(folder.resolved(file)).c_str());
+    for (const auto* file : changeableFiles)
+        ::unlink(stagedNameFor(folder.resolved(file)).c_str());
     ::unlink(stagedNameFor(folder.resolved(machineFile::journal)).c_str());
     std::error_code ignored;
-    for (const auto& check : abandonedChecks(folder)) fs::remove_all(check, ignored);
+    for (const auto& check : abandonedChecks(folder))
+        fs::remove_all(check, ignored);
     removeOldGenerations(folder.resolved(machineFile::generations));
 }
 
@@ -95,14 +100,17 @@ void removeLeftovers(const MachineFolder& folder) {
 
 MachineTransaction::MachineTransaction(const MachineFolder& folder, const FolderLock&) : folder_(folder) {}
 
-void MachineTransaction::replace(const std::string& relative, std::string content, mode_t mode, bool forceMode) {
+void MachineTransaction::replace(const std::string& relative, std::string content, mode_t mode,
+                                 bool forceMode) {
     const auto target = folder_.resolved(relative);
-    files_.push_back({relative, target, stagedNameFor(target), std::move(content), mode, forceMode, readFile(target)});
+    files_.push_back(
+        {relative, target, stagedNameFor(target), std::move(content), mode, forceMode, readFile(target)});
 }
 
 void MachineTransaction::commit() {
     try {
-        for (const auto& file : files_) stage(file);
+        for (const auto& file : files_)
+            stage(file);
         keepGeneration();
         writeJournal();
     } catch (...) {
@@ -130,7 +138,8 @@ void MachineTransaction::stage(const File& file) const {
 void MachineTransaction::keepGeneration() const {
     const auto folder = folder_.resolved(machineFile::generations);
     const auto names = generationNames(folder);
-    const auto last = std::ranges::find_if(names.rbegin(), names.rend(), [](const auto& n) { return !n.starts_with("part-"); });
+    const auto last = std::ranges::find_if(names.rbegin(), names.rend(),
+                                           [](const auto& n) { return !n.starts_with("part-"); });
     const auto next = numbered(last == names.rend() ? 1 : std::strtoul(last->c_str(), nullptr, 10) + 1);
     const auto part = folder + "/part-" + next;
     std::error_code code;
@@ -145,7 +154,8 @@ void MachineTransaction::keepGeneration() const {
 void MachineTransaction::writeJournal() const {
     TransactionJournal journal;
     for (const auto& file : files_)
-        journal.entries.push_back({file.relative, Fingerprint::of(file.previous), Fingerprint::of(file.content)});
+        journal.entries.push_back(
+            {file.relative, Fingerprint::of(file.previous), Fingerprint::of(file.content)});
     const auto path = folder_.resolved(machineFile::journal);
     const auto staged = stagedNameFor(path);
     writeDurably(staged, journal.text(), 0600, nullptr);
@@ -162,7 +172,8 @@ void MachineTransaction::writeJournal() const {
 void MachineTransaction::renameAll() {
     std::size_t renamed = 0;
     try {
-        for (; renamed < files_.size(); ++renamed) renameFile(files_[renamed].staged, files_[renamed].target);
+        for (; renamed < files_.size(); ++renamed)
+            renameFile(files_[renamed].staged, files_[renamed].target);
         std::set<std::string> folders;
         for (const auto& file : files_)
             if (folders.insert(parentOf(file.target)).second) syncParent(file.target);
@@ -188,7 +199,8 @@ void MachineTransaction::undo(std::size_t renamed) const {
 }
 
 void MachineTransaction::removeStaged() const noexcept {
-    for (const auto& file : files_) ::unlink(file.staged.c_str());
+    for (const auto& file : files_)
+        ::unlink(file.staged.c_str());
 }
 
 void MachineTransaction::recover(const MachineFolder& folder, const FolderLock&, util::ProcessLog& log) {
@@ -201,7 +213,8 @@ void MachineTransaction::recover(const MachineFolder& folder, const FolderLock&,
         renameFile(path, path + ".damaged");
         return removeLeftovers(folder);
     }
-    for (const auto& entry : journal->entries) redo(folder, entry, log);
+    for (const auto& entry : journal->entries)
+        redo(folder, entry, log);
     if (::unlink(path.c_str()) != 0) throw storageFailure("remove", path, errno);
     syncParent(path);
     log.log("an interrupted change of " + folder.root() + " was finished");
@@ -212,9 +225,10 @@ bool MachineTransaction::needsRecovery(const MachineFolder& folder) {
     try {
         const auto exists = [](const std::string& path) { return ::access(path.c_str(), F_OK) == 0; };
         if (exists(folder.resolved(machineFile::journal))) return true;
-        if (exists(stagedNameFor(folder.resolved(machineFile::journal))) || !abandonedChecks(folder).empty()) return true;
-        return std::ranges::any_of(changeableFiles,
-                                   [&](const char* file) { return exists(stagedNameFor(folder.resolved(file))); });
+        if (exists(stagedNameFor(folder.resolved(machineFile::journal))) || !abandonedChecks(folder).empty())
+            return true;
+        return std::ranges::any_of(
+            changeableFiles, [&](const char* file) { return exists(stagedNameFor(folder.resolved(file))); });
     } catch (const std::exception&) {
         return false;
     }

@@ -25,7 +25,8 @@ public:
     MachineTransaction& operator=(const MachineTransaction&) = delete;
 
     /// Puts one file on the list. An existing file keeps its owner, and its mode unless `forceMode`; a new
-    /// one gets `mode`. `relative` is one of the `machineFile`s; links are followed to the file that is replaced.
+    /// one gets `mode`. `relative` is one of the `machineFile`s; links are followed to the file that is
+    /// replaced.
     void replace(const std::string& relative, std::string content, mode_t mode, bool forceMode = false);
     /// Changes all files on the list. Throws `Failure` with the old state in place; used once.
     void commit();

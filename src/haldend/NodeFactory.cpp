@@ -34,13 +34,17 @@ std::shared_ptr<EngineNode> directoryNamed(const std::shared_ptr<Engine>& engine
 
 std::shared_ptr<EngineNode> nodeOfType(const std::shared_ptr<Engine>& engine, halden::NodeType type) {
     switch (type) {
-    case halden::NodeType::localNodes: return std::make_shared<LocalNode>(engine, std::string(localNodeName));
-    case halden::NodeType::configNode: return std::make_shared<ConfigNode>(engine);
+    case halden::NodeType::localNodes:
+        return std::make_shared<LocalNode>(engine, std::string(localNodeName));
+    case halden::NodeType::configNode:
+        return std::make_shared<ConfigNode>(engine);
     case halden::NodeType::authenticationSearchNode:
         return std::make_shared<SearchNode>(engine, SearchNode::Purpose::authentication);
-    case halden::NodeType::contactsSearchNode: return std::make_shared<SearchNode>(engine, SearchNode::Purpose::contacts);
+    case halden::NodeType::contactsSearchNode:
+        return std::make_shared<SearchNode>(engine, SearchNode::Purpose::contacts);
     }
-    throw unknown("type " + std::to_string(static_cast<unsigned>(type)), "This service has no node of that type.",
+    throw unknown("type " + std::to_string(static_cast<unsigned>(type)),
+                  "This service has no node of that type.",
                   "Use a service of the same version as this program.");
 }
 
@@ -48,13 +52,15 @@ std::shared_ptr<EngineNode> nodeNamed(const std::shared_ptr<Engine>& engine, con
     if (name == localNodeName || name == filesNodeName) return std::make_shared<LocalNode>(engine, name);
     if (name == searchNodeName) return nodeOfType(engine, halden::NodeType::authenticationSearchNode);
     if (name == contactsNodeName) return nodeOfType(engine, halden::NodeType::contactsSearchNode);
+    if (name == ConfigNode::nodeName) return nodeOfType(engine, halden::NodeType::configNode);
     return directoryNamed(engine, name);
 }
 
 std::vector<std::string> nodeNames(Engine& engine) {
     const auto& picture = engine.machine().picture();
     auto names = localNodeNames();
-    for (auto& name : availableNodes(picture.nodes(), picture.policy().disabled)) names.push_back(std::move(name));
+    for (auto& name : availableNodes(picture.nodes(), picture.policy().disabled))
+        names.push_back(std::move(name));
     names.emplace_back(searchNodeName);
     names.emplace_back(contactsNodeName);
     return names;

@@ -6,7 +6,8 @@ namespace corvane::haldend {
 namespace {
 
 constexpr const char* grammar = "Nsswitch.lns";
-constexpr const char* sssdDatabases = "database[. = 'passwd' or . = 'group' or . = 'shadow' or . = 'netgroup']";
+constexpr const char* sssdDatabases =
+    "database[. = 'passwd' or . = 'group' or . = 'shadow' or . = 'netgroup']";
 constexpr const char* accountDatabases = "database[. = 'passwd' or . = 'group']";
 constexpr const char* sssService = "/service[. = 'sss']";
 
@@ -29,12 +30,15 @@ NsswitchFile::NsswitchFile(std::shared_ptr<Lenses> lenses, std::string text, std
 std::string NsswitchFile::textUsingSssd(bool wanted) const {
     LensText tree(*lenses_, grammar, text_, path_);
     if (wanted && tree.matches(accountDatabases).empty())
-        throw Failure(halden::ErrorCode::storage, "The machine can't be told to look users up in a directory.",
+        throw Failure(halden::ErrorCode::storage,
+                      "The machine can't be told to look users up in a directory.",
                       path_ + " has no line that begins with \"passwd:\" or \"group:\".",
                       "Add the lines \"passwd: files\" and \"group: files\" to it and try again.");
     for (const auto& database : tree.matches(sssdDatabases)) {
-        if (wanted) addSss(tree, database);
-        else if (!tree.matches(database + sssService).empty()) tree.remove(database + sssService);
+        if (wanted)
+            addSss(tree, database);
+        else if (!tree.matches(database + sssService).empty())
+            tree.remove(database + sssService);
     }
     return tree.text();
 }

@@ -17,7 +17,8 @@ constexpr const char* sssdKey = "SssdFingerprint";
 constexpr int version = 1;
 
 util::Value valueOf(const SearchPolicy& policy) {
-    return util::Dictionary{{modeKey, static_cast<int>(policy.mode)}, {customKey, util::Array::ofTexts(policy.custom)}};
+    return util::Dictionary{{modeKey, static_cast<int>(policy.mode)},
+                            {customKey, util::Array::ofTexts(policy.custom)}};
 }
 
 /// Why a text is none of ours; becomes the reason of the failure.
@@ -27,14 +28,16 @@ struct Damage {
 
 util::Value required(const util::Dictionary& values, const char* key, util::Kind kind) {
     const auto value = values.valueForKey(key);
-    if (!value.isKind(kind)) throw Damage{std::string("The entry \"") + key + "\" is missing or of the wrong kind."};
+    if (!value.isKind(kind))
+        throw Damage{std::string("The entry \"") + key + "\" is missing or of the wrong kind."};
     return value;
 }
 
 std::vector<std::string> textsFrom(const util::Dictionary& values, const char* key) {
     const auto list = required(values, key, util::Kind::Array).as<util::Array>();
     for (const auto& element : list.elements())
-        if (!element.isKind(util::Kind::String)) throw Damage{std::string("\"") + key + "\" holds something else than texts."};
+        if (!element.isKind(util::Kind::String))
+            throw Damage{std::string("\"") + key + "\" holds something else than texts."};
     return list.texts();
 }
 
@@ -53,18 +56,22 @@ Fingerprint fingerprintFrom(const util::Dictionary& values, const char* key) {
 }
 
 StoredPolicy policyFrom(const util::Dictionary& values) {
-    if (const auto found = required(values, versionKey, util::Kind::Number).as<util::Number>().integerValue(); found != version)
-        throw Damage{"It was written in version " + std::to_string(found) + " of its form, not " + std::to_string(version) + "."};
+    if (const auto found = required(values, versionKey, util::Kind::Number).as<util::Number>().integerValue();
+        found != version)
+        throw Damage{"It was written in version " + std::to_string(found) + " of its form, not " +
+                     std::to_string(version) + "."};
     const auto disabled = textsFrom(values, disabledKey);
     return {{policyFrom(values, authenticationKey), policyFrom(values, contactsKey),
              DisabledConnectors(disabled.begin(), disabled.end())},
-            fingerprintFrom(values, nsswitchKey), fingerprintFrom(values, sssdKey)};
+            fingerprintFrom(values, nsswitchKey),
+            fingerprintFrom(values, sssdKey)};
 }
 
 Failure damaged(const std::string& path, const std::string& why) {
-    return {halden::ErrorCode::storage, "The stored search policies are damaged.", path + ": " + why,
-            "Put an earlier version back from the folder \"generations\" beside it, or remove the file: the "
-            "authentication policy is then read from the machine's files and the contacts policy starts anew."};
+    return {
+        halden::ErrorCode::storage, "The stored search policies are damaged.", path + ": " + why,
+        "Put an earlier version back from the folder \"generations\" beside it, or remove the file: the "
+        "authentication policy is then read from the machine's files and the contacts policy starts anew."};
 }
 
 } // namespace
@@ -80,11 +87,13 @@ std::string storedText(const StoredPolicy& stored, const platform::PropertyListC
     const auto bytes = codec.xml(values);
     if (!bytes)
         throw Failure(halden::ErrorCode::parameter, "The search policy can't be stored.",
-                      "A node name holds characters that no text file can hold.", "Take that node off the list.");
+                      "A node name holds characters that no text file can hold.",
+                      "Take that node off the list.");
     return util::textFromBytes(*bytes);
 }
 
-StoredPolicy storedPolicy(const std::string& text, const std::string& path, const platform::PropertyListCodec& codec) {
+StoredPolicy storedPolicy(const std::string& text, const std::string& path,
+                          const platform::PropertyListCodec& codec) {
     std::string reason;
     const auto value = codec.parse(util::bytesFromText(text), &reason);
     if (value.isNull()) throw damaged(path, reason + ".");

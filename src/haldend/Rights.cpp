@@ -22,7 +22,8 @@ bool fillRandomly(util::AuthorizationExternalForm& form) {
 bool equalInConstantTime(util::BytesView a, util::BytesView b) {
     if (a.size() != b.size()) return false;
     unsigned difference = 0;
-    for (std::size_t i = 0; i < a.size(); ++i) difference |= static_cast<unsigned>(a[i] ^ b[i]);
+    for (std::size_t i = 0; i < a.size(); ++i)
+        difference |= static_cast<unsigned>(a[i] ^ b[i]);
     return difference == 0;
 }
 

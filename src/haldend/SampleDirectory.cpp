@@ -44,11 +44,13 @@ std::string entriesIn(const std::string& shareFolder) {
     std::error_code code;
     for (const auto& entry : std::filesystem::directory_iterator(shareFolder, code))
         if (entry.path().extension() == ".ldif") return entry.path();
-    throw trouble(shareFolder + " holds no file that ends in .ldif.", "Install the program again, or start it from its source folder.");
+    throw trouble(shareFolder + " holds no file that ends in .ldif.",
+                  "Install the program again, or start it from its source folder.");
 }
 
 void replaceAll(std::string& text, const std::string& from, const std::string& to) {
-    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size())) text.replace(at, from.size(), to);
+    for (auto at = text.find(from); at != std::string::npos; at = text.find(from, at + to.size()))
+        text.replace(at, from.size(), to);
 }
 
 /// The value of `suffix "dc=…"` in a server configuration.
@@ -68,7 +70,8 @@ int freePort() {
     socklen_t length = sizeof address;
     if (::bind(socket.number(), reinterpret_cast<sockaddr*>(&address), length) != 0 ||
         ::getsockname(socket.number(), reinterpret_cast<sockaddr*>(&address), &length) != 0)
-        throw trouble(std::string("No free port was found on loopback: ") + std::strerror(errno) + ".", "Try again.");
+        throw trouble(std::string("No free port was found on loopback: ") + std::strerror(errno) + ".",
+                      "Try again.");
     return ntohs(address.sin_port);
 }
 
@@ -107,7 +110,8 @@ auto asException(const Action& action) {
 
 } // namespace
 
-std::unique_ptr<SampleDirectory> SampleDirectory::start(const std::string& machineFolder, const std::string& shareFolder,
+std::unique_ptr<SampleDirectory> SampleDirectory::start(const std::string& machineFolder,
+                                                        const std::string& shareFolder,
                                                         util::ProcessLog& log) {
     return asException([&]() -> std::unique_ptr<SampleDirectory> {
         const MachineFolder folder(machineFolder);
@@ -130,9 +134,11 @@ std::string SampleDirectory::sssdText(const std::string& shareFolder) {
         const auto suffix = suffixIn(requiredText(shareFolder + "/" + templateName));
         const std::string name = sectionName;
         return "# This machine had no directory, so here is a made-up one to try things out with.\n[sssd]\n"
-               "services = nss, pam\ndomains = " + name + "\n\n[domain/" + name + "]\nid_provider = ldap\n"
-               "auth_provider = ldap\nldap_uri = ldap://127.0.0.1:" + std::to_string(freePort()) +
-               "\nldap_search_base = " + suffix + "\n";
+               "services = nss, pam\ndomains = " +
+               name + "\n\n[domain/" + name +
+               "]\nid_provider = ldap\n"
+               "auth_provider = ldap\nldap_uri = ldap://127.0.0.1:" +
+               std::to_string(freePort()) + "\nldap_search_base = " + suffix + "\n";
     });
 }
 
@@ -152,7 +158,8 @@ SampleDirectory::~SampleDirectory() {
 
 void SampleDirectory::prepare() {
     if (::access(slapd, X_OK) != 0)
-        throw trouble(std::string(slapd) + " is not installed.", "Install the package slapd, or use a machine folder with a directory of its own.");
+        throw trouble(std::string(slapd) + " is not installed.",
+                      "Install the package slapd, or use a machine folder with a directory of its own.");
     const auto marker = folder_ + "/loaded";
     const bool isLoaded = ::access(marker.c_str(), F_OK) == 0;
     std::error_code code;
@@ -176,17 +183,21 @@ void SampleDirectory::load() const {
     const auto entries = entriesIn(shareFolder_);
     const auto outcome = runProcess({slapadd, "-q", "-f", folder_ + "/slapd.conf", "-l", entries}, 60s);
     if (outcome.status != 0)
-        throw trouble("Filling it from " + entries + " failed: " + outcome.output, "Correct that file and start again.");
+        throw trouble("Filling it from " + entries + " failed: " + outcome.output,
+                      "Correct that file and start again.");
 }
 
 void SampleDirectory::launch() {
     const auto configuration = folder_ + "/slapd.conf";
     const auto listener = uri_ + "/";
     const auto messages = folder_ + "/messages";
-    const char* const arguments[] = {slapd, "-f", configuration.c_str(), "-h", listener.c_str(), "-d", "0", nullptr};
+    const char* const arguments[] = {slapd, "-f",   configuration.c_str(), "-h", listener.c_str(), "-d",
+                                     "0",   nullptr};
     const pid_t parent = ::getpid();
     server_ = ::fork();
-    if (server_ < 0) throw trouble(std::string("No process could be made: ") + std::strerror(errno) + ".", "Close some programs and try again.");
+    if (server_ < 0)
+        throw trouble(std::string("No process could be made: ") + std::strerror(errno) + ".",
+                      "Close some programs and try again.");
     if (server_ > 0) return;
     // In the child: nothing but system calls until exec.
     ::prctl(PR_SET_PDEATHSIG, SIGTERM);
@@ -206,12 +217,14 @@ void SampleDirectory::waitUntilItAnswers() {
         if (::waitpid(server_, nullptr, WNOHANG) == server_) {
             server_ = -1;
             throw trouble("The server at " + uri_ + " ended at once. " + complaint(),
-                          "See whether another program uses that port; change it in the section [domain/sample] of sssd.conf if so.");
+                          "See whether another program uses that port; change it in the section "
+                          "[domain/sample] of sssd.conf if so.");
         }
         if (answers(uri_)) return;
         std::this_thread::sleep_for(20ms);
     }
-    throw trouble("The server at " + uri_ + " did not answer within 15 seconds. " + complaint(), "Start the program again.");
+    throw trouble("The server at " + uri_ + " did not answer within 15 seconds. " + complaint(),
+                  "Start the program again.");
 }
 
 std::string SampleDirectory::complaint() const {

@@ -10,9 +10,9 @@
 
 namespace corvane::haldend {
 
-/// A small made-up company's directory: a private slapd on loopback that belongs to one machine folder, where it
-/// keeps its data and finds its port. It runs as long as this object; a program that is killed takes it along.
-/// Main thread: the server ends with the thread that started it.
+/// A small made-up company's directory: a private slapd on loopback that belongs to one machine folder, where
+/// it keeps its data and finds its port. It runs as long as this object; a program that is killed takes it
+/// along. Main thread: the server ends with the thread that started it.
 class SampleDirectory {
 public:
     /// The section of sssd.conf that stands for the sample directory.
@@ -21,8 +21,8 @@ public:
     /// Starts the server of the folder, after making its data when it has none yet, and waits until it
     /// answers. `shareFolder` holds slapd.conf.in and one LDIF file. Null when the folder has no sample
     /// directory. Throws `halden::Exception` with cause and next step.
-    [[nodiscard]] static std::unique_ptr<SampleDirectory> start(const std::string& machineFolder,
-                                                                const std::string& shareFolder, util::ProcessLog& log);
+    [[nodiscard]] static std::unique_ptr<SampleDirectory>
+    start(const std::string& machineFolder, const std::string& shareFolder, util::ProcessLog& log);
     SampleDirectory(const SampleDirectory&) = delete;
     SampleDirectory& operator=(const SampleDirectory&) = delete;
     /// Stops the server and waits for its end.

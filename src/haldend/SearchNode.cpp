@@ -23,9 +23,12 @@ std::vector<std::string> withLocalNodes(const std::vector<std::string>& names) {
 
 std::string attributeOf(PolicyMode mode) {
     switch (mode) {
-    case PolicyMode::automatic: return std::string(attribute::automaticSearchPath);
-    case PolicyMode::localOnly: return std::string(attribute::localOnlySearchPath);
-    default: return std::string(attribute::customSearchPath);
+    case PolicyMode::automatic:
+        return std::string(attribute::automaticSearchPath);
+    case PolicyMode::localOnly:
+        return std::string(attribute::localOnlySearchPath);
+    default:
+        return std::string(attribute::customSearchPath);
     }
 }
 
@@ -40,7 +43,8 @@ bool isLocalNode(const std::string& name) {
 
 void requireNodeName(const std::string& name) {
     const auto second = name.find('/', 1);
-    const bool hasTwoParts = name.starts_with('/') && second != std::string::npos && second > 1 && second + 1 < name.size();
+    const bool hasTwoParts =
+        name.starts_with('/') && second != std::string::npos && second > 1 && second + 1 < name.size();
     const auto connector = connectorOf(name);
     if (connector == "Search" || connector == "Contacts")
         throw badList("\"" + name + "\" is a search policy itself and can't stand on one.");
@@ -52,7 +56,8 @@ void requireNodeName(const std::string& name) {
 } // namespace
 
 SearchNode::SearchNode(std::shared_ptr<Engine> engine, Purpose purpose)
-    : EngineNode(std::move(engine), std::string(purpose == Purpose::authentication ? searchNodeName : contactsNodeName)),
+    : EngineNode(std::move(engine),
+                 std::string(purpose == Purpose::authentication ? searchNodeName : contactsNodeName)),
       purpose_(purpose) {}
 
 SearchPolicy& SearchNode::policyIn(MachinePolicy& policy) const {
@@ -96,7 +101,8 @@ RecordList SearchNode::fetch(const QueryParameters& parameters, bool allowPartia
         try {
             for (auto& record : nodeNamed(sharedEngine(), name)->fetch(parameters, allowPartial)) {
                 if (isFull(parameters, found)) return found;
-                if (known.emplace(record->recordType(), record->recordName()).second) found.push_back(std::move(record));
+                if (known.emplace(record->recordType(), record->recordName()).second)
+                    found.push_back(std::move(record));
             }
         } catch (const Failure& failure) {
             if (!allowPartial) throw;
@@ -108,11 +114,20 @@ RecordList SearchNode::fetch(const QueryParameters& parameters, bool allowPartia
 
 util::Bytes SearchNode::call(std::int32_t code, util::BytesView request) {
     switch (code) {
-    case 111: setMode(PolicyMode::automatic, request); return {};
-    case 222: setMode(PolicyMode::localOnly, request); return {};
-    case 333: setMode(PolicyMode::custom, request); return {};
-    case 444: setCustomList(request); return {};
-    default: return EngineNode::call(code, request);
+    case 111:
+        setMode(PolicyMode::automatic, request);
+        return {};
+    case 222:
+        setMode(PolicyMode::localOnly, request);
+        return {};
+    case 333:
+        setMode(PolicyMode::custom, request);
+        return {};
+    case 444:
+        setCustomList(request);
+        return {};
+    default:
+        return EngineNode::call(code, request);
     }
 }
 
@@ -135,11 +150,13 @@ std::vector<std::string> SearchNode::listFrom(util::BytesView bytes) const {
     if (list.isNull()) throw badList("It is no array.");
     if (list.count() > maximumListLength) throw badList("It has more than a thousand entries.");
     for (const auto& element : list.elements()) {
-        if (!element.isKind(util::Kind::String)) throw badList("An entry is no text: " + element.description().substr(0, 80));
+        if (!element.isKind(util::Kind::String))
+            throw badList("An entry is no text: " + element.description().substr(0, 80));
         requireNodeName(element.as<util::String>().text());
     }
     auto names = list.texts();
-    if (purpose_ == Purpose::authentication) std::erase_if(names, isLocalNode); // its path begins with them anyway
+    if (purpose_ == Purpose::authentication)
+        std::erase_if(names, isLocalNode); // its path begins with them anyway
     return names;
 }
 

@@ -15,8 +15,10 @@ public:
     enum class Purpose { authentication, contacts };
     SearchNode(std::shared_ptr<Engine> engine, Purpose purpose);
 
-    /// Records of all nodes of the active path, in its order; of records of one type and name the first counts.
-    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters, bool allowPartial) override;
+    /// Records of all nodes of the active path, in its order; of records of one type and name the first
+    /// counts.
+    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters,
+                                           bool allowPartial) override;
 
 protected:
     [[nodiscard]] AttributeMap details() override;

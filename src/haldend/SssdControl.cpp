@@ -49,7 +49,8 @@ public:
 
 private:
     void restart() {
-        if (::access("/run/systemd/system", F_OK) == 0) return run({"/usr/bin/systemctl", "restart", "sssd.service"});
+        if (::access("/run/systemd/system", F_OK) == 0)
+            return run({"/usr/bin/systemctl", "restart", "sssd.service"});
         const auto process = runningSssd();
         if (process.number == 0) {
             log_.log("SSSD is not running; directory users appear once it is started");
@@ -70,7 +71,9 @@ private:
         process.arguments = splitAtNul(readQuietly(folder + "/cmdline"));
         if (process.arguments.empty()) return {};
         process.arguments.front() = "/usr/sbin/sssd"; // it may have been started by a relative name
-        const auto isDaemon = [](const std::string& argument) { return argument == "-D" || argument == "--daemon"; };
+        const auto isDaemon = [](const std::string& argument) {
+            return argument == "-D" || argument == "--daemon";
+        };
         if (std::ranges::none_of(process.arguments, isDaemon)) process.arguments.emplace_back("-D");
         std::erase(process.arguments, "-i");
         std::erase(process.arguments, "--interactive");
@@ -79,7 +82,8 @@ private:
 
     bool stop(pid_t number) {
         if (::kill(number, SIGTERM) != 0) {
-            log_.log("the running SSSD could not be stopped for a restart: the program lacks the right to do so");
+            log_.log(
+                "the running SSSD could not be stopped for a restart: the program lacks the right to do so");
             return false;
         }
         for (int i = 0; i < 1000 && ::kill(number, 0) == 0; ++i) {
@@ -106,8 +110,10 @@ private:
         const auto outcome = runProcess(arguments, 60s);
         if (outcome.status == 0) return;
         std::string command;
-        for (const auto& argument : arguments) command += (command.empty() ? "" : " ") + argument;
-        log_.log("\"" + command + "\" failed with status " + std::to_string(outcome.status) + ": " + outcome.output);
+        for (const auto& argument : arguments)
+            command += (command.empty() ? "" : " ") + argument;
+        log_.log("\"" + command + "\" failed with status " + std::to_string(outcome.status) + ": " +
+                 outcome.output);
     }
 
     static std::string readQuietly(const std::string& path) {

@@ -17,7 +17,8 @@ std::string_view trimmed(std::string_view text) {
 
 std::string joined(const std::vector<std::string>& names) {
     std::string text;
-    for (const auto& name : names) text += (text.empty() ? "" : ", ") + name;
+    for (const auto& name : names)
+        text += (text.empty() ? "" : ", ") + name;
     return text;
 }
 

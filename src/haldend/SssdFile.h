@@ -13,7 +13,8 @@ namespace corvane::haldend {
 /// One `[domain/NAME]` section: a directory that SSSD can serve.
 struct SssdDomain {
     std::string name;
-    std::map<std::string, std::string, std::less<>> options; ///< as SSSD reads them: the whole rest of the line
+    std::map<std::string, std::string, std::less<>>
+        options; ///< as SSSD reads them: the whole rest of the line
 
     /// The option's value, `fallback` when it isn't set.
     [[nodiscard]] std::string option(std::string_view key, std::string_view fallback = "") const;

@@ -17,7 +17,8 @@ namespace {
 /// A folder that goes with everything in it.
 class PrivateFolder {
 public:
-    explicit PrivateFolder(const std::string& parent) : path_(parent + "/" + machineFile::checkPrefix + "XXXXXX") {
+    explicit PrivateFolder(const std::string& parent)
+        : path_(parent + "/" + machineFile::checkPrefix + "XXXXXX") {
         if (!::mkdtemp(path_.data())) throw storageFailure("make", path_, errno);
     }
     PrivateFolder(const PrivateFolder&) = delete;
@@ -70,7 +71,8 @@ std::string SssdValidator::findings(const std::string& text) const {
     const auto candidate = folder.path() + "/sssd.conf";
     ::mkdir(snippets.c_str(), 0700);
     writeDurably(candidate, text, 0600, nullptr);
-    const auto outcome = runProcess({tool_, "config-check", "-c", candidate, "-s", snippets}, std::chrono::seconds(10));
+    const auto outcome =
+        runProcess({tool_, "config-check", "-c", candidate, "-s", snippets}, std::chrono::seconds(10));
     if (outcome.status == 0) return {};
     const auto problems = problemsIn(outcome.output);
     return problems.empty() ? "[sssctl] " + outcome.output + "\n" : problems;
@@ -82,8 +84,10 @@ void SssdValidator::check(const std::string& candidate, const std::string& curre
     if (found.empty()) return;
     const auto news = newLines(found, findings(current));
     if (news.empty()) return; // what was wrong before isn't this change's doing
-    throw Failure(halden::ErrorCode::parameter, "SSSD would not accept the changed configuration, so nothing was changed.",
-                  tool_ + " says: " + news, "Correct " + folder_.pathOf(machineFile::sssd) + " and try again.");
+    throw Failure(halden::ErrorCode::parameter,
+                  "SSSD would not accept the changed configuration, so nothing was changed.",
+                  tool_ + " says: " + news,
+                  "Correct " + folder_.pathOf(machineFile::sssd) + " and try again.");
 }
 
 } // namespace corvane::haldend

@@ -17,7 +17,8 @@ std::string_view takeUntil(std::string_view& text, char separator) {
 
 std::optional<TransactionJournal::Entry> entryFrom(std::string_view line) {
     std::array<std::string_view, 3> fields;
-    for (auto& field : fields) field = takeUntil(line, '\t');
+    for (auto& field : fields)
+        field = takeUntil(line, '\t');
     const auto before = Fingerprint::fromText(fields[1]);
     const auto after = Fingerprint::fromText(fields[2]);
     if (!line.empty() || fields[0].empty() || !before || !after) return std::nullopt;

@@ -18,8 +18,9 @@ constexpr std::size_t trailerLength = 32;
 
 bool BinaryReader::looksBinary(util::BytesView bytes) {
     static constexpr std::string_view magic = "bplist";
-    return bytes.size() >= magic.size() && std::ranges::equal(bytes.first(magic.size()), magic,
-                                                              [](std::uint8_t octet, char c) { return octet == c; });
+    return bytes.size() >= magic.size() &&
+           std::ranges::equal(bytes.first(magic.size()), magic,
+                              [](std::uint8_t octet, char c) { return octet == c; });
 }
 
 util::Value BinaryReader::read() {
@@ -36,17 +37,21 @@ void BinaryReader::readTrailer() {
     end_ = trailer; // the fields of the trailer themselves are read beyond the objects
     const auto field = [&](std::size_t at) {
         std::uint64_t value = 0;
-        for (std::size_t i = 0; i < 8; ++i) value = (value << 8U) | bytes_[trailer + at + i];
+        for (std::size_t i = 0; i < 8; ++i)
+            value = (value << 8U) | bytes_[trailer + at + i];
         return value;
     };
     objectCount_ = field(8);
     top_ = field(16);
     const auto table = field(24);
-    if (offsetWidth_ < 1 || offsetWidth_ > 8) fail(trailer + 6, "offsets are " + std::to_string(offsetWidth_) + " octets wide");
+    if (offsetWidth_ < 1 || offsetWidth_ > 8)
+        fail(trailer + 6, "offsets are " + std::to_string(offsetWidth_) + " octets wide");
     if (referenceWidth_ < 1 || referenceWidth_ > 8)
         fail(trailer + 7, "references are " + std::to_string(referenceWidth_) + " octets wide");
-    if (table < headerLength || table > trailer) fail(trailer + 24, "the table of offsets lies outside the document");
-    if (objectCount_ > (trailer - table) / offsetWidth_) fail(trailer + 8, "the table of offsets is too short");
+    if (table < headerLength || table > trailer)
+        fail(trailer + 24, "the table of offsets lies outside the document");
+    if (objectCount_ > (trailer - table) / offsetWidth_)
+        fail(trailer + 8, "the table of offsets is too short");
     end_ = static_cast<std::size_t>(table);
 }
 
@@ -54,10 +59,12 @@ util::Value BinaryReader::readObject(std::uint64_t index) {
     if (index >= objectCount_) fail(end_, "object " + std::to_string(index) + " does not exist");
     if (++visits_ > maximumObjects) fail(end_, "more than a million objects");
     if (path_.size() > maximumDepth) fail(end_, "containers are nested more than 64 deep");
-    if (std::ranges::find(path_, index) != path_.end()) fail(end_, "object " + std::to_string(index) + " holds itself");
+    if (std::ranges::find(path_, index) != path_.end())
+        fail(end_, "object " + std::to_string(index) + " holds itself");
     std::uint64_t offset = 0;
     const auto entry = end_ + static_cast<std::size_t>(index) * offsetWidth_;
-    for (std::size_t i = 0; i < offsetWidth_; ++i) offset = (offset << 8U) | bytes_[entry + i];
+    for (std::size_t i = 0; i < offsetWidth_; ++i)
+        offset = (offset << 8U) | bytes_[entry + i];
     if (offset < headerLength || offset >= end_) fail(entry, "an offset lies outside the objects");
     path_.push_back(index);
     auto value = readAt(static_cast<std::size_t>(offset));
@@ -67,16 +74,26 @@ util::Value BinaryReader::readObject(std::uint64_t index) {
 
 util::Value BinaryReader::readAt(std::size_t offset) {
     switch (bytes_[offset] >> 4U) {
-    case 0x0: return readSimple(offset);
-    case 0x1: return readInteger(offset);
-    case 0x2: return readFloating(offset, false);
-    case 0x3: return readFloating(offset, true);
-    case 0x4: return readData(offset);
-    case 0x5: return readText(offset, false);
-    case 0x6: return readText(offset, true);
-    case 0xA: return readArray(offset);
-    case 0xD: return readDictionary(offset);
-    default: fail(offset, "an object of kind " + std::to_string(bytes_[offset]) + " is not known");
+    case 0x0:
+        return readSimple(offset);
+    case 0x1:
+        return readInteger(offset);
+    case 0x2:
+        return readFloating(offset, false);
+    case 0x3:
+        return readFloating(offset, true);
+    case 0x4:
+        return readData(offset);
+    case 0x5:
+        return readText(offset, false);
+    case 0x6:
+        return readText(offset, true);
+    case 0xA:
+        return readArray(offset);
+    case 0xD:
+        return readDictionary(offset);
+    default:
+        fail(offset, "an object of kind " + std::to_string(bytes_[offset]) + " is not known");
     }
 }
 
@@ -105,8 +122,10 @@ util::Value BinaryReader::readFloating(std::size_t offset, bool isDate) {
         return isDate ? util::Value(util::Date(number + secondsFrom1970To2001)) : util::Value(number);
     }
     if (exponent == 2 && !isDate)
-        return static_cast<double>(std::bit_cast<float>(static_cast<std::uint32_t>(unsignedAt(offset + 1, 4))));
-    fail(offset, isDate ? "a date is not eight octets wide" : "a floating number is not four or eight octets wide");
+        return static_cast<double>(
+            std::bit_cast<float>(static_cast<std::uint32_t>(unsignedAt(offset + 1, 4))));
+    fail(offset,
+         isDate ? "a date is not eight octets wide" : "a floating number is not four or eight octets wide");
 }
 
 util::Value BinaryReader::readData(std::size_t offset) {
@@ -136,7 +155,8 @@ util::Value BinaryReader::readText(std::size_t offset, bool isWide) {
 util::Value BinaryReader::readArray(std::size_t offset) {
     const auto extent = extentAt(offset, referenceWidth_);
     util::ValueList list;
-    for (std::uint64_t i = 0; i < extent.count; ++i) list.push_back(readObject(referenceAt(extent, i)));
+    for (std::uint64_t i = 0; i < extent.count; ++i)
+        list.push_back(readObject(referenceAt(extent, i)));
     return util::Array(std::move(list));
 }
 
@@ -147,7 +167,8 @@ util::Value BinaryReader::readDictionary(std::size_t offset) {
         const auto key = readObject(referenceAt(extent, i)).as<util::String>();
         if (key.isNull()) fail(offset, "a key of a dictionary is no text");
         auto value = readObject(referenceAt(extent, extent.count + i));
-        if (!map.emplace(key.text(), std::move(value)).second) fail(offset, "the key \"" + key.text() + "\" stands twice");
+        if (!map.emplace(key.text(), std::move(value)).second)
+            fail(offset, "the key \"" + key.text() + "\" stands twice");
     }
     return util::Dictionary(std::move(map));
 }
@@ -173,7 +194,8 @@ util::BytesView BinaryReader::slice(std::size_t offset, std::uint64_t length) co
 std::uint64_t BinaryReader::unsignedAt(std::size_t offset, std::size_t width) const {
     if (offset > end_ || width > end_ - offset) fail(offset, "an object reaches beyond the objects");
     std::uint64_t value = 0;
-    for (std::size_t i = 0; i < width; ++i) value = (value << 8U) | bytes_[offset + i];
+    for (std::size_t i = 0; i < width; ++i)
+        value = (value << 8U) | bytes_[offset + i];
     return value;
 }
 

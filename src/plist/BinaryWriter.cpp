@@ -32,7 +32,8 @@ util::Bytes BinaryWriter::write(const util::Value& value) {
     }
     const std::uint64_t tableOffset = bytes_.size();
     const auto offsetWidth = widthOf(tableOffset);
-    for (const auto offset : offsets) writeBigEndian(offset, offsetWidth);
+    for (const auto offset : offsets)
+        writeBigEndian(offset, offsetWidth);
     writeTrailer(tableOffset, offsetWidth);
     return std::move(bytes_);
 }
@@ -49,21 +50,29 @@ std::size_t BinaryWriter::flatten(const util::Value& value, std::size_t depth) {
 
 void BinaryWriter::flattenContainer(std::size_t index, const util::Value& value, std::size_t depth) {
     std::vector<std::size_t> references;
-    for (const auto& [key, element] : value.as<util::Dictionary>().entries()) references.push_back(flatten(key, depth + 1));
+    for (const auto& [key, element] : value.as<util::Dictionary>().entries())
+        references.push_back(flatten(key, depth + 1));
     for (const auto& [key, element] : value.as<util::Dictionary>().entries())
         references.push_back(flatten(element, depth + 1));
-    for (const auto& element : value.as<util::Array>().elements()) references.push_back(flatten(element, depth + 1));
+    for (const auto& element : value.as<util::Array>().elements())
+        references.push_back(flatten(element, depth + 1));
     items_[index].references = std::move(references);
 }
 
 void BinaryWriter::writeItem(const Item& item) {
     const auto& value = item.value;
     switch (value.object()->kind()) {
-    case util::Kind::String: writeText(value.as<util::String>().text()); break;
-    case util::Kind::Number: writeNumber(value.as<util::Number>()); break;
+    case util::Kind::String:
+        writeText(value.as<util::String>().text());
+        break;
+    case util::Kind::Number:
+        writeNumber(value.as<util::Number>());
+        break;
     case util::Kind::Date:
         bytes_.push_back(0x33);
-        writeBigEndian(std::bit_cast<std::uint64_t>(value.as<util::Date>().secondsSinceEpoch() - secondsFrom1970To2001), 8);
+        writeBigEndian(
+            std::bit_cast<std::uint64_t>(value.as<util::Date>().secondsSinceEpoch() - secondsFrom1970To2001),
+            8);
         break;
     case util::Kind::Data: {
         const auto& octets = value.as<util::Data>().bytes();
@@ -71,11 +80,17 @@ void BinaryWriter::writeItem(const Item& item) {
         bytes_.insert(bytes_.end(), octets.begin(), octets.end());
         break;
     }
-    case util::Kind::Array: writeMarker(0xA, item.references.size()); break;
-    case util::Kind::Dictionary: writeMarker(0xD, item.references.size() / 2); break;
-    default: throw FormatFailure("a set or an opaque object has no property-list form");
+    case util::Kind::Array:
+        writeMarker(0xA, item.references.size());
+        break;
+    case util::Kind::Dictionary:
+        writeMarker(0xD, item.references.size() / 2);
+        break;
+    default:
+        throw FormatFailure("a set or an opaque object has no property-list form");
     }
-    for (const auto reference : item.references) writeBigEndian(reference, referenceWidth_);
+    for (const auto reference : item.references)
+        writeBigEndian(reference, referenceWidth_);
 }
 
 void BinaryWriter::writeNumber(const util::Number& number) {
@@ -102,7 +117,8 @@ void BinaryWriter::writeText(const std::string& text) {
     const auto units = utf16FromUtf8(text);
     if (!units) throw FormatFailure("a text is not in UTF-8");
     writeMarker(0x6, units->size());
-    for (const auto unit : *units) writeBigEndian(unit, 2);
+    for (const auto unit : *units)
+        writeBigEndian(unit, 2);
 }
 
 void BinaryWriter::writeMarker(unsigned kind, std::size_t count) {
@@ -117,7 +133,8 @@ void BinaryWriter::writeSizedInteger(std::uint64_t number) {
 }
 
 void BinaryWriter::writeBigEndian(std::uint64_t number, std::size_t width) {
-    for (std::size_t i = width; i-- > 0;) bytes_.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
+    for (std::size_t i = width; i-- > 0;)
+        bytes_.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
 }
 
 void BinaryWriter::writeTrailer(std::uint64_t tableOffset, std::size_t offsetWidth) {

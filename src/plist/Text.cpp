@@ -13,7 +13,12 @@ namespace {
 /// Takes one character off the front of well-formed UTF-8; none where it isn't.
 std::optional<char32_t> takeCharacter(std::string_view& text) {
     const auto lead = static_cast<std::uint8_t>(text.front());
-    const std::size_t length = lead < 0x80 ? 1 : lead < 0xC2 ? 0 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : lead < 0xF5 ? 4 : 0;
+    const std::size_t length = lead < 0x80   ? 1
+                               : lead < 0xC2 ? 0
+                               : lead < 0xE0 ? 2
+                               : lead < 0xF0 ? 3
+                               : lead < 0xF5 ? 4
+                                             : 0;
     if (length == 0 || length > text.size()) return std::nullopt;
     char32_t character = length == 1 ? lead : lead & (0xFFU >> (length + 1));
     for (std::size_t i = 1; i < length; ++i) {
@@ -58,7 +63,8 @@ bool isSpace(char c) { return c == ' ' || c == '\t' || c == '\n' || c == '\r'; }
 std::optional<int> number(std::string_view digits) {
     int value = 0;
     const auto [end, status] = std::from_chars(digits.data(), digits.data() + digits.size(), value);
-    if (status != std::errc() || end != digits.data() + digits.size() || digits.front() == '-') return std::nullopt;
+    if (status != std::errc() || end != digits.data() + digits.size() || digits.front() == '-')
+        return std::nullopt;
     return value;
 }
 
@@ -90,7 +96,8 @@ std::optional<std::string> utf8FromUtf16(std::u16string_view units) {
             continue;
         }
         if (i + 1 == units.size() || !isLowSurrogate(units[i + 1])) return std::nullopt;
-        appendUtf8(text, 0x10000 + ((static_cast<char32_t>(units[i]) - 0xD800) << 10U) + (units[i + 1] - 0xDC00U));
+        appendUtf8(text,
+                   0x10000 + ((static_cast<char32_t>(units[i]) - 0xD800) << 10U) + (units[i + 1] - 0xDC00U));
         ++i;
     }
     return text;
@@ -125,8 +132,10 @@ std::optional<std::string> octetsFromBase64(std::string_view text) {
     for (const char c : text) {
         if (isSpace(c)) continue;
         const auto digit = alphabet.find(c);
-        if (c == '=') ++padding;
-        else if (digit == std::string_view::npos || padding != 0) return std::nullopt;
+        if (c == '=')
+            ++padding;
+        else if (digit == std::string_view::npos || padding != 0)
+            return std::nullopt;
         group = (group << 6U) | (c == '=' ? 0U : static_cast<std::uint32_t>(digit));
         if (++digits % 4 != 0) continue;
         for (std::size_t k = 0; k < 3 - std::min<std::size_t>(padding, 3); ++k)
@@ -154,11 +163,12 @@ std::optional<std::string> dateText(double secondsSinceEpoch) {
 
 std::optional<double> secondsFromDateText(std::string_view text) {
     using namespace std::chrono;
-    if (text.size() != 20 || text[4] != '-' || text[7] != '-' || text[10] != 'T' || text[13] != ':' || text[16] != ':' ||
-        text[19] != 'Z')
+    if (text.size() != 20 || text[4] != '-' || text[7] != '-' || text[10] != 'T' || text[13] != ':' ||
+        text[16] != ':' || text[19] != 'Z')
         return std::nullopt;
     const auto y = number(text.substr(0, 4)), mo = number(text.substr(5, 2)), d = number(text.substr(8, 2));
-    const auto h = number(text.substr(11, 2)), mi = number(text.substr(14, 2)), s = number(text.substr(17, 2));
+    const auto h = number(text.substr(11, 2)), mi = number(text.substr(14, 2)),
+               s = number(text.substr(17, 2));
     if (!y || !mo || !d || !h || !mi || !s || *y < 1 || *h > 23 || *mi > 59 || *s > 59) return std::nullopt;
     const year_month_day date{year(*y), month(static_cast<unsigned>(*mo)), day(static_cast<unsigned>(*d))};
     if (!date.ok()) return std::nullopt;

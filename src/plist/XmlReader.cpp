@@ -62,7 +62,8 @@ util::Value leafFrom(const std::string& name, const std::string& text) {
 }
 
 bool isLeaf(std::string_view name) {
-    static constexpr std::string_view leaves[] = {"string", "integer", "real", "date", "data", "true", "false"};
+    static constexpr std::string_view leaves[] = {"string", "integer", "real", "date",
+                                                  "data",   "true",    "false"};
     return std::ranges::find(leaves, name) != std::end(leaves);
 }
 
@@ -127,12 +128,13 @@ private:
     static void XMLCALL onText(void* data, const XML_Char* text, int length) {
         self(data).guarded([&] { self(data).text({text, static_cast<std::size_t>(length)}); });
     }
-    static void XMLCALL onEntity(void* data, const XML_Char*, int, const XML_Char*, int, const XML_Char*, const XML_Char*,
-                                 const XML_Char*, const XML_Char*) {
+    static void XMLCALL onEntity(void* data, const XML_Char*, int, const XML_Char*, int, const XML_Char*,
+                                 const XML_Char*, const XML_Char*, const XML_Char*) {
         self(data).guarded([] { throw FormatFailure("entity declarations are not allowed"); });
     }
     static void XMLCALL onSkippedEntity(void* data, const XML_Char* name, int) {
-        self(data).guarded([&] { throw FormatFailure("the entity \"" + std::string(name) + "\" is not known"); });
+        self(data).guarded(
+            [&] { throw FormatFailure("the entity \"" + std::string(name) + "\" is not known"); });
     }
 
     void start(const std::string& name) {
@@ -188,8 +190,10 @@ private:
         auto container = std::move(stack_.back());
         stack_.pop_back();
         if (container.key) throw FormatFailure("the key \"" + *container.key + "\" has no value");
-        if (container.isDictionary) take(util::Dictionary(std::move(container.map)));
-        else take(util::Array(std::move(container.list)));
+        if (container.isDictionary)
+            take(util::Dictionary(std::move(container.map)));
+        else
+            take(util::Array(std::move(container.list)));
     }
 
     void take(const util::Value& value) {
@@ -204,8 +208,10 @@ private:
     }
 
     void text(std::string_view part) {
-        if (!leaf_.empty()) text_ += part;
-        else if (!trimmed(part).empty()) throw FormatFailure("text between the elements");
+        if (!leaf_.empty())
+            text_ += part;
+        else if (!trimmed(part).empty())
+            throw FormatFailure("text between the elements");
     }
 
     XML_Parser parser_;

@@ -2,8 +2,8 @@
 
 #include <memory>
 
-#include "util/Value.h"
 #include "util/Bytes.h"
+#include "util/Value.h"
 
 namespace corvane::plist {
 

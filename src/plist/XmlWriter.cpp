@@ -15,11 +15,16 @@ std::string escaped(std::string_view text) {
     std::string result;
     result.reserve(text.size());
     for (const char c : text) {
-        if (c == '&') result += "&amp;";
-        else if (c == '<') result += "&lt;";
-        else if (c == '>') result += "&gt;";
-        else if (c == '\r') result += "&#13;"; // readers turn a bare one into a line feed
-        else result += c;
+        if (c == '&')
+            result += "&amp;";
+        else if (c == '<')
+            result += "&lt;";
+        else if (c == '>')
+            result += "&gt;";
+        else if (c == '\r')
+            result += "&#13;"; // readers turn a bare one into a line feed
+        else
+            result += c;
     }
     return result;
 }
@@ -53,13 +58,20 @@ void XmlWriter::writeValue(const util::Value& value, std::size_t depth) {
     if (depth > maximumDepth) throw FormatFailure("containers are nested too deeply");
     depth_ = depth;
     switch (value.object()->kind()) {
-    case util::Kind::String: return writeElement(depth, "string", escaped(value.as<util::String>().text()));
-    case util::Kind::Number: return writeNumber(value.as<util::Number>());
-    case util::Kind::Date: return writeElement(depth, "date", dateElementText(value.as<util::Date>()));
-    case util::Kind::Data: return writeElement(depth, "data", octetText(value.as<util::Data>().bytes()));
-    case util::Kind::Array: return writeArray(value.as<util::Array>(), depth);
-    case util::Kind::Dictionary: return writeDictionary(value.as<util::Dictionary>(), depth);
-    default: throw FormatFailure("a set or an opaque object has no property-list form");
+    case util::Kind::String:
+        return writeElement(depth, "string", escaped(value.as<util::String>().text()));
+    case util::Kind::Number:
+        return writeNumber(value.as<util::Number>());
+    case util::Kind::Date:
+        return writeElement(depth, "date", dateElementText(value.as<util::Date>()));
+    case util::Kind::Data:
+        return writeElement(depth, "data", octetText(value.as<util::Data>().bytes()));
+    case util::Kind::Array:
+        return writeArray(value.as<util::Array>(), depth);
+    case util::Kind::Dictionary:
+        return writeDictionary(value.as<util::Dictionary>(), depth);
+    default:
+        throw FormatFailure("a set or an opaque object has no property-list form");
     }
 }
 
@@ -71,7 +83,8 @@ void XmlWriter::writeNumber(const util::Number& number) {
         writeElement(depth_, "real", realText(number.doubleValue()));
     } else {
         writeElement(depth_, "integer",
-                     number.isUnsigned() ? std::to_string(number.unsignedValue()) : std::to_string(number.integerValue()));
+                     number.isUnsigned() ? std::to_string(number.unsignedValue())
+                                         : std::to_string(number.integerValue()));
     }
 }
 
@@ -82,7 +95,8 @@ void XmlWriter::writeArray(const util::Array& array, std::size_t depth) {
         return;
     }
     document_ += "<array>\n";
-    for (const auto& element : array.elements()) writeValue(element, depth + 1);
+    for (const auto& element : array.elements())
+        writeValue(element, depth + 1);
     indent(depth);
     document_ += "</array>\n";
 }

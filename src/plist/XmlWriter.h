@@ -6,8 +6,8 @@
 
 namespace corvane::plist {
 
-/// Writes one value as an XML document. Used once. Throws `FormatFailure` on what has no XML form: null, sets,
-/// opaque leaves, texts with characters that XML can't hold, containers nested too deeply.
+/// Writes one value as an XML document. Used once. Throws `FormatFailure` on what has no XML form: null,
+/// sets, opaque leaves, texts with characters that XML can't hold, containers nested too deeply.
 class XmlWriter {
 public:
     [[nodiscard]] util::Bytes write(const util::Value& value);

@@ -10,14 +10,16 @@ namespace {
 /// A run loop that runs when told, and the store on it.
 struct Listener {
     explicit Listener(const TestMachine& machine)
-        : store(machine.engine, [this](std::function<void()> action) { posted.push_back(std::move(action)); }) {
+        : store(machine.engine,
+                [this](std::function<void()> action) { posted.push_back(std::move(action)); }) {
         const auto session = store.create("test", [this] { ++calls; });
         EXPECT_TRUE(session->setNotificationKeys({std::string(haldend::searchPolicyChangedKey)}));
         session->addToRunLoop();
     }
     int delivered() {
         const auto actions = std::exchange(posted, {});
-        for (const auto& action : actions) action();
+        for (const auto& action : actions)
+            action();
         return std::exchange(calls, 0);
     }
     std::vector<std::function<void()>> posted;
@@ -25,7 +27,8 @@ struct Listener {
     haldend::EmbeddedDynamicStore store;
 };
 
-const char* const listedCorp = "[sssd]\ndomains = corp\n# by hand\n[domain/corp]\nid_provider = ad\n[domain/b]\nid_provider = ldap\n";
+const char* const listedCorp =
+    "[sssd]\ndomains = corp\n# by hand\n[domain/corp]\nid_provider = ad\n[domain/b]\nid_provider = ldap\n";
 
 } // namespace
 
@@ -42,7 +45,8 @@ TEST(ChangedElsewhere, editSinceTheLastRead_failsTheCallAndIsNeverOverwritten) {
     EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
     EXPECT_EQ(listener.delivered(), 1);
     EXPECT_EQ(machine.call(machine.search(), 111).code, 0) << "the next call works on the new state";
-    EXPECT_NE(machine.folder.read("etc/sssd/sssd.conf").find("domains = corp, b\n# by hand"), std::string::npos);
+    EXPECT_NE(machine.folder.read("etc/sssd/sssd.conf").find("domains = corp, b\n# by hand"),
+              std::string::npos);
 }
 
 TEST(ChangedElsewhere, editNoticedByThePoll_isSignalledOnceAndStillFailsTheNextCall) {
@@ -72,7 +76,8 @@ TEST(ChangedElsewhere, editWhileTheServiceWasDown_isDerivedFromTheFiles) {
     machine.folder.write("etc/nsswitch.conf", plainNsswitch);
     machine.start();
     EXPECT_EQ(machine.mode(machine.search()), attribute::localOnlySearchPath);
-    EXPECT_EQ(machine.mode(machine.contacts()), attribute::customSearchPath) << "the files say nothing about contacts";
+    EXPECT_EQ(machine.mode(machine.contacts()), attribute::customSearchPath)
+        << "the files say nothing about contacts";
     EXPECT_EQ(machine.call(machine.search(), 111).code, 0);
 }
 
@@ -83,7 +88,8 @@ TEST(ChangedElsewhere, editOfACommentAlone_keepsTheStoredPolicy) {
     machine.folder.write("etc/nsswitch.conf", "# looked after\n" + machine.folder.read("etc/nsswitch.conf"));
     machine.start();
     EXPECT_EQ(machine.mode(machine.search()), attribute::customSearchPath);
-    EXPECT_EQ(machine.path(machine.search(), attribute::customSearchPath).back(), "/LDAP/planned.example.com");
+    EXPECT_EQ(machine.path(machine.search(), attribute::customSearchPath).back(),
+              "/LDAP/planned.example.com");
 }
 
 TEST(ChangedElsewhere, listedNodeOfASwitchedOffConnector_switchesItOn) {
@@ -100,10 +106,12 @@ TEST(ChangedElsewhere, listedNodeOfASwitchedOffConnector_switchesItOn) {
 
 TEST(ChangedElsewhere, twoServicesOnOneFolder_noticeEachOther) {
     TestMachine machine;
-    auto other = std::make_shared<haldend::Engine>(machine.folder.path(), machine.codec, machine.log, sharedLenses());
+    auto other =
+        std::make_shared<haldend::Engine>(machine.folder.path(), machine.codec, machine.log, sharedLenses());
     Listener listener(machine);
     (void)machine.mode(machine.search());
-    other->machine().change([](haldend::MachinePolicy& policy) { policy.contacts.mode = haldend::PolicyMode::custom; });
+    other->machine().change(
+        [](haldend::MachinePolicy& policy) { policy.contacts.mode = haldend::PolicyMode::custom; });
     machine.engine->pollForChanges();
     EXPECT_EQ(listener.delivered(), 1);
     EXPECT_EQ(machine.mode(machine.contacts()), attribute::customSearchPath);

@@ -12,14 +12,20 @@ namespace {
 
 halden::RecordList records(const TestMachine& machine, std::string_view type) {
     const auto query = machine.node(halden::NodeType::configNode)
-                           ->query({{std::string(type)}, std::string(attribute::recordName), halden::MatchType::equalTo,
-                                    {std::string(halden::allRecords)}, {std::string(attribute::all)}, 0}, nullptr);
+                           ->query({{std::string(type)},
+                                    std::string(attribute::recordName),
+                                    halden::MatchType::equalTo,
+                                    {std::string(halden::allRecords)},
+                                    {std::string(attribute::all)},
+                                    0},
+                                   nullptr);
     return *query->results(false, nullptr);
 }
 
 std::string stateOf(const TestMachine& machine, const std::string& name) {
     for (const auto& record : records(machine, halden::recordType::plugins))
-        if (record->recordName() == name) return record->valuesForAttribute(attribute::functionalState, nullptr).textAt(0);
+        if (record->recordName() == name)
+            return record->valuesForAttribute(attribute::functionalState, nullptr).textAt(0);
     return "(none)";
 }
 
@@ -32,7 +38,8 @@ constexpr int ldap = 5; // the length of its version text
 
 TEST(Connectors, versionTexts_differInLength) {
     std::set<std::size_t> lengths;
-    for (const auto& connector : haldend::connectors) lengths.insert(connector.version.size());
+    for (const auto& connector : haldend::connectors)
+        lengths.insert(connector.version.size());
     EXPECT_EQ(lengths.size(), haldend::connectors.size());
 }
 
@@ -41,7 +48,8 @@ TEST(Connectors, records_showStateAndVersionAndNoConfigurationProgram) {
     const auto found = records(machine, halden::recordType::plugins);
     ASSERT_EQ(found.size(), 6U);
     EXPECT_EQ(found[2]->recordName(), "LDAP");
-    EXPECT_EQ(found[2]->valuesForAttribute(attribute::version, nullptr).textAt(0).size(), static_cast<std::size_t>(ldap));
+    EXPECT_EQ(found[2]->valuesForAttribute(attribute::version, nullptr).textAt(0).size(),
+              static_cast<std::size_t>(ldap));
     halden::Error error;
     EXPECT_TRUE(found[2]->valuesForAttribute(attribute::configAvailable, &error).isNull());
     EXPECT_EQ(error.code, halden::ErrorCode::attributeUnknown);
@@ -88,7 +96,9 @@ TEST(Connectors, ownFilesAndSearchNodes_refuseToBeSwitchedOff) {
     for (const auto& connector : haldend::connectors) {
         const auto error = flip(machine, static_cast<int>(connector.version.size()));
         EXPECT_EQ(error.code == 0, connector.canBeSwitchedOff) << connector.name;
-        if (error) { EXPECT_NE(error.description.find(std::string(connector.name)), std::string::npos); }
+        if (error) {
+            EXPECT_NE(error.description.find(std::string(connector.name)), std::string::npos);
+        }
     }
 }
 

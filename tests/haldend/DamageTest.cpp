@@ -48,7 +48,8 @@ TEST(Damage, repairedFile_worksWithoutARestart) {
 
 TEST(Damage, damagedStoredPolicy_isReportedAndKept) {
     TestMachine machine;
-    for (const auto* text : {"", "garbage", "<plist><dict/></plist>", "<plist><dict><key>Version</key><integer>9</integer></dict></plist>"}) {
+    for (const auto* text : {"", "garbage", "<plist><dict/></plist>",
+                             "<plist><dict><key>Version</key><integer>9</integer></dict></plist>"}) {
         machine.folder.write("var/lib/corvane/policies.plist", text);
         machine.start();
         expectClear(detailsError(machine), "policies.plist");
@@ -63,7 +64,8 @@ TEST(Damage, missingFolder_opensAndExplains) {
     const auto engine = std::make_shared<haldend::Engine>("/nonexistent/machine", codec, log, sharedLenses());
     haldend::EmbeddedFramework framework(engine);
     halden::Error error;
-    const auto search = framework.defaultSession()->nodeWithType(halden::NodeType::authenticationSearchNode, &error);
+    const auto search =
+        framework.defaultSession()->nodeWithType(halden::NodeType::authenticationSearchNode, &error);
     ASSERT_NE(search, nullptr);
     EXPECT_TRUE(search->nodeDetails(std::nullopt, &error).isNull());
     expectClear(error, "/nonexistent/machine");
@@ -100,5 +102,6 @@ TEST(Damage, unknownNode_isReported) {
     halden::Error error;
     EXPECT_FALSE(machine.framework->defaultSession()->nodeWithName("/LDAP/nowhere", &error));
     EXPECT_EQ(error.code, halden::ErrorCode::nodeUnknown);
-    EXPECT_FALSE(machine.framework->defaultSession()->nodeWithType(static_cast<halden::NodeType>(7), nullptr));
+    EXPECT_FALSE(
+        machine.framework->defaultSession()->nodeWithType(static_cast<halden::NodeType>(7), nullptr));
 }

@@ -8,13 +8,18 @@ using Names = std::vector<std::string>;
 namespace {
 
 /// The configuration of a machine with one directory; `options` are further lines of its section.
-std::string section(const std::string& uri, const std::string& options = "ldap_search_base = dc=example,dc=com\n") {
+std::string section(const std::string& uri,
+                    const std::string& options = "ldap_search_base = dc=example,dc=com\n") {
     return "[sssd]\ndomains = d\n[domain/d]\nid_provider = ldap\nldap_uri = " + uri + "\n" + options;
 }
 
 halden::QueryParameters users(halden::MatchType type, const std::string& text) {
-    return {{std::string(halden::recordType::users)}, std::string(attribute::recordName), type, {text},
-            {std::string(attribute::all)}, 0};
+    return {{std::string(halden::recordType::users)},
+            std::string(attribute::recordName),
+            type,
+            {text},
+            {std::string(attribute::all)},
+            0};
 }
 
 /// The one directory of the machine.
@@ -31,7 +36,8 @@ std::optional<halden::RecordList> found(const TestMachine& machine, const halden
 Names namesOf(const std::optional<halden::RecordList>& records) {
     Names names;
     if (!records) return {"(failed)"};
-    for (const auto& record : *records) names.push_back(record->recordName());
+    for (const auto& record : *records)
+        names.push_back(record->recordName());
     return names;
 }
 
@@ -60,7 +66,8 @@ TEST(LdapNode, nameOfANode_isItsFirstServersHostAndUnusualPort) {
 }
 
 TEST(LdapNode, secondNodeOfAName_getsItsSectionBehindIt) {
-    TestMachine machine("[domain/a]\nid_provider = ldap\nldap_uri = ldap://x\n[domain/b]\nid_provider = ldap\nldap_uri = ldap://x\n");
+    TestMachine machine("[domain/a]\nid_provider = ldap\nldap_uri = ldap://x\n[domain/b]\nid_provider = "
+                        "ldap\nldap_uri = ldap://x\n");
     EXPECT_EQ(machine.framework->defaultSession()->nodeNames(nullptr).texts(),
               (Names{"/Local/Accounts", "/BSD/Files", "/LDAP/x", "/LDAP/x/b", "/Search", "/Contacts"}));
 }
@@ -70,9 +77,11 @@ TEST(LdapNode, usersAndGroups_haveTheirAttributes) {
     TestMachine machine(section(slapd.uri()));
     const auto bertha = found(machine, users(halden::MatchType::equalTo, "bertha"));
     ASSERT_EQ(namesOf(bertha), Names{"bertha"});
-    EXPECT_EQ(bertha->front()->valuesForAttribute(attribute::realName, nullptr).texts(), Names{"Bertha Birch"});
+    EXPECT_EQ(bertha->front()->valuesForAttribute(attribute::realName, nullptr).texts(),
+              Names{"Bertha Birch"});
     EXPECT_EQ(bertha->front()->valuesForAttribute(attribute::uniqueID, nullptr).texts(), Names{"5001"});
-    EXPECT_EQ(bertha->front()->valuesForAttribute(attribute::mail, nullptr).texts(), Names{"bertha@example.com"});
+    EXPECT_EQ(bertha->front()->valuesForAttribute(attribute::mail, nullptr).texts(),
+              Names{"bertha@example.com"});
     auto groups = users(halden::MatchType::equalTo, "bertha");
     groups.recordTypes = {std::string(halden::recordType::groups)};
     groups.attribute = attribute::groupMembership;
@@ -92,7 +101,8 @@ TEST(LdapNode, charactersWithAMeaningInFilters_areTakenLiterally) {
 TEST(LdapNode, manyEntries_comeInPages) {
     const TestSlapd slapd(1200);
     TestMachine machine(section(slapd.uri(), "ldap_page_size = 100\n"));
-    EXPECT_EQ(found(machine, users(halden::MatchType::any, ""))->size(), 1202U) << "without a base the server is asked for it";
+    EXPECT_EQ(found(machine, users(halden::MatchType::any, ""))->size(), 1202U)
+        << "without a base the server is asked for it";
     auto limited = users(halden::MatchType::any, "");
     limited.maximumResults = 150;
     EXPECT_EQ(found(machine, limited)->size(), 150U);
@@ -109,7 +119,8 @@ TEST(LdapNode, serversSizeLimit_isAnErrorUnlessPartialResultsWillDo) {
 
 TEST(LdapNode, bindNameAndPassword_areTakenFromTheSectionWhole) {
     const TestSlapd slapd(0, "require bind\ndisallow bind_anon");
-    const std::string name = "ldap_search_base = dc=example,dc=com\nldap_default_bind_dn = cn=admin,dc=example,dc=com\n";
+    const std::string name =
+        "ldap_search_base = dc=example,dc=com\nldap_default_bind_dn = cn=admin,dc=example,dc=com\n";
     TestMachine right(section(slapd.uri(), name + "ldap_default_authtok = s3cret#;x\n"));
     EXPECT_EQ(namesOf(found(right, users(halden::MatchType::equalTo, "bertha"))), Names{"bertha"});
     TestMachine wrong(section(slapd.uri(), name + "ldap_default_authtok = s3cret\n"));
@@ -128,13 +139,20 @@ TEST(LdapNode, encryption_isUsedAndTheCertificateChecked) {
     const auto trust = "ldap_tls_cacert = " + slapd.certificate() + "\n";
     const auto bertha = users(halden::MatchType::equalTo, "bertha");
     EXPECT_EQ(namesOf(found(TestMachine(section(slapd.tlsUri(), base + trust)), bertha)), Names{"bertha"});
-    EXPECT_EQ(namesOf(found(TestMachine(section(slapd.uri(), base + trust + "ldap_id_use_start_tls = true\n")), bertha)), Names{"bertha"});
+    EXPECT_EQ(
+        namesOf(found(TestMachine(section(slapd.uri(), base + trust + "ldap_id_use_start_tls = true\n")),
+                      bertha)),
+        Names{"bertha"});
     halden::Error error;
-    EXPECT_FALSE(found(TestMachine(section(slapd.tlsUri(), base)), bertha, &error)) << "nobody vouches for the certificate";
+    EXPECT_FALSE(found(TestMachine(section(slapd.tlsUri(), base)), bertha, &error))
+        << "nobody vouches for the certificate";
     expectClear(error, slapd.tlsUri());
-    EXPECT_FALSE(found(TestMachine(section(slapd.uri(), base + "ldap_id_use_start_tls = true\n")), bertha, &error));
+    EXPECT_FALSE(
+        found(TestMachine(section(slapd.uri(), base + "ldap_id_use_start_tls = true\n")), bertha, &error));
     expectClear(error, "encrypt the connection");
-    EXPECT_EQ(namesOf(found(TestMachine(section(slapd.tlsUri(), base + "ldap_tls_reqcert = never\n")), bertha)), Names{"bertha"});
+    EXPECT_EQ(
+        namesOf(found(TestMachine(section(slapd.tlsUri(), base + "ldap_tls_reqcert = never\n")), bertha)),
+        Names{"bertha"});
 }
 
 TEST(LdapNode, serverThatIsDown_isReportedAndTheNextOneAsked) {
@@ -144,7 +162,9 @@ TEST(LdapNode, serverThatIsDown_isReportedAndTheNextOneAsked) {
     EXPECT_FALSE(found(TestMachine(section(down)), users(halden::MatchType::any, ""), &error));
     EXPECT_EQ(error.code, halden::ErrorCode::nodeUnreachable);
     expectClear(error, down);
-    EXPECT_EQ(namesOf(found(TestMachine(section(down + ", " + slapd.uri())), users(halden::MatchType::equalTo, "bertha"))), Names{"bertha"});
+    EXPECT_EQ(namesOf(found(TestMachine(section(down + ", " + slapd.uri())),
+                            users(halden::MatchType::equalTo, "bertha"))),
+              Names{"bertha"});
 }
 
 TEST(LdapNode, serverThatSaysNothing_isGivenUpAfterTheConfiguredTime) {
@@ -156,14 +176,16 @@ TEST(LdapNode, serverThatSaysNothing_isGivenUpAfterTheConfiguredTime) {
         halden::Error error;
         EXPECT_FALSE(found(TestMachine(section(uri, patience)), users(halden::MatchType::any, ""), &error));
         expectClear(error, uri);
-        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10)) << scheme << ": it hangs";
+        EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(10))
+            << scheme << ": it hangs";
     }
 }
 
 TEST(LdapNode, wrongBase_isReported) {
     const TestSlapd slapd;
     halden::Error error;
-    EXPECT_FALSE(found(TestMachine(section(slapd.uri(), "ldap_search_base = dc=nowhere\n")), users(halden::MatchType::any, ""), &error));
+    EXPECT_FALSE(found(TestMachine(section(slapd.uri(), "ldap_search_base = dc=nowhere\n")),
+                       users(halden::MatchType::any, ""), &error));
     expectClear(error, "dc=nowhere");
     EXPECT_NE(error.recovery.find("ldap_search_base"), std::string::npos);
 }
@@ -172,7 +194,9 @@ TEST(SearchNode, directoryOnThePath_isSearchedAfterTheOwnFiles) {
     const TestSlapd slapd;
     TestMachine machine(section(slapd.uri()));
     (void)machine.call(machine.search(), 111);
-    EXPECT_EQ(namesOf(machine.search()->query(users(halden::MatchType::contains, "e"), nullptr)->results(false, nullptr)),
+    EXPECT_EQ(namesOf(machine.search()
+                          ->query(users(halden::MatchType::contains, "e"), nullptr)
+                          ->results(false, nullptr)),
               (Names{"alice", "bertha", "odd*(name)"}));
 }
 

@@ -9,14 +9,19 @@ using Names = std::vector<std::string>;
 namespace {
 
 halden::QueryParameters users(halden::MatchType type, const std::string& text) {
-    return {{std::string(halden::recordType::users)}, std::string(attribute::recordName), type, {text},
-            {std::string(attribute::all)}, 0};
+    return {{std::string(halden::recordType::users)},
+            std::string(attribute::recordName),
+            type,
+            {text},
+            {std::string(attribute::all)},
+            0};
 }
 
 Names namesOf(const std::shared_ptr<halden::Node>& node, const halden::QueryParameters& parameters) {
     Names names;
     const auto found = node->query(parameters, nullptr)->results(false, nullptr);
-    for (const auto& record : found.value()) names.push_back(record->recordName());
+    for (const auto& record : found.value())
+        names.push_back(record->recordName());
     return names;
 }
 
@@ -26,7 +31,8 @@ TEST(LocalNode, user_hasTheAttributesOfItsLine) {
     TestMachine machine;
     const auto node = machine.node(halden::NodeType::localNodes);
     EXPECT_EQ(node->name(), "/Local/Accounts");
-    const auto found = *node->query(users(halden::MatchType::equalTo, "alice"), nullptr)->results(false, nullptr);
+    const auto found =
+        *node->query(users(halden::MatchType::equalTo, "alice"), nullptr)->results(false, nullptr);
     ASSERT_EQ(found.size(), 1U);
     EXPECT_EQ(found[0]->valuesForAttribute(attribute::realName, nullptr).texts(), Names{"Alice Ash"});
     EXPECT_EQ(found[0]->valuesForAttribute(attribute::uniqueID, nullptr).texts(), Names{"1000"});
@@ -49,14 +55,20 @@ TEST(LocalNode, attributesToReturn_limitWhatComesBesideTheName) {
     TestMachine machine;
     auto parameters = users(halden::MatchType::equalTo, "alice");
     parameters.attributesToReturn = {std::string(attribute::userShell)};
-    const auto found = *machine.node(halden::NodeType::localNodes)->query(parameters, nullptr)->results(false, nullptr);
-    EXPECT_EQ(found[0]->attributes().keys(), (Names{std::string(attribute::recordName), std::string(attribute::userShell)}));
+    const auto found =
+        *machine.node(halden::NodeType::localNodes)->query(parameters, nullptr)->results(false, nullptr);
+    EXPECT_EQ(found[0]->attributes().keys(),
+              (Names{std::string(attribute::recordName), std::string(attribute::userShell)}));
 }
 
 TEST(LocalNode, group_hasItsMembers) {
     TestMachine machine;
-    halden::QueryParameters parameters{{std::string(halden::recordType::groups)}, std::string(attribute::groupMembership),
-                                       halden::MatchType::equalTo, {"alice"}, {std::string(attribute::all)}, 0};
+    halden::QueryParameters parameters{{std::string(halden::recordType::groups)},
+                                       std::string(attribute::groupMembership),
+                                       halden::MatchType::equalTo,
+                                       {"alice"},
+                                       {std::string(attribute::all)},
+                                       0};
     EXPECT_EQ(namesOf(machine.node(halden::NodeType::localNodes), parameters), Names{"staff"});
 }
 
@@ -68,7 +80,8 @@ TEST(LocalNode, oddLines_arePassedOver) {
 TEST(LocalNode, missingAccountsFile_holdsNone) {
     TestMachine machine;
     std::filesystem::remove(machine.folder.path() + "/etc/passwd");
-    EXPECT_EQ(namesOf(machine.node(halden::NodeType::localNodes), users(halden::MatchType::any, "")), Names{});
+    EXPECT_EQ(namesOf(machine.node(halden::NodeType::localNodes), users(halden::MatchType::any, "")),
+              Names{});
 }
 
 TEST(LocalNode, credentials_areTheExternalFormOfAnAuthorizationWithRights) {
@@ -76,7 +89,8 @@ TEST(LocalNode, credentials_areTheExternalFormOfAnAuthorizationWithRights) {
     const auto node = machine.node(halden::NodeType::localNodes);
     const auto set = [&](const util::Bytes& form) {
         halden::Error error;
-        const bool done = node->setCredentials(halden::recordType::users, halden::authenticationType::authorizationExternalForm,
+        const bool done = node->setCredentials(halden::recordType::users,
+                                               halden::authenticationType::authorizationExternalForm,
                                                util::Array{util::Data(form)}, nullptr, nullptr, &error);
         EXPECT_EQ(done, !error);
         return error.code;
@@ -86,7 +100,8 @@ TEST(LocalNode, credentials_areTheExternalFormOfAnAuthorizationWithRights) {
     EXPECT_EQ(set(util::Bytes(32)), halden::ErrorCode::credentials);
     machine.authorization->destroyRights();
     EXPECT_EQ(set(form), halden::ErrorCode::credentials);
-    EXPECT_FALSE(node->setCredentials(halden::recordType::users, "password", util::Array{"x"}, nullptr, nullptr, nullptr));
+    EXPECT_FALSE(node->setCredentials(halden::recordType::users, "password", util::Array{"x"}, nullptr,
+                                      nullptr, nullptr));
 }
 
 TEST(SearchNode, recordOfSeveralNodes_isFoundOnce) {

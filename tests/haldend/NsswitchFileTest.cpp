@@ -19,13 +19,15 @@ std::string without(const std::string& text) { return file(text).textUsingSssd(f
 } // namespace
 
 TEST(NsswitchFile, sssWanted_comesRightAfterFilesInTheFourDatabases) {
-    EXPECT_EQ(with("passwd: files systemd\ngroup:\tfiles systemd\nshadow:   files\nnetgroup: nis\n"),
-              "passwd: files sss systemd\ngroup:\tfiles sss systemd\nshadow:   files sss\nnetgroup: nis sss\n");
+    EXPECT_EQ(
+        with("passwd: files systemd\ngroup:\tfiles systemd\nshadow:   files\nnetgroup: nis\n"),
+        "passwd: files sss systemd\ngroup:\tfiles sss systemd\nshadow:   files sss\nnetgroup: nis sss\n");
 }
 
 TEST(NsswitchFile, sssNotWanted_goesFromTheFourDatabasesAlone) {
-    EXPECT_EQ(without("passwd: files sss systemd\ngroup: sss files\nservices: db files sss\nautomount:  sss\n"),
-              "passwd: files systemd\ngroup: files\nservices: db files sss\nautomount:  sss\n");
+    EXPECT_EQ(
+        without("passwd: files sss systemd\ngroup: sss files\nservices: db files sss\nautomount:  sss\n"),
+        "passwd: files systemd\ngroup: files\nservices: db files sss\nautomount:  sss\n");
 }
 
 TEST(NsswitchFile, sssAlreadyThere_staysWhereItStands) {
@@ -34,8 +36,9 @@ TEST(NsswitchFile, sssAlreadyThere_staysWhereItStands) {
 }
 
 TEST(NsswitchFile, commentsAndForeignLines_keepEveryOctet) {
-    const std::string text = "# /etc/nsswitch.conf\n#\n\n  # indented \t note\npasswd:   files  systemd   # people\n\n\n"
-                             "hosts:          files mdns4_minimal [NOTFOUND=return] dns\nnetgroup:       nis\n\n# end";
+    const std::string text =
+        "# /etc/nsswitch.conf\n#\n\n  # indented \t note\npasswd:   files  systemd   # people\n\n\n"
+        "hosts:          files mdns4_minimal [NOTFOUND=return] dns\nnetgroup:       nis\n\n# end";
     const auto on = with(text);
     EXPECT_NE(on.find("passwd:   files  sss systemd   # people\n"), std::string::npos) << on;
     EXPECT_NE(on.find("hosts:          files mdns4_minimal [NOTFOUND=return] dns\n"), std::string::npos);
@@ -44,11 +47,14 @@ TEST(NsswitchFile, commentsAndForeignLines_keepEveryOctet) {
 
 TEST(NsswitchFile, reactions_keepTheirPlace) {
     const std::string text = "passwd: files [!SUCCESS=continue] ldap\ngroup: files [SUCCESS=merge] systemd\n";
-    EXPECT_EQ(with(text), "passwd: files sss [!SUCCESS=continue] ldap\ngroup: files sss [SUCCESS=merge] systemd\n");
+    EXPECT_EQ(with(text),
+              "passwd: files sss [!SUCCESS=continue] ldap\ngroup: files sss [SUCCESS=merge] systemd\n");
     EXPECT_EQ(without(with(text)), text);
 }
 
-TEST(NsswitchFile, missingDatabases_stayMissing) { EXPECT_EQ(with("passwd: files\n"), "passwd: files sss\n"); }
+TEST(NsswitchFile, missingDatabases_stayMissing) {
+    EXPECT_EQ(with("passwd: files\n"), "passwd: files sss\n");
+}
 
 TEST(NsswitchFile, noAccountDatabase_isAClearErrorWhenSssIsWanted) {
     EXPECT_EQ(without("hosts: files dns\n"), "hosts: files dns\n");

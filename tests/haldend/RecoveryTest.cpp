@@ -12,7 +12,8 @@ const char* const newNsswitch = "passwd: files sss\ngroup: files sss\n";
 /// A folder as a crash right after the journal was written leaves it.
 void interrupt(const TestMachine& machine) {
     TransactionJournal journal;
-    journal.entries.push_back({machineFile::nsswitch, Fingerprint::of(machine.folder.read("etc/nsswitch.conf")),
+    journal.entries.push_back({machineFile::nsswitch,
+                               Fingerprint::of(machine.folder.read("etc/nsswitch.conf")),
                                Fingerprint::of(std::string(newNsswitch))});
     machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
     machine.folder.write("var/lib/corvane/journal", journal.text());
@@ -38,8 +39,9 @@ TEST(Recovery, crashBeforeTheJournal_isUndoneAtTheNextStart) {
     machine.folder.write("var/lib/corvane/check-abcdef/sssd.conf", "candidate");
     machine.start();
     EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
-    for (const auto* leftover : {"etc/.nsswitch.conf.corvane-new", "etc/sssd/.sssd.conf.corvane-new",
-                                 "var/lib/corvane/generations/part-0000000001", "var/lib/corvane/check-abcdef"})
+    for (const auto* leftover :
+         {"etc/.nsswitch.conf.corvane-new", "etc/sssd/.sssd.conf.corvane-new",
+          "var/lib/corvane/generations/part-0000000001", "var/lib/corvane/check-abcdef"})
         EXPECT_FALSE(machine.folder.has(leftover)) << leftover;
 }
 
@@ -61,9 +63,10 @@ TEST(Recovery, fileEditedAfterTheCrash_isLeftAsItIs) {
 }
 
 TEST(Recovery, journalThatIsNone_isKeptAsideAndChangesNothing) {
-    for (const std::string text : {"", "corvane journal 1\netc/nsswitch.conf\tx\ty\nend\n", "corvane journal 1\n",
-                                   "corvane journal 1\netc/passwd\tabsent\tabsent\nend\n",
-                                   "corvane journal 1\n../../etc/passwd\tabsent\t1-2\nend\n"}) {
+    for (const std::string text :
+         {"", "corvane journal 1\netc/nsswitch.conf\tx\ty\nend\n", "corvane journal 1\n",
+          "corvane journal 1\netc/passwd\tabsent\tabsent\nend\n",
+          "corvane journal 1\n../../etc/passwd\tabsent\t1-2\nend\n"}) {
         TestMachine machine;
         machine.folder.write("var/lib/corvane/journal", text);
         machine.start();
@@ -75,8 +78,9 @@ TEST(Recovery, journalThatIsNone_isKeptAsideAndChangesNothing) {
 
 TEST(Recovery, journalText_isReadBackAsWritten) {
     TransactionJournal journal;
-    journal.entries = {{"etc/nsswitch.conf", {}, Fingerprint::of(std::string("a"))},
-                       {"etc/sssd/sssd.conf", Fingerprint::of(std::string("")), Fingerprint::of(std::string("b"))}};
+    journal.entries = {
+        {"etc/nsswitch.conf", {}, Fingerprint::of(std::string("a"))},
+        {"etc/sssd/sssd.conf", Fingerprint::of(std::string("")), Fingerprint::of(std::string("b"))}};
     EXPECT_EQ(TransactionJournal::fromText(journal.text())->entries, journal.entries);
     for (std::size_t length = 0; length + 1 < journal.text().size(); ++length)
         EXPECT_FALSE(TransactionJournal::fromText(journal.text().substr(0, length))) << length;

@@ -11,12 +11,15 @@ using namespace corvane::haldend::test;
 namespace {
 
 const char* const serverTemplate =
-    "include /etc/ldap/schema/core.schema\ninclude /etc/ldap/schema/cosine.schema\ninclude /etc/ldap/schema/nis.schema\n"
-    "include /etc/ldap/schema/inetorgperson.schema\nmodulepath /usr/lib/ldap\nmoduleload back_mdb\npidfile \"@DIR@/pid\"\n"
+    "include /etc/ldap/schema/core.schema\ninclude /etc/ldap/schema/cosine.schema\ninclude "
+    "/etc/ldap/schema/nis.schema\n"
+    "include /etc/ldap/schema/inetorgperson.schema\nmodulepath /usr/lib/ldap\nmoduleload back_mdb\npidfile "
+    "\"@DIR@/pid\"\n"
     "# port @PORT@\ndatabase mdb\nsuffix \"dc=acme,dc=example\"\ndirectory \"@DIR@/data\"\n";
 const char* const serverEntries =
     "dn: dc=acme,dc=example\nobjectClass: dcObject\nobjectClass: organization\no: Acme\ndc: acme\n\n"
-    "dn: uid=wile,dc=acme,dc=example\nobjectClass: inetOrgPerson\nobjectClass: posixAccount\nuid: wile\ncn: Wile\nsn: x\n"
+    "dn: uid=wile,dc=acme,dc=example\nobjectClass: inetOrgPerson\nobjectClass: posixAccount\nuid: wile\ncn: "
+    "Wile\nsn: x\n"
     "uidNumber: 6000\ngidNumber: 6000\nhomeDirectory: /home/wile\n";
 
 /// A machine to copy from, the templates, and a place for the copy.
@@ -51,12 +54,15 @@ std::string reasonOf(const std::function<void()>& action) {
 
 TEST(MachineFolderMaker, firstUse_copiesWhatCanBeRead) {
     Workshop workshop;
-    workshop.base.write("machine/etc/sssd/sssd.conf", "[sssd]\ndomains = a\n[domain/a]\nid_provider = ldap\n");
+    workshop.base.write("machine/etc/sssd/sssd.conf",
+                        "[sssd]\ndomains = a\n[domain/a]\nid_provider = ldap\n");
     EXPECT_TRUE(workshop.make());
     EXPECT_EQ(workshop.base.read("new/copy/etc/hostname"), "box\n");
-    EXPECT_EQ(workshop.base.read("new/copy/etc/sssd/sssd.conf"), workshop.base.read("machine/etc/sssd/sssd.conf"));
+    EXPECT_EQ(workshop.base.read("new/copy/etc/sssd/sssd.conf"),
+              workshop.base.read("machine/etc/sssd/sssd.conf"));
     EXPECT_FALSE(workshop.base.has("new/copy/etc/group"));
-    EXPECT_EQ(SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log), nullptr) << "it has a directory of its own";
+    EXPECT_EQ(SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log), nullptr)
+        << "it has a directory of its own";
 }
 
 TEST(MachineFolderMaker, secondUse_leavesTheFolderAlone) {
@@ -90,8 +96,10 @@ TEST(SampleDirectory, machineWithoutADirectory_getsOneThatAnswers) {
     EmbeddedFramework framework(engine);
     const auto node = framework.defaultSession()->nodeWithName("/LDAP/" + sample->uri().substr(7), nullptr);
     ASSERT_NE(node, nullptr);
-    const auto people = node->query({{std::string(halden::recordType::users)}, "", halden::MatchType::any, {}, {}, 0}, nullptr)
-                            ->results(false, nullptr);
+    const auto people =
+        node->query({{std::string(halden::recordType::users)}, "", halden::MatchType::any, {}, {}, 0},
+                    nullptr)
+            ->results(false, nullptr);
     ASSERT_TRUE(people.has_value());
     ASSERT_EQ(people->size(), 1U);
     EXPECT_EQ(people->front()->recordName(), "wile");
@@ -126,7 +134,8 @@ TEST(SampleDirectory, killedProgram_leavesNoServerBehind) {
         const auto sample = SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log);
         const auto uri = sample->uri() + "\n";
         if (::write(ends[1], uri.data(), uri.size()) < 0) ::_exit(1);
-        for (;;) ::pause();
+        for (;;)
+            ::pause();
     }
     char buffer[200];
     const auto length = ::read(ends[0], buffer, sizeof buffer);
@@ -155,7 +164,8 @@ TEST(SampleDirectory, portInUse_isReported) {
     const auto at = sssd.find("127.0.0.1:") + 10;
     sssd.replace(at, sssd.find('\n', at) - at, std::to_string(squatter.port()));
     workshop.base.write("new/copy/etc/sssd/sssd.conf", sssd);
-    const auto reason = reasonOf([&] { (void)SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log); });
+    const auto reason =
+        reasonOf([&] { (void)SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log); });
     EXPECT_NE(reason.find("ended at once"), std::string::npos) << reason;
     EXPECT_NE(reason.find("uses that port"), std::string::npos) << reason;
 }
@@ -164,6 +174,7 @@ TEST(SampleDirectory, entriesThatDontLoad_areReported) {
     Workshop workshop;
     workshop.base.write("share/company.ldif", "dn: nonsense\n");
     EXPECT_TRUE(workshop.make());
-    const auto reason = reasonOf([&] { (void)SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log); });
+    const auto reason =
+        reasonOf([&] { (void)SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log); });
     EXPECT_NE(reason.find("company.ldif failed"), std::string::npos) << reason;
 }

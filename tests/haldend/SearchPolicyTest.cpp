@@ -29,14 +29,17 @@ TEST(SearchPolicy, firstReadWithoutSss_isLocal) {
 }
 
 TEST(SearchPolicy, firstReadWithAllSectionsInFileOrder_isAutomatic) {
-    TestMachine machine("[sssd]\ndomains = a, b\n[domain/a]\nid_provider = ldap\n[domain/b]\nid_provider = ad\n", sssNsswitch());
+    TestMachine machine(
+        "[sssd]\ndomains = a, b\n[domain/a]\nid_provider = ldap\n[domain/b]\nid_provider = ad\n",
+        sssNsswitch());
     EXPECT_EQ(machine.mode(machine.search()), automaticPath);
 }
 
 TEST(SearchPolicy, firstReadWithAnotherList_isCustomWithThatList) {
     TestMachine machine(twoDirectories, sssNsswitch());
     EXPECT_EQ(machine.mode(machine.search()), customPath);
-    EXPECT_EQ(machine.path(machine.search(), customPath), (Names{"/Local/Accounts", "/BSD/Files", staffNode, guestsNode}));
+    EXPECT_EQ(machine.path(machine.search(), customPath),
+              (Names{"/Local/Accounts", "/BSD/Files", staffNode, guestsNode}));
 }
 
 TEST(SearchPolicy, details_showAllFourAttributes) {
@@ -65,7 +68,8 @@ TEST(SearchPolicy, customList_isAppliedInItsOrderOnceTheModeIsCustom) {
     EXPECT_EQ(machine.call(machine.search(), 333).code, 0);
     EXPECT_TRUE(usesSss(machine));
     EXPECT_EQ(domainsLine(machine), "domains = corp.example.com, staff");
-    EXPECT_EQ(machine.path(machine.search(), customPath), (Names{"/Local/Accounts", "/BSD/Files", corpNode, staffNode}));
+    EXPECT_EQ(machine.path(machine.search(), customPath),
+              (Names{"/Local/Accounts", "/BSD/Files", corpNode, staffNode}));
 }
 
 TEST(SearchPolicy, local_takesSssOutAndLeavesTheDomainsLine) {
@@ -97,8 +101,10 @@ TEST(SearchPolicy, everyLineButTheEditedOnes_keepsItsOctets) {
 }
 
 TEST(SearchPolicy, foreignDomains_keepTheirPlaceOnTheLine) {
-    TestMachine machine("[sssd]\ndomains = ipa, a\n[domain/a]\nid_provider = ldap\n[domain/ipa]\nid_provider = ipa\n"
-                        "[domain/b]\nid_provider = ldap\n", sssNsswitch());
+    TestMachine machine(
+        "[sssd]\ndomains = ipa, a\n[domain/a]\nid_provider = ldap\n[domain/ipa]\nid_provider = ipa\n"
+        "[domain/b]\nid_provider = ldap\n",
+        sssNsswitch());
     EXPECT_EQ(machine.call(machine.search(), 111).code, 0);
     EXPECT_EQ(domainsLine(machine), "domains = ipa, a, b");
 }
@@ -113,7 +119,8 @@ TEST(SearchPolicy, onlyForeignDomains_automaticKeepsSss) {
 TEST(SearchPolicy, localNodesInTheRequest_areNotStoredTwice) {
     TestMachine machine;
     (void)machine.setCustom(machine.search(), {"/Local/Accounts", staffNode, "/BSD/Files"});
-    EXPECT_EQ(machine.path(machine.search(), customPath), (Names{"/Local/Accounts", "/BSD/Files", staffNode}));
+    EXPECT_EQ(machine.path(machine.search(), customPath),
+              (Names{"/Local/Accounts", "/BSD/Files", staffNode}));
 }
 
 TEST(SearchPolicy, contactsList_isStoredAsItStandsAndTouchesNoFile) {
@@ -189,13 +196,17 @@ TEST(SearchPolicy, sameCallAgain_writesNothing) {
 
 TEST(SearchPolicy, tenGenerations_areKept) {
     TestMachine machine;
-    for (int i = 0; i < 15; ++i) (void)machine.call(machine.search(), i % 2 == 0 ? 111 : 222);
+    for (int i = 0; i < 15; ++i)
+        (void)machine.call(machine.search(), i % 2 == 0 ? 111 : 222);
     std::size_t count = 0;
-    for (const auto& entry : std::filesystem::directory_iterator(machine.folder.path() + "/var/lib/corvane/generations"))
+    for (const auto& entry :
+         std::filesystem::directory_iterator(machine.folder.path() + "/var/lib/corvane/generations"))
         count += entry.is_directory() ? 1 : 0;
     EXPECT_EQ(count, 10U);
-    EXPECT_EQ(machine.folder.read("var/lib/corvane/generations/0000000015/nsswitch.conf").find(" sss"), std::string::npos);
-    EXPECT_NE(machine.folder.read("var/lib/corvane/generations/0000000014/nsswitch.conf").find(" sss"), std::string::npos);
+    EXPECT_EQ(machine.folder.read("var/lib/corvane/generations/0000000015/nsswitch.conf").find(" sss"),
+              std::string::npos);
+    EXPECT_NE(machine.folder.read("var/lib/corvane/generations/0000000014/nsswitch.conf").find(" sss"),
+              std::string::npos);
 }
 
 TEST(SearchPolicy, newSssdFile_isForItsOwnerAlone) {

@@ -14,10 +14,11 @@ std::shared_ptr<Lenses> lenses() {
 }
 SssdFile file(const std::string& text) { return {lenses(), text, "/etc/sssd/sssd.conf"}; }
 
-const std::string sample = "# managed by hand\n\n[sssd]\nservices = nss, pam\ndomains = staff,  guests   \n; old note\n"
-                           "[nss]\nfilter_users = root\n\n[domain/staff]\n  # where people are\nid_provider = ldap\n"
-                           "ldap_uri = ldap://ldap.example.com\nldap_default_authtok = a;b#c=d\n\n[domain/guests]\n"
-                           "id_provider=ad\n[domain/spare]\nid_provider = ldap\n";
+const std::string sample =
+    "# managed by hand\n\n[sssd]\nservices = nss, pam\ndomains = staff,  guests   \n; old note\n"
+    "[nss]\nfilter_users = root\n\n[domain/staff]\n  # where people are\nid_provider = ldap\n"
+    "ldap_uri = ldap://ldap.example.com\nldap_default_authtok = a;b#c=d\n\n[domain/guests]\n"
+    "id_provider=ad\n[domain/spare]\nid_provider = ldap\n";
 
 } // namespace
 

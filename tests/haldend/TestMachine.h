@@ -44,7 +44,9 @@ public:
         std::filesystem::create_directories(path.parent_path());
         std::ofstream(path, std::ios::binary) << text;
     }
-    [[nodiscard]] bool has(const std::string& relative) const { return std::filesystem::exists(path_ + "/" + relative); }
+    [[nodiscard]] bool has(const std::string& relative) const {
+        return std::filesystem::exists(path_ + "/" + relative);
+    }
 
 private:
     std::string path_;
@@ -56,11 +58,14 @@ public:
     std::vector<std::string> lines;
 };
 
-inline const char* const plainNsswitch = "# names\npasswd:         files systemd\ngroup:          files systemd\n"
-                                         "shadow:         files\nhosts:          files dns\nnetgroup:       nis\n";
+inline const char* const plainNsswitch =
+    "# names\npasswd:         files systemd\ngroup:          files systemd\n"
+    "shadow:         files\nhosts:          files dns\nnetgroup:       nis\n";
 inline const char* const twoDirectories =
-    "# our directories\n[sssd]\nservices = nss, pam\ndomains = staff, guests\n\n[domain/staff]\n# people\nid_provider = ldap\n"
-    "ldap_uri = ldap://ldap.example.com\nldap_search_base = dc=example,dc=com\n\n[domain/guests]\nid_provider = ldap\n"
+    "# our directories\n[sssd]\nservices = nss, pam\ndomains = staff, guests\n\n[domain/staff]\n# "
+    "people\nid_provider = ldap\n"
+    "ldap_uri = ldap://ldap.example.com\nldap_search_base = "
+    "dc=example,dc=com\n\n[domain/guests]\nid_provider = ldap\n"
     "ldap_uri = ldap://guests.example.com:1389\n\n[domain/corp.example.com]\nid_provider = ad\n";
 
 inline const std::string staffNode = "/LDAP/ldap.example.com";
@@ -76,10 +81,12 @@ inline std::shared_ptr<Lenses> sharedLenses() {
 /// A machine folder with an engine on it and an authorization that may change it.
 class TestMachine {
 public:
-    explicit TestMachine(const std::string& sssd = twoDirectories, const std::string& nsswitch = plainNsswitch) {
+    explicit TestMachine(const std::string& sssd = twoDirectories,
+                         const std::string& nsswitch = plainNsswitch) {
         folder.write("etc/nsswitch.conf", nsswitch);
         if (!sssd.empty()) folder.write("etc/sssd/sssd.conf", sssd);
-        folder.write("etc/passwd", "root:x:0:0:root:/root:/bin/bash\nalice:x:1000:1000:Alice Ash,,,:/home/alice:/bin/sh\n");
+        folder.write("etc/passwd",
+                     "root:x:0:0:root:/root:/bin/bash\nalice:x:1000:1000:Alice Ash,,,:/home/alice:/bin/sh\n");
         folder.write("etc/group", "root:x:0:\nstaff:x:50:alice,root\n");
         folder.write("etc/os-release", "NAME=\"Debian\"\nVERSION_ID=\"12\"\n");
         start();
@@ -94,7 +101,8 @@ public:
         framework = std::make_unique<EmbeddedFramework>(engine);
         service = std::make_unique<EmbeddedAuthorizationService>(engine);
         authorization = service->createAuthorization();
-        (void)authorization->obtainRights({{std::string(configureRight), "", 0}, {std::string(preferencesRight), "", 0}}, 19);
+        (void)authorization->obtainRights(
+            {{std::string(configureRight), "", 0}, {std::string(preferencesRight), "", 0}}, 19);
     }
 
     [[nodiscard]] util::Bytes form() const {
@@ -105,11 +113,16 @@ public:
     [[nodiscard]] std::shared_ptr<halden::Node> node(halden::NodeType type) const {
         return framework->defaultSession()->nodeWithType(type, nullptr);
     }
-    [[nodiscard]] std::shared_ptr<halden::Node> search() const { return node(halden::NodeType::authenticationSearchNode); }
-    [[nodiscard]] std::shared_ptr<halden::Node> contacts() const { return node(halden::NodeType::contactsSearchNode); }
+    [[nodiscard]] std::shared_ptr<halden::Node> search() const {
+        return node(halden::NodeType::authenticationSearchNode);
+    }
+    [[nodiscard]] std::shared_ptr<halden::Node> contacts() const {
+        return node(halden::NodeType::contactsSearchNode);
+    }
 
     /// The error of a call, code 0 when it worked.
-    halden::Error call(const std::shared_ptr<halden::Node>& target, int code, const util::Bytes& payload = {}) const {
+    halden::Error call(const std::shared_ptr<halden::Node>& target, int code,
+                       const util::Bytes& payload = {}) const {
         auto request = form();
         request.insert(request.end(), payload.begin(), payload.end());
         halden::Error error;
@@ -117,10 +130,12 @@ public:
         EXPECT_EQ(reply.has_value(), !error);
         return error;
     }
-    halden::Error setCustom(const std::shared_ptr<halden::Node>& target, const std::vector<std::string>& names) const {
+    halden::Error setCustom(const std::shared_ptr<halden::Node>& target,
+                            const std::vector<std::string>& names) const {
         return call(target, 444, *codec.binary(util::Array::ofTexts(names)));
     }
-    [[nodiscard]] std::vector<std::string> path(const std::shared_ptr<halden::Node>& target, std::string_view attribute) const {
+    [[nodiscard]] std::vector<std::string> path(const std::shared_ptr<halden::Node>& target,
+                                                std::string_view attribute) const {
         return target->nodeDetails(std::nullopt, nullptr).valueForKey(attribute).as<util::Array>().texts();
     }
     [[nodiscard]] std::string mode(const std::shared_ptr<halden::Node>& target) const {

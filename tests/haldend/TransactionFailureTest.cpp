@@ -33,8 +33,10 @@ Outcome inChild(const std::function<halden::Error()>& action) {
         } catch (const std::exception& exception) {
             error.description = exception.what();
         }
-        const auto report = std::to_string(error.code) + "\n" + error.description + "\n" + error.reason + "\n" + error.recovery;
-        ::_exit(::write(ends[1], report.data(), report.size()) == static_cast<ssize_t>(report.size()) ? 0 : 1);
+        const auto report = std::to_string(error.code) + "\n" + error.description + "\n" + error.reason +
+                            "\n" + error.recovery;
+        ::_exit(::write(ends[1], report.data(), report.size()) == static_cast<ssize_t>(report.size()) ? 0
+                                                                                                      : 1);
     }
     ::close(ends[1]);
     std::string report;
@@ -127,11 +129,13 @@ TEST(TransactionFailure, readOnlyFileSystem_leavesTheOldState) {
     TestMachine machine;
     const auto outcome = inChild([&] {
         if (!mountOver(machine.folder.path(), nullptr, MS_BIND, nullptr) ||
-            ::mount("none", machine.folder.path().c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY, nullptr) != 0)
+            ::mount("none", machine.folder.path().c_str(), nullptr, MS_BIND | MS_REMOUNT | MS_RDONLY,
+                    nullptr) != 0)
             return halden::Error{};
         machine.start();
         EXPECT_FALSE(machine.authorization->refusalReason().empty());
-        machine.engine->rights().grant(machine.authorization->authorizationRef(), {std::string(haldend::configureRight)});
+        machine.engine->rights().grant(machine.authorization->authorizationRef(),
+                                       {std::string(haldend::configureRight)});
         EXPECT_FALSE(machine.mode(machine.search()).empty()) << "reading still works";
         return machine.call(machine.search(), 111);
     });

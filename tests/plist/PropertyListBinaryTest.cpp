@@ -54,7 +54,8 @@ TEST(PropertyListBinary, everyKind_isWrittenAsTheseOctets) {
         {Data({1, 2}), {{0x42, 1, 2}}},
         {"ab", {{0x52, 'a', 'b'}}},
         {"ü", {{0x61, 0, 0xFC}}},
-        {"123456789012345", {{0x5F, 0x10, 15, '1', '2', '3', '4', '5', '6', '7', '8', '9', '0', '1', '2', '3', '4', '5'}}},
+        {"123456789012345",
+         {{0x5F, 0x10, 15, '1', '2', '3', '4', '5', '6', '7', '8', '9', '0', '1', '2', '3', '4', '5'}}},
         {Array{"a", true}, {{0xA2, 1, 2}, {0x51, 'a'}, {0x09}}},
         {Dictionary{{"k", 1}}, {{0xD1, 1, 2}, {0x51, 'k'}, {0x10, 1}}},
     };
@@ -64,7 +65,9 @@ TEST(PropertyListBinary, everyKind_isWrittenAsTheseOctets) {
     }
 }
 
-TEST(PropertyListBinary, shortFloat_isRead) { EXPECT_EQ(parsed(document({{0x22, 0x3F, 0x80, 0, 0}})), Value(1.0)); }
+TEST(PropertyListBinary, shortFloat_isRead) {
+    EXPECT_EQ(parsed(document({{0x22, 0x3F, 0x80, 0, 0}})), Value(1.0));
+}
 
 TEST(PropertyListBinary, dateFraction_isKept) {
     EXPECT_EQ(parsed(*PropertyListCodec().binary(Date(978307201.25))), Date(978307201.25));
@@ -86,7 +89,8 @@ TEST(PropertyListBinary, malformedObject_isRefusedWithPlaceAndReason) {
     expectRefusal(document({{0x45, 1, 2}}), "a count of 5 reaches beyond");
     expectRefusal(document({{0x5F, 0x52}}), "a count is no integer");
     expectRefusal(document({{0x5F, 0x14}}), "wider than eight");
-    expectRefusal(document({{0x5F, 0x13, 255, 255, 255, 255, 255, 255, 255, 255}}), "reaches beyond the objects");
+    expectRefusal(document({{0x5F, 0x13, 255, 255, 255, 255, 255, 255, 255, 255}}),
+                  "reaches beyond the objects");
     expectRefusal(document({{0x51, 0x80}}), "above 127");
     expectRefusal(document({{0x61, 0xD8, 0}}), "UTF-16");
     expectRefusal(document({{0xA1, 7}}), "object 7 does not exist");
@@ -125,7 +129,8 @@ TEST(PropertyListBinary, sharedReferencesThatMultiply_areStoppedAtTheLimit) {
 
 TEST(PropertyListBinary, nestingBeyondTheLimit_isRefused) {
     std::vector<Bytes> objects;
-    for (std::uint8_t i = 0; i < 70; ++i) objects.push_back({0xA1, static_cast<std::uint8_t>(i + 1)});
+    for (std::uint8_t i = 0; i < 70; ++i)
+        objects.push_back({0xA1, static_cast<std::uint8_t>(i + 1)});
     objects.push_back({0x09});
     expectRefusal(document(objects), "nested more than 64 deep");
 }

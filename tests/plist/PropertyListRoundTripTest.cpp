@@ -17,15 +17,25 @@ public:
 
     Value any(int depth) {
         switch (pick(depth > 0 ? 9 : 7)) {
-        case 0: return text();
-        case 1: return pick(2) == 0;
-        case 2: return static_cast<std::int64_t>(bits());
-        case 3: return bits();
-        case 4: return std::ldexp(static_cast<double>(static_cast<std::int64_t>(bits())), static_cast<int>(pick(200)) - 100);
-        case 5: return Date(static_cast<double>(pick(4'000'000'000U)) - 1e9);
-        case 6: return Data(bytesFromText(text()));
-        case 7: return array(depth - 1);
-        default: return dictionary(depth - 1);
+        case 0:
+            return text();
+        case 1:
+            return pick(2) == 0;
+        case 2:
+            return static_cast<std::int64_t>(bits());
+        case 3:
+            return bits();
+        case 4:
+            return std::ldexp(static_cast<double>(static_cast<std::int64_t>(bits())),
+                              static_cast<int>(pick(200)) - 100);
+        case 5:
+            return Date(static_cast<double>(pick(4'000'000'000U)) - 1e9);
+        case 6:
+            return Data(bytesFromText(text()));
+        case 7:
+            return array(depth - 1);
+        default:
+            return dictionary(depth - 1);
         }
     }
 
@@ -35,17 +45,20 @@ private:
     std::string text() {
         static const std::string parts[] = {"a", "<&>\"'", "\r\n", "ü", "日本", "😀", "\t", " ", "]]>", "0"};
         std::string result;
-        for (auto count = pick(20); count > 0; --count) result += parts[pick(std::size(parts))];
+        for (auto count = pick(20); count > 0; --count)
+            result += parts[pick(std::size(parts))];
         return result;
     }
     Array array(int depth) {
         ValueList list;
-        for (auto count = pick(20); count > 0; --count) list.push_back(any(depth));
+        for (auto count = pick(20); count > 0; --count)
+            list.push_back(any(depth));
         return Array(std::move(list));
     }
     Dictionary dictionary(int depth) {
         ValueMap map;
-        for (auto count = pick(20); count > 0; --count) map.insert_or_assign(text(), any(depth));
+        for (auto count = pick(20); count > 0; --count)
+            map.insert_or_assign(text(), any(depth));
         return Dictionary(std::move(map));
     }
 

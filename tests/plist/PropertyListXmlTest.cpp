@@ -35,12 +35,14 @@ TEST(PropertyListXml, everyKind_isWrittenAsThisDocument) {
     EXPECT_EQ(xmlOf("a<b&c>\r"), document("<string>a&lt;b&amp;c&gt;&#13;</string>\n"));
     EXPECT_EQ(xmlOf(true), document("<true/>\n"));
     EXPECT_EQ(xmlOf(-7), document("<integer>-7</integer>\n"));
-    EXPECT_EQ(xmlOf(std::numeric_limits<std::uint64_t>::max()), document("<integer>18446744073709551615</integer>\n"));
+    EXPECT_EQ(xmlOf(std::numeric_limits<std::uint64_t>::max()),
+              document("<integer>18446744073709551615</integer>\n"));
     EXPECT_EQ(xmlOf(0.5), document("<real>0.5</real>\n"));
     EXPECT_EQ(xmlOf(Date(0)), document("<date>1970-01-01T00:00:00Z</date>\n"));
     EXPECT_EQ(xmlOf(Data({1, 2, 3, 4})), document("<data>AQIDBA==</data>\n"));
-    EXPECT_EQ(xmlOf(Dictionary{{"key", Array{"one"}}}),
-              document("<dict>\n\t<key>key</key>\n\t<array>\n\t\t<string>one</string>\n\t</array>\n</dict>\n"));
+    EXPECT_EQ(
+        xmlOf(Dictionary{{"key", Array{"one"}}}),
+        document("<dict>\n\t<key>key</key>\n\t<array>\n\t\t<string>one</string>\n\t</array>\n</dict>\n"));
 }
 
 TEST(PropertyListXml, valueWithoutPropertyListForm_isNotWritten) {
@@ -63,7 +65,8 @@ TEST(PropertyListXml, containerThatHoldsItself_isNotWritten) {
 
 TEST(PropertyListXml, documentType_mayStandOrBeMissing) {
     const std::string type = "<!DOCTYPE plist SYSTEM \"file:///nowhere/plist.dtd\">";
-    EXPECT_EQ(parsed("<?xml version=\"1.0\"?>" + type + "<plist version=\"1.0\"><string>x</string></plist>"), Value("x"));
+    EXPECT_EQ(parsed("<?xml version=\"1.0\"?>" + type + "<plist version=\"1.0\"><string>x</string></plist>"),
+              Value("x"));
     EXPECT_EQ(parsed("<plist><string>x</string></plist>"), Value("x"));
 }
 
@@ -82,10 +85,13 @@ TEST(PropertyListXml, valueRead_isImmutable) { EXPECT_FALSE(parsed(document("<ar
 TEST(PropertyListXml, entities_areRefused) {
     EXPECT_EQ(refusal("<!DOCTYPE plist [<!ENTITY a \"b\">]><plist><string>&a;</string></plist>"),
               "line 1, column 29: entity declarations are not allowed");
-    EXPECT_NE(refusal("<!DOCTYPE plist [<!ENTITY a SYSTEM \"file:///etc/hostname\">]><plist><string>&a;</string></plist>")
-                  .find("entity declarations"), std::string::npos);
-    EXPECT_NE(refusal("<!DOCTYPE plist SYSTEM \"x.dtd\"><plist><string>&a;</string></plist>").find("entity \"a\""),
+    EXPECT_NE(refusal("<!DOCTYPE plist [<!ENTITY a SYSTEM "
+                      "\"file:///etc/hostname\">]><plist><string>&a;</string></plist>")
+                  .find("entity declarations"),
               std::string::npos);
+    EXPECT_NE(
+        refusal("<!DOCTYPE plist SYSTEM \"x.dtd\"><plist><string>&a;</string></plist>").find("entity \"a\""),
+        std::string::npos);
 }
 
 TEST(PropertyListXml, malformedDocument_isRefusedWithPlaceAndReason) {
@@ -114,13 +120,15 @@ TEST(PropertyListXml, malformedDocument_isRefusedWithPlaceAndReason) {
         {"<plist><data>AQ=</data></plist>", "base 64"},
         {"<plist><data>A*==</data></plist>", "base 64"},
     };
-    for (const auto& [text, part] : table) EXPECT_NE(refusal(text).find(part), std::string::npos) << text << refusal(text);
+    for (const auto& [text, part] : table)
+        EXPECT_NE(refusal(text).find(part), std::string::npos) << text << refusal(text);
 }
 
 TEST(PropertyListXml, nestingBeyondTheLimit_isRefused) {
     const auto nested = [](int depth) {
         std::string open, close;
-        for (int i = 0; i < depth; ++i) open += "<array>", close += "</array>";
+        for (int i = 0; i < depth; ++i)
+            open += "<array>", close += "</array>";
         return "<plist>" + open + close + "</plist>";
     };
     EXPECT_FALSE(parsed(nested(64)).isNull());

@@ -32,12 +32,15 @@ private:
 
 class EngineStore final : public DynamicStoreUnderTest {
 public:
-    EngineStore() : store_(machine_.engine, [this](std::function<void()> action) { posted_.push_back(std::move(action)); }) {}
+    EngineStore()
+        : store_(machine_.engine,
+                 [this](std::function<void()> action) { posted_.push_back(std::move(action)); }) {}
     platform::DynamicStore& store() override { return store_; }
     void changeSearchPolicy() override { EXPECT_EQ(machine_.call(machine_.search(), 111).code, 0); }
     void runLoop() override {
         const auto actions = std::exchange(posted_, {});
-        for (const auto& action : actions) action();
+        for (const auto& action : actions)
+            action();
     }
 
 private:
@@ -51,14 +54,20 @@ private:
 namespace corvane::contract {
 
 INSTANTIATE_TEST_SUITE_P(Engine, FrameworkContract,
-                         testing::Values(FrameworkCase{"Engine", [] { return std::make_unique<EngineFramework>(); }}), caseName);
+                         testing::Values(FrameworkCase{"Engine",
+                                                       [] { return std::make_unique<EngineFramework>(); }}),
+                         caseName);
 INSTANTIATE_TEST_SUITE_P(Engine, AuthorizationContract,
-                         testing::Values(AuthorizationCase{"Engine", [] { return std::make_unique<EngineAuthorization>(); }}),
+                         testing::Values(AuthorizationCase{
+                             "Engine", [] { return std::make_unique<EngineAuthorization>(); }}),
                          nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Engine, DynamicStoreContract,
-                         testing::Values(DynamicStoreCase{"Engine", [] { return std::make_unique<EngineStore>(); }}), nameOfCase);
+                         testing::Values(DynamicStoreCase{"Engine",
+                                                          [] { return std::make_unique<EngineStore>(); }}),
+                         nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Codec, PropertyListContract,
-                         testing::Values(PropertyListCase{"Codec", [] { return std::make_unique<plist::PropertyListCodec>(); }}),
+                         testing::Values(PropertyListCase{
+                             "Codec", [] { return std::make_unique<plist::PropertyListCodec>(); }}),
                          nameOfCase);
 
 } // namespace corvane::contract

@@ -35,7 +35,8 @@ TEST_P(FrameworkContract, unknownNode_isNullWithAnError) {
     EXPECT_EQ(session_->nodeWithName("/LDAP/nowhere.invalid", &error), nullptr);
     EXPECT_NE(error.code, 0);
     EXPECT_FALSE(error.description.empty());
-    EXPECT_EQ(session_->nodeWithName("/LDAP/nowhere.invalid", nullptr), nullptr) << "an error need not be asked for";
+    EXPECT_EQ(session_->nodeWithName("/LDAP/nowhere.invalid", nullptr), nullptr)
+        << "an error need not be asked for";
 }
 
 TEST_P(FrameworkContract, success_leavesTheErrorUntouched) {
@@ -48,8 +49,8 @@ TEST_P(FrameworkContract, success_leavesTheErrorUntouched) {
 
 TEST_P(FrameworkContract, nodeNames_holdTheOwnNodesTheDirectoriesAndTheSearchNodes) {
     const auto names = session_->nodeNames(nullptr).texts();
-    for (const auto& name : {std::string("/Local/Accounts"), std::string("/BSD/Files"), service_->directoryNode(),
-                             std::string("/Search"), std::string("/Contacts")})
+    for (const auto& name : {std::string("/Local/Accounts"), std::string("/BSD/Files"),
+                             service_->directoryNode(), std::string("/Search"), std::string("/Contacts")})
         EXPECT_NE(std::ranges::find(names, name), names.end()) << name;
 }
 
@@ -109,8 +110,8 @@ TEST_P(FrameworkContract, customListThatIsNone_failsAndChangesNothing) {
 }
 
 TEST_P(FrameworkContract, connectorRecords_haveStatesAndVersionsOfDifferentLengths) {
-    const auto found = records(node(halden::NodeType::configNode), halden::recordType::plugins, halden::MatchType::equalTo,
-                               std::string(halden::allRecords));
+    const auto found = records(node(halden::NodeType::configNode), halden::recordType::plugins,
+                               halden::MatchType::equalTo, std::string(halden::allRecords));
     std::set<std::string> names;
     std::set<std::size_t> lengths;
     for (const auto& record : found) {
@@ -124,9 +125,14 @@ TEST_P(FrameworkContract, connectorRecords_haveStatesAndVersionsOfDifferentLengt
 
 TEST_P(FrameworkContract, enableCall_flipsItsConnector) {
     const auto config = node(halden::NodeType::configNode);
-    const auto ldap = [&] { return records(config, halden::recordType::plugins, halden::MatchType::equalTo, "LDAP").at(0); };
-    const auto state = [&] { return ldap()->valuesForAttribute(attribute::functionalState, nullptr).textAt(0); };
-    const int code = 1000 + static_cast<int>(ldap()->valuesForAttribute(attribute::version, nullptr).textAt(0).size());
+    const auto ldap = [&] {
+        return records(config, halden::recordType::plugins, halden::MatchType::equalTo, "LDAP").at(0);
+    };
+    const auto state = [&] {
+        return ldap()->valuesForAttribute(attribute::functionalState, nullptr).textAt(0);
+    };
+    const int code =
+        1000 + static_cast<int>(ldap()->valuesForAttribute(attribute::version, nullptr).textAt(0).size());
     EXPECT_EQ(call(config, code), 0);
     EXPECT_NE(state(), "Active");
     EXPECT_EQ(call(config, code), 0);
@@ -134,7 +140,8 @@ TEST_P(FrameworkContract, enableCall_flipsItsConnector) {
 }
 
 TEST_P(FrameworkContract, absentAttribute_isNullWithItsCode) {
-    const auto alice = records(node(halden::NodeType::localNodes), halden::recordType::users, halden::MatchType::equalTo, "alice");
+    const auto alice = records(node(halden::NodeType::localNodes), halden::recordType::users,
+                               halden::MatchType::equalTo, "alice");
     ASSERT_EQ(alice.size(), 1U);
     EXPECT_EQ(alice[0]->recordName(), "alice");
     EXPECT_EQ(alice[0]->recordType(), halden::recordType::users);
@@ -145,8 +152,13 @@ TEST_P(FrameworkContract, absentAttribute_isNullWithItsCode) {
 
 TEST_P(FrameworkContract, queryWithoutMatch_findsNothingAndIsNoError) {
     const auto query = node(halden::NodeType::localNodes)
-                           ->query({{std::string(halden::recordType::users)}, std::string(attribute::recordName),
-                                    halden::MatchType::equalTo, {"nobody-of-that-name"}, {}, 0}, nullptr);
+                           ->query({{std::string(halden::recordType::users)},
+                                    std::string(attribute::recordName),
+                                    halden::MatchType::equalTo,
+                                    {"nobody-of-that-name"},
+                                    {},
+                                    0},
+                                   nullptr);
     ASSERT_NE(query, nullptr);
     const auto found = query->results(false, nullptr);
     ASSERT_TRUE(found.has_value());

@@ -13,9 +13,9 @@
 
 namespace corvane::contract {
 
-/// A directory service to try the contract on, in a state that every implementation can be put into: the local
-/// list is "/Local/Accounts" and "/BSD/Files"; there is a directory `directoryNode`; both policies are Local
-/// with empty custom lists; the connector LDAP is on; the local node has a user "alice".
+/// A directory service to try the contract on, in a state that every implementation can be put into: the
+/// local list is "/Local/Accounts" and "/BSD/Files"; there is a directory `directoryNode`; both policies are
+/// Local with empty custom lists; the connector LDAP is on; the local node has a user "alice".
 class FrameworkUnderTest {
 public:
     virtual ~FrameworkUnderTest() = default;
@@ -44,10 +44,17 @@ protected:
         ASSERT_NE(session_, nullptr);
     }
 
-    [[nodiscard]] std::shared_ptr<halden::Node> node(halden::NodeType type) const { return session_->nodeWithType(type, nullptr); }
-    [[nodiscard]] std::shared_ptr<halden::Node> search() const { return node(halden::NodeType::authenticationSearchNode); }
-    [[nodiscard]] std::shared_ptr<halden::Node> contacts() const { return node(halden::NodeType::contactsSearchNode); }
-    [[nodiscard]] std::vector<std::string> detail(const std::shared_ptr<halden::Node>& of, std::string_view key) const {
+    [[nodiscard]] std::shared_ptr<halden::Node> node(halden::NodeType type) const {
+        return session_->nodeWithType(type, nullptr);
+    }
+    [[nodiscard]] std::shared_ptr<halden::Node> search() const {
+        return node(halden::NodeType::authenticationSearchNode);
+    }
+    [[nodiscard]] std::shared_ptr<halden::Node> contacts() const {
+        return node(halden::NodeType::contactsSearchNode);
+    }
+    [[nodiscard]] std::vector<std::string> detail(const std::shared_ptr<halden::Node>& of,
+                                                  std::string_view key) const {
         return of->nodeDetails(std::nullopt, nullptr).valueForKey(key).as<util::Array>().texts();
     }
     /// The error code of a call with an authorization in front; 0 when it worked.
@@ -62,10 +69,15 @@ protected:
         return call(target, 444, *service_->codec().binary(util::Array::ofTexts(names)));
     }
     [[nodiscard]] halden::RecordList records(const std::shared_ptr<halden::Node>& of, std::string_view type,
-                                             halden::MatchType match = halden::MatchType::any, const std::string& text = "") const {
-        const halden::QueryParameters parameters{{std::string(type)},
-                                                 match == halden::MatchType::any ? "" : std::string(halden::attribute::recordName),
-                                                 match, {text}, {std::string(halden::attribute::all)}, 0};
+                                             halden::MatchType match = halden::MatchType::any,
+                                             const std::string& text = "") const {
+        const halden::QueryParameters parameters{
+            {std::string(type)},
+            match == halden::MatchType::any ? "" : std::string(halden::attribute::recordName),
+            match,
+            {text},
+            {std::string(halden::attribute::all)},
+            0};
         const auto query = of->query(parameters, nullptr);
         if (!query) return {};
         return query->results(false, nullptr).value_or(halden::RecordList());

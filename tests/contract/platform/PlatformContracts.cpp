@@ -9,12 +9,14 @@ namespace corvane::contract {
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(AuthorizationContract);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(PropertyListContract);
 GTEST_ALLOW_UNINSTANTIATED_PARAMETERIZED_TEST(DynamicStoreContract);
-}
+} // namespace corvane::contract
 
 namespace {
 
-const platform::AuthorizationRights bothRights{{"system.services.directory.configure", "", 0}, {"system.preferences", "", 0}};
-constexpr std::uint32_t quietly = platform::AuthorizationFlag::extendRights | platform::AuthorizationFlag::preAuthorize;
+const platform::AuthorizationRights bothRights{{"system.services.directory.configure", "", 0},
+                                               {"system.preferences", "", 0}};
+constexpr std::uint32_t quietly =
+    platform::AuthorizationFlag::extendRights | platform::AuthorizationFlag::preAuthorize;
 constexpr std::uint32_t asking = quietly | platform::AuthorizationFlag::interactionAllowed;
 constexpr const char* policyChanged = "com.velmora.DirectoryService.NotifyTypeStandard:SearchPolicyChanged";
 
@@ -63,7 +65,9 @@ TEST_P(AuthorizationContract, externalForm_isTheSameUntilTheRightsAreDestroyed) 
     EXPECT_EQ(first.bytes, second.bytes);
     EXPECT_NE(first.bytes, util::AuthorizationExternalForm().bytes);
     authorization->destroyRights();
-    if (world->service().makeExternalForm(authorization->authorizationRef(), third) == 0) { EXPECT_NE(third.bytes, first.bytes); }
+    if (world->service().makeExternalForm(authorization->authorizationRef(), third) == 0) {
+        EXPECT_NE(third.bytes, first.bytes);
+    }
 }
 
 TEST_P(AuthorizationContract, externalFormOfNothing_failsAndLeavesTheFormAlone) {
@@ -76,7 +80,8 @@ TEST_P(AuthorizationContract, externalFormOfNothing_failsAndLeavesTheFormAlone) 
 
 TEST_P(PropertyListContract, valueWritten_isReadBackFromBothForms) {
     const auto codec = GetParam().make();
-    const util::Value value = util::Dictionary{{"list", util::Array{"a", 1, true, 0.5}}, {"octets", util::Data({1, 2})}};
+    const util::Value value =
+        util::Dictionary{{"list", util::Array{"a", 1, true, 0.5}}, {"octets", util::Data({1, 2})}};
     for (const auto& bytes : {codec->xml(value), codec->binary(value)}) {
         ASSERT_TRUE(bytes.has_value());
         EXPECT_EQ(codec->parse(*bytes, nullptr), value);

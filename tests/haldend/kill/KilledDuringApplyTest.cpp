@@ -8,8 +8,8 @@
 #include "haldend/MachineTransaction.h"
 #include "haldend/TestMachine.h"
 
-// The program is killed at random moments while it applies changes, hundreds of times over on one folder. What
-// it leaves is opened again, as at the program's next start, and must be whole each time.
+// The program is killed at random moments while it applies changes, hundreds of times over on one folder.
+// What it leaves is opened again, as at the program's next start, and must be whole each time.
 
 using namespace corvane;
 using namespace corvane::haldend::test;
@@ -26,7 +26,8 @@ public:
 
     [[noreturn]] void run() {
         machine_.start();
-        for (;;) step();
+        for (;;)
+            step();
     }
 
 private:
@@ -34,9 +35,13 @@ private:
         const auto target = random_() % 3 == 0 ? machine_.contacts() : machine_.search();
         const auto choice = random_() % 6;
         note('<');
-        if (choice == 0) (void)machine_.call(machine_.node(halden::NodeType::configNode), random_() % 2 == 0 ? 1005 : 1006);
-        else if (choice <= 3) (void)machine_.call(target, static_cast<int>(choice) * 111);
-        else (void)machine_.setCustom(target, someNodes());
+        if (choice == 0)
+            (void)machine_.call(machine_.node(halden::NodeType::configNode),
+                                random_() % 2 == 0 ? 1005 : 1006);
+        else if (choice <= 3)
+            (void)machine_.call(target, static_cast<int>(choice) * 111);
+        else
+            (void)machine_.setCustom(target, someNodes());
         note('>');
     }
     std::vector<std::string> someNodes() {
@@ -88,7 +93,8 @@ std::vector<std::string> leftovers(const TestMachine& machine) {
     for (const auto& entry : std::filesystem::recursive_directory_iterator(machine.folder.path())) {
         const auto name = entry.path().filename().string();
         if (name.ends_with(".corvane-new") || name.starts_with("part-") || name.starts_with("check-") ||
-            name == "journal") found.push_back(entry.path());
+            name == "journal")
+            found.push_back(entry.path());
     }
     return found;
 }
@@ -109,7 +115,8 @@ void expectStoredWithTheseFiles(const TestMachine& machine) {
     const auto stored = machine.folder.read("var/lib/corvane/policies.plist");
     if (stored.empty()) return; // killed before the first call was done
     for (const auto* file : {"etc/nsswitch.conf", "etc/sssd/sssd.conf"})
-        EXPECT_NE(stored.find(haldend::Fingerprint::of(machine.folder.read(file)).text()), std::string::npos) << file;
+        EXPECT_NE(stored.find(haldend::Fingerprint::of(machine.folder.read(file)).text()), std::string::npos)
+            << file;
 }
 
 } // namespace
@@ -122,11 +129,13 @@ TEST(KilledDuringApply, fiveHundredTimes_leavesBothFilesAndThePolicyWholeAndAgre
     for (int i = 0; i < kills && !testing::Test::HasFailure(); ++i) {
         const auto report = killedAfter(machine, random(), std::chrono::microseconds(random() % 30000));
         interrupted += report.back() == '<' ? 1 : 0;
-        repaired += haldend::MachineTransaction::needsRecovery(haldend::MachineFolder(machine.folder.path())) ? 1 : 0;
+        repaired +=
+            haldend::MachineTransaction::needsRecovery(haldend::MachineFolder(machine.folder.path())) ? 1 : 0;
         machine.start();
         expectStoredWithTheseFiles(machine);
         expectWhole(machine);
-        EXPECT_EQ(machine.call(machine.search(), i % 2 == 0 ? 111 : 222).code, 0) << "the folder is usable after kill " << i;
+        EXPECT_EQ(machine.call(machine.search(), i % 2 == 0 ? 111 : 222).code, 0)
+            << "the folder is usable after kill " << i;
     }
     std::printf("%d kills: %d hit a call, %d left something to repair\n", kills, interrupted, repaired);
     EXPECT_GT(interrupted, kills / 4) << "the kills must hit calls, or nothing was shown";
