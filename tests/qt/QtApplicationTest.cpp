@@ -20,6 +20,7 @@ class QtApplicationTest : public testing::Test {
 protected:
     void showField() {
         field_.show();
+        field_.activateWindow();
         ASSERT_TRUE(QTest::qWaitForWindowExposed(&field_));
         field_.setFocus();
     }

@@ -51,6 +51,7 @@ protected:
         table_.setDataSource(&rows_);
         widget_.resize(300, 400);
         widget_.show();
+        widget_.activateWindow();
         EXPECT_TRUE(QTest::qWaitForWindowActive(&widget_));
         widget_.setFocus();
     }
