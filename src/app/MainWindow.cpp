@@ -155,6 +155,18 @@ void MainWindow::toolbarItemClicked(const toolkit::ToolbarItem& item) {
     outlets_.mainTabView.selectTabViewItemWithIdentifier(tab);
 }
 
+void MainWindow::selectToolbarItem(const std::string& identifier) {
+    if (tabtable::tabIDOf(identifier).empty()) return;
+    toolbar_->setSelectedItemIdentifier(identifier);
+    clickItem(identifier);
+}
+
+void MainWindow::clickItem(const std::string& identifier) {
+    const auto items = toolbar_->items();
+    const auto found = std::ranges::find_if(items, [&](const auto& item) { return item.identifier == identifier; });
+    if (found != items.end()) toolbarItemClicked(*found);
+}
+
 void MainWindow::loadCurrentTabIfNeeded(const std::optional<std::string>& identifier) {
     const bool remote = needs_.isRemote();
     auto wanted = identifier.value_or(selectedTabItemIdentifier());
@@ -313,11 +325,10 @@ void MainWindow::willEncodeRestorableState(toolkit::Window& window, toolkit::Sta
 void MainWindow::didDecodeRestorableState(toolkit::Window& window, const toolkit::StateCoder& coder) {
     if (&window != &outlets_.window || !toolbar_) return;
     const auto selected = coder.decodeString("selectedToolbarItem");
-    if (selected) toolbar_->setSelectedItemIdentifier(selected);
-    const auto items = toolbar_->items();
-    const auto found =
-        std::ranges::find_if(items, [&](const auto& item) { return item.identifier == selected; });
-    if (found != items.end()) toolbarItemClicked(*found);
+    if (selected) {
+        toolbar_->setSelectedItemIdentifier(selected);
+        clickItem(*selected);
+    }
     const auto topLeft = coder.decodeString("windowTopLeft");
     if (const auto point = topLeft ? pointFromText(*topLeft) : std::nullopt)
         window.setFrameTopLeftPoint(*point);

@@ -61,6 +61,8 @@ public:
     void mainWindowHelpButtonHit();
     void localNodeWindowHelpButtonHit();
     void toolbarItemClicked(const toolkit::ToolbarItem& item);
+    /// Selects the item and does what a click on it does. Nothing happens for an unknown one.
+    void selectToolbarItem(const std::string& identifier);
 
     void applicationDidBecomeActive();
     void applicationDidResignActive();
@@ -88,6 +90,7 @@ public:
 
 private:
     [[nodiscard]] std::string localized(std::string_view key) const;
+    void clickItem(const std::string& identifier);
     void movePage(const char* identifier, toolkit::TabView& target);
     void loadPaneWithProgress(Pane pane, bool remote);
     void sizeForPage(const std::string& identifier);

@@ -1,0 +1,36 @@
+#include "desktop/DesktopInterface.h"
+
+namespace corvane::desktop {
+
+app::MainWindowOutlets DesktopInterface::loadMainWindow() {
+    auto& w = window_;
+    return {.window = w.window,
+            .mainVsDirectoryEditorTabView = w.mainVsDirectoryEditorTabView,
+            .mainTabView = w.mainTabView,
+            .directoryEditorView = directoryEditor_,
+            .localNodeView = nullptr,
+            .localNodeWindow = nullptr,
+            .progressSheet = w.progressSheet,
+            .progressBar = w.progressBar,
+            .applyButton = w.applyButton,
+            .helpButton = w.helpButton,
+            .selectPlugIn = w.selectPlugIn,
+            .configPlugIn = w.configPlugIn,
+            .selectSearchPolicy = w.selectSearchPolicy,
+            .selectNode = w.selectNode,
+            .addNode = w.addNode,
+            .deleteNode = w.deleteNode,
+            .dragMessage = w.dragMessage,
+            .selectContactPolicy = w.selectContactPolicy,
+            .selectNodeContact = w.selectNodeContact,
+            .addNodeContact = w.addNodeContact,
+            .deleteNodeContact = w.deleteNodeContact,
+            .dragMessageContact = w.dragMessageContact,
+            .authorizationView = w.authorizationView};
+}
+
+std::unique_ptr<auth::ConnectionDialog> DesktopInterface::loadAuthDialog() {
+    return std::make_unique<app::NoConnectionDialog>(toolkit_, strings_);
+}
+
+} // namespace corvane::desktop

@@ -1,0 +1,110 @@
+#include "desktop/Program.h"
+
+#include <QMainWindow>
+#include <QMetaObject>
+
+#include "haldend/MachineFolderMaker.h"
+
+namespace corvane::desktop {
+namespace {
+
+/// How often other programs' edits of the machine's files are looked for.
+constexpr double changePollSeconds = 1.0;
+
+qt::QtApplication::About about() {
+    return {"Corvane",
+            CORVANE_VERSION,
+            "Directory services of a Linux machine, decided in one window",
+            "Apache License 2.0",
+            {std::string("Qt ") + qVersion() + " (LGPL 3)", "OpenLDAP libraries (OpenLDAP Public License)",
+             "Augeas (LGPL 2.1)", "Expat (MIT)", "systemd library (LGPL 2.1)"}};
+}
+
+} // namespace
+
+std::shared_ptr<haldend::Engine> Program::openEngine(const Settings& settings,
+                                                     const platform::PropertyListCodec& codec, util::ProcessLog& log) {
+    if (settings.machineFolder != "/")
+        haldend::MachineFolderMaker("/", settings.files.sampleDirectory, log).makeIfMissing(settings.machineFolder);
+    return std::make_shared<haldend::Engine>(settings.machineFolder, codec, log);
+}
+
+Program::Program(QApplication& application, const Settings& settings, util::ProcessLog& log)
+    : settings_(settings), log_(log), guard_(log),
+      settingsFile_(settings.settingsFile.isEmpty() ? qt::SettingsFile(log).path() : settings.settingsFile, log),
+      application_(application, guard_), toolkit_(application_, guard_), runLoop_(guard_), defaults_(settingsFile_),
+      bundles_(settings.files.plugIns, log), engine_(openEngine(settings, codec_, log)), framework_(engine_),
+      authorizationService_(engine_),
+      dynamicStore_(engine_,
+                    [this](std::function<void()> work) {
+                        QMetaObject::invokeMethod(
+                            &postContext_, [this, work = std::move(work)] { guard_.run("a change", work); },
+                            Qt::QueuedConnection);
+                    }),
+      platform_{runLoop_,     defaults_, workspace_, strings_,       authorizationService_,
+                dynamicStore_, codec_,    bundles_,   notifications_, log},
+      window_(application_, authorizationService_, settingsFile_, guard_),
+      interfaces_(window_, toolkit_, strings_), environment_{platform_, toolkit_, framework_, interfaces_},
+      delegate_(environment_, [this]() -> app::MainController& { return controller(); }) {
+    defaults_.registerBool("FirstLaunch", true);
+    application_.about = about();
+    startSampleDirectory();
+    connectApplication();
+}
+
+Program::~Program() {
+    changePoll_.reset();
+    application_.sendEvent = {};
+    application_.activeChanged = {};
+}
+
+app::MainController& Program::controller() {
+    if (settings_.sharedController) return app::MainController::sharedInstance(environment_);
+    if (!ownController_) ownController_ = std::make_unique<app::MainController>(environment_);
+    return *ownController_;
+}
+
+void Program::startSampleDirectory() {
+    if (engine_->machine().folder().isLiveMachine()) return;
+    try {
+        sampleDirectory_ =
+            haldend::SampleDirectory::start(settings_.machineFolder, settings_.files.sampleDirectory, log_);
+    } catch (const halden::Exception& problem) {
+        startProblem_ = problem.reason();
+    }
+}
+
+void Program::connectApplication() {
+    application_.shouldTerminate = [this] { return delegate_.applicationShouldTerminate(); };
+    application_.willTerminate = [this] { delegate_.applicationWillTerminate(); };
+    application_.activeChanged = [this](bool active) {
+        active ? controller().applicationDidBecomeActive() : controller().applicationDidResignActive();
+    };
+    dsApplication_ = std::make_unique<app::DSApplication>([this] { controller().toggleDebugMenu(); });
+    application_.sendEvent = [this](const toolkit::Event& event) { return dsApplication_->sendEvent(event); };
+    window_.menu.validateMenuItem = [this](toolkit::MenuItem& item) { return delegate_.validateMenuItem(item); };
+    window_.menu.performMenuItem = [this](toolkit::MenuItem& item) { delegate_.performMenuItem(item); };
+}
+
+void Program::launch(bool restoreState) {
+    delegate_.applicationDidFinishLaunching();
+    if (restoreState) {
+        window_.window.restoreState();
+        application_.keepsStateOf(window_.window);
+    }
+    changePoll_ = runLoop_.scheduleRepeatingTimer(changePollSeconds, [this] { engine_->pollForChanges(); });
+    tellStartProblem();
+}
+
+void Program::tellStartProblem() {
+    if (startProblem_.empty()) return;
+    log_.log("The sample directory did not start: " + startProblem_);
+    controller().showErrorSheetWithTitle(strings_.localized("The sample directory did not start."), startProblem_);
+}
+
+void Program::showPane(const std::string& name) {
+    const std::string identifier = name == "search" ? "kSearchPaths" : name == "editor" ? "kDebug" : "kServices";
+    controller().mainWindow().selectToolbarItem(identifier);
+}
+
+} // namespace corvane::desktop

@@ -1,0 +1,19 @@
+#pragma once
+
+#include <chrono>
+#include <string>
+#include <vector>
+
+namespace corvane::haldend {
+
+/// How a child process ended and what it said on its two outputs.
+struct ProcessOutcome {
+    int status = -1; ///< exit status; -1 when it was killed, ran out of time or could not be started
+    std::string output;
+};
+
+/// Runs a program to its end, without a shell, with an empty standard input. `arguments` begins with the
+/// program's absolute path. It is killed when it takes longer than `patience`. At most 64 KiB of its output are kept.
+[[nodiscard]] ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono::milliseconds patience);
+
+} // namespace corvane::haldend

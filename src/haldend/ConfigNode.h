@@ -1,0 +1,28 @@
+#pragma once
+
+#include "haldend/Connectors.h"
+#include "haldend/EngineNode.h"
+
+namespace corvane::haldend {
+
+/// The service's own configuration: the connectors as records, the names of the record and attribute types
+/// that it knows, and the calls that switch a connector (1000 and the length of its version text).
+class ConfigNode final : public EngineNode {
+public:
+    explicit ConfigNode(std::shared_ptr<Engine> engine) : EngineNode(std::move(engine), "/Configure") {}
+    [[nodiscard]] halden::RecordList fetch(const halden::QueryParameters& parameters, bool allowPartial) override;
+
+protected:
+    /// The version of the machine's operating system; absent when the machine doesn't tell it.
+    [[nodiscard]] AttributeMap details() override;
+    [[nodiscard]] std::vector<std::string> subnodes() override;
+    /// Flips a connector. The request is the 32-octet external form alone; the reply is empty.
+    util::Bytes call(std::int32_t code, util::BytesView request) override;
+};
+
+/// The external form at the front of a request; throws `Failure` when the request is shorter.
+[[nodiscard]] util::BytesView authorizationIn(util::BytesView request);
+/// The same for a request that holds nothing else; throws `Failure` when it is longer.
+[[nodiscard]] util::BytesView soleAuthorizationIn(util::BytesView request);
+
+} // namespace corvane::haldend

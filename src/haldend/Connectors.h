@@ -1,0 +1,32 @@
+#pragma once
+
+#include <array>
+#include <set>
+#include <string>
+#include <string_view>
+
+namespace corvane::haldend {
+
+/// A kind of directory that the service can connect to.
+struct Connector {
+    std::string_view name;
+    /// The lengths of these texts differ from each other: a connector's enable call is made from the length.
+    std::string_view version;
+    bool canBeSwitchedOff;
+
+    [[nodiscard]] constexpr int callCode() const { return 1000 + static_cast<int>(version.size()); }
+};
+
+inline constexpr std::array<Connector, 6> connectors{{
+    {"Local", "1.0", false},
+    {"BSD", "10.0", false},
+    {"LDAP", "1.0.0", true},
+    {"AD", "1.0.10", true},
+    {"Search", "1.0.0.0", false},
+    {"Contacts", "1.0.0.10", false},
+}};
+
+/// Names of connectors that the administrator has switched off.
+using DisabledConnectors = std::set<std::string, std::less<>>;
+
+} // namespace corvane::haldend

@@ -1,0 +1,34 @@
+#include "haldend/Engine.h"
+
+#include "haldend/Failure.h"
+
+namespace corvane::haldend {
+namespace {
+
+std::shared_ptr<Lenses> loaded(std::shared_ptr<Lenses> lenses) {
+    if (lenses) return lenses;
+    try {
+        return std::make_shared<Lenses>();
+    } catch (const Failure& failure) {
+        throw halden::Exception(failure.error());
+    }
+}
+
+} // namespace
+
+Engine::Engine(const std::string& root, const platform::PropertyListCodec& codec, util::ProcessLog& log,
+               std::shared_ptr<Lenses> lenses)
+    : codec_(codec), log_(log), machine_(MachineFolder(root), codec, log, loaded(std::move(lenses))) {
+    machine_.setChangeListener([this] {
+        for (std::size_t i = 0; i < listeners_.size(); ++i) listeners_[i]();
+    });
+}
+
+void Engine::requireConfigureRight(util::BytesView form) const {
+    if (rights_.permits(form, configureRight)) return;
+    throw Failure(halden::ErrorCode::notPermitted, "The directory configuration may not be changed.",
+                  "The authorization that came with the request holds no right to do so (any more).",
+                  "Open the lock and try again.");
+}
+
+} // namespace corvane::haldend

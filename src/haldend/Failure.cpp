@@ -1,0 +1,36 @@
+#include "haldend/Failure.h"
+
+#include <cerrno>
+#include <cstring>
+
+namespace corvane::haldend {
+namespace {
+
+std::string nextStep(const std::string& path, int number) {
+    switch (number) {
+    case ENOSPC:
+    case EDQUOT: return "Free some space on the file system that holds " + path + " and try again.";
+    case EROFS: return "Mount the file system that holds " + path + " for writing and try again.";
+    case EACCES:
+    case EPERM: return "Run the program as a user who may write there, or have an administrator change the rights of "
+               + path + ".";
+    case EFBIG: return "Raise the limit on file sizes that this program was started with (ulimit -f) and try again.";
+    case EMFILE:
+    case ENFILE: return "Close some programs, or raise the limit on open files, and try again.";
+    case EBUSY: return "The file is in use as a mount point; take the mount away and try again.";
+    case ENOENT: return "See whether the machine folder is still there and complete.";
+    case EIO: return "See the system's log for disk errors before you go on.";
+    default: return "Put this right and try again.";
+    }
+}
+
+} // namespace
+
+Failure storageFailure(const std::string& what, const std::string& path, int number) {
+    const bool isRights = number == EACCES || number == EPERM;
+    return {isRights ? halden::ErrorCode::notPermitted : halden::ErrorCode::storage,
+            "The machine's settings could not be " + std::string(what == "read" ? "read." : "changed."),
+            "Trying to " + what + " " + path + " failed: " + std::strerror(number) + ".", nextStep(path, number)};
+}
+
+} // namespace corvane::haldend

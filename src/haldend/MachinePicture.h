@@ -1,0 +1,46 @@
+#pragma once
+
+#include <array>
+#include <memory>
+#include <optional>
+#include <vector>
+
+#include "halden/Error.h"
+#include "haldend/Lenses.h"
+#include "haldend/MachineFolder.h"
+#include "haldend/MachinePolicy.h"
+#include "platform/PropertyListCodec.h"
+
+namespace corvane::haldend {
+
+/// What a machine folder said at one moment: its configuration files, its directories and its policy. Damage
+/// is part of the picture, so that what isn't affected goes on working. Immutable once read.
+class MachinePicture {
+public:
+    /// One each for nsswitch.conf, sssd.conf and the stored policy.
+    using Fingerprints = std::array<Fingerprint, 3>;
+    using Stamps = std::array<FileStamp, 3>;
+
+    /// Reads the folder. Never throws for what the folder holds.
+    [[nodiscard]] static MachinePicture read(const MachineFolder& folder, const std::shared_ptr<Lenses>& lenses,
+                                             const platform::PropertyListCodec& codec);
+    [[nodiscard]] static Stamps stamps(const MachineFolder& folder);
+
+    [[nodiscard]] const Fingerprints& fingerprints() const { return fingerprints_; }
+    [[nodiscard]] const Stamps& stampsAtReading() const { return stamps_; }
+    /// These throw `Failure` when what they stand on couldn't be read.
+    [[nodiscard]] const std::vector<DomainNode>& nodes() const;
+    [[nodiscard]] const MachinePolicy& policy() const;
+    [[nodiscard]] PolicyGround ground() const;
+
+private:
+    std::optional<NsswitchFile> nsswitch_;
+    std::optional<SssdFile> sssd_;
+    std::vector<DomainNode> nodes_;
+    MachinePolicy policy_;
+    std::optional<halden::Error> nsswitchTrouble_, sssdTrouble_, policyTrouble_;
+    Fingerprints fingerprints_;
+    Stamps stamps_;
+};
+
+} // namespace corvane::haldend

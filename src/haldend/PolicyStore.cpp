@@ -1,0 +1,99 @@
+#include "haldend/PolicyStore.h"
+
+#include "haldend/Failure.h"
+#include "util/Containers.h"
+
+namespace corvane::haldend {
+namespace {
+
+constexpr const char* versionKey = "Version";
+constexpr const char* authenticationKey = "Authentication";
+constexpr const char* contactsKey = "Contacts";
+constexpr const char* modeKey = "Mode";
+constexpr const char* customKey = "Custom";
+constexpr const char* disabledKey = "DisabledConnectors";
+constexpr const char* nsswitchKey = "NsswitchFingerprint";
+constexpr const char* sssdKey = "SssdFingerprint";
+constexpr int version = 1;
+
+util::Value valueOf(const SearchPolicy& policy) {
+    return util::Dictionary{{modeKey, static_cast<int>(policy.mode)}, {customKey, util::Array::ofTexts(policy.custom)}};
+}
+
+/// Why a text is none of ours; becomes the reason of the failure.
+struct Damage {
+    std::string why;
+};
+
+util::Value required(const util::Dictionary& values, const char* key, util::Kind kind) {
+    const auto value = values.valueForKey(key);
+    if (!value.isKind(kind)) throw Damage{std::string("The entry \"") + key + "\" is missing or of the wrong kind."};
+    return value;
+}
+
+std::vector<std::string> textsFrom(const util::Dictionary& values, const char* key) {
+    const auto list = required(values, key, util::Kind::Array).as<util::Array>();
+    for (const auto& element : list.elements())
+        if (!element.isKind(util::Kind::String)) throw Damage{std::string("\"") + key + "\" holds something else than texts."};
+    return list.texts();
+}
+
+SearchPolicy policyFrom(const util::Dictionary& values, const char* key) {
+    const auto entry = required(values, key, util::Kind::Dictionary).as<util::Dictionary>();
+    const auto mode = required(entry, modeKey, util::Kind::Number).as<util::Number>().integerValue();
+    if (mode < 1 || mode > 3) throw Damage{"A mode is " + std::to_string(mode) + ", not 1, 2 or 3."};
+    return {static_cast<PolicyMode>(mode), textsFrom(entry, customKey)};
+}
+
+Fingerprint fingerprintFrom(const util::Dictionary& values, const char* key) {
+    const auto text = required(values, key, util::Kind::String).as<util::String>().text();
+    const auto fingerprint = Fingerprint::fromText(text);
+    if (!fingerprint) throw Damage{std::string("\"") + key + "\" is no fingerprint."};
+    return *fingerprint;
+}
+
+StoredPolicy policyFrom(const util::Dictionary& values) {
+    if (const auto found = required(values, versionKey, util::Kind::Number).as<util::Number>().integerValue(); found != version)
+        throw Damage{"It was written in version " + std::to_string(found) + " of its form, not " + std::to_string(version) + "."};
+    const auto disabled = textsFrom(values, disabledKey);
+    return {{policyFrom(values, authenticationKey), policyFrom(values, contactsKey),
+             DisabledConnectors(disabled.begin(), disabled.end())},
+            fingerprintFrom(values, nsswitchKey), fingerprintFrom(values, sssdKey)};
+}
+
+Failure damaged(const std::string& path, const std::string& why) {
+    return {halden::ErrorCode::storage, "The stored search policies are damaged.", path + ": " + why,
+            "Put an earlier version back from the folder \"generations\" beside it, or remove the file: the "
+            "authentication policy is then read from the machine's files and the contacts policy starts anew."};
+}
+
+} // namespace
+
+std::string storedText(const StoredPolicy& stored, const platform::PropertyListCodec& codec) {
+    const std::vector<std::string> disabled(stored.policy.disabled.begin(), stored.policy.disabled.end());
+    const util::Dictionary values{{versionKey, version},
+                                  {authenticationKey, valueOf(stored.policy.authentication)},
+                                  {contactsKey, valueOf(stored.policy.contacts)},
+                                  {disabledKey, util::Array::ofTexts(disabled)},
+                                  {nsswitchKey, stored.nsswitch.text()},
+                                  {sssdKey, stored.sssd.text()}};
+    const auto bytes = codec.xml(values);
+    if (!bytes)
+        throw Failure(halden::ErrorCode::parameter, "The search policy can't be stored.",
+                      "A node name holds characters that no text file can hold.", "Take that node off the list.");
+    return util::textFromBytes(*bytes);
+}
+
+StoredPolicy storedPolicy(const std::string& text, const std::string& path, const platform::PropertyListCodec& codec) {
+    std::string reason;
+    const auto value = codec.parse(util::bytesFromText(text), &reason);
+    if (value.isNull()) throw damaged(path, reason + ".");
+    try {
+        if (!value.isKind(util::Kind::Dictionary)) throw Damage{"It is no dictionary."};
+        return policyFrom(value.as<util::Dictionary>());
+    } catch (const Damage& damage) {
+        throw damaged(path, damage.why);
+    }
+}
+
+} // namespace corvane::haldend

@@ -1,0 +1,93 @@
+#include "haldend/MachineTransaction.h"
+#include "haldend/TestMachine.h"
+
+using namespace corvane;
+using namespace corvane::haldend;
+using namespace corvane::haldend::test;
+
+namespace {
+
+const char* const newNsswitch = "passwd: files sss\ngroup: files sss\n";
+
+/// A folder as a crash right after the journal was written leaves it.
+void interrupt(const TestMachine& machine) {
+    TransactionJournal journal;
+    journal.entries.push_back({machineFile::nsswitch, Fingerprint::of(machine.folder.read("etc/nsswitch.conf")),
+                               Fingerprint::of(std::string(newNsswitch))});
+    machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
+    machine.folder.write("var/lib/corvane/journal", journal.text());
+}
+
+} // namespace
+
+TEST(Recovery, crashAfterTheJournal_isFinishedAtTheNextStart) {
+    TestMachine machine;
+    interrupt(machine);
+    machine.start();
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), newNsswitch);
+    EXPECT_FALSE(machine.folder.has("var/lib/corvane/journal"));
+    EXPECT_FALSE(machine.folder.has("etc/.nsswitch.conf.corvane-new"));
+    EXPECT_FALSE(machine.log.lines.empty());
+}
+
+TEST(Recovery, crashBeforeTheJournal_isUndoneAtTheNextStart) {
+    TestMachine machine;
+    machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
+    machine.folder.write("etc/sssd/.sssd.conf.corvane-new", "half");
+    machine.folder.write("var/lib/corvane/generations/part-0000000001/sssd.conf", "copy");
+    machine.folder.write("var/lib/corvane/check-abcdef/sssd.conf", "candidate");
+    machine.start();
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
+    for (const auto* leftover : {"etc/.nsswitch.conf.corvane-new", "etc/sssd/.sssd.conf.corvane-new",
+                                 "var/lib/corvane/generations/part-0000000001", "var/lib/corvane/check-abcdef"})
+        EXPECT_FALSE(machine.folder.has(leftover)) << leftover;
+}
+
+TEST(Recovery, crashInARunningProgram_isFinishedBeforeItsNextCall) {
+    TestMachine machine;
+    interrupt(machine);
+    EXPECT_EQ(machine.call(machine.search(), 222).code, halden::ErrorCode::changedElsewhere);
+    EXPECT_EQ(machine.call(machine.search(), 222).code, 0);
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), "passwd: files\ngroup: files\n");
+}
+
+TEST(Recovery, fileEditedAfterTheCrash_isLeftAsItIs) {
+    TestMachine machine;
+    interrupt(machine);
+    machine.folder.write("etc/nsswitch.conf", "passwd: files # mine\n");
+    machine.start();
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), "passwd: files # mine\n");
+    EXPECT_FALSE(machine.folder.has("etc/.nsswitch.conf.corvane-new"));
+}
+
+TEST(Recovery, journalThatIsNone_isKeptAsideAndChangesNothing) {
+    for (const std::string text : {"", "corvane journal 1\netc/nsswitch.conf\tx\ty\nend\n", "corvane journal 1\n",
+                                   "corvane journal 1\netc/passwd\tabsent\tabsent\nend\n",
+                                   "corvane journal 1\n../../etc/passwd\tabsent\t1-2\nend\n"}) {
+        TestMachine machine;
+        machine.folder.write("var/lib/corvane/journal", text);
+        machine.start();
+        EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
+        EXPECT_EQ(machine.folder.read("var/lib/corvane/journal.damaged"), text);
+        EXPECT_FALSE(machine.folder.has("var/lib/corvane/journal"));
+    }
+}
+
+TEST(Recovery, journalText_isReadBackAsWritten) {
+    TransactionJournal journal;
+    journal.entries = {{"etc/nsswitch.conf", {}, Fingerprint::of(std::string("a"))},
+                       {"etc/sssd/sssd.conf", Fingerprint::of(std::string("")), Fingerprint::of(std::string("b"))}};
+    EXPECT_EQ(TransactionJournal::fromText(journal.text())->entries, journal.entries);
+    for (std::size_t length = 0; length + 1 < journal.text().size(); ++length)
+        EXPECT_FALSE(TransactionJournal::fromText(journal.text().substr(0, length))) << length;
+}
+
+TEST(MachineFolder, absoluteLink_staysInsideThePrivateFolder) {
+    TemporaryFolder folder;
+    folder.write("etc/x", "");
+    std::filesystem::create_symlink("/usr/lib/os-release", folder.path() + "/etc/os-release");
+    std::filesystem::create_symlink("../../../../etc", folder.path() + "/up");
+    const MachineFolder machine(folder.path());
+    EXPECT_EQ(machine.resolved("etc/os-release"), machine.root() + "/usr/lib/os-release");
+    EXPECT_EQ(machine.resolved("up/x"), machine.root() + "/etc/x");
+}

@@ -1,0 +1,134 @@
+#include <signal.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <random>
+#include <thread>
+
+#include "haldend/MachineTransaction.h"
+#include "haldend/TestMachine.h"
+
+// The program is killed at random moments while it applies changes, hundreds of times over on one folder. What
+// it leaves is opened again, as at the program's next start, and must be whole each time.
+
+using namespace corvane;
+using namespace corvane::haldend::test;
+namespace attribute = halden::attribute;
+
+namespace {
+
+constexpr int kills = 500;
+
+/// Applies calls without end, in an order that depends on the seed. Reports each call before and after.
+class Applier {
+public:
+    Applier(TestMachine& machine, unsigned seed, int pipe) : machine_(machine), random_(seed), pipe_(pipe) {}
+
+    [[noreturn]] void run() {
+        machine_.start();
+        for (;;) step();
+    }
+
+private:
+    void step() {
+        const auto target = random_() % 3 == 0 ? machine_.contacts() : machine_.search();
+        const auto choice = random_() % 6;
+        note('<');
+        if (choice == 0) (void)machine_.call(machine_.node(halden::NodeType::configNode), random_() % 2 == 0 ? 1005 : 1006);
+        else if (choice <= 3) (void)machine_.call(target, static_cast<int>(choice) * 111);
+        else (void)machine_.setCustom(target, someNodes());
+        note('>');
+    }
+    std::vector<std::string> someNodes() {
+        std::vector<std::string> names{staffNode, guestsNode, corpNode, "/LDAP/planned.example.com"};
+        std::shuffle(names.begin(), names.end(), random_);
+        names.resize(random_() % (names.size() + 1));
+        return names;
+    }
+    void note(char mark) const {
+        if (::write(pipe_, &mark, 1) != 1) ::_exit(1);
+    }
+
+    TestMachine& machine_;
+    std::mt19937 random_;
+    int pipe_;
+};
+
+/// Runs an applier in a child process, kills it after a random time, and tells what it had reported.
+std::string killedAfter(TestMachine& machine, unsigned seed, std::chrono::microseconds time) {
+    int ends[2];
+    EXPECT_EQ(::pipe(ends), 0);
+    const pid_t child = ::fork();
+    if (child == 0) {
+        ::close(ends[0]);
+        Applier(machine, seed, ends[1]).run();
+    }
+    ::close(ends[1]);
+    char first = 0;
+    EXPECT_EQ(::read(ends[0], &first, 1), 1); // it has opened the folder and begins its first call
+    std::this_thread::sleep_for(time);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    std::string report(1, first);
+    char buffer[65536];
+    for (ssize_t count = 0; (count = ::read(ends[0], buffer, sizeof buffer)) > 0;)
+        report.append(buffer, static_cast<std::size_t>(count));
+    ::close(ends[0]);
+    return report;
+}
+
+std::string withoutDomains(std::string sssd) {
+    const auto start = sssd.find("domains = ");
+    return start == std::string::npos ? sssd : sssd.erase(start, sssd.find('\n', start) - start);
+}
+
+/// Leftovers of an interrupted change anywhere in the folder.
+std::vector<std::string> leftovers(const TestMachine& machine) {
+    std::vector<std::string> found;
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(machine.folder.path())) {
+        const auto name = entry.path().filename().string();
+        if (name.ends_with(".corvane-new") || name.starts_with("part-") || name.starts_with("check-") ||
+            name == "journal") found.push_back(entry.path());
+    }
+    return found;
+}
+
+void expectWhole(TestMachine& machine) {
+    const auto& picture = machine.engine->machine().picture();
+    EXPECT_TRUE(haldend::agrees(picture.policy(), picture.ground()));
+    EXPECT_EQ(picture.ground().nsswitch.textUsingSssd(false), plainNsswitch);
+    EXPECT_EQ(withoutDomains(picture.ground().sssd.text()), withoutDomains(twoDirectories));
+    if (const auto wanted = haldend::domainsFor(picture.policy(), picture.ground())) {
+        EXPECT_EQ(picture.ground().sssd.listedDomains(), *wanted);
+    }
+    EXPECT_EQ(leftovers(machine), std::vector<std::string>());
+}
+
+/// The stored policy belongs to exactly these two files, so a call can't have been done by half.
+void expectStoredWithTheseFiles(const TestMachine& machine) {
+    const auto stored = machine.folder.read("var/lib/corvane/policies.plist");
+    if (stored.empty()) return; // killed before the first call was done
+    for (const auto* file : {"etc/nsswitch.conf", "etc/sssd/sssd.conf"})
+        EXPECT_NE(stored.find(haldend::Fingerprint::of(machine.folder.read(file)).text()), std::string::npos) << file;
+}
+
+} // namespace
+
+TEST(KilledDuringApply, fiveHundredTimes_leavesBothFilesAndThePolicyWholeAndAgreeing) {
+    TestMachine machine;
+    std::mt19937 random(20260731);
+    int interrupted = 0;
+    int repaired = 0;
+    for (int i = 0; i < kills && !testing::Test::HasFailure(); ++i) {
+        const auto report = killedAfter(machine, random(), std::chrono::microseconds(random() % 30000));
+        interrupted += report.back() == '<' ? 1 : 0;
+        repaired += haldend::MachineTransaction::needsRecovery(haldend::MachineFolder(machine.folder.path())) ? 1 : 0;
+        machine.start();
+        expectStoredWithTheseFiles(machine);
+        expectWhole(machine);
+        EXPECT_EQ(machine.call(machine.search(), i % 2 == 0 ? 111 : 222).code, 0) << "the folder is usable after kill " << i;
+    }
+    std::printf("%d kills: %d hit a call, %d left something to repair\n", kills, interrupted, repaired);
+    EXPECT_GT(interrupted, kills / 4) << "the kills must hit calls, or nothing was shown";
+    EXPECT_GT(repaired, kills / 20);
+}

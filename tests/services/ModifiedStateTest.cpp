@@ -1,0 +1,222 @@
+#include <gtest/gtest.h>
+
+#include "fakes/FakeProgram.h"
+#include "fakes/RecordingPlugin.h"
+
+using namespace corvane;
+using First = fakes::RecordingPlugin<1>;
+using Second = fakes::RecordingPlugin<2>;
+
+namespace {
+
+/// Two connectors with plug-ins, "BSD" before "LDAP" in the list, clean and unlocked.
+struct ModifiedState : testing::Test {
+    ModifiedState() {
+        First::script() = {};
+        Second::script() = {};
+        First::script().name = "BSD";
+        Second::script().name = "LDAP";
+        First::script().answers["isDirty"] = false;
+        Second::script().answers["isDirty"] = false;
+        program.addPlugin("BSD", First::factory());
+        program.addPlugin("LDAP", Second::factory());
+        program.launchUnlocked();
+        First::script().calls.clear();
+        Second::script().calls.clear();
+    }
+    [[nodiscard]] bool edited() { return program.interface.window.isDocumentEdited(); }
+    [[nodiscard]] bool applyEnabled() { return program.interface.applyButton.isEnabled(); }
+    static bool asked(const fakes::PluginScript& script, const std::string& call) {
+        return std::ranges::find(script.calls, call) != script.calls.end();
+    }
+    fakes::FakeProgram program;
+    app::MainController& controller = program.controller();
+};
+
+} // namespace
+
+TEST_F(ModifiedState, eitherFlag_marksTheWindowAndEnablesApply) {
+    EXPECT_FALSE(edited() || applyEnabled());
+    controller.setPluginModified(true);
+    EXPECT_TRUE(edited() && applyEnabled());
+    controller.setSearchPolicyModified(true);
+    controller.setPluginModified(false);
+    EXPECT_TRUE(edited() && applyEnabled());
+    controller.setSearchPolicyModified(false);
+    EXPECT_FALSE(edited() || applyEnabled());
+}
+
+TEST_F(ModifiedState, isDirty_whenMarkedOrWhenAPluginSaysSo) {
+    EXPECT_FALSE(controller.isDirty());
+    Second::script().answers["isDirty"] = true;
+    EXPECT_TRUE(controller.isDirty());
+    Second::script().answers["isDirty"] = false;
+    controller.setPluginModified(true);
+    EXPECT_TRUE(controller.isDirty());
+}
+
+TEST_F(ModifiedState, isDirty_stopsAskingAtTheFirstThatSaysYes) {
+    First::script().answers["isDirty"] = true;
+    EXPECT_TRUE(controller.isDirty());
+    EXPECT_FALSE(asked(Second::script(), "isDirty"));
+}
+
+TEST_F(ModifiedState, isDirty_withAnEmptyList_isTheMark) {
+    program.framework.session->config().records.clear();
+    controller.buildDSConfigPaneData();
+    EXPECT_FALSE(controller.isDirty());
+    controller.setPluginModified(true);
+    EXPECT_TRUE(controller.isDirty());
+}
+
+TEST_F(ModifiedState, isDirty_whileQuitting_isFalseEvenWithPendingEdits) {
+    controller.setPluginModified(true);
+    program.interface.window.close();
+    EXPECT_FALSE(controller.isDirty());
+}
+
+TEST_F(ModifiedState, save_writesPoliciesThenEachConnectorInOrderAndCleansTheMark) {
+    controller.setPluginModified(true);
+    program.journal.clear();
+    EXPECT_TRUE(controller.save());
+    EXPECT_TRUE(asked(First::script(), "saveChanges"));
+    EXPECT_TRUE(asked(Second::script(), "saveChanges"));
+    EXPECT_FALSE(edited());
+    EXPECT_TRUE(program.journal.contains("selectPlugIn.reloadData"));
+}
+
+TEST_F(ModifiedState, save_stopsAtTheFirstConnectorThatFailsAndStaysMarked) {
+    controller.setPluginModified(true);
+    First::script().answers["saveChanges"] = false;
+    EXPECT_FALSE(controller.save());
+    EXPECT_FALSE(asked(Second::script(), "saveChanges"));
+    EXPECT_TRUE(edited());
+    EXPECT_TRUE(program.toolkit.alerts().empty());
+    First::script().answers["saveChanges"] = true;
+    EXPECT_TRUE(controller.save()); // it can be tried again
+}
+
+TEST_F(ModifiedState, save_withoutRights_savesNoConnectorAndKeepsTheMark) {
+    controller.setPluginModified(true);
+    program.authorization->held = false;
+    program.authorization->grantsWhenAsked = false;
+    EXPECT_FALSE(controller.save());
+    EXPECT_FALSE(asked(First::script(), "saveChanges"));
+    EXPECT_TRUE(edited());
+}
+
+TEST_F(ModifiedState, exceptionDuringSave_isShownAndAnswersFalse) {
+    controller.setPluginModified(true);
+    // A search node that raises while it is being written.
+    controller.buildDSSearchPaneData();
+    controller.addNodeToAuthSearchPolicy("/LDAP/two");
+    program.framework.session->search().onCall = [](const auto&, auto*) -> std::optional<util::Bytes> {
+        throw halden::Exception("the service went away");
+    };
+    program.platform.strings.marks = true;
+    EXPECT_FALSE(controller.save());
+    ASSERT_EQ(program.toolkit.alerts().size(), 1U);
+    EXPECT_EQ(program.toolkit.alerts()[0].message, "«An unexpected error occurred»");
+    EXPECT_EQ(program.toolkit.alerts()[0].information, "the service went away");
+    EXPECT_EQ(program.toolkit.alerts()[0].buttons, std::vector<std::string>{"«OK»"});
+    EXPECT_FALSE(program.toolkit.alerts()[0].asSheet);
+    EXPECT_TRUE(edited());
+}
+
+TEST_F(ModifiedState, quit_everyPluginHearsOfItAndTheLastAnswerCounts) {
+    First::script().answers["applicationWillQuitSavingChanges"] = false;
+    EXPECT_TRUE(controller.applicationWillQuitSavingChanges(true));
+    EXPECT_TRUE(asked(First::script(), "applicationWillQuitSavingChanges save"));
+    EXPECT_TRUE(asked(Second::script(), "applicationWillQuitSavingChanges save"));
+    Second::script().answers["applicationWillQuitSavingChanges"] = false;
+    EXPECT_FALSE(controller.applicationWillQuitSavingChanges(false));
+}
+
+TEST_F(ModifiedState, lock_theFirstRefusalEndsTheAsking) {
+    First::script().answers["applicationWillLockSavingChanges"] = false;
+    EXPECT_FALSE(controller.applicationWillLockSavingChanges(true));
+    EXPECT_TRUE(asked(First::script(), "applicationWillLockSavingChanges save"));
+    EXPECT_FALSE(asked(Second::script(), "applicationWillLockSavingChanges save"));
+}
+
+TEST_F(ModifiedState, quitAndLockWithAnEmptyList_areAgreedTo) {
+    program.framework.session->config().records.clear();
+    controller.buildDSConfigPaneData();
+    EXPECT_TRUE(controller.applicationWillQuitSavingChanges(false));
+    EXPECT_TRUE(controller.applicationWillLockSavingChanges(false));
+}
+
+TEST_F(ModifiedState, revert_whenNothingMarkedTheWindow_doesNothing) {
+    First::script().answers["isDirty"] = true;
+    program.journal.clear();
+    controller.revertAction();
+    EXPECT_FALSE(asked(First::script(), "revertChanges"));
+    EXPECT_TRUE(program.journal.entries().empty());
+}
+
+TEST_F(ModifiedState, revert_tellsEveryPluginRebuildsTheListAndCleansTheMark) {
+    controller.setPluginModified(true);
+    controller.pluginWithPrefix("LDAP")->setEnabled(false);
+    First::script().answers["revertChanges"] = false; // the answer doesn't matter
+    program.journal.clear();
+    controller.revertAction();
+    EXPECT_TRUE(asked(First::script(), "revertChanges"));
+    EXPECT_TRUE(asked(Second::script(), "revertChanges"));
+    EXPECT_TRUE(controller.isPluginEnabled("LDAP"));
+    EXPECT_FALSE(edited());
+    EXPECT_EQ(program.journal.only(
+                  {"progressBar.indeterminate", "window.beginSheet", "/Config.query", "window.endSheet"}),
+              (std::vector<std::string>{"progressBar.indeterminate", "window.beginSheet", "/Config.query",
+                                        "window.endSheet"}));
+    EXPECT_FALSE(program.journal.contains("/Search.details")); // no policy was edited
+}
+
+TEST_F(ModifiedState, revert_readsEditedPoliciesAgain) {
+    controller.addNodeToContactsSearchPolicy("/LDAP/two");
+    program.journal.clear();
+    controller.revertAction();
+    EXPECT_TRUE(program.journal.contains("/Contacts.details"));
+    EXPECT_FALSE(program.journal.contains("/Search.details"));
+    EXPECT_FALSE(controller.isNodeOnContactsSearchPolicy("/LDAP/two"));
+}
+
+TEST_F(ModifiedState, loadConfigWithSheet_buildsBehindTheSheetOnlyWhenNotLoaded) {
+    program.journal.clear();
+    controller.loadConfigWithSheet();
+    EXPECT_TRUE(program.journal.entries().empty());
+    controller.setIPAddress("server.example.com"); // every pane has to be read anew
+    controller.loadConfigWithSheet();
+    EXPECT_EQ(program.journal.only({"window.beginSheet", "/Config.query", "window.endSheet"}),
+              (std::vector<std::string>{"window.beginSheet", "/Config.query", "window.endSheet"}));
+}
+
+TEST_F(ModifiedState, enableButtons_enablesEveryControl) {
+    program.interface.addNode.setEnabled(false);
+    program.interface.deleteNode.setEnabled(false);
+    controller.enableButtons({&program.interface.addNode, &program.interface.deleteNode});
+    EXPECT_TRUE(program.interface.addNode.isEnabled() && program.interface.deleteNode.isEnabled());
+}
+
+TEST_F(ModifiedState, refreshTable_reloadsTheTwoNodeTablesAlone) {
+    program.journal.clear();
+    controller.refreshTable();
+    EXPECT_EQ(program.journal.entries(),
+              (std::vector<std::string>{"selectNode.reloadData", "selectNodeContact.reloadData"}));
+}
+
+TEST_F(ModifiedState, markDirtyOfAPlugin_marksTheWindow) {
+    const auto& host = *Second::script().host;
+    host.markDirty(host.context);
+    EXPECT_TRUE(edited() && applyEnabled());
+}
+
+TEST_F(ModifiedState, pluginThatThrows_isShownInASheetWithCauseAndNextStep) {
+    First::script().throwsIn = "saveChanges";
+    controller.setPluginModified(true);
+    EXPECT_FALSE(controller.save());
+    ASSERT_EQ(program.toolkit.alerts().size(), 1U);
+    EXPECT_EQ(program.toolkit.alerts()[0].message, "The plug-in BSD has failed.");
+    EXPECT_NE(program.toolkit.alerts()[0].information.find("the plug-in is out of order"), std::string::npos);
+    EXPECT_TRUE(program.toolkit.alerts()[0].asSheet);
+    EXPECT_TRUE(edited());
+}

@@ -1,0 +1,220 @@
+#include <gtest/gtest.h>
+
+#include "fakes/FakeProgram.h"
+#include "fakes/RecordingPlugin.h"
+
+using namespace corvane;
+namespace attribute = halden::attribute;
+using Recording = fakes::RecordingPlugin<0>;
+
+namespace {
+
+struct ServicesList : testing::Test {
+    ServicesList() { Recording::script() = {}; }
+    [[nodiscard]] std::vector<std::string> shown() { return program.interface.selectPlugIn.texts("Name"); }
+    void setSystemVersion(const std::string& version) {
+        program.framework.session->config().details.set(attribute::operatingSystemVersion,
+                                                        util::Array{version});
+    }
+    fakes::FakeProgram program;
+    fakes::FakeSession& session = *program.framework.session;
+};
+
+} // namespace
+
+TEST_F(ServicesList, isSortedByNameWithoutRegardToCase) {
+    program.addConnector("ad", "Active", "1");
+    program.addConnector("Zoo", "Active", "1");
+    program.addConnector("AD", "Active", "1");
+    program.launch();
+    const auto names = shown();
+    EXPECT_EQ(names.size(), 5U);
+    EXPECT_EQ(names.back(), "Zoo");
+    EXPECT_EQ((std::set<std::string>{names[0], names[1]}), (std::set<std::string>{"ad", "AD"}));
+}
+
+TEST_F(ServicesList, recordsAttributes_becomeTheDescription) {
+    program.addConnector("AD", "Inactive", "2.20");
+    program.launch();
+    const auto item = program.controller().pluginWithPrefix("AD");
+    ASSERT_NE(item, nullptr);
+    EXPECT_FALSE(item->isEnabled());
+    EXPECT_EQ(item->pluginVersion(), "2.20");
+}
+
+TEST_F(ServicesList, recordWithoutStateAndVersion_isUnknownAndHasNoIndex) {
+    program.addConnector("AD", "", "");
+    program.launch();
+    const auto item = program.controller().pluginWithPrefix("AD");
+    EXPECT_EQ(item->pluginVersion(), "Unknown");
+    EXPECT_FALSE(item->isEnabled());
+    item->setEnabled(true);
+    EXPECT_TRUE(item->saveEnableState());
+    EXPECT_TRUE(session.config().calls.empty()); // no index, no call
+}
+
+TEST_F(ServicesList, index_isTheLengthOfTheVersionText) {
+    program.launch();
+    program.controller().setPluginEnabled("BSD", false); // its version is 1.2.3
+    ASSERT_EQ(session.config().calls.size(), 1U);
+    EXPECT_EQ(session.config().calls[0].code, 1005);
+}
+
+TEST_F(ServicesList, index_countsCharactersNotOctets) {
+    program.addConnector("AD", "Active", "1.β");
+    program.launch();
+    program.controller().setPluginEnabled("AD", false);
+    EXPECT_EQ(session.config().calls.at(0).code, 1003);
+}
+
+TEST_F(ServicesList, oneConnectorOfOld_isNeverShown) {
+    program.addConnector("FlatFile", "Active", "1");
+    program.addConnector("flatfile", "Active", "1");
+    program.launch();
+    EXPECT_EQ(shown(), (std::vector<std::string>{"BSD", "flatfile", "LDAP"}));
+}
+
+TEST_F(ServicesList, zeroconfConnectorsFormerName_isShownAsTheCurrentOneWithItsPlugin) {
+    program.addConnector("ZeroconfDiscovery", "Active", "1");
+    program.addPlugin("Zeroconf", Recording::factory());
+    Recording::script().name = "Bonded";
+    program.launch();
+    EXPECT_NE(program.controller().pluginWithPrefix("Zeroconf"), nullptr);
+    EXPECT_EQ(program.controller().pluginWithPrefix("ZeroconfDiscovery"), nullptr);
+    EXPECT_NE(program.controller().pluginWithName("Bonded"), nullptr);
+}
+
+TEST_F(ServicesList, onALegacySystem_everyConnectorIsListed) {
+    setSystemVersion("10.6.8");
+    program.launch();
+    EXPECT_EQ(shown().size(), 2U);
+}
+
+TEST_F(ServicesList, onALaterSystem_onlyConnectorsThatCanBeConfigured) {
+    setSystemVersion("10.10");
+    program.addPlugin("LDAP", Recording::factory());
+    program.launch();
+    EXPECT_EQ(shown(), std::vector<std::string>{"Shown Name"});
+}
+
+TEST_F(ServicesList, systemVersion_isAskedAfreshForEveryRecord) {
+    (void)program.controller();
+    program.journal.clear();
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(program.journal.count("/Config.details"), 2);
+}
+
+TEST_F(ServicesList, queryAsksForEveryConnectorAndEveryAttribute) {
+    program.addConnector("AD", "Active", "1").with(attribute::configAvailable, {"/bin/x"});
+    session.config().records.push_back(
+        std::make_shared<fakes::FakeRecord>(std::string(halden::recordType::recordTypes), "no connector"));
+    program.launch();
+    EXPECT_EQ(shown().size(), 3U);
+    EXPECT_TRUE(program.controller().pluginWithPrefix("AD")->canConfigure());
+}
+
+TEST_F(ServicesList, failingQuery_leavesAnEmptyListAndTellsNobody) {
+    program.launch();
+    session.config().nextError = {1, "down", "", ""};
+    program.controller().buildDSConfigPaneData();
+    EXPECT_TRUE(shown().empty());
+    EXPECT_TRUE(program.toolkit.alerts().empty());
+}
+
+TEST_F(ServicesList, exceptionWhileBuilding_keepsWhatIsThereHidesTheProgressAndReloads) {
+    program.launch();
+    program.controller().setHaldenSession(program.framework.session);
+    program.controller().showProgressBar();
+    program.journal.clear();
+    session.config().raisesOnDetails = true; // raised by the question for the system's version
+    program.controller().buildDSConfigPaneData();
+    EXPECT_TRUE(shown().empty()); // nothing was added before it
+    EXPECT_FALSE(program.interface.window.hasAttachedSheet());
+    EXPECT_EQ(program.journal.count("selectPlugIn.reloadData"), 1);
+}
+
+TEST_F(ServicesList, exceptionBeforeItWasEverLoaded_letsTheNextVisitTryAgain) {
+    session.config().raisesOnDetails = true;
+    program.launch();
+    EXPECT_TRUE(shown().empty());
+    session.config().raisesOnDetails = false;
+    program.controller().loadCurrentTabIfNeeded("1");
+    EXPECT_EQ(shown().size(), 2U);
+}
+
+TEST_F(ServicesList, rebuild_makesNewItemsAndPluginObjects) {
+    program.addPlugin("LDAP", Recording::factory());
+    program.launch();
+    const auto before = program.controller().pluginWithPrefix("LDAP");
+    program.controller().buildDSConfigPaneData();
+    EXPECT_NE(program.controller().pluginWithPrefix("LDAP"), before);
+}
+
+TEST_F(ServicesList, lookUps_areExactAndGiveNothingBeforeTheFirstBuild) {
+    auto& controller = program.controller();
+    EXPECT_EQ(controller.pluginWithPrefix("LDAP"), nullptr);
+    EXPECT_EQ(controller.pluginWithName("LDAP"), nullptr);
+    EXPECT_FALSE(controller.isPluginEnabled("LDAP"));
+    program.launch();
+    EXPECT_NE(controller.pluginWithPrefix("LDAP"), nullptr);
+    EXPECT_EQ(controller.pluginWithPrefix("ldap"), nullptr);
+    EXPECT_EQ(controller.pluginVersionWithPrefix("LDAP"), "1.10");
+    EXPECT_EQ(controller.pluginVersionWithPrefix("none"), std::nullopt);
+    EXPECT_TRUE(controller.isPluginEnabled("LDAP"));
+    EXPECT_FALSE(controller.isPluginEnabled("none"));
+}
+
+TEST_F(ServicesList, pluginWithName_looksAtTheShownNameAndWithPrefixAtTheRecords) {
+    program.addPlugin("LDAP", Recording::factory());
+    program.launch();
+    EXPECT_NE(program.controller().pluginWithName("Shown Name"), nullptr);
+    EXPECT_EQ(program.controller().pluginWithName("LDAP"), nullptr);
+    EXPECT_NE(program.controller().pluginWithPrefix("LDAP"), nullptr);
+}
+
+TEST_F(ServicesList, setPluginEnabled_writesAtOnceAndMarksNothing) {
+    program.launchUnlocked();
+    program.journal.clear();
+    program.controller().setPluginEnabled("LDAP", false);
+    EXPECT_EQ(session.config().calls.at(0).code, 1004);
+    EXPECT_FALSE(program.interface.window.isDocumentEdited());
+    EXPECT_TRUE(program.journal.contains("selectPlugIn.reloadData"));
+    EXPECT_FALSE(program.controller().isPluginEnabled("LDAP"));
+}
+
+TEST_F(ServicesList, setPluginEnabledOfAnUnknownOne_onlyReloads) {
+    program.launch();
+    program.journal.clear();
+    program.controller().setPluginEnabled("none", true);
+    EXPECT_TRUE(program.journal.contains("selectPlugIn.reloadData"));
+    EXPECT_TRUE(session.config().calls.empty());
+}
+
+TEST_F(ServicesList, changeListener_watchesOneKeyUnderItsNameAndPostsTheNotification) {
+    program.launch();
+    auto& store = program.platform.dynamicStore;
+    EXPECT_EQ(store.names, std::vector<std::string>{"com.velmora.dsSearchPolicyListener"});
+    ASSERT_EQ(store.inRunLoop.size(), 1U);
+    EXPECT_EQ(
+        store.inRunLoop[0]->keys,
+        (std::vector<std::string>{"com.velmora.DirectoryService.NotifyTypeStandard:SearchPolicyChanged"}));
+    int heard = 0;
+    const auto observer =
+        program.platform.notifications.observe("DSSearchPathNodeChange", [&heard] { ++heard; });
+    store.signal("com.velmora.DirectoryService.NotifyTypeStandard:SearchPolicyChanged");
+    EXPECT_EQ(heard, 1);
+}
+
+TEST_F(ServicesList, changeListenerThatCantBeMade_isNoMatter) {
+    program.platform.dynamicStore.canCreate = false;
+    program.launch();
+    EXPECT_EQ(shown().size(), 2U);
+    EXPECT_TRUE(program.platform.log.lines.empty());
+}
+
+TEST_F(ServicesList, changeListenerWithoutItsKey_isNotPutIntoTheRunLoop) {
+    program.platform.dynamicStore.canWatch = false;
+    program.launch();
+    EXPECT_TRUE(program.platform.dynamicStore.inRunLoop.empty());
+    EXPECT_TRUE(program.platform.dynamicStore.lastSession.expired()); // nobody else holds it
+}

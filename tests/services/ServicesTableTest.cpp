@@ -1,0 +1,147 @@
+#include "services/ServicesTable.h"
+
+#include <gtest/gtest.h>
+
+#include "fakes/FakeProgram.h"
+#include "fakes/RecordingPlugin.h"
+
+using namespace corvane;
+using Recording = fakes::RecordingPlugin<0>;
+using toolkit::TextColor;
+
+namespace {
+
+struct ServicesTable : testing::Test {
+    ServicesTable() { Recording::script() = {}; }
+    [[nodiscard]] fakes::FakeTableView& table() { return program.interface.selectPlugIn; }
+    [[nodiscard]] fakes::FakeButton& configure() { return program.interface.configPlugIn; }
+    fakes::FakeProgram program;
+};
+
+/// A table that keeps its on/off and version columns, as an interface of old may.
+struct TableOfOld : ServicesTable, services::ServicesTable::Needs, services::ServicesList::Needs {
+    TableOfOld() {
+        withColumns.setDataSource(&served);
+        withColumns.setDelegate(&served);
+        list.buildDSConfigPaneData();
+    }
+    bool unlocked() override { return isUnlocked; }
+    void setPluginModified(bool value) override { modified = value; }
+    std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override {
+        return program.controller().haldenConfigNode();
+    }
+    bool legacyDS() override { return true; }
+    std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() override { return nullptr; }
+    void hideProgressBar() override {}
+    void reloadPluginTable() override { withColumns.reloadData(); }
+
+    bool isUnlocked = true;
+    bool modified = false;
+    fakes::FakeTableView withColumns{program.journal, "old", {"Name", "Version", "On/Off", "Other"}};
+    services::ServicesList list{{plugins::PluginController::sharedInstance(program.platform.environment),
+                                 program.toolkit, program.platform.environment},
+                                *this};
+    services::ServicesTable served{list, {withColumns, program.interface.configPlugIn}, *this};
+};
+
+} // namespace
+
+TEST_F(ServicesTable, setUp_leavesTheNameColumnAlone) {
+    program.launch();
+    EXPECT_EQ(table().tableColumnWithIdentifier("On-Off"), nullptr);
+    EXPECT_EQ(table().tableColumnWithIdentifier("Version"), nullptr);
+    EXPECT_NE(table().tableColumnWithIdentifier("Name"), nullptr);
+    EXPECT_EQ(program.journal.only({"selectPlugIn.removeColumn On-Off", "selectPlugIn.removeColumn Version",
+                                    "selectPlugIn.sizeToFit"}),
+              (std::vector<std::string>{"selectPlugIn.removeColumn On-Off",
+                                        "selectPlugIn.removeColumn Version", "selectPlugIn.sizeToFit"}));
+}
+
+TEST_F(ServicesTable, locked_noRowCanBeSelectedTextIsGrayAndConfigureDisabled) {
+    program.launch();
+    EXPECT_FALSE(table().clickRow(0));
+    EXPECT_EQ(table().drawnCell("Name", 0).textColor, TextColor::gray);
+    EXPECT_FALSE(configure().isEnabled());
+}
+
+TEST_F(ServicesTable, unlocked_rowsCanBeSelectedAndTextIsBlack) {
+    program.launchUnlocked();
+    EXPECT_TRUE(table().clickRow(1));
+    EXPECT_EQ(table().drawnCell("Name", 1).textColor, TextColor::black);
+}
+
+TEST_F(ServicesTable, configureButton_followsTheSelectedConnector) {
+    program.addPlugin("LDAP", Recording::factory());
+    Recording::script().name = "LDAP";
+    program.launchUnlocked();
+    EXPECT_FALSE(configure().isEnabled()); // row 0, "BSD", has nothing to configure
+    EXPECT_TRUE(table().clickRow(1));
+    EXPECT_TRUE(configure().isEnabled());
+}
+
+TEST_F(ServicesTable, buttonAndDoubleClick_openTheConfigurationOfTheSelectedConnector) {
+    program.addPlugin("LDAP", Recording::factory());
+    Recording::script().name = "LDAP";
+    program.launchUnlocked();
+    table().doubleClickRow(1);
+    configure().click();
+    EXPECT_EQ(std::ranges::count(Recording::script().calls, "configureButtonClicked sender"), 2);
+}
+
+TEST_F(ServicesTable, configureWithoutASelection_doesNothing) {
+    program.launch();
+    program.controller().configPlugInAction(nullptr);
+    EXPECT_TRUE(program.toolkit.alerts().empty());
+}
+
+TEST_F(ServicesTable, outsideTheList_everyAnswerIsHarmless) {
+    program.launch();
+    EXPECT_EQ(table().textAt("Name", -1), "DefaultEntry");
+    EXPECT_EQ(table().textAt("Name", 99), "DefaultEntry");
+    EXPECT_EQ(table().textAt("Unknown column", 0), "DefaultEntry");
+}
+
+TEST_F(TableOfOld, cells_showNameVersionAndState) {
+    EXPECT_EQ(withColumns.texts("Name"), (std::vector<std::string>{"BSD", "LDAP"}));
+    EXPECT_EQ(withColumns.texts("Version"), (std::vector<std::string>{"1.2.3", "1.10"}));
+    EXPECT_EQ(withColumns.texts("Other"), (std::vector<std::string>{"DefaultEntry", "DefaultEntry"}));
+    EXPECT_EQ(withColumns.textAt("On/Off", 0), "<cell>");
+    EXPECT_TRUE(withColumns.tableColumnWithIdentifier("On/Off")->dataCell()->on);
+}
+
+TEST_F(TableOfOld, tickingACheckBox_changesTheStateAndMarksTheWindow) {
+    withColumns.toggleCheckBox("On/Off", 1, false);
+    EXPECT_FALSE(list.isPluginEnabled("LDAP"));
+    EXPECT_TRUE(modified);
+    EXPECT_TRUE(program.framework.session->config().calls.empty()); // written by save alone
+}
+
+TEST_F(TableOfOld, editsElsewhere_areIgnored) {
+    withColumns.toggleCheckBox("Name", 1, false);
+    withColumns.toggleCheckBox("On/Off", 7, false);
+    withColumns.toggleCheckBox("On/Off", -1, false);
+    EXPECT_TRUE(list.isPluginEnabled("LDAP"));
+    EXPECT_FALSE(modified);
+}
+
+TEST_F(TableOfOld, checkBox_isEnabledAsTheConnectorAllowsWhileUnlocked) {
+    EXPECT_FALSE(withColumns.drawnCell("On/Off", 0).enabled); // "BSD" is never switched off
+    EXPECT_TRUE(withColumns.drawnCell("On/Off", 1).enabled);
+    isUnlocked = false;
+    EXPECT_FALSE(withColumns.drawnCell("On/Off", 1).enabled);
+}
+
+TEST_F(TableOfOld, colours_touchNameAndVersionOnly) {
+    isUnlocked = false;
+    EXPECT_EQ(withColumns.drawnCell("Version", 0).textColor, TextColor::gray);
+    toolkit::Cell red;
+    red.textColor = TextColor::red;
+    EXPECT_EQ(withColumns.drawnCell("Other", 0, red).textColor, TextColor::red);
+}
+
+TEST_F(TableOfOld, setUp_takesTheColumnOfOldToo) {
+    const auto* column = withColumns.tableColumnWithIdentifier("On/Off");
+    ASSERT_NE(column, nullptr);
+    served.setUpTable();
+    EXPECT_EQ(withColumns.tableColumnWithIdentifier("On/Off"), nullptr);
+}
