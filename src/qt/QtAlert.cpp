@@ -37,7 +37,8 @@ void QtAlert::arrange() {
     if (!std::exchange(arranged_, true)) panel_->arrange();
 }
 
-// Without a window manager nobody gives the keyboard to a new window, nor back to the old one: asked for here.
+// Without a window manager nobody gives the keyboard to a new window, nor back to the old one: asked for
+// here.
 int QtAlert::runModal() {
     arrange();
     const QPointer<QWidget> cover = windowToCover();
