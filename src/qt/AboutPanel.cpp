@@ -13,7 +13,7 @@ namespace corvane::qt {
 namespace {
 
 constexpr int signSize = 96;
-constexpr int textWidth = 320;
+constexpr int textWidth = 384;
 
 QString tr(const char* text) { return QCoreApplication::translate("AboutPanel", text); }
 
@@ -69,7 +69,7 @@ AboutPanel::AboutPanel(const QtApplication::About& about, const std::map<std::st
     addLine(*layout, components.isEmpty() ? QString() : tr("Built on %1").arg(components.join(", ")), true);
     layout->addSpacing(16);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
-    layout->addWidget(buttons);
+    layout->addWidget(buttons, 0, Qt::AlignHCenter);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
 }
 

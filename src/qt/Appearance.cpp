@@ -55,6 +55,7 @@ QPalette ownPalette(bool dark) {
     for (const auto role : {QPalette::WindowText, QPalette::Text, QPalette::ButtonText})
         palette.setColor(QPalette::Disabled, role, scheme.disabled);
     palette.setColor(QPalette::Disabled, QPalette::Highlight, scheme.line);
+    palette.setColor(QPalette::Disabled, QPalette::HighlightedText, scheme.text);
     return palette;
 }
 

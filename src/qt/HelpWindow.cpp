@@ -14,6 +14,7 @@ HelpWindow::HelpWindow() : page_(new QTextBrowser(this)) {
     page_->setFrameShape(QFrame::NoFrame);
     page_->setOpenExternalLinks(true);
     page_->document()->setDocumentMargin(24);
+    page_->document()->setIndentWidth(20);
     resize(520, 560);
     for (const auto& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)}) {
         auto* shortcut = new QShortcut(keys, this);

@@ -99,7 +99,6 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       menu(*form_->shell.menuBar(), application, guard) {
     window.setTitle("Corvane");
     window.setContentMinSize({590, 365});
-    application.keepsStateOf(window);
 }
 
 MainWindowInterface::~MainWindowInterface() = default;

@@ -2,6 +2,7 @@
 
 #include <QApplication>
 #include <QMenu>
+#include <QTimer>
 
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
@@ -36,12 +37,17 @@ void QtAlert::arrange() {
     if (!std::exchange(arranged_, true)) panel_->arrange();
 }
 
+// Without a window manager nobody gives the keyboard to a new window, nor back to the old one: asked for
+// here.
 int QtAlert::runModal() {
     arrange();
-    if (auto* cover = windowToCover()) panel_->setParent(cover, panel_->windowFlags() | Qt::Dialog);
+    const QPointer<QWidget> cover = windowToCover();
+    if (cover) panel_->setParent(cover.data(), panel_->windowFlags() | Qt::Dialog);
     panel_->setWindowModality(Qt::ApplicationModal);
+    QTimer::singleShot(0, panel_.get(), &QWidget::activateWindow);
     const int answer = panel_->exec();
     panel_->setParent(nullptr);
+    if (cover && cover->isVisible()) cover->activateWindow();
     return answer;
 }
 

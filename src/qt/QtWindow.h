@@ -25,8 +25,8 @@ public:
     static constexpr double heightAboveContentWithToolbar = 78;
     static constexpr double heightAboveContent = 22;
 
-    /// `shell` is the window itself, `content` the part of it that the program sizes (may be `shell`). The
-    /// window takes over neither; both outlive it.
+    /// `shell` is the window itself, `content` the part of it that the program sizes. They may be the same in
+    /// a window that no sheet will run on: the content rests while one does. Both outlive the window.
     QtWindow(QWidget& shell, QWidget& content, HandlerGuard& guard, SettingsFile& settings);
     ~QtWindow() override;
     QtWindow(const QtWindow&) = delete;

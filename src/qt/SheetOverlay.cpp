@@ -82,13 +82,13 @@ void SheetOverlay::paintEvent(QPaintEvent*) {
     QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing);
     const bool dark = isDark(palette());
-    painter.fillRect(rect(), QColor(0, 0, 0, dark ? 110 : 46));
+    painter.fillRect(rect(), QColor(0, 0, 0, dark ? 110 : 30));
     if (!panel_) return;
     // Hangs from above the upper edge, so that only the lower corners are seen to be round.
     const QRectF body = QRectF(panel_->geometry()).adjusted(0, -cornerRadius, 0, 0);
     painter.setPen(Qt::NoPen);
     for (int width = shadowWidth; width > 0; --width) {
-        painter.setBrush(QColor(0, 0, 0, dark ? 5 : 3));
+        painter.setBrush(QColor(0, 0, 0, dark ? 5 : 2));
         const QRectF shadow = body.adjusted(-width, 0, width, width + 2);
         painter.drawRoundedRect(shadow, cornerRadius + width, cornerRadius + width);
     }

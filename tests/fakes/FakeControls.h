@@ -188,8 +188,8 @@ public:
 
     void reloadData() override {
         rows_ = source_ != nullptr ? source_->numberOfRowsInTableView(*this) : 0;
-        std::erase_if(selection_, [this](int row) { return row >= rows_; });
         note("reloadData");
+        if (std::erase_if(selection_, [this](int row) { return row >= rows_; }) > 0) tellSelectionChanged();
     }
     [[nodiscard]] int numberOfRows() const override { return rows_; }
 
@@ -207,10 +207,11 @@ public:
     void selectRow(int row, bool byExtendingSelection) override {
         note("select " + std::to_string(row));
         if (row < 0 || row >= rows_) return;
-        if (!byExtendingSelection) selection_.clear();
+        const auto before = selectedRows();
+        if (!byExtendingSelection || !multiple_) selection_.clear();
         std::erase(selection_, row);
         selection_.push_back(row);
-        tellSelectionChanged();
+        if (selectedRows() != before) tellSelectionChanged();
     }
     void deselectRow(int row) override {
         note("deselect " + std::to_string(row));
@@ -230,11 +231,16 @@ public:
         return true;
     }
     void doubleClickRow(int row) {
-        (void)clickRow(row);
-        if (doubleAction_) doubleAction_(*this);
+        if (clickRow(row) && doubleAction_) doubleAction_(*this);
     }
     void toggleCheckBox(const std::string& column, int row, bool value) {
         source_->setObjectValue(*this, value, *tableColumnWithIdentifier(column), row);
+    }
+
+    [[nodiscard]] bool isCheckedAt(const std::string& column, int row) {
+        const auto value = source_->objectValueForTableColumn(*this, *tableColumnWithIdentifier(column), row);
+        const auto* cell = std::get_if<std::shared_ptr<toolkit::Cell>>(&value);
+        return cell != nullptr && (*cell)->on;
     }
 
     /// What a text column shows in a row.

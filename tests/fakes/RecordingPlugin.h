@@ -52,7 +52,9 @@ public:
         script().note("pluginName");
         return script().name;
     }
-    bool isEnabledForLocation(const char* location) { return script().answer("isEnabledForLocation", text(location)); }
+    bool isEnabledForLocation(const char* location) {
+        return script().answer("isEnabledForLocation", text(location));
+    }
     bool canSetEnabledForLocation(const char* location) {
         return script().answer("canSetEnabledForLocation", text(location));
     }

@@ -1,0 +1,158 @@
+#include <gtest/gtest.h>
+
+#include <stdexcept>
+
+#include "contract/toolkit/ToolkitDriver.h"
+
+namespace corvane::contract {
+namespace {
+
+class ControlsContract : public testing::Test {
+protected:
+    /// Counts the runs of an action and keeps its last sender.
+    toolkit::Control::Action counting() {
+        return [this](toolkit::Control& sender) {
+            ++runs_;
+            sender_ = &sender;
+        };
+    }
+
+    std::unique_ptr<ToolkitDriver> driver_ = makeToolkitDriver();
+    int runs_ = 0;
+    toolkit::Control* sender_ = nullptr;
+};
+
+using ButtonContract = ControlsContract;
+using PopUpButtonContract = ControlsContract;
+using TextFieldContract = ControlsContract;
+using ProgressIndicatorContract = ControlsContract;
+
+TEST_F(ButtonContract, ClickRunsTheActionOnceWithTheButtonAsSender) {
+    auto& button = driver_->button();
+    button.setAction(counting());
+    EXPECT_TRUE(driver_->click(button));
+    EXPECT_EQ(runs_, 1);
+    EXPECT_EQ(sender_, &button);
+}
+
+TEST_F(ButtonContract, ClickWithoutAnActionIsHarmless) { EXPECT_TRUE(driver_->click(driver_->button())); }
+
+TEST_F(ButtonContract, ASecondActionReplacesTheFirst) {
+    auto& button = driver_->button();
+    button.setAction([](toolkit::Control&) { FAIL() << "this action was replaced"; });
+    button.setAction(counting());
+    EXPECT_TRUE(driver_->click(button));
+    EXPECT_EQ(runs_, 1);
+}
+
+TEST_F(ButtonContract, ADisabledButtonCannotBeClicked) {
+    auto& button = driver_->button();
+    button.setAction(counting());
+    button.setEnabled(false);
+    EXPECT_FALSE(button.isEnabled());
+    EXPECT_FALSE(driver_->click(button));
+    EXPECT_EQ(runs_, 0);
+    button.setEnabled(true);
+    EXPECT_TRUE(button.isEnabled());
+    EXPECT_TRUE(driver_->click(button));
+    EXPECT_EQ(runs_, 1);
+}
+
+TEST_F(ButtonContract, AHiddenButtonCannotBeClicked) {
+    auto& button = driver_->button();
+    button.setAction(counting());
+    EXPECT_FALSE(button.isHidden());
+    button.setHidden(true);
+    EXPECT_TRUE(button.isHidden());
+    EXPECT_FALSE(driver_->click(button));
+    EXPECT_EQ(runs_, 0);
+    button.setHidden(false);
+    EXPECT_TRUE(driver_->click(button));
+    EXPECT_EQ(runs_, 1);
+}
+
+TEST_F(ButtonContract, TitleIsWhatWasSetSignsOfMnemonicsIncluded) {
+    auto& button = driver_->button();
+    button.setTitle("Save & Quit…");
+    EXPECT_EQ(button.title(), "Save & Quit…");
+}
+
+TEST_F(ButtonContract, KnowsTheWindowThatShowsIt) {
+    EXPECT_EQ(driver_->button().window(), &driver_->window());
+}
+
+TEST_F(PopUpButtonContract, ChoosingSelectsTheItemBeforeTheActionRuns) {
+    auto& popUp = driver_->popUp();
+    int seen = -2;
+    popUp.setAction([&](toolkit::Control&) { seen = popUp.indexOfSelectedItem(); });
+    EXPECT_TRUE(driver_->choose(popUp, 2));
+    EXPECT_EQ(seen, 2);
+    EXPECT_EQ(popUp.indexOfSelectedItem(), 2);
+}
+
+TEST_F(PopUpButtonContract, SelectingFromTheProgramRunsNoAction) {
+    auto& popUp = driver_->popUp();
+    popUp.setAction(counting());
+    popUp.selectItemAtIndex(1);
+    EXPECT_EQ(popUp.indexOfSelectedItem(), 1);
+    popUp.synchronizeTitleAndSelectedItem();
+    EXPECT_EQ(popUp.indexOfSelectedItem(), 1);
+    EXPECT_EQ(runs_, 0);
+}
+
+TEST_F(PopUpButtonContract, MinusOneSelectsNothing) {
+    auto& popUp = driver_->popUp();
+    popUp.selectItemAtIndex(-1);
+    EXPECT_EQ(popUp.indexOfSelectedItem(), -1);
+}
+
+TEST_F(PopUpButtonContract, AnIndexPastTheEndChangesNothing) {
+    auto& popUp = driver_->popUp();
+    popUp.selectItemAtIndex(1);
+    popUp.selectItemAtIndex(popUp.numberOfItems());
+    EXPECT_EQ(popUp.numberOfItems(), 3);
+    EXPECT_EQ(popUp.indexOfSelectedItem(), 1);
+}
+
+TEST_F(PopUpButtonContract, ADisabledPopUpKeepsItsItem) {
+    auto& popUp = driver_->popUp();
+    popUp.setAction(counting());
+    popUp.setEnabled(false);
+    EXPECT_FALSE(driver_->choose(popUp, 2));
+    EXPECT_EQ(popUp.indexOfSelectedItem(), 0);
+    EXPECT_EQ(runs_, 0);
+}
+
+TEST_F(TextFieldContract, ReturnRunsTheActionWithTheTypedText) {
+    auto& field = driver_->textField();
+    std::string seen;
+    field.setAction([&](toolkit::Control&) { seen = field.stringValue(); });
+    EXPECT_TRUE(driver_->type(field, "ldap.example"));
+    EXPECT_EQ(seen, "ldap.example");
+}
+
+TEST_F(TextFieldContract, SettingTheTextRunsNoAction) {
+    auto& field = driver_->textField();
+    field.setAction(counting());
+    field.setStringValue("Grüße");
+    EXPECT_EQ(field.stringValue(), "Grüße");
+    EXPECT_EQ(runs_, 0);
+}
+
+TEST_F(ProgressIndicatorContract, KeepsItsKindWhileItRunsAndStops) {
+    auto& bar = driver_->progressIndicator();
+    bar.setUsesThreadedAnimation(true);
+    bar.setIndeterminate(true);
+    EXPECT_TRUE(bar.isIndeterminate());
+    bar.setNeedsDisplay();
+    bar.startAnimation();
+    bar.display();
+    EXPECT_TRUE(bar.isIndeterminate());
+    bar.stopAnimation();
+    EXPECT_TRUE(bar.isIndeterminate());
+    bar.setIndeterminate(false);
+    EXPECT_FALSE(bar.isIndeterminate());
+}
+
+} // namespace
+} // namespace corvane::contract

@@ -1,0 +1,219 @@
+#include <gtest/gtest.h>
+
+#include <QApplication>
+#include <QMainWindow>
+#include <QPushButton>
+#include <QSignalSpy>
+#include <QTest>
+#include <QTimer>
+#include <QVBoxLayout>
+
+#include "contract/toolkit/ToolkitDriver.h"
+#include "qt/AlertPanel.h"
+#include "qt/Appearance.h"
+#include "qt/QtButton.h"
+#include "qt/QtPopUpButton.h"
+#include "qt/QtProgressIndicator.h"
+#include "qt/QtTabView.h"
+#include "qt/QtTableView.h"
+#include "qt/QtTextField.h"
+#include "qt/QtToolbar.h"
+#include "qt/QtToolkit.h"
+#include "qt/QtWindow.h"
+#include "qt/Text.h"
+
+namespace corvane::contract {
+namespace {
+
+/// A handler that throws is a failed test here.
+class FailingLog final : public util::ProcessLog {
+public:
+    void log(std::string_view line) override { ADD_FAILURE() << line; }
+};
+
+QMainWindow* makeShell() {
+    auto* shell = new QMainWindow;
+    auto* content = new QWidget;
+    auto* layout = new QVBoxLayout(content);
+    for (QWidget* each : std::initializer_list<QWidget*>{
+             new QPushButton("Press"), new QComboBox, new QLineEdit, new QProgressBar, new qt::TableWidget})
+        layout->addWidget(each);
+    content->findChild<QComboBox*>()->addItems({"One", "Two", "Three"});
+    shell->setCentralWidget(content);
+    shell->resize(400, 420);
+    return shell;
+}
+
+class PageView final : public qt::QtPlainView {
+public:
+    PageView() : QtView(*new QWidget) { widget().setProperty("tabTitle", "Page"); }
+};
+
+/// The real widgets, operated with real mouse and key events.
+class QtToolkitDriver final : public ToolkitDriver {
+public:
+    QtToolkitDriver() {
+        shell_->show();
+        if (!QTest::qWaitForWindowExposed(shell_.get())) ADD_FAILURE() << "the window doesn't come up";
+    }
+
+    toolkit::Toolkit& toolkit() override { return toolkit_; }
+    toolkit::Window& window() override { return window_; }
+    toolkit::Window& sheet() override { return sheet_; }
+    toolkit::Button& button() override { return button_; }
+    toolkit::PopUpButton& popUp() override { return popUp_; }
+    toolkit::TextField& textField() override { return textField_; }
+    toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
+    toolkit::TableView& table() override { return table_; }
+    std::shared_ptr<toolkit::View> makePageView() override { return std::make_shared<PageView>(); }
+    void showTabView(const std::shared_ptr<toolkit::TabView>& tabView) override {
+        auto& root = static_cast<qt::QtTabView&>(*tabView).widget();
+        shell_->centralWidget()->layout()->addWidget(&root);
+        root.show();
+        settle();
+    }
+
+    bool click(toolkit::Button& button) override {
+        auto& widget = static_cast<qt::QtButton&>(button).widget();
+        if (!widget.isVisible()) return false; // nobody could aim at it
+        const QSignalSpy clicked(static_cast<QAbstractButton*>(&widget), &QAbstractButton::clicked);
+        clickAt(widget, widget.rect().center());
+        return !clicked.isEmpty();
+    }
+
+    bool choose(toolkit::PopUpButton& popUp, int index) override {
+        auto& box = static_cast<QComboBox&>(static_cast<qt::QtPopUpButton&>(popUp).widget());
+        if (!operable(box)) return false;
+        clickAt(box, box.rect().center());
+        auto* list = box.view();
+        if (!QTest::qWaitFor([&] { return list->isVisible(); })) return false;
+        for (int at = list->currentIndex().row(); at != index; at += index > at ? 1 : -1)
+            QTest::keyClick(list, index > at ? Qt::Key_Down : Qt::Key_Up);
+        QTest::keyClick(list, Qt::Key_Return);
+        return QTest::qWaitFor([&] { return !list->isVisible(); });
+    }
+
+    bool type(toolkit::TextField& field, const std::string& text) override {
+        auto& edit = static_cast<QLineEdit&>(static_cast<qt::QtTextField&>(field).widget());
+        if (!operable(edit)) return false;
+        clickAt(edit, edit.rect().center());
+        QTest::keyClick(&edit, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(&edit, qt::fromUtf8(text));
+        QTest::keyClick(&edit, Qt::Key_Return);
+        return true;
+    }
+
+    bool clickRow(toolkit::TableView& table, int row, bool extending) override {
+        auto& view = treeOf(table);
+        const auto before = table.selectedRows();
+        clickAt(*view.viewport(), cell(view, row, 0).center(),
+                extending ? Qt::ControlModifier : Qt::NoModifier);
+        return table.selectedRows() != before;
+    }
+    void doubleClickRow(toolkit::TableView& table, int row) override {
+        auto& view = treeOf(table);
+        const auto where = cell(view, row, 0).center();
+        clickAt(*view.viewport(), where);
+        QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, where);
+    }
+    void clickCheckBox(toolkit::TableView& table, int row) override {
+        auto& view = treeOf(table);
+        QStyleOptionViewItem option;
+        option.initFrom(&view);
+        option.rect = cell(view, row, 1);
+        option.features = QStyleOptionViewItem::HasCheckIndicator;
+        const auto box = view.style()->subElementRect(QStyle::SE_ItemViewItemCheckIndicator, &option, &view);
+        clickAt(*view.viewport(), box.center());
+    }
+    std::string shownText(toolkit::TableView& table, int row) override {
+        auto& view = treeOf(table);
+        return qt::toUtf8(view.model()->index(row, 0).data().toString());
+    }
+
+    void clickTab(toolkit::TabView& tabView, const std::string& identifier) override {
+        auto& bar = *static_cast<qt::QtTabView&>(tabView).tabBar();
+        clickAt(bar, bar.tabRect(positionOf(tabView, identifier)).center());
+    }
+    void clickToolbarItem(toolkit::Toolbar& toolbar, const std::string& identifier) override {
+        settle();
+        auto* button = static_cast<qt::QtToolbar&>(toolbar).button(identifier);
+        ASSERT_NE(button, nullptr);
+        ASSERT_TRUE(button->isVisible());
+        clickAt(*button, button->rect().center());
+    }
+    bool clickClose(toolkit::Window& window) override {
+        return static_cast<qt::QtWindow&>(window).shell().close();
+    }
+
+    void willAnswerModalAlert(int button) override {
+        QTimer::singleShot(0, [button] {
+            auto* panel = dynamic_cast<qt::AlertPanel*>(QApplication::activeModalWidget());
+            ASSERT_NE(panel, nullptr) << "no alert runs";
+            answer(*panel, button);
+        });
+    }
+    void answerAlertSheet(int button) override {
+        auto* panel = openPanel();
+        ASSERT_NE(panel, nullptr) << "no alert is open as a sheet";
+        answer(*panel, button);
+        settle();
+    }
+    bool alertSheetIsOpen() override { return openPanel() != nullptr; }
+
+private:
+    static bool operable(const QWidget& widget) { return widget.isEnabled() && widget.isVisible(); }
+    static void settle() { QCoreApplication::processEvents(); }
+    static void clickAt(QWidget& widget, QPoint where, Qt::KeyboardModifiers keys = Qt::NoModifier) {
+        settle();
+        QTest::mouseClick(&widget, Qt::LeftButton, keys, where);
+    }
+    static qt::TableWidget& treeOf(toolkit::TableView& table) {
+        return static_cast<qt::TableWidget&>(static_cast<qt::QtTableView&>(table).widget());
+    }
+    static QRect cell(qt::TableWidget& view, int row, int column) {
+        settle();
+        return view.visualRect(view.model()->index(row, column));
+    }
+    static void answer(qt::AlertPanel& panel, int button) {
+        if (button == toolkit::Alert::closed) return QTest::keyClick(&panel, Qt::Key_Escape);
+        auto* pressed = panel.buttons().at(std::size_t(button - 1));
+        QTest::mouseClick(pressed, Qt::LeftButton);
+    }
+    [[nodiscard]] qt::AlertPanel* openPanel() const {
+        for (auto* each : shell_->findChildren<QDialog*>())
+            if (auto* panel = dynamic_cast<qt::AlertPanel*>(each); panel && panel->isVisible()) return panel;
+        return nullptr;
+    }
+    /// Tabs stand in the order in which the pages were added.
+    static int positionOf(toolkit::TabView& tabView, const std::string& identifier) {
+        const auto item = tabView.tabViewItemWithIdentifier(identifier);
+        auto& page = static_cast<qt::QtTabViewItem&>(*item).page();
+        return static_cast<QStackedWidget*>(page.parentWidget())->indexOf(&page);
+    }
+    template <typename Widget>
+    Widget& find() {
+        return *shell_->centralWidget()->findChild<Widget*>();
+    }
+
+    FailingLog log_;
+    qt::HandlerGuard guard_{log_};
+    qt::SettingsFile settings_{"/dev/null", log_};
+    qt::QtApplication application_{*qApp, guard_};
+    qt::QtToolkit toolkit_{application_, guard_};
+    std::unique_ptr<QMainWindow> shell_{makeShell()};
+    QWidget sheetShell_;
+    qt::QtWindow window_{*shell_, *shell_->centralWidget(), guard_, settings_};
+    qt::QtWindow sheet_{sheetShell_, sheetShell_, guard_, settings_};
+    qt::QtButton button_{find<QPushButton>(), guard_};
+    qt::QtPopUpButton popUp_{find<QComboBox>(), guard_};
+    qt::QtTextField textField_{find<QLineEdit>(), guard_};
+    qt::QtProgressIndicator bar_{find<QProgressBar>()};
+    qt::QtTableView table_{
+        static_cast<qt::TableWidget&>(find<QTreeView>()), {{"Name", "Name"}, {"On", "On"}}, guard_};
+};
+
+} // namespace
+
+std::unique_ptr<ToolkitDriver> makeToolkitDriver() { return std::make_unique<QtToolkitDriver>(); }
+
+} // namespace corvane::contract
