@@ -50,8 +50,7 @@ inline constexpr std::string_view all = "dsAttributesAll";
 
 namespace authenticationType {
 /// The single authentication item is a 32-octet authorization external form.
-inline constexpr std::string_view authorizationExternalForm =
-    "dsAuthTypeStandard:AuthorizationExternalForm";
+inline constexpr std::string_view authorizationExternalForm = "dsAuthTypeStandard:AuthorizationExternalForm";
 } // namespace authenticationType
 
 } // namespace corvane::halden
