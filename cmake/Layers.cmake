@@ -20,10 +20,12 @@ set(LAYER_EDGES_plist util platform)
 set(LAYER_EDGES_haldend util halden platform)
 set(LAYER_EDGES_linux sdk util platform)
 set(LAYER_EDGES_qt util toolkit platform views)
+# Plug-ins are guests: they know the boundary and nothing behind it.
+set(LAYER_EDGES_connectors sdk)
 # Floor 7: the programs, where everything is put together.
 set(LAYER_EDGES_desktop ${LAYER_EDGES_app} app plist haldend linux qt)
 
-set(LAYERS_WITH_FOREIGN_LIBRARIES plist haldend linux qt desktop)
+set(LAYERS_WITH_FOREIGN_LIBRARIES plist haldend linux qt connectors desktop)
 
 function(layer_check name)
     cmake_parse_arguments(ARG "" "" "USES;LINKS" ${ARGN})
