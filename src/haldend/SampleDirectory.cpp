@@ -2,6 +2,7 @@
 
 #include <arpa/inet.h>
 #include <fcntl.h>
+#include <netdb.h>
 #include <signal.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
@@ -75,17 +76,31 @@ int freePort() {
     return ntohs(address.sin_port);
 }
 
+/// The name of the loopback address, for people to read; the address itself where this machine doesn't know it.
+std::string loopbackHost() {
+    addrinfo wanted{};
+    wanted.ai_family = AF_INET;
+    addrinfo* found = nullptr;
+    if (::getaddrinfo("localhost", nullptr, &wanted, &found) != 0) return "127.0.0.1";
+    const auto address = reinterpret_cast<const sockaddr_in*>(found->ai_addr)->sin_addr.s_addr;
+    ::freeaddrinfo(found);
+    return address == htonl(INADDR_LOOPBACK) ? "localhost" : "127.0.0.1";
+}
+
 /// The server's address in the folder's own sssd.conf; "" when it has no sample directory. The grammar isn't
 /// needed for that: a damaged file is reported where it matters.
 std::string uriIn(const MachineFolder& folder) {
     const auto text = folder.read(machineFile::sssd).value_or("");
     const auto section = text.find(std::string("[domain/") + SampleDirectory::sectionName + "]");
     if (section == std::string::npos) return {};
-    const auto at = text.find("ldap://127.0.0.1:", section);
     const auto next = text.find("\n[", section);
-    if (at == std::string::npos || at > next) return {};
-    return text.substr(at, text.find_first_of(" \t\r\n,/", at + 7) - at);
+    for (const auto* loopback : {"ldap://localhost:", "ldap://127.0.0.1:"})
+        if (const auto at = text.find(loopback, section); at < next)
+            return text.substr(at, text.find_first_of(" \t\r\n,/", at + std::strlen("ldap://")) - at);
+    return {};
 }
+
+std::string portIn(const std::string& uri) { return uri.substr(uri.rfind(':') + 1); }
 
 bool answers(const std::string& uri) {
     try {
@@ -137,8 +152,8 @@ std::string SampleDirectory::sssdText(const std::string& shareFolder) {
                "services = nss, pam\ndomains = " +
                name + "\n\n[domain/" + name +
                "]\nid_provider = ldap\n"
-               "auth_provider = ldap\nldap_uri = ldap://127.0.0.1:" +
-               std::to_string(freePort()) + "\nldap_search_base = " + suffix + "\n";
+               "auth_provider = ldap\nldap_uri = ldap://" +
+               loopbackHost() + ":" + std::to_string(freePort()) + "\nldap_search_base = " + suffix + "\n";
     });
 }
 
@@ -175,7 +190,7 @@ void SampleDirectory::prepare() {
 void SampleDirectory::writeConfiguration() const {
     auto text = requiredText(shareFolder_ + "/" + templateName);
     replaceAll(text, "@DIR@", folder_);
-    replaceAll(text, "@PORT@", uri_.substr(uri_.rfind(':') + 1));
+    replaceAll(text, "@PORT@", portIn(uri_));
     writeDurably(folder_ + "/slapd.conf", text, 0600, nullptr);
 }
 
@@ -189,7 +204,7 @@ void SampleDirectory::load() const {
 
 void SampleDirectory::launch() {
     const auto configuration = folder_ + "/slapd.conf";
-    const auto listener = uri_ + "/";
+    const auto listener = "ldap://127.0.0.1:" + portIn(uri_) + "/"; // a name could stand for more than loopback
     const auto messages = folder_ + "/messages";
     const char* const arguments[] = {slapd, "-f",   configuration.c_str(), "-h", listener.c_str(), "-d",
                                      "0",   nullptr};

@@ -28,7 +28,8 @@ public:
     /// Stops the server and waits for its end.
     ~SampleDirectory();
 
-    /// "ldap://127.0.0.1:PORT"
+    /// "ldap://localhost:PORT", or with 127.0.0.1 on a machine that doesn't know the name. The server listens
+    /// on 127.0.0.1 alone.
     [[nodiscard]] const std::string& uri() const { return uri_; }
 
     /// The lines of sssd.conf for a sample directory on a free port of loopback. Throws `halden::Exception`

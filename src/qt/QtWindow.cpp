@@ -36,6 +36,11 @@ QSize rounded(const toolkit::Size& size) {
     return {length(size.width), length(size.height)};
 }
 
+/// Without a screen there is nothing to be in front of, and Qt says so on standard error each time.
+void bringToFront(QWidget& shell) {
+    if (QGuiApplication::platformName() != "offscreen") shell.raise();
+}
+
 QString number(double value) { return QString::number(value, 'g', 12); }
 
 } // namespace
@@ -212,14 +217,14 @@ void QtWindow::orderFront() {
     if (host_) return;
     shell_.setAttribute(Qt::WA_ShowWithoutActivating, true);
     shell_.show();
-    shell_.raise();
+    bringToFront(shell_);
 }
 
 void QtWindow::makeKeyAndOrderFront() {
     if (host_) return;
     shell_.setAttribute(Qt::WA_ShowWithoutActivating, false);
     shell_.show();
-    shell_.raise();
+    bringToFront(shell_);
     shell_.activateWindow();
 }
 

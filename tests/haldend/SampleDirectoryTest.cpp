@@ -105,6 +105,19 @@ TEST(SampleDirectory, machineWithoutADirectory_getsOneThatAnswers) {
     EXPECT_EQ(people->front()->recordName(), "wile");
 }
 
+TEST(SampleDirectory, folderThatNamesTheAddress_isServedAsWell) {
+    Workshop workshop;
+    EXPECT_TRUE(workshop.make());
+    auto sssd = workshop.base.read("new/copy/etc/sssd/sssd.conf");
+    const auto host = sssd.find("ldap://") + 7;
+    ASSERT_EQ(sssd.substr(host, 10), "localhost:") << "a name that people can read";
+    sssd.replace(host, 9, "127.0.0.1");
+    workshop.base.write("new/copy/etc/sssd/sssd.conf", sssd);
+    const auto sample = SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log);
+    ASSERT_NE(sample, nullptr);
+    EXPECT_EQ(sample->uri().substr(0, 17), "ldap://127.0.0.1:");
+}
+
 TEST(SampleDirectory, secondStart_usesTheSamePortAndData) {
     Workshop workshop;
     EXPECT_TRUE(workshop.make());
@@ -161,7 +174,7 @@ TEST(SampleDirectory, portInUse_isReported) {
     EXPECT_TRUE(workshop.make());
     const SilentServer squatter;
     auto sssd = workshop.base.read("new/copy/etc/sssd/sssd.conf");
-    const auto at = sssd.find("127.0.0.1:") + 10;
+    const auto at = sssd.find(':', sssd.find("ldap://") + 7) + 1;
     sssd.replace(at, sssd.find('\n', at) - at, std::to_string(squatter.port()));
     workshop.base.write("new/copy/etc/sssd/sssd.conf", sssd);
     const auto reason =

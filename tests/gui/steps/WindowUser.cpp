@@ -2,10 +2,14 @@
 
 #include <QAbstractButton>
 #include <QAbstractItemView>
+#include <QAction>
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
+#include <QDialog>
 #include <QLabel>
+#include <QMenu>
+#include <QMenuBar>
 #include <QTabBar>
 #include <QTest>
 #include <QWindow>
@@ -33,6 +37,12 @@ QPoint placeToClick(const QAbstractButton& button) {
 }
 
 QString plain(QString text) { return text.remove('&'); }
+
+QAction& actionNamed(const QWidget& menu, const QString& title) {
+    for (auto* each : menu.actions())
+        if (plain(each->text()).startsWith(title)) return *each;
+    fail("no menu says " + title);
+}
 
 } // namespace
 
@@ -104,6 +114,19 @@ void WindowUser::choose(const QString& popUp, const QString& item) {
     settle(100);
 }
 
+void WindowUser::chooseFromMenu(const QString& menu, const QString& item) {
+    auto* bar = shell_.findChild<QMenuBar*>();
+    if (bar == nullptr) fail("the window has no menu bar");
+    auto& title = actionNamed(*bar, menu);
+    clickAt(*bar, bar->actionGeometry(&title).center());
+    auto& shown = *title.menu();
+    if (!shown.isVisible()) fail("the menu " + menu + " doesn't open");
+    auto& action = actionNamed(shown, item);
+    if (!action.isEnabled()) fail(menu + " > " + item + " can't be chosen");
+    clickAt(shown, shown.actionGeometry(&action).center());
+    settle(100);
+}
+
 void WindowUser::press(Qt::Key key, Qt::KeyboardModifiers modifiers) {
     auto* window = QGuiApplication::focusWindow();
     QTest::keyClick(window != nullptr ? window : shell_.windowHandle(), key, modifiers);
@@ -144,6 +167,15 @@ QString WindowUser::visibleText() const {
 
 void WindowUser::savePicture(const QString& path) const {
     if (!qt::renderToFile(shell_, path)) fail("the picture " + path + " can't be saved");
+}
+
+void WindowUser::saveDialoguePicture(const QString& path) const {
+    for (auto* top : QApplication::topLevelWidgets()) {
+        if (qobject_cast<QDialog*>(top) == nullptr || !top->isVisible()) continue;
+        if (!qt::renderToFile(*top, path)) fail("the picture " + path + " can't be saved");
+        return;
+    }
+    fail("no dialogue is open");
 }
 
 } // namespace corvane::gui

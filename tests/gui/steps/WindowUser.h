@@ -22,6 +22,8 @@ public:
     void doubleClickRow(const QString& table, int row);
     /// Opens a pop-up button and picks an item by the beginning of its text.
     void choose(const QString& popUp, const QString& item);
+    /// Opens a menu of the window and picks an item, both by the beginning of their texts.
+    void chooseFromMenu(const QString& menu, const QString& item);
     void press(Qt::Key key, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     /// Clicks a button of whatever dialogue or sheet is open, by its text without the mnemonic.
     void answer(const QString& button);
@@ -31,8 +33,9 @@ public:
     [[nodiscard]] QStringList rowsOf(const QString& table) const;
     /// Every text that is to be read on labels at present, in one line each.
     [[nodiscard]] QString visibleText() const;
-    /// Saves a picture of the window.
+    /// Saves a picture of the window with its sheets, or of a dialogue that has a window of its own.
     void savePicture(const QString& path) const;
+    void saveDialoguePicture(const QString& path) const;
 
 private:
     [[nodiscard]] QWidget& widget(const QString& name) const;

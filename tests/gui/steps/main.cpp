@@ -4,8 +4,9 @@
 //
 // Steps: lock (click the padlock), services, search, editor (toolbar), authentication, contacts (sub-tabs),
 // mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, open=TABLE:N (double click),
-// answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE, wait=MILLISECONDS.
-// Ends with 0 when every step could be done.
+// menu=MENU/ITEM, answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the window
+// with its sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS.
+// Ends with 0 when every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
 #include <QApplication>
 #include <QKeySequence>
 #include <QMainWindow>
@@ -20,6 +21,7 @@
 #include "gui/steps/WindowUser.h"
 #include "linux/SystemLog.h"
 #include "qt/Appearance.h"
+#include "qt/MainWindowInterface.h"
 
 using namespace corvane;
 
@@ -57,6 +59,10 @@ const std::map<QString, Step>& steps() {
              user.doubleClickRow(tableAndRow(value).first, tableAndRow(value).second);
          }},
         {"answer", [](User& user, const QString& button) { user.answer(button); }},
+        {"menu",
+         [](User& user, const QString& value) {
+             user.chooseFromMenu(value.section('/', 0, 0), value.section('/', 1));
+         }},
         {"key", pressKeys},
         {"rows",
          [](User& user, const QString& table) {
@@ -64,6 +70,7 @@ const std::map<QString, Step>& steps() {
          }},
         {"text", [](User& user, const QString&) { std::cout << user.visibleText().toStdString() << '\n'; }},
         {"picture", [](User& user, const QString& path) { user.savePicture(path); }},
+        {"dialogue", [](User& user, const QString& path) { user.saveDialoguePicture(path); }},
         {"wait", [](User&, const QString& milliseconds) { gui::settle(milliseconds.toInt()); }}};
     return all;
 }
@@ -129,8 +136,10 @@ int work(desktop::Program& program, const QStringList& words) {
 } // namespace
 
 int main(int count, char** arguments) {
+    qt::prepareForPictures();
     QApplication application(count, arguments);
-    qt::installAppearance(application, qt::ColorScheme::light);
+    const bool dark = qgetenv("CORVANE_COLORS") == "dark";
+    qt::installAppearance(application, dark ? qt::ColorScheme::dark : qt::ColorScheme::light);
     auto words = QApplication::arguments().mid(1);
     if (words.size() < 2 || words.takeFirst() != "--machine") {
         std::cerr << "Usage: corvane-gui-steps --machine DIR STEP...\n";
