@@ -79,7 +79,7 @@ util::BytesView soleAuthorizationIn(util::BytesView request) {
 RecordList ConfigNode::fetch(const QueryParameters& parameters, bool) {
     RecordList records;
     if (wantsType(parameters, recordType::plugins)) {
-        const auto disabled = engine().machine().picture().policy().disabled;
+        const auto disabled = engine().machine().picture().disabledConnectors();
         for (const auto& connector : connectors)
             append(records, parameters, recordType::plugins, attributesOf(connector, disabled));
     }

@@ -59,8 +59,9 @@ MachinePicture MachinePicture::read(const MachineFolder& folder, const std::shar
     picture.policyTrouble_ = troubleOf([&] {
         const auto stored = folder.read(machineFile::policies);
         picture.fingerprints_[2] = Fingerprint::of(stored);
-        picture.policy_ = policyFor(stored, folder.pathOf(machineFile::policies), picture.ground(),
-                                    picture.fingerprints_, codec);
+        const auto path = folder.pathOf(machineFile::policies);
+        if (stored) picture.storedDisabled_ = storedPolicy(*stored, path, codec).policy.disabled;
+        picture.policy_ = policyFor(stored, path, picture.ground(), picture.fingerprints_, codec);
     });
     return picture;
 }
@@ -73,6 +74,10 @@ const std::vector<DomainNode>& MachinePicture::nodes() const {
 const MachinePolicy& MachinePicture::policy() const {
     raise(policyTrouble_);
     return policy_;
+}
+
+const DisabledConnectors& MachinePicture::disabledConnectors() const {
+    return policyTrouble_ ? storedDisabled_ : policy_.disabled;
 }
 
 PolicyGround MachinePicture::ground() const {

@@ -33,12 +33,16 @@ public:
     [[nodiscard]] const std::vector<DomainNode>& nodes() const;
     [[nodiscard]] const MachinePolicy& policy() const;
     [[nodiscard]] PolicyGround ground() const;
+    /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or none:
+    /// the connectors are there all the same.
+    [[nodiscard]] const DisabledConnectors& disabledConnectors() const;
 
 private:
     std::optional<NsswitchFile> nsswitch_;
     std::optional<SssdFile> sssd_;
     std::vector<DomainNode> nodes_;
     MachinePolicy policy_;
+    DisabledConnectors storedDisabled_;
     std::optional<halden::Error> nsswitchTrouble_, sssdTrouble_, policyTrouble_;
     Fingerprints fingerprints_;
     Stamps stamps_;

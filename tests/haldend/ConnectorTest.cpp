@@ -124,3 +124,12 @@ TEST(ConfigNode, subnodes_areTheConnectors) {
     EXPECT_EQ(machine.node(halden::NodeType::configNode)->subnodeNames(nullptr).texts(),
               (Names{"/Local", "/BSD", "/LDAP", "/AD", "/Search", "/Contacts"}));
 }
+
+TEST(Connectors, damagedFiles_leaveTheConnectorsListedWithTheirStoredState) {
+    TestMachine machine(twoDirectories);
+    EXPECT_EQ(flip(machine, ldap).code, 0);
+    machine.folder.write("etc/nsswitch.conf", "passwd files\n");
+    EXPECT_EQ(stateOf(machine, "LDAP"), "Inactive");
+    EXPECT_EQ(stateOf(machine, "AD"), "Active");
+    EXPECT_NE(flip(machine, ldap).code, 0); // nothing can be changed until the file is repaired
+}
