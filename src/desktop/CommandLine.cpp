@@ -26,6 +26,9 @@ public:
         if (atEnd() || words_[next_].starts_with("--")) return std::nullopt;
         return take();
     }
+    void skipValue() {
+        if (!atEnd() && !words_[next_].starts_with('-')) ++next_;
+    }
 
 private:
     const std::vector<std::string>& words_;
@@ -36,9 +39,16 @@ bool names(const std::string& word, std::string_view option) {
     return word == option || (word.starts_with(option) && word[option.size()] == '=');
 }
 
-void checkPane(CommandLine& line) {
-    if (std::ranges::find(panes, line.pane) != panes.end()) return;
-    line.problem = "There is no pane \"" + line.pane + "\". Panes are services, search and editor.";
+/// Options of Qt's own begin with one dash (two are allowed for some) and most have a value behind them.
+bool isQtOption(const std::string& word) {
+    return word == "--platform" || word == "--style" || (word.starts_with('-') && !word.starts_with("--"));
+}
+
+void checkPane(CommandLine& line, bool named) {
+    if (std::ranges::find(panes, line.pane) == panes.end())
+        line.problem = "There is no pane \"" + line.pane + "\". Panes are services, search and editor.";
+    else if (named && line.screenshot.empty())
+        line.problem = "The option --pane goes together with --screenshot.";
 }
 
 } // namespace
@@ -52,16 +62,26 @@ CommandLine CommandLine::parse(const std::vector<std::string>& all) {
         else
             line.problem = "The option " + word + " wants a value behind it.";
     };
-    while (!words.atEnd()) {
+    bool paneIsNamed = false;
+    while (!words.atEnd() && line.problem.empty()) {
         const auto word = words.take();
-        if (word == "--help" || word == "-h") line.help = true;
-        else if (names(word, "--machine")) takeValue(word, line.machineFolder);
-        else if (names(word, "--screenshot")) takeValue(word, line.screenshot);
-        else if (names(word, "--pane")) takeValue(word, line.pane);
-        else if (word.starts_with("--") && word != "--platform" && word != "--style")
+        if (word == "--help" || word == "-h")
+            line.help = true;
+        else if (names(word, "--machine"))
+            takeValue(word, line.machineFolder);
+        else if (names(word, "--screenshot"))
+            takeValue(word, line.screenshot);
+        else if (names(word, "--pane"))
+            takeValue(word, line.pane), paneIsNamed = true;
+        else if (isQtOption(word))
+            words.skipValue();
+        else if (word.starts_with("--"))
             line.problem = "There is no option \"" + word + "\".";
+        else
+            line.problem =
+                "The word \"" + word + "\" belongs to no option; a machine folder is given with --machine.";
     }
-    if (line.problem.empty()) checkPane(line);
+    if (line.problem.empty()) checkPane(line, paneIsNamed);
     return line;
 }
 
@@ -78,7 +98,8 @@ std::string CommandLine::helpText() {
            "  --help              show this text\n";
 }
 
-std::optional<std::string> missingDisplay(const CommandLine& commandLine, const std::vector<std::string>& words) {
+std::optional<std::string> missingDisplay(const CommandLine& commandLine,
+                                          const std::vector<std::string>& words) {
     const bool platformChosen = std::ranges::any_of(
         words, [](const auto& word) { return word == "-platform" || word == "--platform"; });
     if (!commandLine.screenshot.empty() || platformChosen || isSet("DISPLAY") || isSet("WAYLAND_DISPLAY") ||

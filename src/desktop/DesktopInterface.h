@@ -15,7 +15,8 @@ public:
 /// Hands the outlets of the Qt window to the program.
 class DesktopInterface final : public app::InterfaceLoader {
 public:
-    DesktopInterface(qt::MainWindowInterface& window, toolkit::Toolkit& toolkit, platform::LocalizedStrings& strings)
+    DesktopInterface(qt::MainWindowInterface& window, toolkit::Toolkit& toolkit,
+                     platform::LocalizedStrings& strings)
         : window_(window), toolkit_(toolkit), strings_(strings) {}
 
     [[nodiscard]] app::MainWindowOutlets loadMainWindow() override;

@@ -28,6 +28,9 @@ std::string nextStep(const std::string& what, const std::string& path, int numbe
         return "The file is in use as a mount point; take the mount away and try again.";
     case ENOENT:
         return "See whether the machine folder is still there and complete.";
+    case ENOTDIR:
+    case EEXIST:
+        return "A file is in the way of a folder. Move it aside and try again.";
     case EIO:
         return "See the system's log for disk errors before you go on.";
     default:

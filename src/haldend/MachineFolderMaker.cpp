@@ -25,11 +25,25 @@ void write(const std::string& folder, const char* relative, const std::string& t
     writeDurably(path, text, mode, nullptr);
 }
 
+/// False for an empty folder as well: somebody has made room for a machine.
+bool isThere(const std::string& folder) {
+    std::error_code code;
+    const auto status = fs::status(folder, code);
+    if (!fs::exists(status)) return false;
+    if (!fs::is_directory(status))
+        throw halden::Exception(
+            {halden::ErrorCode::storage, folder + " is no machine folder.",
+             "It is a file, and a machine folder is a folder laid out like a machine's root.",
+             "Name another one with --machine, or a new one, which is then made."});
+    const bool isEmpty = fs::is_empty(folder, code);
+    return code || !isEmpty;
+}
+
 } // namespace
 
 bool MachineFolderMaker::makeIfMissing(const std::string& folder) const {
     std::error_code code;
-    if (fs::exists(folder, code)) return false;
+    if (isThere(folder)) return false;
     auto part = fs::absolute(folder, code).lexically_normal().string();
     while (part.ends_with('/'))
         part.pop_back();
@@ -44,7 +58,9 @@ bool MachineFolderMaker::makeIfMissing(const std::string& folder) const {
         return true;
     } catch (const Failure& failure) {
         fs::remove_all(part, code);
-        throw halden::Exception(failure.error());
+        auto error = failure.error();
+        error.description = "The machine folder " + target + " could not be made.";
+        throw halden::Exception(error);
     } catch (...) {
         fs::remove_all(part, code);
         throw;

@@ -13,10 +13,10 @@ public:
     MachineFolderMaker(std::string source, std::string shareFolder, util::ProcessLog& log)
         : source_(std::move(source)), shareFolder_(std::move(shareFolder)), log_(log) {}
 
-    /// Makes the folder unless it is there. It appears whole or not at all. Copied are passwd, group,
-    /// nsswitch.conf, hostname, os-release and sssd.conf; what can't be read is left out, with a line in the
-    /// log. A machine without a directory gets the section of a sample one (see `SampleDirectory`). True when
-    /// it was made. Throws `halden::Exception` with cause and next step.
+    /// Makes the folder unless it is there and holds something. It appears whole or not at all. Copied are
+    /// passwd, group, nsswitch.conf, hostname, os-release and sssd.conf; what can't be read is left out, with
+    /// a line in the log. A machine without a directory gets the section of a sample one (see
+    /// `SampleDirectory`). True when it was made. Throws `halden::Exception` with cause and next step.
     bool makeIfMissing(const std::string& folder) const;
 
 private:

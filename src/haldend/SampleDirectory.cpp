@@ -76,7 +76,8 @@ int freePort() {
     return ntohs(address.sin_port);
 }
 
-/// The name of the loopback address, for people to read; the address itself where this machine doesn't know it.
+/// The name of the loopback address, for people to read; the address itself where this machine doesn't know
+/// it.
 std::string loopbackHost() {
     addrinfo wanted{};
     wanted.ai_family = AF_INET;
@@ -87,10 +88,18 @@ std::string loopbackHost() {
     return address == htonl(INADDR_LOOPBACK) ? "localhost" : "127.0.0.1";
 }
 
+std::string readableText(const MachineFolder& folder, const char* file) {
+    try {
+        return folder.read(file).value_or("");
+    } catch (const Failure&) {
+        return {};
+    }
+}
+
 /// The server's address in the folder's own sssd.conf; "" when it has no sample directory. The grammar isn't
-/// needed for that: a damaged file is reported where it matters.
+/// needed for that: a file that is damaged or can't be read is reported where it matters.
 std::string uriIn(const MachineFolder& folder) {
-    const auto text = folder.read(machineFile::sssd).value_or("");
+    const auto text = readableText(folder, machineFile::sssd);
     const auto section = text.find(std::string("[domain/") + SampleDirectory::sectionName + "]");
     if (section == std::string::npos) return {};
     const auto next = text.find("\n[", section);
@@ -119,7 +128,9 @@ auto asException(const Action& action) {
     try {
         return action();
     } catch (const Failure& failure) {
-        throw halden::Exception(failure.error());
+        auto error = failure.error(); // whatever file it was about, this is what doesn't work now
+        error.description = "The sample directory can't be started.";
+        throw halden::Exception(error);
     }
 }
 
@@ -204,7 +215,8 @@ void SampleDirectory::load() const {
 
 void SampleDirectory::launch() {
     const auto configuration = folder_ + "/slapd.conf";
-    const auto listener = "ldap://127.0.0.1:" + portIn(uri_) + "/"; // a name could stand for more than loopback
+    const auto listener =
+        "ldap://127.0.0.1:" + portIn(uri_) + "/"; // a name could stand for more than loopback
     const auto messages = folder_ + "/messages";
     const char* const arguments[] = {slapd, "-f",   configuration.c_str(), "-h", listener.c_str(), "-d",
                                      "0",   nullptr};

@@ -1,6 +1,7 @@
 #include "qt/CorvaneStyle.h"
 
 #include <QComboBox>
+#include <QDialogButtonBox>
 #include <QPainter>
 #include <QPushButton>
 #include <QStyleOption>
@@ -311,6 +312,8 @@ int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* data) const {
     if (hint == SH_ItemView_ShowDecorationSelected) return 1;
+    // As in alerts, the default button stands where the eye ends, on the right.
+    if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
     return QProxyStyle::styleHint(hint, option, widget, data);
 }
 

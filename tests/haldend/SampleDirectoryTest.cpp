@@ -76,7 +76,26 @@ TEST(MachineFolderMaker, secondUse_leavesTheFolderAlone) {
 TEST(MachineFolderMaker, placeThatCantBeWritten_isReportedAndLeavesNothing) {
     Workshop workshop;
     workshop.base.write("new", "a file in the way");
-    EXPECT_NE(reasonOf([&] { (void)workshop.make(); }).find("Not a directory"), std::string::npos);
+    const auto reason = reasonOf([&] { (void)workshop.make(); });
+    EXPECT_NE(reason.find("The machine folder " + workshop.copy() + " could not be made."),
+              std::string::npos);
+    EXPECT_NE(reason.find("Not a directory"), std::string::npos) << reason;
+}
+
+TEST(MachineFolderMaker, emptyFolder_isFilled) {
+    Workshop workshop;
+    std::filesystem::create_directories(workshop.copy());
+    EXPECT_TRUE(workshop.make());
+    EXPECT_EQ(workshop.base.read("new/copy/etc/hostname"), "box\n");
+}
+
+TEST(MachineFolderMaker, fileInsteadOfAFolder_isRefusedAndKept) {
+    Workshop workshop;
+    workshop.base.write("new/copy", "my notes");
+    const auto reason = reasonOf([&] { (void)workshop.make(); });
+    EXPECT_NE(reason.find(workshop.copy() + " is no machine folder"), std::string::npos) << reason;
+    EXPECT_NE(reason.find("--machine"), std::string::npos) << reason;
+    EXPECT_EQ(workshop.base.read("new/copy"), "my notes");
 }
 
 TEST(MachineFolderMaker, missingTemplates_areReportedAndLeaveNothing) {
@@ -116,6 +135,14 @@ TEST(SampleDirectory, folderThatNamesTheAddress_isServedAsWell) {
     const auto sample = SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log);
     ASSERT_NE(sample, nullptr);
     EXPECT_EQ(sample->uri().substr(0, 17), "ldap://127.0.0.1:");
+}
+
+TEST(SampleDirectory, configurationThatCantBeRead_isNoTroubleOfTheSample) {
+    Workshop workshop;
+    workshop.base.write("new/copy/etc/hostname", "box\n");
+    std::filesystem::create_directories(workshop.copy() +
+                                        "/etc/sssd/sssd.conf"); // unreadable for root as well
+    EXPECT_EQ(SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log), nullptr);
 }
 
 TEST(SampleDirectory, secondStart_usesTheSamePortAndData) {
@@ -181,6 +208,17 @@ TEST(SampleDirectory, portInUse_isReported) {
         reasonOf([&] { (void)SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log); });
     EXPECT_NE(reason.find("ended at once"), std::string::npos) << reason;
     EXPECT_NE(reason.find("uses that port"), std::string::npos) << reason;
+}
+
+TEST(SampleDirectory, fileInTheWay_isReportedAsTheSampleDirectorysTrouble) {
+    Workshop workshop;
+    EXPECT_TRUE(workshop.make());
+    workshop.base.write("new/copy/var/lib/corvane/sample-directory", "a file in the way");
+    const auto reason =
+        reasonOf([&] { (void)SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log); });
+    EXPECT_TRUE(reason.starts_with("The sample directory can't be started.\n\n")) << reason;
+    EXPECT_NE(reason.find("sample-directory"), std::string::npos) << reason;
+    EXPECT_NE(reason.find("Move it aside"), std::string::npos) << reason;
 }
 
 TEST(SampleDirectory, entriesThatDontLoad_areReported) {

@@ -4,9 +4,9 @@
 //
 // Steps: lock (click the padlock), services, search, editor (toolbar), authentication, contacts (sub-tabs),
 // mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, open=TABLE:N (double click),
-// menu=MENU/ITEM, answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the window
-// with its sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS.
-// Ends with 0 when every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
+// menu=MENU/ITEM, answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the
+// window with its sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS. Ends
+// with 0 when every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
 #include <QApplication>
 #include <QKeySequence>
 #include <QMainWindow>
