@@ -2,6 +2,8 @@
 
 #include <unistd.h>
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <filesystem>
 
@@ -25,18 +27,35 @@ void write(const std::string& folder, const char* relative, const std::string& t
     writeDurably(path, text, mode, nullptr);
 }
 
-/// False for an empty folder as well: somebody has made room for a machine.
+halden::Exception noMachine(const std::string& folder, const std::string& reason) {
+    return halden::Exception({halden::ErrorCode::storage, folder + " is no machine folder.", reason,
+                              "Name another one with --machine, or a new one, which is then made."});
+}
+
+/// One of the files that make a folder a machine, or one that can't be looked at: that is told where it
+/// matters.
+bool holdsAMachine(const std::string& folder) {
+    return std::ranges::any_of(std::array{machineFile::nsswitch, machineFile::passwd, machineFile::sssd},
+                               [&](const char* file) {
+                                   const auto path = folder + "/" + file;
+                                   return ::access(path.c_str(), F_OK) == 0 || errno == EACCES;
+                               });
+}
+
+/// False for an empty folder as well: somebody has made room for a machine. Somebody's other folder is
+/// refused.
 bool isThere(const std::string& folder) {
     std::error_code code;
     const auto status = fs::status(folder, code);
-    if (!fs::exists(status)) return false;
-    if (!fs::is_directory(status))
-        throw halden::Exception(
-            {halden::ErrorCode::storage, folder + " is no machine folder.",
-             "It is a file, and a machine folder is a folder laid out like a machine's root.",
-             "Name another one with --machine, or a new one, which is then made."});
-    const bool isEmpty = fs::is_empty(folder, code);
-    return code || !isEmpty;
+    if (status.type() == fs::file_type::not_found) return false;
+    if (fs::exists(status) && !fs::is_directory(status))
+        throw noMachine(folder,
+                        "It is a file, and a machine folder is a folder laid out like a machine's root.");
+    if (fs::is_empty(folder, code) && !code) return false;
+    if (!holdsAMachine(folder))
+        throw noMachine(folder, "It holds other things, and none of etc/nsswitch.conf, etc/passwd and "
+                                "etc/sssd/sssd.conf.");
+    return true;
 }
 
 } // namespace

@@ -105,6 +105,14 @@ TEST(MachineFolderMaker, missingTemplates_areReportedAndLeaveNothing) {
     EXPECT_TRUE(std::filesystem::is_empty(workshop.base.path() + "/new"));
 }
 
+TEST(MachineFolderMaker, folderWithOtherThings_isRefusedAndLeftAlone) {
+    Workshop workshop;
+    workshop.base.write("new/copy/notes.txt", "my notes");
+    const auto reason = reasonOf([&] { (void)workshop.make(); });
+    EXPECT_NE(reason.find(workshop.copy() + " is no machine folder"), std::string::npos) << reason;
+    EXPECT_FALSE(workshop.base.has("new/copy/etc"));
+}
+
 TEST(SampleDirectory, machineWithoutADirectory_getsOneThatAnswers) {
     Workshop workshop;
     EXPECT_TRUE(workshop.make());
