@@ -45,6 +45,15 @@ void MainController::Links::pluginFailed(const std::string& plugin, const std::s
             {operation, reason}));
 }
 
+void MainController::Links::openNodePane(const util::Array& list, int index) {
+    auto& panel = c_.sharedNodePaneController();
+    panel.setCustomNodeArray(list);
+    panel.setParentController(this);
+    panel.setCustomNodeIndex(index);
+    panel.buildNodePaneData();
+    c_.outlets_.window.beginSheet(panel.window(), [](toolkit::Window& sheet, int) { sheet.orderOut(); });
+}
+
 void MainController::Links::rereadEditedSearchPolicies() {
     if (c_.authenticationPolicy_.hasUnsavedEdits()) loadPane(Pane::authenticationPolicy);
     if (c_.contactsPolicy_.hasUnsavedEdits()) loadPane(Pane::contactsPolicy);

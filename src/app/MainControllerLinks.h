@@ -17,6 +17,7 @@ class MainController::Links final : public auth::DirectoryConnection::Needs,
                                     public searchpolicy::SearchPolicy::Needs,
                                     public searchpolicy::SearchPolicies::Needs,
                                     public searchpolicy::SearchPolicyPane::Needs,
+                                    public searchpolicy::NodePaneController::Parent,
                                     public LockEffect::Needs,
                                     public MainWindow::Needs {
 public:
@@ -80,6 +81,15 @@ public:
 
     // searchpolicy::SearchPolicies
     void loadCurrentTabIfNeeded() override { c_.loadCurrentTabIfNeeded(std::nullopt); }
+
+    // searchpolicy::SearchPolicyPane, searchpolicy::NodePaneController
+    void openNodePane(const util::Array& list, int index) override;
+    void selectRowInAuthenticationTable(int row) override { c_.outlets_.selectNode.selectRow(row, false); }
+    bool shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName) override {
+        return c_.shouldAllowNodeNameOnSearchPolicy(nodeName);
+    }
+    void refreshTable() override { c_.refreshTable(); }
+    void endSheet(toolkit::Window& sheet) override { c_.outlets_.window.endSheet(sheet, 0); }
 
     // LockEffect
     void updateConfigEnable() override { c_.updateConfigEnable(); }

@@ -146,6 +146,31 @@ private:
     bool indeterminate_ = false;
 };
 
+class FakePasteboard final : public toolkit::Pasteboard {
+public:
+    void declareTypes(const std::vector<std::string>& types) override {
+        strings_.clear();
+        for (const auto& type : types) strings_[type];
+    }
+    void setString(std::string_view text, std::string_view type) override {
+        const auto found = strings_.find(std::string(type));
+        ASSERT_NE(found, strings_.end()) << type << " was not declared";
+        found->second = text;
+    }
+    [[nodiscard]] std::vector<std::string> types() const override {
+        std::vector<std::string> all;
+        for (const auto& [type, text] : strings_) all.push_back(type);
+        return all;
+    }
+    [[nodiscard]] std::optional<std::string> stringForType(std::string_view type) const override {
+        const auto found = strings_.find(std::string(type));
+        return found == strings_.end() ? std::nullopt : std::optional(found->second);
+    }
+
+private:
+    std::map<std::string, std::string> strings_;
+};
+
 class FakeTableColumn final : public toolkit::TableColumn {
 public:
     explicit FakeTableColumn(std::string identifier) : identifier_(std::move(identifier)) {}
@@ -185,6 +210,8 @@ public:
         for (const auto& type : types)
             note("registerForDraggedType " + type);
     }
+
+    void setDragHandler(toolkit::TableDragHandler* handler) override { dragHandler_ = handler; }
 
     void reloadData() override {
         rows_ = source_ != nullptr ? source_->numberOfRowsInTableView(*this) : 0;
@@ -233,6 +260,20 @@ public:
     void doubleClickRow(int row) {
         if (clickRow(row) && doubleAction_) doubleAction_(*this);
     }
+    /// The user drags rows of this table to a place between rows of `target` (or onto one). False when the drag
+    /// can't begin, the target doesn't take it there, or nothing comes of it.
+    [[nodiscard]] bool dragRows(const std::vector<int>& rows, FakeTableView& target, int place,
+                                toolkit::DropOperation operation = toolkit::DropOperation::above) {
+        FakePasteboard pasteboard;
+        if (dragHandler_ == nullptr || !dragHandler_->writeRows(*this, rows, pasteboard)) return false;
+        const toolkit::DraggingInfo info{this, pasteboard};
+        auto* handler = target.dragHandler_;
+        if (handler == nullptr ||
+            handler->validateDrop(target, info, place, operation) == toolkit::DragOperation::none)
+            return false;
+        return handler->acceptDrop(target, info, place, operation);
+    }
+    [[nodiscard]] toolkit::TableDragHandler* dragHandler() const { return dragHandler_; }
     void toggleCheckBox(const std::string& column, int row, bool value) {
         source_->setObjectValue(*this, value, *tableColumnWithIdentifier(column), row);
     }
@@ -271,6 +312,7 @@ private:
     std::vector<std::unique_ptr<FakeTableColumn>> columns_;
     toolkit::TableDataSource* source_ = nullptr;
     toolkit::TableDelegate* delegate_ = nullptr;
+    toolkit::TableDragHandler* dragHandler_ = nullptr;
     toolkit::Control::Action doubleAction_;
     std::vector<int> selection_;
     int rows_ = 0;

@@ -153,6 +153,7 @@ public:
     void setShowsResizeIndicator(bool shows) override { showsResizeIndicator_ = shows; }
     void setZoomButtonEnabled(bool enabled) override { zoomButtonEnabled_ = enabled; }
     void center() override { note("center"); }
+    void setFrameAutosaveName(std::string_view name) override { note("autosaveFrame " + std::string(name)); }
     void saveFrameUsingName(std::string_view name) override { note("saveFrame " + std::string(name)); }
     void setToolbar(toolkit::Toolbar& toolbar) override { toolbar_ = &static_cast<FakeToolbar&>(toolbar); }
     void setShowsToolbarButton(bool shows) override {
