@@ -23,28 +23,32 @@ qt::QtApplication::About about() {
 } // namespace
 
 std::shared_ptr<haldend::Engine> Program::openEngine(const Settings& settings,
-                                                     const platform::PropertyListCodec& codec, util::ProcessLog& log) {
+                                                     const platform::PropertyListCodec& codec,
+                                                     util::ProcessLog& log) {
     if (settings.machineFolder != "/")
-        haldend::MachineFolderMaker("/", settings.files.sampleDirectory, log).makeIfMissing(settings.machineFolder);
+        haldend::MachineFolderMaker("/", settings.files.sampleDirectory, log)
+            .makeIfMissing(settings.machineFolder);
     return std::make_shared<haldend::Engine>(settings.machineFolder, codec, log);
 }
 
 Program::Program(QApplication& application, const Settings& settings, util::ProcessLog& log)
     : settings_(settings), log_(log), guard_(log),
-      settingsFile_(settings.settingsFile.isEmpty() ? qt::SettingsFile(log).path() : settings.settingsFile, log),
-      application_(application, guard_), toolkit_(application_, guard_), runLoop_(guard_), defaults_(settingsFile_),
-      bundles_(settings.files.plugIns, log), engine_(openEngine(settings, codec_, log)), framework_(engine_),
-      authorizationService_(engine_),
+      settingsFile_(settings.settingsFile.isEmpty() ? qt::SettingsFile(log).path() : settings.settingsFile,
+                    log),
+      application_(application, guard_), toolkit_(application_, guard_), runLoop_(guard_),
+      defaults_(settingsFile_), bundles_(settings.files.plugIns, log),
+      engine_(openEngine(settings, codec_, log)), framework_(engine_), authorizationService_(engine_),
       dynamicStore_(engine_,
                     [this](std::function<void()> work) {
                         QMetaObject::invokeMethod(
                             &postContext_, [this, work = std::move(work)] { guard_.run("a change", work); },
                             Qt::QueuedConnection);
                     }),
-      platform_{runLoop_,     defaults_, workspace_, strings_,       authorizationService_,
+      platform_{runLoop_,      defaults_, workspace_, strings_,       authorizationService_,
                 dynamicStore_, codec_,    bundles_,   notifications_, log},
       window_(application_, authorizationService_, settingsFile_, guard_),
-      interfaces_(window_, toolkit_, strings_), environment_{platform_, toolkit_, framework_, interfaces_},
+      interfaces_(window_, toolkit_, strings_, settingsFile_, guard_), environment_{platform_, toolkit_,
+                                                                                    framework_, interfaces_},
       delegate_(environment_, [this]() -> app::MainController& { return controller(); }) {
     defaults_.registerBool("FirstLaunch", true);
     application_.about = about();
@@ -82,7 +86,9 @@ void Program::connectApplication() {
     };
     dsApplication_ = std::make_unique<app::DSApplication>([this] { controller().toggleDebugMenu(); });
     application_.sendEvent = [this](const toolkit::Event& event) { return dsApplication_->sendEvent(event); };
-    window_.menu.validateMenuItem = [this](toolkit::MenuItem& item) { return delegate_.validateMenuItem(item); };
+    window_.menu.validateMenuItem = [this](toolkit::MenuItem& item) {
+        return delegate_.validateMenuItem(item);
+    };
     window_.menu.performMenuItem = [this](toolkit::MenuItem& item) { delegate_.performMenuItem(item); };
 }
 
@@ -99,11 +105,14 @@ void Program::launch(bool restoreState) {
 void Program::tellStartProblem() {
     if (startProblem_.empty()) return;
     log_.log("The sample directory did not start: " + startProblem_);
-    controller().showErrorSheetWithTitle(strings_.localized("The sample directory did not start."), startProblem_);
+    controller().showErrorSheetWithTitle(strings_.localized("The sample directory did not start."),
+                                         startProblem_);
 }
 
 void Program::showPane(const std::string& name) {
-    const std::string identifier = name == "search" ? "kSearchPaths" : name == "editor" ? "kDebug" : "kServices";
+    const std::string identifier = name == "search"   ? "kSearchPaths"
+                                   : name == "editor" ? "kDebug"
+                                                      : "kServices";
     controller().mainWindow().selectToolbarItem(identifier);
 }
 

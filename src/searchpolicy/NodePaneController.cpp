@@ -38,6 +38,7 @@ NodePaneController::NodePaneController(platform::Environment& environment, toolk
     outlets_.selectNode.setDataSource(this);
     outlets_.selectNode.setAllowsMultipleSelection(true);
     outlets_.selectNode.setDoubleAction([this](toolkit::Control&) { addNodeAction(); });
+    outlets_.filter.setSendsActionWhileTyping(true);
     outlets_.filter.setAction([this](toolkit::Control&) { filterRows(); });
     outlets_.addButton.setAction([this](toolkit::Control&) { addNodeAction(); });
     outlets_.doneButton.setAction([this](toolkit::Control&) { doneAction(); });
@@ -99,7 +100,8 @@ void NodePaneController::addNodeAction() {
         for (const int row : outlets_.selectNode.selectedRows()) {
             const auto name = nodeArray_->at(static_cast<std::size_t>(row));
             if (cspNodeArray_ && !insertNode(name)) ++duplicates;
-            // Once for each chosen row, duplicates too. The policy's own mark was set by who opened the panel.
+            // Once for each chosen row, duplicates too. The policy's own mark was set by who opened the
+            // panel.
             parent_->refreshTable();
             parent_->setPluginModified(true);
         }
@@ -136,7 +138,8 @@ int NodePaneController::numberOfRowsInTableView(const toolkit::TableView& /*tabl
 }
 
 toolkit::ObjectValue NodePaneController::objectValueForTableColumn(const toolkit::TableView& /*table*/,
-                                                                   const toolkit::TableColumn& column, int row) {
+                                                                   const toolkit::TableColumn& column,
+                                                                   int row) {
     const bool there = nodeArray_ && column.identifier() == nodeNameColumn && row >= 0 &&
                        static_cast<std::size_t>(row) < nodeArray_->size();
     return there ? nodeArray_->at(static_cast<std::size_t>(row)) : std::string(defaultEntry);

@@ -116,6 +116,7 @@ private:
 class FakeTextField final : public FakeControlOf<toolkit::TextField> {
 public:
     using FakeControlOf::FakeControlOf;
+    void setSendsActionWhileTyping(bool sends) override { note(sends ? "sendsWhileTyping" : "sendsAtEnd"); }
     void setStringValue(std::string_view text) override { text_ = text; }
     [[nodiscard]] std::string stringValue() const override { return text_; }
 
@@ -150,7 +151,8 @@ class FakePasteboard final : public toolkit::Pasteboard {
 public:
     void declareTypes(const std::vector<std::string>& types) override {
         strings_.clear();
-        for (const auto& type : types) strings_[type];
+        for (const auto& type : types)
+            strings_[type];
     }
     void setString(std::string_view text, std::string_view type) override {
         const auto found = strings_.find(std::string(type));
@@ -159,7 +161,8 @@ public:
     }
     [[nodiscard]] std::vector<std::string> types() const override {
         std::vector<std::string> all;
-        for (const auto& [type, text] : strings_) all.push_back(type);
+        for (const auto& [type, text] : strings_)
+            all.push_back(type);
         return all;
     }
     [[nodiscard]] std::optional<std::string> stringForType(std::string_view type) const override {
@@ -260,8 +263,8 @@ public:
     void doubleClickRow(int row) {
         if (clickRow(row) && doubleAction_) doubleAction_(*this);
     }
-    /// The user drags rows of this table to a place between rows of `target` (or onto one). False when the drag
-    /// can't begin, the target doesn't take it there, or nothing comes of it.
+    /// The user drags rows of this table to a place between rows of `target` (or onto one). False when the
+    /// drag can't begin, the target doesn't take it there, or nothing comes of it.
     [[nodiscard]] bool dragRows(const std::vector<int>& rows, FakeTableView& target, int place,
                                 toolkit::DropOperation operation = toolkit::DropOperation::above) {
         FakePasteboard pasteboard;

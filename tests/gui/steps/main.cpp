@@ -3,7 +3,8 @@
 //   corvane-gui-steps --machine DIR STEP...
 //
 // Steps: lock (click the padlock), services, search, editor (toolbar), authentication, contacts (sub-tabs),
-// mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, open=TABLE:N (double click),
+// mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, alsorow=TABLE:N (with Ctrl),
+// open=TABLE:N (double click), drag=TABLE:FROM:TO, click=NAME, type=FIELD:TEXT,
 // answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE, wait=MILLISECONDS.
 // Ends with 0 when every step could be done.
 #include <QApplication>
@@ -52,6 +53,18 @@ const std::map<QString, Step>& steps() {
          [](User& user, const QString& value) {
              user.clickRow(tableAndRow(value).first, tableAndRow(value).second);
          }},
+        {"alsorow",
+         [](User& user, const QString& value) {
+             user.clickRow(tableAndRow(value).first, tableAndRow(value).second, Qt::ControlModifier);
+         }},
+        {"drag",
+         [](User& user, const QString& value) {
+             user.dragRow(value.section(':', 0, 0), value.section(':', 1, 1).toInt(),
+                          value.section(':', 2).toInt());
+         }},
+        {"click", [](User& user, const QString& name) { user.click(name); }},
+        {"type", [](User& user,
+                    const QString& value) { user.type(value.section(':', 0, 0), value.section(':', 1)); }},
         {"open",
          [](User& user, const QString& value) {
              user.doubleClickRow(tableAndRow(value).first, tableAndRow(value).second);
