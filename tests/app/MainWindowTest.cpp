@@ -51,6 +51,19 @@ TEST_F(MainWindow, setUp_happensInItsOrder) {
     EXPECT_EQ(journal.only(steps), steps);
 }
 
+TEST_F(MainWindow, setUp_readsThePageOnScreenAndAsksForTheLocksStatus) {
+    program.framework.session->config().raisesOnDetails = true; // so that the list isn't loaded yet
+    program.launch();
+    const Names steps = {"/Config.query", "window.hideToolbarButton", "authorizationView.updateStatus"};
+    EXPECT_EQ(journal.only(steps),
+              (Names{"/Config.query",                    // before the window
+                     "authorizationView.updateStatus",   // by the lock
+                     "window.hideToolbarButton",         // the toolbar
+                     "/Config.query",                    // the page on screen
+                     "authorizationView.updateStatus",   // the lock's status once more
+                     "/Config.query"}));                 // when the window is loaded
+}
+
 TEST_F(MainWindow, policyPages_moveIntoATabViewOfTheirOwn) {
     program.launch();
     EXPECT_EQ(ui.mainTabView.identifiers(), (Names{"1", "20"}));
@@ -168,17 +181,24 @@ TEST_F(MainWindow, remotely_theFirstVisitOfAPaneShowsTheProgressSheetAndLaterOne
     journal.clear();
     toolbar().clickItem("kSearchPaths");
     const Names steps = {"progressBar.indeterminate", "progressBar.display", "progressBar.needsDisplay",
-                         "window.beginSheet",         "progressBar.start",   "/Search.details",
-                         "progressBar.stop",          "window.endSheet",     "progressSheet.orderOut"};
-    auto seen = journal.only(steps);
-    std::erase(seen, "progressBar.display");
-    EXPECT_EQ(seen, (Names{"progressBar.indeterminate", "progressBar.needsDisplay", "window.beginSheet",
-                           "progressBar.start", "/Search.details", "progressBar.stop", "window.endSheet",
-                           "progressSheet.orderOut"}));
+                         "window.beginSheet",         "progressBar.start",   "progressBar.display",
+                         "/Search.details",           "progressBar.stop",    "window.endSheet",
+                         "progressSheet.orderOut"};
+    EXPECT_EQ(journal.only(steps), steps);
     toolbar().clickItem("kServices");
     journal.clear();
     toolbar().clickItem("kSearchPaths");
     EXPECT_FALSE(journal.contains("window.beginSheet"));
+}
+
+TEST_F(MainWindow, progressSheetWithADeterminateBar_animatesNothing) {
+    program.launch();
+    ui.progressBar.setIndeterminate(false);
+    journal.clear();
+    program.controller().showProgressBar();
+    program.controller().hideProgressBar();
+    EXPECT_EQ(journal.entries(), (Names{"progressBar.needsDisplay", "window.beginSheet", "progressBar.display",
+                                        "window.endSheet", "progressSheet.orderOut"}));
 }
 
 TEST_F(MainWindow, locally_noSheetIsShown) {
@@ -291,6 +311,18 @@ TEST_F(MainWindow, errorSheet_hasTitleMessageAndOneButton) {
     EXPECT_EQ(shown.message, "Title");
     EXPECT_EQ(shown.information, "Message");
     EXPECT_EQ(shown.buttons, Names{"OK"});
+    program.toolkit.answerSheet(1);
+    EXPECT_FALSE(ui.window.hasAttachedSheet());
+}
+
+TEST_F(MainWindow, secondErrorSheet_waitsUntilTheFirstWasRead) {
+    program.launch();
+    program.controller().showErrorSheetWithTitle("First", "1");
+    program.controller().showErrorSheetWithTitle("Second", "2");
+    EXPECT_EQ(program.toolkit.alerts().size(), 1U);
+    program.toolkit.answerSheet(1);
+    EXPECT_EQ(program.toolkit.alerts().at(1).message, "Second");
+    EXPECT_TRUE(ui.window.hasAttachedSheet());
     program.toolkit.answerSheet(1);
     EXPECT_FALSE(ui.window.hasAttachedSheet());
 }

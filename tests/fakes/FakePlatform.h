@@ -152,7 +152,10 @@ public:
     }
     [[nodiscard]] platform::AuthorizationViewState authorizationState() const override { return state; }
     void updateStatus() override { journal_.add("authorizationView.updateStatus"); }
-    void setHidden(bool hidden) override { hidden_ = hidden; }
+    void setHidden(bool hidden) override {
+        hidden_ = hidden;
+        journal_.add(hidden ? "authorizationView.hide" : "authorizationView.show");
+    }
     [[nodiscard]] bool isHidden() const override { return hidden_; }
 
     /// The user clicks the lock. False when nothing came of it.
