@@ -177,6 +177,7 @@ TEST_F(Delegate, connectionAccepted_isHandedOverInOrder) {
     EXPECT_EQ(program.journal.only(authentication), authentication);
     EXPECT_TRUE(controller.isRemote());
     EXPECT_TRUE(controller.unlocked());
+    EXPECT_EQ(program.interface.selectPlugIn.numberOfRows(), 0); // the server has no connectors
     EXPECT_EQ(program.interface.window.title(), "Corvane: server.example.com");
     EXPECT_EQ(program.interface.dialog->session, nullptr); // reset
     EXPECT_EQ(program.journal.only({"dialog.reset", "addNode.enable", "window.makeKeyAndOrderFront"}),

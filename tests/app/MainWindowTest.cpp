@@ -64,6 +64,14 @@ TEST_F(MainWindow, setUp_readsThePageOnScreenAndAsksForTheLocksStatus) {
                      "/Config.query"}));                 // when the window is loaded
 }
 
+TEST_F(MainWindow, windowSetUp_startsClean) {
+    program.controller().setPluginModified(true);
+    program.controller().setSearchPolicyModified(true);
+    program.launch();
+    EXPECT_FALSE(ui.window.isDocumentEdited());
+    EXPECT_FALSE(ui.applyButton.isEnabled());
+}
+
 TEST_F(MainWindow, policyPages_moveIntoATabViewOfTheirOwn) {
     program.launch();
     EXPECT_EQ(ui.mainTabView.identifiers(), (Names{"1", "20"}));
@@ -112,6 +120,7 @@ TEST(TabTable, entriesCompareByTheirSortOrder) {
 
 TEST_F(MainWindow, editor_getsTheSessionEnlargesTheWindowAndKeepsItsTopEdge) {
     program.launch();
+    ui.applyButton.setHidden(true);
     const auto top = topEdge();
     toolbar().clickItem("kDebug");
     EXPECT_EQ(area(), "directoryEditor");
@@ -301,6 +310,10 @@ TEST_F(MainWindow, stateOfAnotherWindow_isNotTouched) {
     fakes::FakeStateCoder coder;
     ui.window.delegate()->willEncodeRestorableState(other, coder);
     EXPECT_TRUE(coder.values.empty());
+    coder.values = {{"selectedToolbarItem", "kSearchPaths"}, {"windowTopLeft", "{1, 2}"}};
+    ui.window.delegate()->didDecodeRestorableState(other, coder);
+    EXPECT_EQ(page(), "1");
+    EXPECT_EQ(other.frame(), fakes::FakeWindow(journal, "untouched").frame());
 }
 
 TEST_F(MainWindow, errorSheet_hasTitleMessageAndOneButton) {
@@ -338,7 +351,9 @@ TEST_F(MainWindow, helpButton_opensTheHelpBook) {
 TEST_F(MainWindow, statusTimer_runsEvery300SecondsWhileTheApplicationIsActive) {
     program.launch();
     EXPECT_TRUE(program.platform.runLoop.intervals().empty()); // not active yet
+    journal.clear();
     program.controller().applicationDidBecomeActive();
+    EXPECT_EQ(journal.entries(), Names{"authorizationView.updateStatus"});
     program.controller().applicationDidBecomeActive();
     EXPECT_EQ(program.platform.runLoop.intervals(), std::vector<double>{300});
     journal.clear();
@@ -370,7 +385,7 @@ TEST_F(MainWindow, closingWithUnsavedChanges_isCancelledByThePrompt) {
     EXPECT_FALSE(journal.contains("application.terminate"));
     program.toolkit.willAnswer(2);
     EXPECT_TRUE(ui.window.clickClose());
-    EXPECT_TRUE(program.delegate.applicationShouldTerminate()); // doesn't ask a second time
+    EXPECT_TRUE(journal.contains("application.terminate")); // which didn't ask a second time
     EXPECT_EQ(program.toolkit.alerts().size(), 2U);
 }
 

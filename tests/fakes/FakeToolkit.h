@@ -41,7 +41,9 @@ class FakeApplication final : public toolkit::Application {
 public:
     explicit FakeApplication(Journal& journal) : journal_(journal) {}
     [[nodiscard]] bool isActive() const override { return active; }
-    void terminate() override { journal_.add("application.terminate"); }
+    void terminate() override {
+        if (!shouldTerminate || shouldTerminate()) journal_.add("application.terminate");
+    }
     [[nodiscard]] int runModalForWindow(toolkit::Window& /*window*/) override { return 0; }
     void stopModal(int code) override { journal_.add("application.stopModal " + std::to_string(code)); }
     void orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) override {
@@ -53,6 +55,8 @@ public:
     }
 
     bool active = false;
+    /// The application's delegate.
+    std::function<bool()> shouldTerminate;
     std::map<std::string, std::string> aboutOptions;
 
 private:
