@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+
 #include "app/MainController.h"
 
 namespace corvane::app {
@@ -109,6 +111,7 @@ public:
 
 private:
     MainController& c_;
+    std::set<std::string> failuresTold_; ///< plug-in and operation
 };
 
 } // namespace corvane::app

@@ -41,7 +41,7 @@ TEST_F(ExternalConfiguration, noneNeeded_saysSoUnderTheConnectorsName) {
 TEST_F(ExternalConfiguration, applicationAlone_isLaunched) {
     program.platform.workspace.files = {application};
     configure(application, "");
-    EXPECT_EQ(program.platform.workspace.launched, std::vector<std::string>{application});
+    EXPECT_EQ(program.platform.workspace.started, std::vector<std::vector<std::string>>{{application}});
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
@@ -62,15 +62,15 @@ TEST_F(ExternalConfiguration, applicationMissing_isReported) {
 TEST_F(ExternalConfiguration, fileAndApplication_areOpenedTogether) {
     program.platform.workspace.files = {application, file};
     configure(application, file);
-    EXPECT_EQ(program.platform.workspace.launched,
-              std::vector<std::string>{std::string(application) + " " + file});
+    EXPECT_EQ(program.platform.workspace.started,
+              (std::vector<std::vector<std::string>>{{application, file}}));
 }
 
 TEST_F(ExternalConfiguration, fileMissing_isReported) {
     program.platform.workspace.files = {application};
     configure(application, file);
     EXPECT_EQ(sheet().information, "«Plug-in configuration file /etc/connector.conf is missing.»");
-    EXPECT_TRUE(program.platform.workspace.launched.empty());
+    EXPECT_TRUE(program.platform.workspace.started.empty());
 }
 
 TEST_F(ExternalConfiguration, openingThatFails_namesBoth) {
@@ -95,6 +95,6 @@ TEST_F(ExternalConfiguration, remotely_nothingHappens) {
     const auto item = program.controller().pluginWithName("Extra");
     program.controller().setIPAddress("server.example.com");
     item->configureButtonClicked(&program.interface.configPlugIn);
-    EXPECT_TRUE(program.platform.workspace.launched.empty());
+    EXPECT_TRUE(program.platform.workspace.started.empty());
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }

@@ -121,6 +121,25 @@ TEST_F(SearchPolicy, exceptionWhileReading_hidesTheProgressAndShowsTheReason) {
     EXPECT_EQ(program.toolkit.alerts().at(0).information, "the directory service has gone away");
 }
 
+TEST_F(SearchPolicy, readThatFailsLater_leavesAnEmptyTableAndIsTriedAgainAtTheNextVisit) {
+    search.raisesOnDetails = true;
+    controller.buildDSSearchPaneData();
+    EXPECT_EQ(program.interface.selectNode.numberOfRows(), 0);
+    search.raisesOnDetails = false;
+    controller.loadCurrentTabIfNeeded("2");
+    EXPECT_EQ(shown(), authCustom);
+}
+
+TEST_F(SearchPolicy, editedListThatWentWithItsSession_isNotWrittenAsAnEmptyOne) {
+    controller.addNodeToAuthSearchPolicy("/LDAP/three");
+    controller.addNodeToContactsSearchPolicy("/LDAP/three");
+    controller.setHaldenSession(program.framework.session);
+    EXPECT_TRUE(controller.saveSearchPolicies());
+    EXPECT_TRUE(search.calls.empty());
+    EXPECT_TRUE(contacts.calls.empty());
+    EXPECT_TRUE(program.toolkit.alerts().empty());
+}
+
 TEST_F(SearchPolicy, savingWithoutEdits_writesNothing) {
     EXPECT_TRUE(controller.saveSearchPolicies());
     EXPECT_TRUE(search.calls.empty());

@@ -210,6 +210,24 @@ TEST_F(ModifiedState, markDirtyOfAPlugin_marksTheWindow) {
     EXPECT_TRUE(edited() && applyEnabled());
 }
 
+TEST_F(ModifiedState, questionThatThrowsAgainAndAgain_isToldOnceAndTheNameFallsBack) {
+    Second::script().throwsIn = "pluginName";
+    controller.buildDSConfigPaneData();
+    EXPECT_EQ(program.interface.selectPlugIn.texts("Name"), (std::vector<std::string>{"BSD", "LDAP"}));
+    EXPECT_EQ(program.toolkit.alerts().size(), 1U);
+    EXPECT_EQ(program.platform.log.lines.size(), 1U);
+}
+
+TEST_F(ModifiedState, actionThatThrowsAgain_isToldAgain) {
+    First::script().throwsIn = "revertChanges";
+    for (const auto times : {1U, 2U}) {
+        controller.setPluginModified(true);
+        controller.revertAction();
+        EXPECT_EQ(program.toolkit.alerts().size(), times);
+        program.toolkit.answerSheet(1);
+    }
+}
+
 TEST_F(ModifiedState, pluginThatThrows_isShownInASheetWithCauseAndNextStep) {
     First::script().throwsIn = "saveChanges";
     controller.setPluginModified(true);
