@@ -207,6 +207,8 @@ TEST_F(Delegate, dialogCancelledWhileConnected_leavesTheConnection) {
     program.interface.dialog->owner->authCanceled();
     EXPECT_TRUE(enabled("disconnect"));
     EXPECT_TRUE(enabled("connect")); // none is pending any more
+    program.interface.dialog->owner->authAccepted();
+    EXPECT_FALSE(enabled("connect"));
 }
 
 TEST_F(Delegate, disconnect_onlyWhenConnectedAndAgreed) {

@@ -305,6 +305,8 @@ TEST_F(Lock, remotePreflightDSRef_cancelled_isFalseAndStaysRemote) {
     program.framework.available = false;
     controller.setHaldenSession(nullptr);
     EXPECT_FALSE(controller.preflightDSRef());
+    EXPECT_TRUE(program.journal.contains("dialog.runModal"));
+    EXPECT_FALSE(program.journal.contains("dialog.reset")); // nothing was handed over
     EXPECT_TRUE(controller.isRemote());
 }
 

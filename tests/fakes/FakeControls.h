@@ -206,7 +206,10 @@ public:
     }
     void removeTableColumn(toolkit::TableColumn& column) override {
         note("removeColumn " + column.identifier());
-        std::erase_if(columns_, [&](const auto& each) { return each.get() == &column; });
+        const auto found = std::ranges::find(columns_, &column, [](const auto& each) { return each.get(); });
+        if (found == columns_.end()) return;
+        removed_.push_back(std::move(*found));
+        columns_.erase(found);
     }
     void sizeToFit() override { note("sizeToFit"); }
     void registerForDraggedTypes(const std::vector<std::string>& types) override {
@@ -254,6 +257,12 @@ public:
         tellSelectionChanged();
     }
 
+    /// A column that was taken out of the table; null when none of that name was.
+    [[nodiscard]] const FakeTableColumn* removedColumn(std::string_view identifier) const {
+        for (const auto& column : removed_)
+            if (column->identifier() == identifier) return column.get();
+        return nullptr;
+    }
     /// The user clicks a row; false when the delegate doesn't let it be selected.
     [[nodiscard]] bool clickRow(int row, bool extending = false) {
         if (!isEnabled() || (delegate_ != nullptr && !delegate_->shouldSelectRow(*this, row))) return false;
@@ -313,6 +322,7 @@ private:
     }
 
     std::vector<std::unique_ptr<FakeTableColumn>> columns_;
+    std::vector<std::unique_ptr<FakeTableColumn>> removed_;
     toolkit::TableDataSource* source_ = nullptr;
     toolkit::TableDelegate* delegate_ = nullptr;
     toolkit::TableDragHandler* dragHandler_ = nullptr;

@@ -108,7 +108,8 @@ private:
     struct FakeQuery final : halden::Query {
         FakeQuery(std::shared_ptr<FakeNodeState> from, halden::QueryParameters what)
             : state(std::move(from)), parameters(std::move(what)) {}
-        [[nodiscard]] std::optional<halden::RecordList> results(bool /*partial*/,
+        /// What has arrived so far is all but the last one.
+        [[nodiscard]] std::optional<halden::RecordList> results(bool allowPartial,
                                                                 halden::Error* error) override {
             if (state->nextError) {
                 if (error != nullptr) *error = state->nextError;
@@ -120,6 +121,7 @@ private:
                 const bool full = parameters.maximumResults != 0 && found.size() == parameters.maximumResults;
                 if (!full && matchesType(*record) && matchesValue(*record)) found.push_back(fetched(*record));
             }
+            if (allowPartial && !found.empty()) found.pop_back();
             return found;
         }
         /// A record as it comes from a service: a copy, with the attributes that were asked for and its name.

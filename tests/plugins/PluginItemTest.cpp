@@ -97,7 +97,16 @@ TEST_F(Item, pluginThatImplementsNothing_getsTheDefaultsToo) {
     EXPECT_EQ(item->pluginName(), "LDAP");
     EXPECT_FALSE(item->canSelfTest());
     EXPECT_FALSE(item->canConfigure());
+    EXPECT_TRUE(item->isEnabledForLocation(nullptr));
+    EXPECT_TRUE(item->canSetEnabledForLocation(nullptr));
+    EXPECT_FALSE(item->isDirty());
     EXPECT_TRUE(item->saveChanges());
+    EXPECT_TRUE(item->revertChanges());
+    EXPECT_TRUE(item->applicationWillQuitSavingChanges(false));
+    EXPECT_TRUE(item->applicationWillLockSavingChanges(false));
+    EXPECT_TRUE(item->shouldAllowNodeNameOnSearchPolicy("/LDAP/one"));
+    item->setEnabledForLocation(false, nullptr);
+    EXPECT_FALSE(item->isEnabled());
 }
 
 TEST_F(Item, everythingThePluginImplements_isForwardedWithItsArguments) {

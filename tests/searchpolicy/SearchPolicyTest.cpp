@@ -255,6 +255,11 @@ TEST_F(SearchPolicy, callWithoutAReply_isASuccess) {
     EXPECT_TRUE(program.toolkit.alerts().empty());
     EXPECT_TRUE(controller.saveSearchPolicies());
     EXPECT_EQ(search.calls.size(), 1U);
+    program.interface.selectSearchPolicy.choose(0);
+    EXPECT_TRUE(controller.saveSearchPolicies());
+    EXPECT_TRUE(controller.saveSearchPolicies());
+    EXPECT_EQ(codes(search), (std::vector<std::int32_t>{444, 111}));
+    EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
 TEST_F(SearchPolicy, membership_looksAtTheCustomListWhateverTheMode) {
@@ -272,6 +277,13 @@ TEST(SearchPolicyFirstRead, membershipReadsThePolicyFirst) {
     EXPECT_EQ(program.journal.count("/Search.details"), 1);
     EXPECT_TRUE(program.controller().isNodeOnAuthSearchPolicy("/LDAP/one"));
     EXPECT_EQ(program.journal.count("/Search.details"), 1);
+}
+
+TEST(SearchPolicyFirstRead, renamingReadsBothPoliciesFirst) {
+    fakes::FakeProgram program;
+    program.controller().nodeNameChanged("/LDAP/one", "/LDAP/new");
+    EXPECT_TRUE(program.controller().isNodeOnAuthSearchPolicy("/LDAP/new"));
+    EXPECT_TRUE(program.controller().isNodeOnContactsSearchPolicy("/LDAP/new"));
 }
 
 TEST_F(SearchPolicy, adding_appendsMarksSwitchesToCustomAndReloads) {

@@ -97,6 +97,11 @@ TEST_F(ServicesList, zeroconfConnectorsFormerName_isShownAsTheCurrentOneWithItsP
 
 TEST_F(ServicesList, onALegacySystem_everyConnectorIsListed) {
     setSystemVersion("10.6.8");
+    program.addPlugin("LDAP", Recording::factory());
+    program.controller().buildDSConfigPaneData();
+    plugins::PluginController::sharedInstance(program.platform.environment).loadPlugins();
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(std::ranges::count(Recording::script().calls, "canConfigure"), 0) << "the answer wouldn't matter";
     program.launch();
     EXPECT_EQ(shown().size(), 2U);
 }
