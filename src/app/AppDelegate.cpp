@@ -89,10 +89,22 @@ bool AppDelegate::discardBefore(bool quitting) {
     return agreed;
 }
 
-void AppDelegate::saveChanges() { mMainWindow->applyAction(); }
-void AppDelegate::revertAction() { mMainWindow->revertAction(); }
-void AppDelegate::enableRootUser() { mMainWindow->enableRootUser(); }
-void AppDelegate::changeRootPassword() { mMainWindow->changeRootPassword(); }
+// A menu may be used before the main window is there; then there is nothing that a command could concern.
+void AppDelegate::saveChanges() {
+    if (mMainWindow != nullptr) mMainWindow->applyAction();
+}
+void AppDelegate::revertAction() {
+    if (mMainWindow != nullptr) mMainWindow->revertAction();
+}
+void AppDelegate::enableRootUser() {
+    if (mMainWindow != nullptr) mMainWindow->enableRootUser();
+}
+void AppDelegate::changeRootPassword() {
+    if (mMainWindow != nullptr) mMainWindow->changeRootPassword();
+}
+void AppDelegate::showHelp() {
+    if (mMainWindow != nullptr) mMainWindow->mainWindowHelpButtonHit();
+}
 
 void AppDelegate::connect() {
     if (isConnectedOrPending() || !applicationShouldSaveChanges(false)) return;
@@ -170,9 +182,9 @@ void AppDelegate::performMenuItem(const toolkit::MenuItem& item) {
         {"changeRootPassword", &AppDelegate::changeRootPassword},
         {"connect", &AppDelegate::connect},
         {"disconnect", &AppDelegate::disconnect},
-        {"showAboutWindow", &AppDelegate::showAboutWindow}};
+        {"showAboutWindow", &AppDelegate::showAboutWindow},
+        {"mainWindowHelpButtonHit", &AppDelegate::showHelp}};
     if (const auto found = commands.find(item.action()); found != commands.end()) (this->*found->second)();
-    if (item.action() == "mainWindowHelpButtonHit") mMainWindow->mainWindowHelpButtonHit();
 }
 
 std::string AppDelegate::localized(std::string_view key) const {

@@ -48,6 +48,7 @@ public:
     void authCanceled() override;
 
 private:
+    void showHelp();
     [[nodiscard]] int runSavePrompt(bool quitting);
     [[nodiscard]] bool saveBefore(bool quitting);
     [[nodiscard]] bool discardBefore(bool quitting);

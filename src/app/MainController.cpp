@@ -47,11 +47,11 @@ MainController::MainController(Environment& environment)
       contactsPolicy_(searchpolicy::contactsTraits, environment.platform, environment.toolkit,
                       contactsOutlets(outlets_), *links_),
       policies_(authenticationPolicy_, contactsPolicy_, *links_),
-      authenticationPane_(authenticationPolicy_,
-                          {outlets_.selectSearchPolicy, outlets_.selectNode, outlets_.addNode,
-                           outlets_.deleteNode, outlets_.dragMessage},
+      authenticationPane_(authenticationPolicy_, environment.platform, environment.toolkit,
+                          {outlets_.selectSearchPolicy, outlets_.selectNode, outlets_.addNode, outlets_.deleteNode,
+                           outlets_.dragMessage},
                           *links_),
-      contactsPane_(contactsPolicy_,
+      contactsPane_(contactsPolicy_, environment.platform, environment.toolkit,
                     {outlets_.selectContactPolicy, outlets_.selectNodeContact, outlets_.addNodeContact,
                      outlets_.deleteNodeContact, outlets_.dragMessageContact},
                     *links_),
@@ -73,6 +73,12 @@ void MainController::connectActions() {
     outlets_.selectNode.setDelegate(&authenticationPane_);
     outlets_.selectNodeContact.setDataSource(&contactsPane_);
     outlets_.selectNodeContact.setDelegate(&contactsPane_);
+    outlets_.selectNode.setDragHandler(&authenticationPane_);
+    outlets_.selectNodeContact.setDragHandler(&contactsPane_);
+    outlets_.addNode.setAction([this](toolkit::Control&) { addNodeAction(); });
+    outlets_.addNodeContact.setAction([this](toolkit::Control&) { addNodeContactAction(); });
+    outlets_.deleteNode.setAction([this](toolkit::Control& sender) { deleteNodeAction(sender); });
+    outlets_.deleteNodeContact.setAction([this](toolkit::Control& sender) { deleteNodeContactAction(sender); });
     outlets_.applyButton.setAction([this](toolkit::Control&) { applyAction(); });
     outlets_.helpButton.setAction([this](toolkit::Control&) { mainWindowHelpButtonHit(); });
     outlets_.configPlugIn.setAction([this](toolkit::Control& sender) { configPlugInAction(&sender); });
@@ -228,6 +234,16 @@ bool MainController::shouldAllowNodeNameOnSearchPolicy(const std::string& nodeNa
 }
 void MainController::selectSearchPolicyAction() { authenticationPane_.selectModeAction(); }
 void MainController::selectContactPolicyAction() { contactsPane_.selectModeAction(); }
+void MainController::addNodeAction() { authenticationPane_.addNodeAction(); }
+void MainController::addNodeContactAction() { contactsPane_.addNodeAction(); }
+void MainController::deleteNodeAction(toolkit::Control& sender) { authenticationPane_.deleteNodeAction(sender); }
+void MainController::deleteNodeContactAction(toolkit::Control& sender) { contactsPane_.deleteNodeAction(sender); }
+searchpolicy::NodePaneController& MainController::sharedNodePaneController() {
+    if (!nodePaneController_)
+        nodePaneController_ = std::make_unique<searchpolicy::NodePaneController>(
+            environment_.platform, environment_.toolkit, environment_.interfaces.loadAddNodes());
+    return *nodePaneController_;
+}
 void MainController::updateDeleteEnable() { authenticationPane_.updateDeleteEnable(); }
 void MainController::updateDeleteContactEnable() { contactsPane_.updateDeleteEnable(); }
 

@@ -12,6 +12,7 @@
 #include "directory/NetworkLocations.h"
 #include "directory/RootUser.h"
 #include "plugins/PluginAPIImplementor.h"
+#include "searchpolicy/NodePaneController.h"
 #include "searchpolicy/SearchPolicies.h"
 #include "searchpolicy/SearchPolicyPane.h"
 #include "services/ModifiedState.h"
@@ -107,6 +108,12 @@ public:
     [[nodiscard]] bool shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName);
     void selectSearchPolicyAction();
     void selectContactPolicyAction();
+    void addNodeAction();
+    void addNodeContactAction();
+    void deleteNodeAction(toolkit::Control& sender);
+    void deleteNodeContactAction(toolkit::Control& sender);
+    /// The panel of nodes to add, made on the first call.
+    [[nodiscard]] searchpolicy::NodePaneController& sharedNodePaneController();
     void updateDeleteEnable();
     void updateDeleteContactEnable();
 
@@ -175,6 +182,7 @@ private:
     searchpolicy::SearchPolicies policies_;
     searchpolicy::SearchPolicyPane authenticationPane_;
     searchpolicy::SearchPolicyPane contactsPane_;
+    std::unique_ptr<searchpolicy::NodePaneController> nodePaneController_;
     LockEffect lockEffect_;
     MainWindow mainWindow_;
     std::unique_ptr<util::NotificationCenter::Observation> searchPathChanges_;

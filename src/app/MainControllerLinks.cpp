@@ -33,8 +33,22 @@ bool MainController::Links::runPasswordDialog() {
     return dialog.runModal() == accepted;
 }
 
+namespace {
+
+/// Is the question asked whenever something is drawn? Its failure is told once: otherwise the sheet that tells of
+/// it would be back as soon as it is closed.
+bool isAskedWhileDrawing(const std::string& operation) {
+    static const std::set<std::string, std::less<>> questions = {
+        "pluginName", "isEnabledForLocation", "canSetEnabledForLocation", "canConfigure", "isDirty"};
+    return questions.contains(operation);
+}
+
+} // namespace
+
 void MainController::Links::pluginFailed(const std::string& plugin, const std::string& operation,
                                          const std::string& reason) {
+    const bool first = failuresTold_.insert(plugin + " " + operation).second;
+    if (!first && isAskedWhileDrawing(operation)) return;
     log("plug-in " + plugin + " failed in " + operation + ": " + reason);
     const auto& strings = c_.environment_.platform.strings;
     c_.showErrorSheetWithTitle(
@@ -43,6 +57,15 @@ void MainController::Links::pluginFailed(const std::string& plugin, const std::s
             strings.localized("It stopped in “%@”: %@. What it was asked to do was not done; everything "
                               "else goes on. Try again, or ask its maker for a newer version."),
             {operation, reason}));
+}
+
+void MainController::Links::openNodePane(const util::Array& list, int index) {
+    auto& panel = c_.sharedNodePaneController();
+    panel.setCustomNodeArray(list);
+    panel.setParentController(this);
+    panel.setCustomNodeIndex(index);
+    panel.buildNodePaneData();
+    c_.outlets_.window.beginSheet(panel.window(), [](toolkit::Window& sheet, int) { sheet.orderOut(); });
 }
 
 void MainController::Links::rereadEditedSearchPolicies() {

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <set>
+
 #include "app/MainController.h"
 
 namespace corvane::app {
@@ -17,6 +19,7 @@ class MainController::Links final : public auth::DirectoryConnection::Needs,
                                     public searchpolicy::SearchPolicy::Needs,
                                     public searchpolicy::SearchPolicies::Needs,
                                     public searchpolicy::SearchPolicyPane::Needs,
+                                    public searchpolicy::NodePaneController::Parent,
                                     public LockEffect::Needs,
                                     public MainWindow::Needs {
 public:
@@ -81,6 +84,15 @@ public:
     // searchpolicy::SearchPolicies
     void loadCurrentTabIfNeeded() override { c_.loadCurrentTabIfNeeded(std::nullopt); }
 
+    // searchpolicy::SearchPolicyPane, searchpolicy::NodePaneController
+    void openNodePane(const util::Array& list, int index) override;
+    void selectRowInAuthenticationTable(int row) override { c_.outlets_.selectNode.selectRow(row, false); }
+    bool shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName) override {
+        return c_.shouldAllowNodeNameOnSearchPolicy(nodeName);
+    }
+    void refreshTable() override { c_.refreshTable(); }
+    void endSheet(toolkit::Window& sheet) override { c_.outlets_.window.endSheet(sheet, 0); }
+
     // LockEffect
     void updateConfigEnable() override { c_.updateConfigEnable(); }
     void updateDeleteEnable() override { c_.updateDeleteEnable(); }
@@ -99,6 +111,7 @@ public:
 
 private:
     MainController& c_;
+    std::set<std::string> failuresTold_; ///< plug-in and operation
 };
 
 } // namespace corvane::app

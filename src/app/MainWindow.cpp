@@ -163,8 +163,7 @@ void MainWindow::selectToolbarItem(const std::string& identifier) {
 
 void MainWindow::clickItem(const std::string& identifier) {
     const auto items = toolbar_->items();
-    const auto found =
-        std::ranges::find_if(items, [&](const auto& item) { return item.identifier == identifier; });
+    const auto found = std::ranges::find_if(items, [&](const auto& item) { return item.identifier == identifier; });
     if (found != items.end()) toolbarItemClicked(*found);
 }
 
@@ -250,11 +249,21 @@ void MainWindow::hideProgressBar() {
 }
 
 void MainWindow::showErrorSheet(const std::string& title, const std::string& message) {
-    errorSheet_ = environment_.toolkit.makeAlert();
-    errorSheet_->setMessageText(title);
-    errorSheet_->setInformativeText(message);
-    errorSheet_->addButton(localized("OK"));
-    errorSheet_->beginSheet(outlets_.window, [this](int) { errorSheet_.reset(); });
+    auto sheet = environment_.toolkit.makeAlert();
+    sheet->setMessageText(title);
+    sheet->setInformativeText(message);
+    sheet->addButton(localized("OK"));
+    errorSheets_.push_back(std::move(sheet));
+    if (errorSheets_.size() == 1) showFirstErrorSheet();
+}
+
+void MainWindow::showFirstErrorSheet() {
+    errorSheets_.front()->beginSheet(outlets_.window, [this](int) { errorSheetDidEnd(); });
+}
+
+void MainWindow::errorSheetDidEnd() {
+    errorSheets_.pop_front();
+    if (!errorSheets_.empty()) showFirstErrorSheet();
 }
 
 void MainWindow::mainWindowHelpButtonHit() {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <deque>
 #include <memory>
 #include <optional>
 #include <string>
@@ -56,7 +57,7 @@ public:
     void hideProgressBar();
     /// Does nothing: the bar is indeterminate.
     void updateProgressBar() {}
-    /// One "OK" button, on the main window.
+    /// One "OK" button, on the main window. A second one waits until the first has been read.
     void showErrorSheet(const std::string& title, const std::string& message);
     void mainWindowHelpButtonHit();
     void localNodeWindowHelpButtonHit();
@@ -96,6 +97,8 @@ private:
     void sizeForPage(const std::string& identifier);
     void setContentSize(const toolkit::Size& size, bool resizable);
     void scheduleAuthStatusTimer();
+    void showFirstErrorSheet();
+    void errorSheetDidEnd();
 
     Environment& environment_;
     MainWindowOutlets outlets_;
@@ -103,7 +106,7 @@ private:
     std::shared_ptr<toolkit::TabView> searchPathsTabView_;
     std::shared_ptr<toolkit::Toolbar> toolbar_;
     std::unique_ptr<platform::Timer> authStatusTimer_;
-    std::unique_ptr<toolkit::Alert> errorSheet_;
+    std::deque<std::unique_ptr<toolkit::Alert>> errorSheets_; ///< the first one is on screen
 };
 
 } // namespace corvane::app

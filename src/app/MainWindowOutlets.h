@@ -3,6 +3,7 @@
 #include "auth/ConnectionDialog.h"
 #include "auth/DirectoryEditor.h"
 #include "platform/AuthorizationView.h"
+#include "searchpolicy/NodePaneController.h"
 #include "toolkit/Controls.h"
 #include "toolkit/TabView.h"
 #include "toolkit/TableView.h"
@@ -52,6 +53,8 @@ public:
     virtual ~InterfaceLoader() = default;
     /// Loads "MainWindow" on the first call; the same outlets afterwards.
     [[nodiscard]] virtual MainWindowOutlets loadMainWindow() = 0;
+    /// Loads "AddNodes" on the first call; the same outlets afterwards.
+    [[nodiscard]] virtual searchpolicy::NodePaneController::Outlets loadAddNodes() = 0;
     /// A new connection dialog.
     [[nodiscard]] virtual std::unique_ptr<auth::ConnectionDialog> loadAuthDialog() = 0;
 };

@@ -29,6 +29,12 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .authorizationView = w.authorizationView};
 }
 
+searchpolicy::NodePaneController::Outlets DesktopInterface::loadAddNodes() {
+    if (!addNodes_) addNodes_ = std::make_unique<qt::AddNodesInterface>(settings_, guard_);
+    return {addNodes_->window, addNodes_->selectNode, addNodes_->filter, addNodes_->addButton,
+            addNodes_->doneButton};
+}
+
 std::unique_ptr<auth::ConnectionDialog> DesktopInterface::loadAuthDialog() {
     return std::make_unique<app::NoConnectionDialog>(toolkit_, strings_);
 }

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "app/NoConnectionDialog.h"
+#include "qt/AddNodesInterface.h"
 #include "qt/MainWindowInterface.h"
 
 namespace corvane::desktop {
@@ -16,16 +17,20 @@ public:
 class DesktopInterface final : public app::InterfaceLoader {
 public:
     DesktopInterface(qt::MainWindowInterface& window, toolkit::Toolkit& toolkit,
-                     platform::LocalizedStrings& strings)
-        : window_(window), toolkit_(toolkit), strings_(strings) {}
+                     platform::LocalizedStrings& strings, qt::SettingsFile& settings, qt::HandlerGuard& guard)
+        : window_(window), toolkit_(toolkit), strings_(strings), settings_(settings), guard_(guard) {}
 
     [[nodiscard]] app::MainWindowOutlets loadMainWindow() override;
+    [[nodiscard]] searchpolicy::NodePaneController::Outlets loadAddNodes() override;
     [[nodiscard]] std::unique_ptr<auth::ConnectionDialog> loadAuthDialog() override;
 
 private:
     qt::MainWindowInterface& window_;
     toolkit::Toolkit& toolkit_;
     platform::LocalizedStrings& strings_;
+    qt::SettingsFile& settings_;
+    qt::HandlerGuard& guard_;
+    std::unique_ptr<qt::AddNodesInterface> addNodes_;
     NoDirectoryEditor directoryEditor_;
 };
 

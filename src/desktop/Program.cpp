@@ -47,7 +47,8 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
       platform_{runLoop_,      defaults_, workspace_, strings_,       authorizationService_,
                 dynamicStore_, codec_,    bundles_,   notifications_, log},
       window_(application_, authorizationService_, settingsFile_, guard_),
-      interfaces_(window_, toolkit_, strings_), environment_{platform_, toolkit_, framework_, interfaces_},
+      interfaces_(window_, toolkit_, strings_, settingsFile_, guard_), environment_{platform_, toolkit_,
+                                                                                    framework_, interfaces_},
       delegate_(environment_, [this]() -> app::MainController& { return controller(); }) {
     defaults_.registerBool("FirstLaunch", true);
     application_.about = about();

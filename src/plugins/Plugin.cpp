@@ -40,7 +40,7 @@ void Plugin::setFailureReporter(FailureReporter reporter) { reporter_ = std::mov
 
 std::optional<std::string> Plugin::pluginName() const {
     if (!implements(&CorvanePlugin::pluginName)) return std::nullopt;
-    std::string name;
+    std::optional<std::string> name;
     contain("pluginName", [&] {
         if (const char* text = table_.pluginName(self_)) name = text;
     });

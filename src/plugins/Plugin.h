@@ -10,7 +10,7 @@
 namespace corvane::plugins {
 
 /// One plug-in object, made through a module's function table. Whatever its code throws ends here: the
-/// failure goes to the reporter and the answer is false (or ""). Owned by its `PluginItem`. Main thread.
+/// failure goes to the reporter and the answer is false (or no name). Owned by its `PluginItem`. Main thread.
 class Plugin {
 public:
     /// Told which operation failed and why.
@@ -56,7 +56,7 @@ public:
         return true;
     }
 
-    /// None when it isn't implemented.
+    /// None when it isn't implemented, fails, or gives no text.
     [[nodiscard]] std::optional<std::string> pluginName() const;
 
 private:

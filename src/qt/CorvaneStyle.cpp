@@ -113,6 +113,25 @@ void drawComboBox(const QStyleOptionComboBox& option, QPainter& painter) {
     if (showsFocus(option)) drawFocusRing(painter, option.rect, option.palette, radius);
 }
 
+/// With an outline that is seen on any ground, and of the accent's colour when it is checked.
+void drawCheckBox(const QStyleOption& option, QPainter& painter) {
+    const bool checked = option.state & QStyle::State_On;
+    const bool accented = checked && (option.state & QStyle::State_Enabled);
+    const auto fill = option.palette.color(accented ? QPalette::Highlight : QPalette::Button);
+    drawRound(painter, option.rect, fill, accented ? fill : option.palette.color(QPalette::Mid), 4);
+    if (!checked) return;
+    const QRectF box(option.rect);
+    const auto at = [&box](double x, double y) {
+        return box.topLeft() + QPointF(x * box.width(), y * box.height());
+    };
+    painter.save();
+    painter.setRenderHint(QPainter::Antialiasing);
+    const auto role = accented ? QPalette::HighlightedText : QPalette::ButtonText;
+    painter.setPen(QPen(option.palette.color(role), 1.8, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(QList<QPointF>{at(0.26, 0.53), at(0.43, 0.70), at(0.75, 0.32)});
+    painter.restore();
+}
+
 void drawProgress(const QStyleOptionProgressBar& option, QPainter& painter) {
     constexpr double thickness = 6;
     QRectF groove(option.rect);
@@ -193,6 +212,8 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         return drawPushButtonFace(*option, *painter);
     case PE_PanelButtonTool:
         return drawToolButtonFace(*option, *painter, widget);
+    case PE_IndicatorCheckBox:
+        return drawCheckBox(*option, *painter);
     case PE_PanelMenuBar:
     case PE_FrameDefaultButton:
         return;

@@ -26,6 +26,8 @@ QtTableView::~QtTableView() {
     widget_.mayUserSelect = nullptr;
     widget_.activate = nullptr;
     widget_.press = nullptr;
+    widget_.moveSelectedRow = nullptr;
+    model_.dragHandler = nullptr;
     model_.source = nullptr;
     model_.delegate = nullptr;
 }
@@ -38,6 +40,19 @@ void QtTableView::setDataSource(toolkit::TableDataSource* source) {
 void QtTableView::setDelegate(toolkit::TableDelegate* delegate) {
     model_.delegate = delegate;
     widget_.viewport()->update();
+}
+
+void QtTableView::setDragHandler(toolkit::TableDragHandler* handler) {
+    model_.dragHandler = handler;
+    widget_.setDragEnabled(handler != nullptr);
+    widget_.setAcceptDrops(handler != nullptr);
+    widget_.setDropIndicatorShown(true);
+    widget_.setDragDropMode(handler ? QAbstractItemView::DragDrop : QAbstractItemView::NoDragDrop);
+    widget_.setDefaultDropAction(Qt::MoveAction);
+    widget_.moveSelectedRow = [this](int step) {
+        const auto rows = selectedRows();
+        return rows.size() == 1 && model_.moveRowByOne(rows.front(), step);
+    };
 }
 
 toolkit::TableColumn* QtTableView::tableColumnWithIdentifier(std::string_view identifier) {

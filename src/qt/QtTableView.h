@@ -23,8 +23,14 @@ public:
     [[nodiscard]] toolkit::TableColumn* tableColumnWithIdentifier(std::string_view identifier) override;
     void removeTableColumn(toolkit::TableColumn& column) override;
     void sizeToFit() override;
-    void registerForDraggedTypes(const std::vector<std::string>& types) override { draggedTypes_ = types; }
-    [[nodiscard]] const std::vector<std::string>& registeredDraggedTypes() const { return draggedTypes_; }
+    void registerForDraggedTypes(const std::vector<std::string>& types) override {
+        model_.draggedTypes = types;
+    }
+    [[nodiscard]] const std::vector<std::string>& registeredDraggedTypes() const {
+        return model_.draggedTypes;
+    }
+    /// Rows can also be moved with Alt and the arrow keys.
+    void setDragHandler(toolkit::TableDragHandler* handler) override;
 
     void reloadData() override;
     [[nodiscard]] int numberOfRows() const override { return model_.rowCount(); }
@@ -50,7 +56,6 @@ private:
     TableSelectionModel selection_;
     TableCellDelegate cells_;
     Action doubleAction_;
-    std::vector<std::string> draggedTypes_;
     std::vector<int> known_; ///< the selection that the delegate knows of
     int lastSelected_ = -1;
 };

@@ -5,8 +5,13 @@
 namespace corvane::qt {
 
 QtTextField::QtTextField(QLineEdit& field, HandlerGuard& guard) : QtControl(field) {
-    QObject::connect(&field, &QLineEdit::returnPressed, &context_,
-                     [this, &guard] { guard.run("a text field's action", [this] { runAction(); }); });
+    const auto act = [this, &guard] { guard.run("a text field's action", [this] { runAction(); }); };
+    QObject::connect(&field, &QLineEdit::returnPressed, &context_, [this, act] {
+        if (!whileTyping_) act();
+    });
+    QObject::connect(&field, &QLineEdit::textEdited, &context_, [this, act] {
+        if (whileTyping_) act();
+    });
 }
 
 void QtTextField::setStringValue(std::string_view text) { widget_.setText(fromUtf8(text)); }

@@ -8,12 +8,15 @@
 
 namespace corvane::qt {
 
-/// One line of text. Its action runs when the user ends the edit with the return key.
 class QtTextField final : public QtControl<toolkit::TextField, QLineEdit> {
 public:
     QtTextField(QLineEdit& field, HandlerGuard& guard);
+    void setSendsActionWhileTyping(bool sends) override { whileTyping_ = sends; }
     void setStringValue(std::string_view text) override;
     [[nodiscard]] std::string stringValue() const override;
+
+private:
+    bool whileTyping_ = false;
 };
 
 } // namespace corvane::qt

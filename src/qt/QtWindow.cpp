@@ -188,6 +188,15 @@ void QtWindow::center() {
     shell_.move(area.x() + (area.width() - size.width()) / 2, area.y() + (area.height() - size.height()) / 3);
 }
 
+void QtWindow::setFrameAutosaveName(std::string_view name) {
+    autosaveName_ = name;
+    const auto kept = settings_.read(frameGroup, name);
+    const auto numbers = fromUtf8(kept.value_or("")).split(' ');
+    if (numbers.size() != 4) return;
+    const QSize size(numbers[2].toInt(), numbers[3].toInt() - int(heightAbove()));
+    if (size.width() > 0 && size.height() > 0) shell_.resize(size.expandedTo(shell_.minimumSizeHint()));
+}
+
 void QtWindow::saveFrameUsingName(std::string_view name) {
     const auto place = frame();
     const QStringList numbers{number(place.origin.x), number(place.origin.y), number(place.size.width),
@@ -229,6 +238,7 @@ void QtWindow::makeKeyAndOrderFront() {
 }
 
 void QtWindow::orderOut() {
+    if (!autosaveName_.empty()) saveFrameUsingName(autosaveName_);
     if (host_) return host_->detachSheet(shell_);
     shell_.hide();
 }

@@ -55,6 +55,8 @@ public:
     void setShowsResizeIndicator(bool) override {}
     void setZoomButtonEnabled(bool) override {}
     void center() override;
+    /// Of a sheet the size alone is kept: it hangs where its window is.
+    void setFrameAutosaveName(std::string_view name) override;
     void saveFrameUsingName(std::string_view name) override;
 
     /// `toolbar` is one of this toolkit's.
@@ -107,6 +109,7 @@ private:
     SettingsFile& settings_;
     toolkit::WindowDelegate* delegate_ = nullptr;
     QPointer<QWidget> toolbar_;
+    std::string autosaveName_;
     QSize minimum_{0, 0};
     QSize maximum_{QWIDGETSIZE_MAX, QWIDGETSIZE_MAX};
     bool closing_ = false;

@@ -1,8 +1,11 @@
 #include "qt/TableModel.h"
 
 #include <QGuiApplication>
+#include <QMimeData>
 #include <QPalette>
 #include <algorithm>
+#include <optional>
+#include <set>
 
 #include "qt/Appearance.h"
 #include "qt/Text.h"
@@ -98,11 +101,13 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 }
 
 Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
-    if (!index.isValid()) return Qt::NoItemFlags;
+    // Drops go between rows: the space around them takes them, the rows themselves don't.
+    if (!index.isValid()) return dragHandler ? Qt::ItemIsDropEnabled : Qt::NoItemFlags;
     const auto cell = appearance(index).cell;
     const bool canToggle = cell.type == toolkit::CellType::checkBox && cell.enabled;
-    const auto always = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
-    return canToggle ? always | Qt::ItemIsUserCheckable : always;
+    auto flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
+    if (dragHandler) flags |= Qt::ItemIsDragEnabled;
+    return canToggle ? flags | Qt::ItemIsUserCheckable : flags;
 }
 
 bool TableModel::setData(const QModelIndex& index, const QVariant& value, int role) {
@@ -113,6 +118,91 @@ bool TableModel::setData(const QModelIndex& index, const QVariant& value, int ro
     });
     emit dataChanged(index, index);
     return true;
+}
+
+namespace {
+
+/// What a table's row is while it is dragged.
+class DraggedRows final : public QMimeData, public toolkit::Pasteboard {
+public:
+    explicit DraggedRows(const toolkit::TableView& from) : source(&from) {}
+    void declareTypes(const std::vector<std::string>& types) override {
+        clear();
+        for (const auto& type : types)
+            setData(fromUtf8(type), {});
+    }
+    void setString(std::string_view text, std::string_view type) override {
+        setData(fromUtf8(type), QByteArray(text.data(), qsizetype(text.size())));
+    }
+    [[nodiscard]] std::vector<std::string> types() const override {
+        std::vector<std::string> all;
+        for (const auto& format : formats())
+            all.push_back(toUtf8(format));
+        return all;
+    }
+    [[nodiscard]] std::optional<std::string> stringForType(std::string_view type) const override {
+        const auto format = fromUtf8(type);
+        return hasFormat(format) ? std::optional(data(format).toStdString()) : std::nullopt;
+    }
+    const toolkit::TableView* source;
+};
+
+} // namespace
+
+struct TableModel::Drop {
+    int row;
+    toolkit::DropOperation operation;
+};
+
+QStringList TableModel::mimeTypes() const {
+    QStringList types;
+    for (const auto& type : draggedTypes)
+        types << fromUtf8(type);
+    return types;
+}
+
+QMimeData* TableModel::mimeData(const QModelIndexList& indexes) const {
+    std::set<int> rows;
+    for (const auto& index : indexes)
+        rows.insert(index.row());
+    auto dragged = std::make_unique<DraggedRows>(table_);
+    const bool allowed = dragHandler && guard_.answer("the beginning of a drag", false, [&] {
+        return dragHandler->writeRows(table_, {rows.begin(), rows.end()}, *dragged);
+    });
+    return allowed ? dragged.release() : nullptr;
+}
+
+/// Qt names no row for the empty space behind the last one.
+TableModel::Drop TableModel::dropAt(int row, const QModelIndex& parent) const {
+    if (parent.isValid()) return {parent.row(), toolkit::DropOperation::on};
+    return {row < 0 ? rows_ : row, toolkit::DropOperation::above};
+}
+
+bool TableModel::canDropMimeData(const QMimeData* data, Qt::DropAction, int row, int,
+                                 const QModelIndex& parent) const {
+    auto* dragged = dynamic_cast<DraggedRows*>(const_cast<QMimeData*>(data));
+    if (!dragHandler || !dragged) return false;
+    const auto drop = dropAt(row, parent);
+    return guard_.answer("a drag", toolkit::DragOperation::none, [&] {
+        return dragHandler->validateDrop(table_, {dragged->source, *dragged}, drop.row, drop.operation);
+    }) != toolkit::DragOperation::none;
+}
+
+bool TableModel::dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                              const QModelIndex& parent) {
+    if (!canDropMimeData(data, action, row, column, parent)) return false;
+    auto* dragged = dynamic_cast<DraggedRows*>(const_cast<QMimeData*>(data));
+    const auto drop = dropAt(row, parent);
+    return guard_.answer("a drop", false, [&] {
+        return dragHandler->acceptDrop(table_, {dragged->source, *dragged}, drop.row, drop.operation);
+    });
+}
+
+bool TableModel::moveRowByOne(int row, int step) {
+    const int target = step < 0 ? row - 1 : row + 2;
+    if (row < 0 || target < 0 || target > rows_) return false;
+    const std::unique_ptr<QMimeData> dragged(mimeData({index(row, 0)}));
+    return dragged && dropMimeData(dragged.get(), Qt::MoveAction, target, 0, {});
 }
 
 QSize TableCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {

@@ -40,6 +40,8 @@ public:
 
     toolkit::TableDataSource* source = nullptr;
     toolkit::TableDelegate* delegate = nullptr;
+    toolkit::TableDragHandler* dragHandler = nullptr;
+    std::vector<std::string> draggedTypes; ///< what may be dropped
 
     void addColumn(std::unique_ptr<QtTableColumn> column);
     void removeColumn(const toolkit::TableColumn& column);
@@ -56,7 +58,20 @@ public:
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex& index) const override;
     bool setData(const QModelIndex& index, const QVariant& value, int role) override;
 
+    [[nodiscard]] Qt::DropActions supportedDropActions() const override { return Qt::MoveAction; }
+    [[nodiscard]] QStringList mimeTypes() const override;
+    /// Null when the rows may not be dragged.
+    [[nodiscard]] QMimeData* mimeData(const QModelIndexList& indexes) const override;
+    [[nodiscard]] bool canDropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                                       const QModelIndex& parent) const override;
+    bool dropMimeData(const QMimeData* data, Qt::DropAction action, int row, int column,
+                      const QModelIndex& parent) override;
+    /// What a drag of the row by one place would do; false when it may not be moved there.
+    bool moveRowByOne(int row, int step);
+
 private:
+    struct Drop;
+    [[nodiscard]] Drop dropAt(int row, const QModelIndex& parent) const;
     void setRowCount(int rows);
     [[nodiscard]] CellAppearance ask(const QModelIndex& index) const;
 

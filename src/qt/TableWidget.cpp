@@ -1,7 +1,10 @@
 #include "qt/TableWidget.h"
 
+#include <QDrag>
 #include <QHeaderView>
 #include <QKeyEvent>
+#include <QMimeData>
+#include <QPainter>
 #include <set>
 
 namespace corvane::qt {
@@ -104,6 +107,11 @@ void TableWidget::keyPressEvent(QKeyEvent* event) {
     }
     // Without a selected row the return key belongs to the window's default button.
     if (isReturn) return event->ignore();
+    const bool byOne = event->key() == Qt::Key_Up || event->key() == Qt::Key_Down;
+    if (byOne && event->modifiers() == Qt::AltModifier && moveSelectedRow) {
+        (void)moveSelectedRow(event->key() == Qt::Key_Up ? -1 : 1);
+        return event->accept();
+    }
     if (event->key() == Qt::Key_Space && press && press(currentIndex())) return event->accept();
     QTreeView::keyPressEvent(event);
 }
@@ -113,6 +121,34 @@ void TableWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     const auto index = indexAt(event->position().toPoint());
     const bool onSelectedRow = index.isValid() && selectionModel()->isRowSelected(index.row());
     if (event->button() == Qt::LeftButton && onSelectedRow && activate) activate();
+}
+
+// The place of a drop, drawn stronger than the style would: a bar in the colour of the selection.
+void TableWidget::paintEvent(QPaintEvent* event) {
+    const bool dragging = state() == DraggingState && dropIndicatorPosition() != OnViewport;
+    setDropIndicatorShown(!dragging);
+    QTreeView::paintEvent(event);
+    setDropIndicatorShown(true);
+    if (!dragging) return;
+    const auto row = visualRect(indexAt(viewport()->mapFromGlobal(QCursor::pos())));
+    if (!row.isValid()) return;
+    constexpr int thickness = 3;
+    const int y = dropIndicatorPosition() == BelowItem ? row.bottom() + 1 : row.top();
+    QPainter painter(viewport());
+    painter.fillRect(QRect(0, y - thickness / 2, viewport()->width(), thickness), palette().highlight());
+}
+
+// As Qt's own, but for the end: the program has moved the rows itself, so none is taken out here.
+void TableWidget::startDrag(Qt::DropActions actions) {
+    QModelIndexList indexes = selectedIndexes();
+    auto* data = indexes.isEmpty() ? nullptr : model()->mimeData(indexes);
+    if (!data) return;
+    auto* drag = new QDrag(this);
+    drag->setMimeData(data);
+    drag->setPixmap(viewport()->grab(visualRect(indexes.front())));
+    drag->exec(actions, defaultDropAction());
+    setState(NoState);
+    viewport()->update();
 }
 
 // Qt would put the focus mark on row 0 unasked; it stays where the selection is.

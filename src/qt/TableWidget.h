@@ -46,12 +46,15 @@ public:
     std::function<bool(int row)> mayUserSelect;
     std::function<void()> activate;                ///< double click or return key on a selected row
     std::function<bool(const QModelIndex&)> press; ///< space on a cell; true when that was something
+    std::function<bool(int step)> moveSelectedRow; ///< Alt and an arrow key: one up (-1) or down (1)
 
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void startDrag(Qt::DropActions actions) override;
 
 private:
     [[nodiscard]] int nextSelectableRow(int from, int step) const;

@@ -57,7 +57,7 @@ typedef struct CorvanePlugin {
 
     /* All from here on are optional. Called right after `create`, before any other entry. */
     void (*setPluginAPIImplementor)(void* self, const CorvaneHost* host);
-    /* The name shown in the services list. */
+    /* The name shown in the services list; null for the connector's own. */
     const char* (*pluginName)(void* self);
     /* `location` is the plug-in's own affair; the host always passes null. */
     int8_t (*isEnabledForLocation)(void* self, const char* location);

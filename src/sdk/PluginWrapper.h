@@ -4,6 +4,7 @@
 #include <exception>
 #include <string>
 #include <string_view>
+#include <type_traits>
 
 #include "sdk/PluginTable.h"
 
@@ -56,14 +57,29 @@ Result guard(const CorvaneHost* host, const char* operation, Result otherwise, B
     return otherwise;
 }
 
+/// What a final class is replaced by where it would have to be inherited from.
+struct Nameless {};
+template <typename P>
+using Inheritable = std::conditional_t<std::is_final_v<P>, Nameless, P>;
+
+// The class has nothing of that name: neither private, nor overloaded, nor a template. If it had, `Both` would
+// inherit the name twice, and its address couldn't be taken. (Of a final class only what is public is seen.)
+#define CORVANE_SDK_LACKS(name)                                                                              \
+    struct Named {                                                                                           \
+        int name;                                                                                            \
+    };                                                                                                       \
+    struct Both : Inheritable<P>, Named {};                                                                  \
+    static_assert(                                                                                           \
+        requires { &Both::name; } && !requires { &P::name; }, #name ": wrong signature, or not public")
+
 // One entry of the table: filled when the class has the method in the right shape, left null when it hasn't
-// the method at all, and a compile-time error in between. `Present` is the expression that must be valid.
+// the method at all, and a compile-time error in between.
 #define CORVANE_SDK_ENTRY(name, condition, lambda)                                                           \
-    if constexpr (condition)                                                                                 \
+    if constexpr (condition) {                                                                               \
         table.name = lambda;                                                                                 \
-    else                                                                                                     \
-        static_assert(                                                                                       \
-            !requires { &P::name; }, #name ": wrong signature")
+    } else {                                                                                                 \
+        CORVANE_SDK_LACKS(name);                                                                             \
+    }
 
 #define CORVANE_SDK_ANSWER(name, call)                                                                       \
     [](void* self) noexcept -> int8_t {                                                                      \
@@ -116,12 +132,12 @@ void fillLifetime(CorvanePlugin& table) {
     // Always there: the guard itself needs the host to report to.
     table.setPluginAPIImplementor = [](void* self, const CorvaneHost* host) noexcept {
         as<P>(self).host = host;
-        if constexpr (HasSetHost<P>)
+        if constexpr (HasSetHost<P>) {
             guard(host, "setPluginAPIImplementor", 0,
                   [&] { return as<P>(self).plugin.setPluginAPIImplementor(*host), 0; });
-        else
-            static_assert(
-                !requires { &P::setPluginAPIImplementor; }, "setPluginAPIImplementor: wrong signature");
+        } else {
+            CORVANE_SDK_LACKS(setPluginAPIImplementor);
+        }
     };
 }
 
@@ -148,7 +164,8 @@ template <typename P>
 void fillConfiguration(CorvanePlugin& table) {
     CORVANE_SDK_ENTRY(pluginName, HasPluginName<P>, ([](void* self) noexcept {
                           auto& instance = as<P>(self);
-                          return guard(instance.host, "pluginName", "", [&] {
+                          constexpr const char* none = nullptr;
+                          return guard(instance.host, "pluginName", none, [&] {
                               return (instance.returnedName = instance.plugin.pluginName()).c_str();
                           });
                       }));
@@ -157,7 +174,7 @@ void fillConfiguration(CorvanePlugin& table) {
         requires(P & p) {
             { p.canConfigure() } -> std::same_as<bool>;
         },
-        (CORVANE_SDK_ANSWER(canConfigure, canConfigure())));
+        (CORVANE_SDK_ANSWER(canConfigure, canConfigure())))
     CORVANE_SDK_ENTRY(configureButtonClicked, HasConfigureButtonClicked<P>,
                       ([](void* self, void* sender) noexcept {
                           guard(as<P>(self).host, "configureButtonClicked", 0,
@@ -168,7 +185,7 @@ void fillConfiguration(CorvanePlugin& table) {
         requires(P & p) {
             { p.selfTest() } -> std::same_as<bool>;
         },
-        (CORVANE_SDK_ANSWER(selfTest, selfTest())));
+        (CORVANE_SDK_ANSWER(selfTest, selfTest())))
 }
 
 template <typename P>
@@ -178,19 +195,19 @@ void fillSaving(CorvanePlugin& table) {
         requires(P & p) {
             { p.isDirty() } -> std::same_as<bool>;
         },
-        (CORVANE_SDK_ANSWER(isDirty, isDirty())));
+        (CORVANE_SDK_ANSWER(isDirty, isDirty())))
     CORVANE_SDK_ENTRY(
         saveChanges,
         requires(P & p) {
             { p.saveChanges() } -> std::same_as<bool>;
         },
-        (CORVANE_SDK_ANSWER(saveChanges, saveChanges())));
+        (CORVANE_SDK_ANSWER(saveChanges, saveChanges())))
     CORVANE_SDK_ENTRY(
         revertChanges,
         requires(P & p) {
             { p.revertChanges() } -> std::same_as<bool>;
         },
-        (CORVANE_SDK_ANSWER(revertChanges, revertChanges())));
+        (CORVANE_SDK_ANSWER(revertChanges, revertChanges())))
     CORVANE_SDK_ENTRY(applicationWillQuitSavingChanges, HasQuitAnswer<P>,
                       ([](void* self, int8_t save) noexcept {
                           return guard(as<P>(self).host, "applicationWillQuitSavingChanges", int8_t{0}, [&] {
@@ -211,6 +228,7 @@ void fillSaving(CorvanePlugin& table) {
 }
 
 #undef CORVANE_SDK_ENTRY
+#undef CORVANE_SDK_LACKS
 #undef CORVANE_SDK_ANSWER
 
 /// The class's table, made on first use and kept for the life of the process.

@@ -50,6 +50,8 @@ void SearchPolicy::buildPaneData() {
         outlets_.modeChooser.synchronizeTitleAndSelectedItem();
         loaded_ = true;
     } catch (const std::exception& failure) {
+        loaded_ = false;
+        outlets_.nodeTable.reloadData(); // rows of a policy that could be read once
         needs_.hideProgressBar();
         showAlert(message, failure.what(), button);
     }
@@ -173,14 +175,16 @@ bool SearchPolicy::save(const util::AuthorizationExternalForm& authForm) {
         (void)succeeded(error);
         return false;
     }
-    if (customListChanged_ && saveSearchPolicy(*node, authForm, customListToWrite()))
-        customListChanged_ = false;
+    // The edited list is gone when another session has come since: then there is nothing to write, and least of
+    // all an empty list over the one that the service has.
+    const auto list = customListToWrite();
+    if (customListChanged_ && list && saveSearchPolicy(*node, authForm, list)) customListChanged_ = false;
     if (selectedMode_ != pastMode_) saveMode(*node, authForm);
     return true;
 }
 
 util::Array SearchPolicy::customListToWrite() const {
-    if (!traits_.stripsLocalNodesOnSave) return customList();
+    if (!traits_.stripsLocalNodesOnSave || !customList()) return customList();
     auto list = util::Array::makeMutable();
     const auto localNodes = localOnlyList();
     for (const auto& node : customList().elements())

@@ -84,6 +84,7 @@ private:
     void markCustomListEdited();
     [[nodiscard]] util::Array list(std::string_view attribute) const;
     [[nodiscard]] std::shared_ptr<halden::Node> openSearchNode(halden::Error* error);
+    /// Null when there is no list.
     [[nodiscard]] util::Array customListToWrite() const;
     void saveMode(halden::Node& node, const util::AuthorizationExternalForm& authForm);
     [[nodiscard]] bool saveSearchPolicy(halden::Node& node, const util::AuthorizationExternalForm& authForm,

@@ -3,6 +3,7 @@
 #include <exception>
 
 #include "searchpolicy/NodeName.h"
+#include "searchpolicy/NodePaneController.h"
 
 namespace corvane::searchpolicy {
 namespace {
@@ -15,8 +16,11 @@ std::size_t index(int row) { return static_cast<std::size_t>(row); }
 
 } // namespace
 
-SearchPolicyPane::SearchPolicyPane(SearchPolicy& policy, Outlets outlets, Needs& needs)
-    : policy_(policy), outlets_(outlets), needs_(needs) {}
+SearchPolicyPane::SearchPolicyPane(SearchPolicy& policy, platform::Environment& environment,
+                                   toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs)
+    : policy_(policy), environment_(environment), toolkit_(toolkit), outlets_(outlets), needs_(needs) {}
+
+std::string SearchPolicyPane::localized(std::string_view key) const { return environment_.strings.localized(key); }
 
 void SearchPolicyPane::adjustCustomBox() {
     const bool hidden = !inCustomMode();
@@ -41,6 +45,44 @@ void SearchPolicyPane::selectModeAction() {
     outlets_.nodeTable.reloadData();
     adjustCustomBox();
     needs_.setSearchPolicyModified(true);
+}
+
+void SearchPolicyPane::addNodeAction() {
+    const auto row = outlets_.nodeTable.selectedRow();
+    const auto head = rowsOf(policy_.localOnlyList());
+    const int place = row < 0 ? NodePaneController::appendAtEnd : row < head ? head : row + 1;
+    policy_.setCustomListChanged();
+    needs_.openNodePane(policy_.customList(), place);
+}
+
+bool SearchPolicyPane::mayDelete(int row) const {
+    const auto head = rowsOf(policy_.localOnlyList());
+    if (row >= head && row < rowsOf(policy_.customList())) return true;
+    // Without a head only a local node in its own place is protected; a row that isn't there raises.
+    return !policy_.traits().deleteLooksAtRow && !equalsLocalNodeAtSameRow(row);
+}
+
+void SearchPolicyPane::deleteNodeAction(toolkit::Control& sender) {
+    auto* window = sender.window();
+    if (!mayDelete(outlets_.nodeTable.selectedRow()) || window == nullptr) return;
+    deleteSheet_ = toolkit_.makeAlert();
+    deleteSheet_->setMessageText(localized("Delete directory domain?"));
+    deleteSheet_->setInformativeText(localized("Please confirm deletion."));
+    deleteSheet_->addButton(localized("OK"));
+    deleteSheet_->addButton(localized("Cancel"));
+    deleteSheet_->beginSheet(*window, [this](int returnCode) { deleteSheetDidEnd(returnCode); });
+}
+
+void SearchPolicyPane::deleteSheetDidEnd(int returnCode) {
+    constexpr int confirmed = 1;
+    deleteSheet_.reset();
+    if (returnCode != confirmed) return;
+    const auto rows = outlets_.nodeTable.selectedRows();
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row) policy_.customList().removeAt(index(*row));
+    policy_.setCustomListChanged();
+    needs_.setSearchPolicyModified(true);
+    outlets_.nodeTable.deselectAll();
+    outlets_.nodeTable.reloadData();
 }
 
 int SearchPolicyPane::numberOfRowsInTableView(const toolkit::TableView& /*table*/) {
@@ -103,6 +145,57 @@ void SearchPolicyPane::tableViewSelectionDidChange(const toolkit::TableView& /*t
         updateDeleteEnable();
     else
         outlets_.deleteNode.setEnabled(false);
+}
+
+bool SearchPolicyPane::writeRows(toolkit::TableView& /*table*/, const std::vector<int>& rows,
+                                 toolkit::Pasteboard& pasteboard) {
+    if (!needs_.unlocked() || rows.size() != 1 || !mayDrag(rows.front())) return false;
+    // The name comes from the custom list, whichever list is on screen.
+    const auto name = policy_.customList().textAt(index(rows.front()));
+    pasteboard.declareTypes({draggedType});
+    pasteboard.setString(name, draggedType);
+    return true;
+}
+
+bool SearchPolicyPane::mayDrag(int row) const {
+    if (policy_.selectedMode() == Mode::automatic) return false;
+    if (!policy_.traits().dragLooksAtRow) return true;
+    return row >= rowsOf(policy_.localOnlyList()) && row < rowsOf(policy_.customList());
+}
+
+toolkit::DragOperation SearchPolicyPane::validateDrop(toolkit::TableView& table, const toolkit::DraggingInfo& info,
+                                                      int proposedRow, toolkit::DropOperation proposedOperation) {
+    using toolkit::DragOperation;
+    if (proposedRow == -1 || info.source != &table) return DragOperation::none;
+    if (policy_.traits().refusesDropsInHead && proposedRow < rowsOf(policy_.localOnlyList()))
+        return DragOperation::none;
+    return proposedOperation == toolkit::DropOperation::above ? DragOperation::move : DragOperation::none;
+}
+
+bool SearchPolicyPane::acceptDrop(toolkit::TableView& /*table*/, const toolkit::DraggingInfo& info, int row,
+                                  toolkit::DropOperation /*operation*/) {
+    const auto name = info.pasteboard.stringForType(draggedType);
+    if (!name) return false;
+    policy_.setCustomListChanged();
+    const int place = moveNode(*name, row);
+    // Both on purpose: the selection is the authentication table's even after a drop on the other one, and the
+    // mark is the services' one, which enables Apply all the same.
+    needs_.selectRowInAuthenticationTable(place);
+    needs_.setPluginModified(true);
+    outlets_.nodeTable.reloadData();
+    return true;
+}
+
+int SearchPolicyPane::moveNode(const std::string& name, int row) {
+    auto list = policy_.customList();
+    const auto found = list.indexOf(name);
+    list.insert(name, index(row));
+    if (!found) return row;
+    const auto old = *found + (*found > index(row) ? 1U : 0U); // the insertion has pushed on what was behind it
+    const bool beyond = policy_.traits().toleratesOldPlaceBeyondEnd && old >= list.count();
+    if (beyond) return row;
+    list.removeAt(old);
+    return old < index(row) ? row - 1 : row;
 }
 
 } // namespace corvane::searchpolicy

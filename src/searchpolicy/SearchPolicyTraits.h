@@ -24,11 +24,33 @@ struct SearchPolicyTraits {
     bool refusesAllRowsOutsideCustom;
     /// The delete button looks at where the selected row lies; otherwise any selected row will do.
     bool deleteLooksAtRow;
+    /// A row is dragged only if it is one of the list's behind the head; otherwise any row outside Automatic mode.
+    bool dragLooksAtRow;
+    /// Nothing can be dropped inside the head.
+    bool refusesDropsInHead;
+    /// Dropping a name whose old place lies beyond the list leaves the list as it is; otherwise it raises.
+    bool toleratesOldPlaceBeyondEnd;
 };
 
-inline constexpr SearchPolicyTraits authenticationTraits = {halden::NodeType::authenticationSearchNode, true,
-                                                            true, false, true};
-inline constexpr SearchPolicyTraits contactsTraits = {halden::NodeType::contactsSearchNode, false, false,
-                                                      true, false};
+inline constexpr SearchPolicyTraits authenticationTraits = {
+    .searchNode = halden::NodeType::authenticationSearchNode,
+    .hasFixedHead = true,
+    .stripsLocalNodesOnSave = true,
+    .refusesAllRowsOutsideCustom = false,
+    .deleteLooksAtRow = true,
+    .dragLooksAtRow = true,
+    .refusesDropsInHead = true,
+    .toleratesOldPlaceBeyondEnd = true,
+};
+inline constexpr SearchPolicyTraits contactsTraits = {
+    .searchNode = halden::NodeType::contactsSearchNode,
+    .hasFixedHead = false,
+    .stripsLocalNodesOnSave = false,
+    .refusesAllRowsOutsideCustom = true,
+    .deleteLooksAtRow = false,
+    .dragLooksAtRow = false,
+    .refusesDropsInHead = false,
+    .toleratesOldPlaceBeyondEnd = false,
+};
 
 } // namespace corvane::searchpolicy

@@ -90,10 +90,15 @@ util::Dictionary ServicesList::describe(const halden::Record& record) const {
     return description;
 }
 
+// Each name is asked for once: a plug-in that answers differently every time must not confuse the sorting.
 void ServicesList::sortByName() {
-    std::ranges::stable_sort(*items_, [](const auto& a, const auto& b) {
-        return util::compareCaseInsensitively(a->pluginName(), b->pluginName()) < 0;
+    std::vector<std::pair<std::string, std::shared_ptr<plugins::PluginItem>>> named;
+    for (const auto& item : *items_)
+        named.emplace_back(item->pluginName(), item);
+    std::ranges::stable_sort(named, [](const auto& a, const auto& b) {
+        return util::compareCaseInsensitively(a.first, b.first) < 0;
     });
+    std::ranges::transform(named, items_->begin(), [](const auto& each) { return each.second; });
 }
 
 std::shared_ptr<plugins::PluginItem> ServicesList::pluginWithPrefix(const std::string& prefix) const {

@@ -25,8 +25,11 @@ public:
     virtual void synchronizeTitleAndSelectedItem() = 0;
 };
 
+/// One line of text. The action runs when the user ends the edit with the return key.
 class TextField : public Control {
 public:
+    /// Lets the action run after each keystroke, and no longer for the return key.
+    virtual void setSendsActionWhileTyping(bool sends) = 0;
     virtual void setStringValue(std::string_view text) = 0;
     [[nodiscard]] virtual std::string stringValue() const = 0;
 };

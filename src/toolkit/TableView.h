@@ -7,6 +7,7 @@
 #include <variant>
 #include <vector>
 
+#include "toolkit/DragAndDrop.h"
 #include "toolkit/View.h"
 
 namespace corvane::toolkit {
@@ -71,7 +72,10 @@ public:
     [[nodiscard]] virtual TableColumn* tableColumnWithIdentifier(std::string_view identifier) = 0;
     virtual void removeTableColumn(TableColumn& column) = 0;
     virtual void sizeToFit() = 0;
+    /// Types that may be dropped here. Rows are dragged with the mouse, and moved by one with the keyboard.
     virtual void registerForDraggedTypes(const std::vector<std::string>& types) = 0;
+    /// Borrowed. Without one nothing is dragged and nothing dropped.
+    virtual void setDragHandler(TableDragHandler* handler) = 0;
 
     /// Asks the data source for everything again. Selected rows that are gone are no longer selected.
     virtual void reloadData() = 0;

@@ -50,7 +50,9 @@ public:
     virtual void setShowsResizeIndicator(bool shows) = 0;
     virtual void setZoomButtonEnabled(bool enabled) = 0;
     virtual void center() = 0;
-    /// Keeps the frame in the user's settings under a name.
+    /// Keeps the frame in the user's settings under a name, from here on, and takes the one kept before.
+    virtual void setFrameAutosaveName(std::string_view name) = 0;
+    /// Keeps the frame in the user's settings under a name, once.
     virtual void saveFrameUsingName(std::string_view name) = 0;
 
     virtual void setToolbar(Toolbar& toolbar) = 0;

@@ -45,11 +45,12 @@ struct Delegate : testing::Test {
     void connect() {
         delegate.connect();
         auto& dialog = *program.interface.dialog;
-        dialog.session = std::make_shared<fakes::FakeSession>(program.journal);
+        dialog.session = dialogSession = std::make_shared<fakes::FakeSession>(program.journal);
         dialog.authorization = std::make_shared<fakes::FakeRemoteAuthorization>(program.journal);
         dialog.owner->authAccepted();
     }
     fakes::FakeProgram program;
+    std::shared_ptr<fakes::FakeSession> dialogSession;
     app::AppDelegate& delegate = program.delegate;
     app::MainController& controller = program.controller();
 };
@@ -73,6 +74,10 @@ TEST_F(Delegate, withNothingModified_nobodyIsAsked) {
     EXPECT_TRUE(delegate.applicationShouldSaveChanges(false));
     delegate.connect();
     EXPECT_TRUE(program.toolkit.alerts().empty());
+    connect();
+    delegate.disconnect();
+    EXPECT_TRUE(program.toolkit.alerts().empty());
+    EXPECT_TRUE(enabled("connect"));
 }
 
 TEST_F(Delegate, prompt_hasItsTextsAndThreeButtonsInOrder) {
@@ -163,8 +168,16 @@ TEST_F(Delegate, connect_asksThenShowsTheDialogWithAllItsFields) {
 
 TEST_F(Delegate, connectionAccepted_isHandedOverInOrder) {
     connect();
+    EXPECT_EQ(controller.haldenSession(), dialogSession);
+    EXPECT_EQ(dialogSession->local().credentials, std::vector<util::Bytes>{util::Bytes(32, 0xEE)});
+    EXPECT_TRUE(controller.isAuthed());
+    const Names authentication = {"/Local/Accounts.credentials dsRecTypeStandard:Users "
+                                  "dsAuthTypeStandard:AuthorizationExternalForm",
+                                  "addNode.enable"};
+    EXPECT_EQ(program.journal.only(authentication), authentication);
     EXPECT_TRUE(controller.isRemote());
     EXPECT_TRUE(controller.unlocked());
+    EXPECT_EQ(program.interface.selectPlugIn.numberOfRows(), 0); // the server has no connectors
     EXPECT_EQ(program.interface.window.title(), "Corvane: server.example.com");
     EXPECT_EQ(program.interface.dialog->session, nullptr); // reset
     EXPECT_EQ(program.journal.only({"dialog.reset", "addNode.enable", "window.makeKeyAndOrderFront"}),
@@ -187,6 +200,15 @@ TEST_F(Delegate, whileTheDialogIsUp_neitherConnectedNorDisconnected) {
     program.interface.dialog->owner->authCanceled();
     EXPECT_TRUE(enabled("connect"));
     EXPECT_FALSE(enabled("disconnect"));
+}
+
+TEST_F(Delegate, dialogCancelledWhileConnected_leavesTheConnection) {
+    connect();
+    program.interface.dialog->owner->authCanceled();
+    EXPECT_TRUE(enabled("disconnect"));
+    EXPECT_TRUE(enabled("connect")); // none is pending any more
+    program.interface.dialog->owner->authAccepted();
+    EXPECT_FALSE(enabled("connect"));
 }
 
 TEST_F(Delegate, disconnect_onlyWhenConnectedAndAgreed) {
@@ -250,12 +272,17 @@ TEST_F(Delegate, rootItem_whileLocked_isDisabledUnderItsPlainTitle) {
     program.interface.authorizationView.click();
     EXPECT_EQ(rootTitle(), "Root User…");
     EXPECT_FALSE(enabled("enableRootUser"));
+    program.journal.clear();
     EXPECT_FALSE(enabled("changeRootPassword"));
+    EXPECT_TRUE(program.journal.contains("/Local/Accounts.query")) << "the account is asked for before the rights";
 }
 
 TEST_F(Delegate, about_opensThePanelWithTwoYears) {
     delegate.showAboutWindow();
-    EXPECT_EQ(program.toolkit.fakeApplication().aboutOptions.size(), 2U);
+    const auto& options = program.toolkit.fakeApplication().aboutOptions;
+    EXPECT_EQ(options.size(), 2U);
+    for (const auto& [key, year] : options)
+        EXPECT_EQ(year.size(), 4U) << key;
 }
 
 TEST_F(Delegate, menuItem_runsItsCommand) {
@@ -264,6 +291,37 @@ TEST_F(Delegate, menuItem_runsItsCommand) {
     EXPECT_FALSE(edited());
     delegate.performMenuItem(fakes::FakeMenuItem("mainWindowHelpButtonHit"));
     EXPECT_TRUE(program.journal.contains("application.help Corvane Help main-window"));
+    delegate.performMenuItem(fakes::FakeMenuItem("showAboutWindow"));
+    EXPECT_TRUE(program.journal.contains("application.aboutPanel"));
+    edit();
+    delegate.performMenuItem(fakes::FakeMenuItem("revertAction"));
+    EXPECT_FALSE(edited());
+    delegate.performMenuItem(fakes::FakeMenuItem("connect"));
+    EXPECT_TRUE(program.journal.contains("dialog.showWindow"));
+    connect();
+    delegate.performMenuItem(fakes::FakeMenuItem("disconnect"));
+    EXPECT_TRUE(program.journal.contains("remote.destroyRights"));
+}
+
+TEST_F(Delegate, menuItemsOfALaterVersion_sayWhatToDoInstead) {
+    for (const auto* action : {"enableRootUser", "changeRootPassword"}) {
+        delegate.performMenuItem(fakes::FakeMenuItem(action));
+        EXPECT_NE(program.toolkit.alerts().back().information.find("passwd"), std::string::npos) << action;
+        program.toolkit.answerSheet(1);
+    }
+}
+
+TEST(AppDelegateBeforeTheWindow, menu_isHarmless) {
+    fakes::FakeProgram program;
+    for (const auto* action : {"saveChanges", "revertAction", "enableRootUser", "changeRootPassword", "disconnect",
+                               "mainWindowHelpButtonHit"}) {
+        fakes::FakeMenuItem item(action);
+        (void)program.delegate.validateMenuItem(item);
+        program.delegate.performMenuItem(item);
+    }
+    EXPECT_TRUE(program.delegate.applicationShouldTerminate());
+    program.delegate.applicationWillTerminate();
+    EXPECT_TRUE(program.journal.entries().empty());
 }
 
 TEST(DSApplication, takesCommandControlDWhateverElseIsHeld) {

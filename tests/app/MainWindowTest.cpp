@@ -51,6 +51,27 @@ TEST_F(MainWindow, setUp_happensInItsOrder) {
     EXPECT_EQ(journal.only(steps), steps);
 }
 
+TEST_F(MainWindow, setUp_readsThePageOnScreenAndAsksForTheLocksStatus) {
+    program.framework.session->config().raisesOnDetails = true; // so that the list isn't loaded yet
+    program.launch();
+    const Names steps = {"/Config.query", "window.hideToolbarButton", "authorizationView.updateStatus"};
+    EXPECT_EQ(journal.only(steps),
+              (Names{"/Config.query",                    // before the window
+                     "authorizationView.updateStatus",   // by the lock
+                     "window.hideToolbarButton",         // the toolbar
+                     "/Config.query",                    // the page on screen
+                     "authorizationView.updateStatus",   // the lock's status once more
+                     "/Config.query"}));                 // when the window is loaded
+}
+
+TEST_F(MainWindow, windowSetUp_startsClean) {
+    program.controller().setPluginModified(true);
+    program.controller().setSearchPolicyModified(true);
+    program.launch();
+    EXPECT_FALSE(ui.window.isDocumentEdited());
+    EXPECT_FALSE(ui.applyButton.isEnabled());
+}
+
 TEST_F(MainWindow, policyPages_moveIntoATabViewOfTheirOwn) {
     program.launch();
     EXPECT_EQ(ui.mainTabView.identifiers(), (Names{"1", "20"}));
@@ -99,6 +120,7 @@ TEST(TabTable, entriesCompareByTheirSortOrder) {
 
 TEST_F(MainWindow, editor_getsTheSessionEnlargesTheWindowAndKeepsItsTopEdge) {
     program.launch();
+    ui.applyButton.setHidden(true);
     const auto top = topEdge();
     toolbar().clickItem("kDebug");
     EXPECT_EQ(area(), "directoryEditor");
@@ -168,17 +190,24 @@ TEST_F(MainWindow, remotely_theFirstVisitOfAPaneShowsTheProgressSheetAndLaterOne
     journal.clear();
     toolbar().clickItem("kSearchPaths");
     const Names steps = {"progressBar.indeterminate", "progressBar.display", "progressBar.needsDisplay",
-                         "window.beginSheet",         "progressBar.start",   "/Search.details",
-                         "progressBar.stop",          "window.endSheet",     "progressSheet.orderOut"};
-    auto seen = journal.only(steps);
-    std::erase(seen, "progressBar.display");
-    EXPECT_EQ(seen, (Names{"progressBar.indeterminate", "progressBar.needsDisplay", "window.beginSheet",
-                           "progressBar.start", "/Search.details", "progressBar.stop", "window.endSheet",
-                           "progressSheet.orderOut"}));
+                         "window.beginSheet",         "progressBar.start",   "progressBar.display",
+                         "/Search.details",           "progressBar.stop",    "window.endSheet",
+                         "progressSheet.orderOut"};
+    EXPECT_EQ(journal.only(steps), steps);
     toolbar().clickItem("kServices");
     journal.clear();
     toolbar().clickItem("kSearchPaths");
     EXPECT_FALSE(journal.contains("window.beginSheet"));
+}
+
+TEST_F(MainWindow, progressSheetWithADeterminateBar_animatesNothing) {
+    program.launch();
+    ui.progressBar.setIndeterminate(false);
+    journal.clear();
+    program.controller().showProgressBar();
+    program.controller().hideProgressBar();
+    EXPECT_EQ(journal.entries(), (Names{"progressBar.needsDisplay", "window.beginSheet", "progressBar.display",
+                                        "window.endSheet", "progressSheet.orderOut"}));
 }
 
 TEST_F(MainWindow, locally_noSheetIsShown) {
@@ -281,6 +310,10 @@ TEST_F(MainWindow, stateOfAnotherWindow_isNotTouched) {
     fakes::FakeStateCoder coder;
     ui.window.delegate()->willEncodeRestorableState(other, coder);
     EXPECT_TRUE(coder.values.empty());
+    coder.values = {{"selectedToolbarItem", "kSearchPaths"}, {"windowTopLeft", "{1, 2}"}};
+    ui.window.delegate()->didDecodeRestorableState(other, coder);
+    EXPECT_EQ(page(), "1");
+    EXPECT_EQ(other.frame(), fakes::FakeWindow(journal, "untouched").frame());
 }
 
 TEST_F(MainWindow, errorSheet_hasTitleMessageAndOneButton) {
@@ -291,6 +324,18 @@ TEST_F(MainWindow, errorSheet_hasTitleMessageAndOneButton) {
     EXPECT_EQ(shown.message, "Title");
     EXPECT_EQ(shown.information, "Message");
     EXPECT_EQ(shown.buttons, Names{"OK"});
+    program.toolkit.answerSheet(1);
+    EXPECT_FALSE(ui.window.hasAttachedSheet());
+}
+
+TEST_F(MainWindow, secondErrorSheet_waitsUntilTheFirstWasRead) {
+    program.launch();
+    program.controller().showErrorSheetWithTitle("First", "1");
+    program.controller().showErrorSheetWithTitle("Second", "2");
+    EXPECT_EQ(program.toolkit.alerts().size(), 1U);
+    program.toolkit.answerSheet(1);
+    EXPECT_EQ(program.toolkit.alerts().at(1).message, "Second");
+    EXPECT_TRUE(ui.window.hasAttachedSheet());
     program.toolkit.answerSheet(1);
     EXPECT_FALSE(ui.window.hasAttachedSheet());
 }
@@ -306,7 +351,9 @@ TEST_F(MainWindow, helpButton_opensTheHelpBook) {
 TEST_F(MainWindow, statusTimer_runsEvery300SecondsWhileTheApplicationIsActive) {
     program.launch();
     EXPECT_TRUE(program.platform.runLoop.intervals().empty()); // not active yet
+    journal.clear();
     program.controller().applicationDidBecomeActive();
+    EXPECT_EQ(journal.entries(), Names{"authorizationView.updateStatus"});
     program.controller().applicationDidBecomeActive();
     EXPECT_EQ(program.platform.runLoop.intervals(), std::vector<double>{300});
     journal.clear();
@@ -338,7 +385,7 @@ TEST_F(MainWindow, closingWithUnsavedChanges_isCancelledByThePrompt) {
     EXPECT_FALSE(journal.contains("application.terminate"));
     program.toolkit.willAnswer(2);
     EXPECT_TRUE(ui.window.clickClose());
-    EXPECT_TRUE(program.delegate.applicationShouldTerminate()); // doesn't ask a second time
+    EXPECT_TRUE(journal.contains("application.terminate")); // which didn't ask a second time
     EXPECT_EQ(program.toolkit.alerts().size(), 2U);
 }
 

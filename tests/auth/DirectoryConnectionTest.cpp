@@ -31,13 +31,16 @@ TEST_F(Connection, anotherSession_dropsNodesPoliciesAndAuthentication) {
     const auto node = controller.localHaldenNode();
     EXPECT_TRUE(controller.isAuthed());
     (void)controller.isNodeOnAuthSearchPolicy("/LDAP/one");
+    (void)controller.isNodeOnContactsSearchPolicy("/LDAP/one");
     const auto other = std::make_shared<fakes::FakeSession>(program.journal);
     other->search().details = util::Dictionary::makeMutable();
     program.setPolicy(other->search(), halden::attribute::customSearchPath, {"/LDAP/other"});
+    program.setPolicy(other->contacts(), halden::attribute::customSearchPath, {"/LDAP/other"});
     controller.setHaldenSession(other);
     EXPECT_FALSE(controller.isAuthed());
     EXPECT_NE(controller.localHaldenNode(), node);
     EXPECT_TRUE(controller.isNodeOnAuthSearchPolicy("/LDAP/other"));
+    EXPECT_TRUE(controller.isNodeOnContactsSearchPolicy("/LDAP/other"));
 }
 
 TEST_F(Connection, withoutASession_theDefaultOneIsTakenAndKept) {
@@ -75,9 +78,36 @@ TEST_F(Connection, sameAddressAgain_changesNothing) {
     EXPECT_TRUE(program.journal.entries().empty());
 }
 
+TEST_F(Connection, anotherAddress_letsEveryPaneBeReadAnew) {
+    for (const auto* page : {"1", "2", "3"})
+        controller.loadCurrentTabIfNeeded(page);
+    controller.setIPAddress("server.example.com");
+    program.journal.clear();
+    for (const auto* page : {"1", "2", "3"})
+        controller.loadCurrentTabIfNeeded(page);
+    for (const auto* read : {"/Config.query", "/Search.details", "/Contacts.details"})
+        EXPECT_TRUE(program.journal.contains(read)) << read;
+}
+
+TEST_F(Connection, anotherServerWhileRemote_leavesTheLockControlAlone) {
+    controller.setIPAddress("server.example.com");
+    program.journal.clear();
+    controller.setIPAddress("other.example.com");
+    EXPECT_FALSE(program.journal.contains("authorizationView.hide"));
+    EXPECT_EQ(program.interface.window.title(), "Corvane: other.example.com");
+}
+
+TEST_F(Connection, sameAddressAfterADisconnection_countsAsANewOne) {
+    controller.setIPAddress("server.example.com");
+    controller.disconnect();
+    program.interface.window.setTitle("untouched");
+    controller.setIPAddress("server.example.com");
+    EXPECT_EQ(program.interface.window.title(), "Corvane: server.example.com");
+}
+
 TEST_F(Connection, disconnect_givesUpTheRightsOnceAndLocksButStaysRemote) {
     controller.setRemoteAuth(std::make_shared<fakes::FakeRemoteAuthorization>(program.journal));
-    controller.setHaldenSession(program.framework.session);
+    controller.setHaldenSession(std::make_shared<fakes::FakeSession>(program.journal));
     controller.setIPAddress("server.example.com");
     program.journal.clear();
     controller.disconnect();

@@ -58,6 +58,16 @@ TEST_F(Lock, startingWithRightsAlreadyHeld_opensTheLockAndSelectsTheFirstConnect
     EXPECT_EQ(ui.selectPlugIn.selectedRow(), 0);
 }
 
+TEST_F(Lock, settingUp_opensTheLockAsTheRightsSayThenUpdatesTheControl) {
+    program.authorization->held = true;
+    program.launch();
+    const Names steps = {"authorization.obtainRights 18", "addNode.enable", "authorizationView.updateStatus",
+                         "selectSearchPolicy.select -1"};
+    auto seen = program.journal.only(steps);
+    seen.resize(steps.size());
+    EXPECT_EQ(seen, steps);
+}
+
 TEST_F(Lock, haveAuthRights_asksNobody) {
     program.launch();
     program.journal.clear();
@@ -111,6 +121,14 @@ TEST_F(Lock, closing_doesItsStepsInOrder) {
                "selectPlugIn.deselectAll", "configPlugIn.disable", "applyButton.disable"}));
     EXPECT_FALSE(ui.applyButton.isEnabled()); // though changes are pending
     EXPECT_TRUE(ui.window.isDocumentEdited());
+}
+
+TEST_F(Lock, clickedShut_locksUpdatesAndTellsTheEditorInThisOrder) {
+    program.launchUnlocked();
+    program.journal.clear();
+    EXPECT_TRUE(lock().click());
+    const Names steps = {"addNode.disable", "authorizationView.updateStatus", "editor.clearAuth"};
+    EXPECT_EQ(program.journal.only(steps), steps);
 }
 
 TEST_F(Lock, closing_clearsEverySelection) {
@@ -225,6 +243,15 @@ TEST_F(Lock, remotePreflight_withRightsHeld_asksNobody) {
     EXPECT_EQ(program.interface.dialog, nullptr);
 }
 
+TEST_F(Lock, remotePreflight_withRightsButWithoutASession_asksAgain) {
+    program.launch();
+    becomeRemote(remoteRights());
+    program.framework.available = false;
+    controller.setHaldenSession(nullptr);
+    EXPECT_FALSE(controller.preflightAuthRights()); // the dialog is cancelled
+    EXPECT_TRUE(program.journal.contains("dialog.runModal"));
+}
+
 TEST_F(Lock, remotePreflight_withoutRights_runsThePasswordDialogModally) {
     program.launch();
     auto rights = remoteRights();
@@ -278,20 +305,34 @@ TEST_F(Lock, remotePreflightDSRef_cancelled_isFalseAndStaysRemote) {
     program.framework.available = false;
     controller.setHaldenSession(nullptr);
     EXPECT_FALSE(controller.preflightDSRef());
+    EXPECT_TRUE(program.journal.contains("dialog.runModal"));
+    EXPECT_FALSE(program.journal.contains("dialog.reset")); // nothing was handed over
     EXPECT_TRUE(controller.isRemote());
 }
 
 TEST_F(Lock, remotePreflightDSRef_accepted_letsThePanesBeReadAgainUnlessEdited) {
     program.launch();
     becomeRemote(nullptr);
-    program.framework.available = false;
-    controller.setHaldenSession(nullptr);
     auto& dialog = static_cast<fakes::FakeConnectionDialog&>(program.delegate.authDialog());
     dialog.modalResult = 1;
-    dialog.session = program.framework.session;
-    controller.buildDSConfigPaneData();
-    EXPECT_TRUE(controller.preflightDSRef());
-    EXPECT_TRUE(program.journal.contains("dialog.reset"));
+    for (const bool edited : {true, false}) {
+        controller.setHaldenSession(program.framework.session);
+        for (const auto* page : {"1", "2", "3"})
+            controller.loadCurrentTabIfNeeded(page);
+        controller.setPluginModified(edited);
+        program.framework.available = false;
+        controller.setHaldenSession(nullptr);
+        dialog.session = program.framework.session;
+        program.journal.clear();
+        EXPECT_TRUE(controller.preflightDSRef());
+        EXPECT_TRUE(program.journal.contains("dialog.reset"));
+        for (const auto* page : {"1", "2", "3"})
+            controller.loadCurrentTabIfNeeded(page);
+        const bool readAgain = !edited;
+        EXPECT_EQ(program.journal.contains("/Config.query"), readAgain);
+        EXPECT_EQ(program.journal.contains("/Search.details"), readAgain);
+        EXPECT_EQ(program.journal.contains("/Contacts.details"), readAgain);
+    }
 }
 
 TEST_F(Lock, lockStatus_isAskedForUnderItsOddName) {

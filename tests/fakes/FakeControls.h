@@ -116,6 +116,7 @@ private:
 class FakeTextField final : public FakeControlOf<toolkit::TextField> {
 public:
     using FakeControlOf::FakeControlOf;
+    void setSendsActionWhileTyping(bool sends) override { note(sends ? "sendsWhileTyping" : "sendsAtEnd"); }
     void setStringValue(std::string_view text) override { text_ = text; }
     [[nodiscard]] std::string stringValue() const override { return text_; }
 
@@ -144,6 +145,33 @@ public:
 
 private:
     bool indeterminate_ = false;
+};
+
+class FakePasteboard final : public toolkit::Pasteboard {
+public:
+    void declareTypes(const std::vector<std::string>& types) override {
+        strings_.clear();
+        for (const auto& type : types)
+            strings_[type];
+    }
+    void setString(std::string_view text, std::string_view type) override {
+        const auto found = strings_.find(std::string(type));
+        ASSERT_NE(found, strings_.end()) << type << " was not declared";
+        found->second = text;
+    }
+    [[nodiscard]] std::vector<std::string> types() const override {
+        std::vector<std::string> all;
+        for (const auto& [type, text] : strings_)
+            all.push_back(type);
+        return all;
+    }
+    [[nodiscard]] std::optional<std::string> stringForType(std::string_view type) const override {
+        const auto found = strings_.find(std::string(type));
+        return found == strings_.end() ? std::nullopt : std::optional(found->second);
+    }
+
+private:
+    std::map<std::string, std::string> strings_;
 };
 
 class FakeTableColumn final : public toolkit::TableColumn {
@@ -178,13 +206,18 @@ public:
     }
     void removeTableColumn(toolkit::TableColumn& column) override {
         note("removeColumn " + column.identifier());
-        std::erase_if(columns_, [&](const auto& each) { return each.get() == &column; });
+        const auto found = std::ranges::find(columns_, &column, [](const auto& each) { return each.get(); });
+        if (found == columns_.end()) return;
+        removed_.push_back(std::move(*found));
+        columns_.erase(found);
     }
     void sizeToFit() override { note("sizeToFit"); }
     void registerForDraggedTypes(const std::vector<std::string>& types) override {
         for (const auto& type : types)
             note("registerForDraggedType " + type);
     }
+
+    void setDragHandler(toolkit::TableDragHandler* handler) override { dragHandler_ = handler; }
 
     void reloadData() override {
         rows_ = source_ != nullptr ? source_->numberOfRowsInTableView(*this) : 0;
@@ -224,6 +257,12 @@ public:
         tellSelectionChanged();
     }
 
+    /// A column that was taken out of the table; null when none of that name was.
+    [[nodiscard]] const FakeTableColumn* removedColumn(std::string_view identifier) const {
+        for (const auto& column : removed_)
+            if (column->identifier() == identifier) return column.get();
+        return nullptr;
+    }
     /// The user clicks a row; false when the delegate doesn't let it be selected.
     [[nodiscard]] bool clickRow(int row, bool extending = false) {
         if (!isEnabled() || (delegate_ != nullptr && !delegate_->shouldSelectRow(*this, row))) return false;
@@ -233,6 +272,20 @@ public:
     void doubleClickRow(int row) {
         if (clickRow(row) && doubleAction_) doubleAction_(*this);
     }
+    /// The user drags rows of this table to a place between rows of `target` (or onto one). False when the
+    /// drag can't begin, the target doesn't take it there, or nothing comes of it.
+    [[nodiscard]] bool dragRows(const std::vector<int>& rows, FakeTableView& target, int place,
+                                toolkit::DropOperation operation = toolkit::DropOperation::above) {
+        FakePasteboard pasteboard;
+        if (dragHandler_ == nullptr || !dragHandler_->writeRows(*this, rows, pasteboard)) return false;
+        const toolkit::DraggingInfo info{this, pasteboard};
+        auto* handler = target.dragHandler_;
+        if (handler == nullptr ||
+            handler->validateDrop(target, info, place, operation) == toolkit::DragOperation::none)
+            return false;
+        return handler->acceptDrop(target, info, place, operation);
+    }
+    [[nodiscard]] toolkit::TableDragHandler* dragHandler() const { return dragHandler_; }
     void toggleCheckBox(const std::string& column, int row, bool value) {
         source_->setObjectValue(*this, value, *tableColumnWithIdentifier(column), row);
     }
@@ -269,8 +322,10 @@ private:
     }
 
     std::vector<std::unique_ptr<FakeTableColumn>> columns_;
+    std::vector<std::unique_ptr<FakeTableColumn>> removed_;
     toolkit::TableDataSource* source_ = nullptr;
     toolkit::TableDelegate* delegate_ = nullptr;
+    toolkit::TableDragHandler* dragHandler_ = nullptr;
     toolkit::Control::Action doubleAction_;
     std::vector<int> selection_;
     int rows_ = 0;

@@ -53,6 +53,8 @@ struct FakeNodeState {
     std::vector<util::Bytes> credentials;
     /// Answers a call; without it every call succeeds with an empty reply.
     std::function<std::optional<util::Bytes>(const ReceivedCall&, halden::Error*)> onCall;
+    /// Are these credentials accepted? Without it all are.
+    std::function<bool(util::BytesView)> acceptsForm;
     halden::Error nextError;      ///< the next operation that can fail does so with this
     bool raisesOnDetails = false; ///< reading details raises instead
 };
@@ -90,7 +92,10 @@ public:
         note("credentials " + std::string(recordType) + " " + std::string(authenticationType));
         for (const auto& item : items.elements())
             state_->credentials.push_back(item.as<util::Data>().bytes());
-        return !fails(error);
+        if (fails(error)) return false;
+        if (!state_->acceptsForm || state_->acceptsForm(state_->credentials.back())) return true;
+        if (error != nullptr) *error = {halden::ErrorCode::credentials, "The credentials were refused.", "", ""};
+        return false;
     }
     [[nodiscard]] std::unique_ptr<halden::Query> query(const halden::QueryParameters& parameters,
                                                        halden::Error* error) override {
@@ -103,7 +108,8 @@ private:
     struct FakeQuery final : halden::Query {
         FakeQuery(std::shared_ptr<FakeNodeState> from, halden::QueryParameters what)
             : state(std::move(from)), parameters(std::move(what)) {}
-        [[nodiscard]] std::optional<halden::RecordList> results(bool /*partial*/,
+        /// What has arrived so far is all but the last one.
+        [[nodiscard]] std::optional<halden::RecordList> results(bool allowPartial,
                                                                 halden::Error* error) override {
             if (state->nextError) {
                 if (error != nullptr) *error = state->nextError;
@@ -113,9 +119,21 @@ private:
             halden::RecordList found;
             for (const auto& record : state->records) {
                 const bool full = parameters.maximumResults != 0 && found.size() == parameters.maximumResults;
-                if (!full && matchesType(*record) && matchesValue(*record)) found.push_back(record);
+                if (!full && matchesType(*record) && matchesValue(*record)) found.push_back(fetched(*record));
             }
+            if (allowPartial && !found.empty()) found.pop_back();
             return found;
+        }
+        /// A record as it comes from a service: a copy, with the attributes that were asked for and its name.
+        [[nodiscard]] std::shared_ptr<halden::Record> fetched(const halden::Record& record) const {
+            auto copy = std::make_shared<FakeRecord>(record.recordType(), record.recordName());
+            for (const auto& [name, values] : record.attributes().entries())
+                if (wants(halden::attribute::all) || wants(name)) copy->with(name, values.as<util::Array>().texts());
+            return copy;
+        }
+        [[nodiscard]] bool wants(std::string_view attribute) const {
+            return std::ranges::find(parameters.attributesToReturn, attribute) !=
+                   parameters.attributesToReturn.end();
         }
         [[nodiscard]] bool matchesType(const halden::Record& record) const {
             return std::ranges::find(parameters.recordTypes, record.recordType()) !=

@@ -6,9 +6,8 @@
 #include <map>
 #include <set>
 
+#include "fakes/FakeAuthorization.h"
 #include "fakes/FakePropertyListCodec.h"
-#include "fakes/Journal.h"
-#include "platform/AuthorizationView.h"
 #include "platform/Environment.h"
 
 namespace corvane::fakes {
@@ -36,7 +35,7 @@ public:
     void fireAll() {
         const auto timers = running_;
         for (auto* timer : timers)
-            if (std::ranges::find(running_, timer) != running_.end()) timer->action();
+            if (std::ranges::find(running_, timer) != running_.end()) fire(*timer);
     }
 
 private:
@@ -53,6 +52,11 @@ private:
         double seconds;
         std::function<void()> action;
     };
+    /// The action may drop its timer, and itself with it.
+    static void fire(const FakeTimer& timer) {
+        const auto action = timer.action;
+        action();
+    }
     std::vector<FakeTimer*> running_;
 };
 
@@ -73,17 +77,21 @@ public:
 class FakeWorkspace final : public platform::Workspace {
 public:
     [[nodiscard]] bool fileExists(const std::string& path) const override { return files.contains(path); }
-    [[nodiscard]] bool launchApplication(const std::string& path) override {
-        launched.push_back(path);
-        return canLaunch;
-    }
+    [[nodiscard]] bool launchApplication(const std::string& path) override { return start({path}); }
     [[nodiscard]] bool openFile(const std::string& file, const std::string& application) override {
-        launched.push_back(application + " " + file);
-        return canLaunch;
+        return start({application, file});
     }
     std::set<std::string> files;
-    std::vector<std::string> launched;
+    /// Programs that were started, with their arguments.
+    std::vector<std::vector<std::string>> started;
     bool canLaunch = true;
+
+private:
+    bool start(const std::vector<std::string>& words) {
+        const bool can = canLaunch && files.contains(words.front());
+        if (can) started.push_back(words);
+        return can;
+    }
 };
 
 /// Puts angle quotes around each text, so that a test sees what was looked up and what wasn't.
@@ -95,100 +103,7 @@ public:
     bool marks = false;
 };
 
-/// Grants rights as the test says.
-class FakeAuthorization final : public platform::Authorization {
-public:
-    FakeAuthorization(Journal& journal, platform::AuthorizationRef ref) : journal_(journal), ref_(ref) {}
-    [[nodiscard]] bool obtainRights(const platform::AuthorizationRights& rights,
-                                    std::uint32_t flags) override {
-        lastRights = rights;
-        journal_.add("authorization.obtainRights " + std::to_string(flags));
-        if ((flags & platform::AuthorizationFlag::interactionAllowed) != 0 && grantsWhenAsked) held = true;
-        return held;
-    }
-    [[nodiscard]] std::string refusalReason() const override { return "the test says no"; }
-    void destroyRights() override { held = false; }
-    [[nodiscard]] platform::AuthorizationRef authorizationRef() const override { return ref_; }
-
-    bool held = false;
-    bool grantsWhenAsked = true;
-    platform::AuthorizationRights lastRights;
-
-private:
-    Journal& journal_;
-    platform::AuthorizationRef ref_;
-};
-
-/// The external form of an authorization is its reference in every octet.
-class FakeAuthorizationService final : public platform::AuthorizationService {
-public:
-    explicit FakeAuthorizationService(Journal& journal) : journal_(journal) {}
-    [[nodiscard]] std::shared_ptr<platform::Authorization> createAuthorization() override {
-        return std::make_shared<FakeAuthorization>(journal_, nextRef_++);
-    }
-    [[nodiscard]] std::int32_t makeExternalForm(platform::AuthorizationRef ref,
-                                                util::AuthorizationExternalForm& form) override {
-        journal_.add("makeExternalForm");
-        if (status == 0) form.bytes.fill(static_cast<std::uint8_t>(ref));
-        return status;
-    }
-    std::int32_t status = 0;
-
-private:
-    Journal& journal_;
-    platform::AuthorizationRef nextRef_ = 7;
-};
-
-/// The lock control. Clicking it does what the real one does.
-class FakeAuthorizationView final : public platform::AuthorizationView {
-public:
-    FakeAuthorizationView(Journal& journal, std::shared_ptr<FakeAuthorization> authorization)
-        : authorization_(std::move(authorization)), journal_(journal) {}
-
-    void setDelegate(platform::AuthorizationViewDelegate* delegate) override { delegate_ = delegate; }
-    void setAuthorizationRights(const platform::AuthorizationRights& rights) override { rights_ = rights; }
-    [[nodiscard]] std::shared_ptr<platform::Authorization> authorization() const override {
-        return authorization_;
-    }
-    [[nodiscard]] platform::AuthorizationViewState authorizationState() const override { return state; }
-    void updateStatus() override { journal_.add("authorizationView.updateStatus"); }
-    void setHidden(bool hidden) override { hidden_ = hidden; }
-    [[nodiscard]] bool isHidden() const override { return hidden_; }
-
-    /// The user clicks the lock. False when nothing came of it.
-    bool click() { return state == platform::AuthorizationViewState::unlocked ? lock() : unlock(); }
-    [[nodiscard]] const platform::AuthorizationRights& rights() const { return rights_; }
-    [[nodiscard]] platform::AuthorizationViewDelegate& delegate() { return *delegate_; }
-    [[nodiscard]] FakeAuthorization& fakeAuthorization() { return *authorization_; }
-
-    platform::AuthorizationViewState state = platform::AuthorizationViewState::locked;
-
-private:
-    bool unlock() {
-        constexpr auto flags = platform::AuthorizationFlag::interactionAllowed |
-                               platform::AuthorizationFlag::extendRights |
-                               platform::AuthorizationFlag::preAuthorize;
-        if (!authorization_->obtainRights(rights_, flags)) return false;
-        state = platform::AuthorizationViewState::unlocked;
-        delegate_->authorizationViewDidAuthorize(*this);
-        return true;
-    }
-    bool lock() {
-        if (!delegate_->authorizationViewShouldDeauthorize(*this)) return false;
-        authorization_->destroyRights();
-        state = platform::AuthorizationViewState::locked;
-        delegate_->authorizationViewDidDeauthorize(*this);
-        return true;
-    }
-
-    std::shared_ptr<FakeAuthorization> authorization_;
-    Journal& journal_;
-    platform::AuthorizationViewDelegate* delegate_ = nullptr;
-    platform::AuthorizationRights rights_;
-    bool hidden_ = false;
-};
-
-/// Listeners hear of a change when the test signals it and they watch the key and run in the loop.
+/// Listeners hear of a change when they watch the key and are in the run loop, and the run loop runs.
 class FakeDynamicStore final : public platform::DynamicStore {
 public:
     [[nodiscard]] std::shared_ptr<platform::DynamicStoreSession>
@@ -199,16 +114,27 @@ public:
         lastSession = session;
         return session;
     }
-    void signal(const std::string& key) {
+    /// Something that the key stands for has changed.
+    void change(const std::string& key) {
         for (const auto& session : inRunLoop)
-            if (session->keys == std::vector<std::string>{key}) session->callback();
+            if (std::ranges::find(session->keys, key) != session->keys.end()) due_.push_back(session);
+    }
+    void runLoop() {
+        const auto due = std::exchange(due_, {});
+        for (const auto& session : due)
+            session->callback();
+    }
+    /// A change, and the run loop after it.
+    void signal(const std::string& key) {
+        change(key);
+        runLoop();
     }
 
     struct Session final : platform::DynamicStoreSession, std::enable_shared_from_this<Session> {
         Session(FakeDynamicStore& owner, std::function<void()> what)
             : store(owner), callback(std::move(what)) {}
         [[nodiscard]] bool setNotificationKeys(const std::vector<std::string>& wanted) override {
-            keys = wanted;
+            if (store.canWatch) keys = wanted;
             return store.canWatch;
         }
         void addToRunLoop() override { store.inRunLoop.push_back(shared_from_this()); }
@@ -221,6 +147,9 @@ public:
     std::vector<std::string> names;
     std::weak_ptr<Session> lastSession;
     std::vector<std::shared_ptr<Session>> inRunLoop;
+
+private:
+    std::vector<std::shared_ptr<Session>> due_;
 };
 
 /// Plug-in folders made of function tables. A bundle without a table can't be loaded.
@@ -248,19 +177,23 @@ public:
     std::map<std::string, void*> symbols;
     std::vector<std::string> scanned;
     std::vector<std::string> loaded;
+    std::vector<std::string> logged; ///< the loader's own messages
 
 private:
     struct FakeBundle final : platform::Bundle {
         FakeBundle(FakeBundleLoader& owner, std::string where) : loader(owner), path(std::move(where)) {}
         [[nodiscard]] bool load() override {
             loader.loaded.push_back(path);
-            return loader.symbols[path] != nullptr;
+            isLoaded = loader.symbols[path] != nullptr;
+            if (!isLoaded) loader.logged.push_back("Plug-in " + path + " was not loaded: it is none.");
+            return isLoaded;
         }
         [[nodiscard]] void* symbol(const std::string& name) const override {
-            return name == "corvane_plugin" ? loader.symbols[path] : nullptr;
+            return isLoaded && name == "corvane_plugin" ? loader.symbols[path] : nullptr;
         }
         FakeBundleLoader& loader;
         std::string path;
+        bool isLoaded = false;
     };
 };
 

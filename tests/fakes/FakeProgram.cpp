@@ -6,10 +6,11 @@ namespace attribute = halden::attribute;
 
 FakeProgram::FakeProgram()
     : platform(journal), toolkit(journal), framework(journal),
-      authorization(std::make_shared<FakeAuthorization>(journal, 7)),
+      authorization(platform.authorizationService.make()),
       interface(journal, authorization), environment{platform.environment, toolkit, framework, interface},
       delegate(environment, [this]() -> app::MainController& { return controller(); }),
       plugins_(std::make_unique<plugins::PluginController>(platform.environment)) {
+    toolkit.fakeApplication().shouldTerminate = [this] { return delegate.applicationShouldTerminate(); };
     platform.log.lines.clear(); // a second program of the same test process is no accident
     auto& session = *framework.session;
     session.config().details.set(attribute::operatingSystemVersion, util::Array{"10.6.8"});

@@ -131,6 +131,9 @@ struct FakeInterface final : app::InterfaceLoader {
                 dragMessageContact,
                 authorizationView};
     }
+    [[nodiscard]] searchpolicy::NodePaneController::Outlets loadAddNodes() override {
+        return {panel, panelNodes, panelFilter, panelAdd, panelDone};
+    }
     [[nodiscard]] std::unique_ptr<auth::ConnectionDialog> loadAuthDialog() override {
         auto made = std::make_unique<FakeConnectionDialog>(journal_);
         dialog = made.get();
@@ -163,6 +166,11 @@ public:
     FakeButton deleteNodeContact;
     FakeView dragMessageContact;
     FakeAuthorizationView authorizationView;
+    FakeWindow panel{journal_, "panel"};
+    FakeTableView panelNodes{journal_, "panelNodes", {"NodeName"}};
+    FakeTextField panelFilter{journal_, "panelFilter"};
+    FakeButton panelAdd{journal_, "panelAdd", &panel};
+    FakeButton panelDone{journal_, "panelDone", &panel};
     FakeConnectionDialog* dialog = nullptr;
 };
 

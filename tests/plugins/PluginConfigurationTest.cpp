@@ -41,7 +41,7 @@ TEST_F(ExternalConfiguration, noneNeeded_saysSoUnderTheConnectorsName) {
 TEST_F(ExternalConfiguration, applicationAlone_isLaunched) {
     program.platform.workspace.files = {application};
     configure(application, "");
-    EXPECT_EQ(program.platform.workspace.launched, std::vector<std::string>{application});
+    EXPECT_EQ(program.platform.workspace.started, std::vector<std::vector<std::string>>{{application}});
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
@@ -62,32 +62,30 @@ TEST_F(ExternalConfiguration, applicationMissing_isReported) {
 TEST_F(ExternalConfiguration, fileAndApplication_areOpenedTogether) {
     program.platform.workspace.files = {application, file};
     configure(application, file);
-    EXPECT_EQ(program.platform.workspace.launched,
-              std::vector<std::string>{std::string(application) + " " + file});
+    EXPECT_EQ(program.platform.workspace.started,
+              (std::vector<std::vector<std::string>>{{application, file}}));
 }
 
 TEST_F(ExternalConfiguration, fileMissing_isReported) {
     program.platform.workspace.files = {application};
     configure(application, file);
     EXPECT_EQ(sheet().information, "«Plug-in configuration file /etc/connector.conf is missing.»");
-    EXPECT_TRUE(program.platform.workspace.launched.empty());
+    EXPECT_TRUE(program.platform.workspace.started.empty());
 }
 
 TEST_F(ExternalConfiguration, openingThatFails_namesBoth) {
     program.platform.workspace.files = {application, file};
     program.platform.workspace.canLaunch = false;
     configure(application, file);
-    EXPECT_EQ(sheet().information,
-              "«Plug-in configuration application /usr/bin/configurator or configuration file "
-              "/etc/connector.conf could not be opened.»");
+    EXPECT_EQ(sheet().information, "«Plug-in configuration application /usr/bin/configurator or configuration file "
+                                   "/etc/connector.conf could not be opened.»");
 }
 
 TEST_F(ExternalConfiguration, applicationMissingWithAFile_suggestsEditingIt) {
     program.platform.workspace.files = {file};
     configure(application, file);
-    EXPECT_EQ(sheet().information,
-              "«Plug-in configuration application /usr/bin/configurator is missing. Try editing "
-              "the configuration file /etc/connector.conf.»");
+    EXPECT_EQ(sheet().information, "«Plug-in configuration application /usr/bin/configurator is missing. Try editing "
+                                   "the configuration file /etc/connector.conf.»");
 }
 
 TEST_F(ExternalConfiguration, remotely_nothingHappens) {
@@ -97,6 +95,6 @@ TEST_F(ExternalConfiguration, remotely_nothingHappens) {
     const auto item = program.controller().pluginWithName("Extra");
     program.controller().setIPAddress("server.example.com");
     item->configureButtonClicked(&program.interface.configPlugIn);
-    EXPECT_TRUE(program.platform.workspace.launched.empty());
+    EXPECT_TRUE(program.platform.workspace.started.empty());
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }

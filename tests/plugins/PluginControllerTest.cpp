@@ -26,6 +26,26 @@ const CorvanePlugin* tooShort() {
     table.size = 8;
     return &table;
 }
+const CorvanePlugin* noMaker() {
+    static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
+    table.create = nullptr;
+    return &table;
+}
+const CorvanePlugin* noUnmaker() {
+    static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
+    table.destroy = nullptr;
+    return &table;
+}
+const CorvanePlugin* makesNothing() {
+    static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
+    table.create = []() -> void* { return nullptr; };
+    return &table;
+}
+const CorvanePlugin* throwsWhenMaking() {
+    static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
+    table.create = []() -> void* { throw std::runtime_error("no"); };
+    return &table;
+}
 void* symbol(CorvanePluginFactory factory) { return reinterpret_cast<void*>(factory); }
 
 struct Registry : testing::Test {
@@ -108,13 +128,26 @@ TEST_F(Registry, moduleOfAnotherVersionOrWithADamagedTable_isRefusedWithCauseAnd
     platform.bundles.add(builtIn, "None.cvplug", symbol(noTable));
     platform.bundles.add(builtIn, "Throws.cvplug", symbol(throwingFactory));
     controller.loadPlugins();
-    for (const auto* name : {"Version", "Short", "None", "Throws"})
-        EXPECT_FALSE(has(name)) << name;
+    for (const auto* name : {"Version", "Short", "None", "Throws"}) EXPECT_FALSE(has(name)) << name;
     ASSERT_EQ(platform.log.lines.size(), 4U);
-    EXPECT_EQ(
-        platform.log.lines[0],
-        "Plug-in /built-in/PlugIns/Version.cvplug was not loaded: it was built for plug-in version 2, this "
-        "program takes 1. Install a build of it that was made for this version of Corvane.");
+    EXPECT_EQ(platform.log.lines[0],
+              "Plug-in /built-in/PlugIns/Version.cvplug was not loaded: it was built for plug-in version 2, this "
+              "program takes 1. Install a build of it that was made for this version of Corvane.");
+}
+
+TEST_F(Registry, tableWithoutMakerOrUnmaker_isRefused) {
+    platform.bundles.add(builtIn, "A.cvplug", symbol(noMaker));
+    platform.bundles.add(builtIn, "B.cvplug", symbol(noUnmaker));
+    controller.loadPlugins();
+    EXPECT_FALSE(has("A") || has("B"));
+    EXPECT_EQ(platform.log.lines.size(), 2U);
+}
+
+TEST_F(Registry, moduleThatMakesNoObject_givesNull) {
+    platform.bundles.add(builtIn, "A.cvplug", symbol(makesNothing));
+    platform.bundles.add(builtIn, "B.cvplug", symbol(throwsWhenMaking));
+    controller.loadPlugins();
+    EXPECT_FALSE(has("A") || has("B"));
 }
 
 TEST_F(Registry, anotherController_logsAndBecomesTheSharedOne) {

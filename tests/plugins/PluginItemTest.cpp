@@ -25,8 +25,7 @@ struct FakeHost final : plugins::PluginAPIImplementor::Host {
     void setPluginEnabled(const std::string& prefix, bool enabled) override {
         done.push_back("set " + prefix + (enabled ? " on" : " off"));
     }
-    void pluginFailed(const std::string& plugin, const std::string& operation,
-                      const std::string& reason) override {
+    void pluginFailed(const std::string& plugin, const std::string& operation, const std::string& reason) override {
         done.push_back("failed " + plugin + " " + operation + ": " + reason);
     }
     void log(const std::string& line) override { done.push_back("log " + line); }
@@ -54,9 +53,7 @@ struct Item : testing::Test {
         item->setPluginAPIImplementor(std::make_shared<plugins::PluginAPIImplementor>(host));
         return item;
     }
-    [[nodiscard]] const std::vector<fakes::ReceivedCall>& calls() {
-        return framework.session->config().calls;
-    }
+    [[nodiscard]] const std::vector<fakes::ReceivedCall>& calls() { return framework.session->config().calls; }
 
     fakes::Journal journal;
     fakes::FakePlatform platform{journal};
@@ -100,7 +97,16 @@ TEST_F(Item, pluginThatImplementsNothing_getsTheDefaultsToo) {
     EXPECT_EQ(item->pluginName(), "LDAP");
     EXPECT_FALSE(item->canSelfTest());
     EXPECT_FALSE(item->canConfigure());
+    EXPECT_TRUE(item->isEnabledForLocation(nullptr));
+    EXPECT_TRUE(item->canSetEnabledForLocation(nullptr));
+    EXPECT_FALSE(item->isDirty());
     EXPECT_TRUE(item->saveChanges());
+    EXPECT_TRUE(item->revertChanges());
+    EXPECT_TRUE(item->applicationWillQuitSavingChanges(false));
+    EXPECT_TRUE(item->applicationWillLockSavingChanges(false));
+    EXPECT_TRUE(item->shouldAllowNodeNameOnSearchPolicy("/LDAP/one"));
+    item->setEnabledForLocation(false, nullptr);
+    EXPECT_FALSE(item->isEnabled());
 }
 
 TEST_F(Item, everythingThePluginImplements_isForwardedWithItsArguments) {
@@ -123,21 +129,21 @@ TEST_F(Item, everythingThePluginImplements_isForwardedWithItsArguments) {
     EXPECT_TRUE(item->applicationWillLockSavingChanges(false));
     EXPECT_TRUE(item->shouldAllowNodeNameOnSearchPolicy("/LDAP/one"));
     EXPECT_EQ(script.calls,
-              (std::vector<std::string>{"setPluginAPIImplementor", "pluginName", "isEnabledForLocation home",
-                                        "canSetEnabledForLocation null", "setEnabledForLocation off work",
-                                        "canConfigure", "configureButtonClicked sender", "selfTest",
-                                        "isDirty", "revertChanges", "applicationWillQuitSavingChanges save",
-                                        "applicationWillLockSavingChanges discard",
-                                        "shouldAllowNodeNameOnSearchPolicy /LDAP/one"}));
+              (std::vector<std::string>{
+                  "setPluginAPIImplementor", "pluginName", "isEnabledForLocation home",
+                  "canSetEnabledForLocation null", "setEnabledForLocation off work", "canConfigure",
+                  "configureButtonClicked sender", "selfTest", "isDirty", "revertChanges",
+                  "applicationWillQuitSavingChanges save", "applicationWillLockSavingChanges discard",
+                  "shouldAllowNodeNameOnSearchPolicy /LDAP/one"}));
     EXPECT_TRUE(item->isEnabled()); // the plug-in took the change; the description has not seen it
 }
 
 TEST_F(Item, pluginsAnswers_areTheItems) {
     useRecordingPlugin();
     const auto item = make();
-    for (const auto* operation : {"isEnabledForLocation", "canSetEnabledForLocation", "canConfigure",
-                                  "selfTest", "revertChanges", "applicationWillQuitSavingChanges",
-                                  "applicationWillLockSavingChanges", "shouldAllowNodeNameOnSearchPolicy"})
+    for (const auto* operation :
+         {"isEnabledForLocation", "canSetEnabledForLocation", "canConfigure", "selfTest", "revertChanges",
+          "applicationWillQuitSavingChanges", "applicationWillLockSavingChanges", "shouldAllowNodeNameOnSearchPolicy"})
         Recording::script().answers[operation] = false;
     EXPECT_FALSE(item->isEnabledForLocation(nullptr));
     EXPECT_FALSE(item->canSetEnabledForLocation(nullptr));

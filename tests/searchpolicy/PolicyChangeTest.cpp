@@ -75,6 +75,7 @@ TEST_F(PolicyChange, announcement_withoutASession_isIgnored) {
     program.journal.clear();
     signal();
     EXPECT_FALSE(readAuthentication());
+    EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
 TEST_F(PolicyChange, announcementBeforeTheWindowWasShown_readsNothing) {

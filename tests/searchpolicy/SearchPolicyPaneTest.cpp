@@ -66,7 +66,9 @@ TEST_F(Panes, outsideTheTable_everyAnswerIsHarmless) {
 
 TEST(PanesBeforeTheFirstRead, tableIsEmptyAndEveryCellADefault) {
     fakes::FakeProgram program;
-    program.launch();
+    program.launchUnlocked();
+    EXPECT_TRUE(program.interface.selectNode.clickRow(0)); // nothing is known of it
+    EXPECT_TRUE(program.interface.selectNodeContact.clickRow(0));
     EXPECT_EQ(program.interface.selectNode.numberOfRows(), 0);
     EXPECT_EQ(program.interface.selectNode.textAt("NodeName", 0), "DefaultEntry");
     toolkit::Cell cell;

@@ -121,6 +121,25 @@ TEST_F(SearchPolicy, exceptionWhileReading_hidesTheProgressAndShowsTheReason) {
     EXPECT_EQ(program.toolkit.alerts().at(0).information, "the directory service has gone away");
 }
 
+TEST_F(SearchPolicy, readThatFailsLater_leavesAnEmptyTableAndIsTriedAgainAtTheNextVisit) {
+    search.raisesOnDetails = true;
+    controller.buildDSSearchPaneData();
+    EXPECT_EQ(program.interface.selectNode.numberOfRows(), 0);
+    search.raisesOnDetails = false;
+    controller.loadCurrentTabIfNeeded("2");
+    EXPECT_EQ(shown(), authCustom);
+}
+
+TEST_F(SearchPolicy, editedListThatWentWithItsSession_isNotWrittenAsAnEmptyOne) {
+    controller.addNodeToAuthSearchPolicy("/LDAP/three");
+    controller.addNodeToContactsSearchPolicy("/LDAP/three");
+    controller.setHaldenSession(program.framework.session);
+    EXPECT_TRUE(controller.saveSearchPolicies());
+    EXPECT_TRUE(search.calls.empty());
+    EXPECT_TRUE(contacts.calls.empty());
+    EXPECT_TRUE(program.toolkit.alerts().empty());
+}
+
 TEST_F(SearchPolicy, savingWithoutEdits_writesNothing) {
     EXPECT_TRUE(controller.saveSearchPolicies());
     EXPECT_TRUE(search.calls.empty());
@@ -236,6 +255,11 @@ TEST_F(SearchPolicy, callWithoutAReply_isASuccess) {
     EXPECT_TRUE(program.toolkit.alerts().empty());
     EXPECT_TRUE(controller.saveSearchPolicies());
     EXPECT_EQ(search.calls.size(), 1U);
+    program.interface.selectSearchPolicy.choose(0);
+    EXPECT_TRUE(controller.saveSearchPolicies());
+    EXPECT_TRUE(controller.saveSearchPolicies());
+    EXPECT_EQ(codes(search), (std::vector<std::int32_t>{444, 111}));
+    EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
 TEST_F(SearchPolicy, membership_looksAtTheCustomListWhateverTheMode) {
@@ -253,6 +277,13 @@ TEST(SearchPolicyFirstRead, membershipReadsThePolicyFirst) {
     EXPECT_EQ(program.journal.count("/Search.details"), 1);
     EXPECT_TRUE(program.controller().isNodeOnAuthSearchPolicy("/LDAP/one"));
     EXPECT_EQ(program.journal.count("/Search.details"), 1);
+}
+
+TEST(SearchPolicyFirstRead, renamingReadsBothPoliciesFirst) {
+    fakes::FakeProgram program;
+    program.controller().nodeNameChanged("/LDAP/one", "/LDAP/new");
+    EXPECT_TRUE(program.controller().isNodeOnAuthSearchPolicy("/LDAP/new"));
+    EXPECT_TRUE(program.controller().isNodeOnContactsSearchPolicy("/LDAP/new"));
 }
 
 TEST_F(SearchPolicy, adding_appendsMarksSwitchesToCustomAndReloads) {

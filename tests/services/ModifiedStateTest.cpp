@@ -171,6 +171,37 @@ TEST_F(ModifiedState, revert_tellsEveryPluginRebuildsTheListAndCleansTheMark) {
     EXPECT_FALSE(program.journal.contains("/Search.details")); // no policy was edited
 }
 
+TEST_F(ModifiedState, revert_readsPoliciesThenTellsPluginsThenBuildsTheList) {
+    controller.addNodeToAuthSearchPolicy("/LDAP/two");
+    controller.addNodeToContactsSearchPolicy("/LDAP/two");
+    program.journal.clear();
+    First::script().calls.clear();
+    controller.revertAction();
+    const std::vector<std::string> steps = {"progressBar.indeterminate", "progressBar.display", "window.beginSheet",
+                                            "progressBar.display",       "/Search.details",     "/Contacts.details",
+                                            "/Config.query",             "window.endSheet"};
+    EXPECT_EQ(program.journal.only(steps), steps);
+    EXPECT_EQ(First::script().calls.at(0), "revertChanges"); // of the plug-in object before
+    EXPECT_EQ(First::script().calls.at(1), "setPluginAPIImplementor");
+    EXPECT_FALSE(edited()) << "the policies' mark is taken away too";
+}
+
+TEST_F(ModifiedState, revert_withoutASession_doesNothing) {
+    controller.setPluginModified(true);
+    program.framework.available = false;
+    controller.setHaldenSession(nullptr);
+    controller.revertAction();
+    EXPECT_FALSE(asked(First::script(), "revertChanges"));
+    EXPECT_TRUE(edited());
+}
+
+TEST_F(ModifiedState, applyButton_saves) {
+    controller.setPluginModified(true);
+    program.interface.applyButton.click();
+    EXPECT_TRUE(asked(First::script(), "saveChanges"));
+    EXPECT_FALSE(edited() || applyEnabled());
+}
+
 TEST_F(ModifiedState, revert_readsEditedPoliciesAgain) {
     controller.addNodeToContactsSearchPolicy("/LDAP/two");
     program.journal.clear();
@@ -208,6 +239,24 @@ TEST_F(ModifiedState, markDirtyOfAPlugin_marksTheWindow) {
     const auto& host = *Second::script().host;
     host.markDirty(host.context);
     EXPECT_TRUE(edited() && applyEnabled());
+}
+
+TEST_F(ModifiedState, questionThatThrowsAgainAndAgain_isToldOnceAndTheNameFallsBack) {
+    Second::script().throwsIn = "pluginName";
+    controller.buildDSConfigPaneData();
+    EXPECT_EQ(program.interface.selectPlugIn.texts("Name"), (std::vector<std::string>{"BSD", "LDAP"}));
+    EXPECT_EQ(program.toolkit.alerts().size(), 1U);
+    EXPECT_EQ(program.platform.log.lines.size(), 1U);
+}
+
+TEST_F(ModifiedState, actionThatThrowsAgain_isToldAgain) {
+    First::script().throwsIn = "revertChanges";
+    for (const auto times : {1U, 2U}) {
+        controller.setPluginModified(true);
+        controller.revertAction();
+        EXPECT_EQ(program.toolkit.alerts().size(), times);
+        program.toolkit.answerSheet(1);
+    }
 }
 
 TEST_F(ModifiedState, pluginThatThrows_isShownInASheetWithCauseAndNextStep) {

@@ -33,6 +33,17 @@ TEST_F(ServicesList, isSortedByNameWithoutRegardToCase) {
     EXPECT_EQ((std::set<std::string>{names[0], names[1]}), (std::set<std::string>{"ad", "AD"}));
 }
 
+TEST_F(ServicesList, nameOfEachPlugin_isAskedOnceForSorting) {
+    for (int i = 0; i < 20; ++i)
+        program.addConnector("C" + std::to_string(i), "Active", "1");
+    program.addPlugin("C7", Recording::factory());
+    program.controller().buildDSConfigPaneData();
+    plugins::PluginController::sharedInstance(program.platform.environment).loadPlugins();
+    Recording::script().calls.clear();
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(std::ranges::count(Recording::script().calls, "pluginName"), 1);
+}
+
 TEST_F(ServicesList, recordsAttributes_becomeTheDescription) {
     program.addConnector("AD", "Inactive", "2.20");
     program.launch();
@@ -86,6 +97,11 @@ TEST_F(ServicesList, zeroconfConnectorsFormerName_isShownAsTheCurrentOneWithItsP
 
 TEST_F(ServicesList, onALegacySystem_everyConnectorIsListed) {
     setSystemVersion("10.6.8");
+    program.addPlugin("LDAP", Recording::factory());
+    program.controller().buildDSConfigPaneData();
+    plugins::PluginController::sharedInstance(program.platform.environment).loadPlugins();
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(std::ranges::count(Recording::script().calls, "canConfigure"), 0) << "the answer wouldn't matter";
     program.launch();
     EXPECT_EQ(shown().size(), 2U);
 }

@@ -144,4 +144,21 @@ TEST_F(TableOfOld, setUp_takesTheColumnOfOldToo) {
     ASSERT_NE(column, nullptr);
     served.setUpTable();
     EXPECT_EQ(withColumns.tableColumnWithIdentifier("On/Off"), nullptr);
+    const auto cell = withColumns.removedColumn("On/Off")->dataCell();
+    EXPECT_EQ(cell->type, toolkit::CellType::checkBox);
+    EXPECT_EQ(cell->title + cell->alternateTitle, "");
+    EXPECT_EQ(cell->imagePosition, toolkit::ImagePosition::above);
+}
+
+TEST_F(TableOfOld, checkBoxOfAPlugin_asksAndTellsThePlugin) {
+    program.addPlugin("LDAP", Recording::factory());
+    auto& plugins = plugins::PluginController::sharedInstance(program.platform.environment);
+    plugins.loadPlugins();
+    Recording::script().name = "LDAP";
+    list.buildDSConfigPaneData();
+    Recording::script().answers["isEnabledForLocation"] = false;
+    EXPECT_EQ(withColumns.textAt("On/Off", 1), "<cell>");
+    EXPECT_FALSE(withColumns.tableColumnWithIdentifier("On/Off")->dataCell()->on);
+    withColumns.toggleCheckBox("On/Off", 1, false);
+    EXPECT_EQ(Recording::script().calls.back(), "setEnabledForLocation off null");
 }

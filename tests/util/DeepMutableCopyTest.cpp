@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 using namespace corvane::util;
 
 namespace {
@@ -9,8 +11,7 @@ namespace {
 /// A leaf with one kind of copy or none.
 class Leaf final : public OpaqueObject {
 public:
-    Leaf(Value immutable, Value mutableForm)
-        : immutable_(std::move(immutable)), mutable_(std::move(mutableForm)) {}
+    Leaf(Value immutable, Value mutableForm) : immutable_(std::move(immutable)), mutable_(std::move(mutableForm)) {}
     [[nodiscard]] Value immutableCopy() const override { return immutable_; }
     [[nodiscard]] Value mutableCopy() const override { return mutable_; }
 
@@ -19,9 +20,20 @@ private:
     Value mutable_;
 };
 
-Value leaf(Value immutable, Value mutableForm) {
-    return Value(std::make_shared<Leaf>(immutable, mutableForm));
-}
+Value leaf(Value immutable, Value mutableForm) { return Value(std::make_shared<Leaf>(immutable, mutableForm)); }
+
+/// Does something while it is being copied.
+class Intruder final : public OpaqueObject {
+public:
+    explicit Intruder(std::function<void()> what) : what_(std::move(what)) {}
+    [[nodiscard]] Value immutableCopy() const override {
+        what_();
+        return {};
+    }
+
+private:
+    std::function<void()> what_;
+};
 
 /// Changes a container while its elements are being copied.
 class Saboteur final : public OpaqueObject {
@@ -85,13 +97,20 @@ TEST(DeepMutableCopy, withMutableLeaves_textAndDataBecomeMutableAndIndependent) 
     EXPECT_EQ(source.at(1), Value(Data(Bytes{1})));
 }
 
+TEST(DeepMutableCopy, withMutableLeaves_holdsAtEveryDepth) {
+    const Dictionary source = {{"k", Array{Set{"in set"}, Dictionary{{"k", "in dictionary"}}}}};
+    const auto list = deepMutableCopyWithMutableLeaves(source, true).valueForKey("k").as<Array>();
+    for (const auto& element : list.at(0).as<Set>().elements())
+        EXPECT_TRUE(element.isMutable());
+    EXPECT_TRUE(list.at(1).as<Dictionary>().valueForKey("k").isMutable());
+}
+
 TEST(DeepMutableCopy, numbersAndDates_areTheSameValuesAndNeverMutable) {
     const auto source = Array{42, true, Date(7)};
     for (const bool leaves : {false, true}) {
         const auto copy = deepMutableCopyWithMutableLeaves(source, leaves);
         EXPECT_EQ(copy, source);
-        for (const auto& element : copy.elements())
-            EXPECT_FALSE(element.isMutable());
+        for (const auto& element : copy.elements()) EXPECT_FALSE(element.isMutable());
     }
 }
 
@@ -122,6 +141,23 @@ TEST(DeepMutableCopy, sourceChangedDuringTheCopy_raises) {
     source.append("second");
     EXPECT_THROW((void)deepMutableCopy(source), EnumerationMutationException);
     source.removeAt(0); // breaks the cycle of references
+}
+
+TEST(DeepMutableCopy, dictionaryOrSetChangedDuringItsCopy_raisesToo) {
+    auto entries = Dictionary::makeMutable();
+    auto set = Set::makeMutable();
+    const auto changesAll = std::make_shared<Intruder>([&] {
+        entries.set("new", 1);
+        set.add("new");
+    });
+    entries.set("a", Value(changesAll));
+    entries.set("b", 1);
+    EXPECT_THROW((void)deepMutableCopy(entries), EnumerationMutationException);
+    set.add(Value(changesAll));
+    set.add("b");
+    EXPECT_THROW((void)deepMutableCopy(set), EnumerationMutationException);
+    entries.remove("a");
+    set.remove(Value(changesAll));
 }
 
 TEST(DeepMutableCopy, keys_areExactlyTheSources) {

@@ -150,6 +150,40 @@ TEST_P(FrameworkContract, absentAttribute_isNullWithItsCode) {
     EXPECT_EQ(error.code, halden::ErrorCode::attributeUnknown);
 }
 
+TEST_P(FrameworkContract, recordFetched_hasOnlyTheAttributesAskedFor) {
+    const auto query = node(halden::NodeType::localNodes)
+                           ->query({{std::string(halden::recordType::users)},
+                                    std::string(attribute::recordName),
+                                    halden::MatchType::equalTo,
+                                    {"alice"},
+                                    {std::string(attribute::recordName)},
+                                    0},
+                                   nullptr);
+    ASSERT_NE(query, nullptr);
+    const auto found = query->results(false, nullptr).value();
+    ASSERT_EQ(found.size(), 1U);
+    EXPECT_EQ(found[0]->recordName(), "alice");
+    EXPECT_EQ(found[0]->attributes().keys(), Names{std::string(attribute::recordName)});
+    EXPECT_TRUE(found[0]->valuesForAttribute(attribute::realName, nullptr).isNull());
+}
+
+TEST_P(FrameworkContract, maximumOfResults_isKept) {
+    const auto query =
+        node(halden::NodeType::configNode)
+            ->query({{std::string(halden::recordType::plugins)}, "", halden::MatchType::any, {}, {}, 2}, nullptr);
+    ASSERT_NE(query, nullptr);
+    EXPECT_EQ(query->results(false, nullptr).value().size(), 2U);
+}
+
+TEST_P(FrameworkContract, query_keepsItsNodeAlive) {
+    auto opened = node(halden::NodeType::configNode);
+    const auto query =
+        opened->query({{std::string(halden::recordType::plugins)}, "", halden::MatchType::any, {}, {}, 0}, nullptr);
+    opened.reset();
+    ASSERT_NE(query, nullptr);
+    EXPECT_FALSE(query->results(false, nullptr).value().empty());
+}
+
 TEST_P(FrameworkContract, queryWithoutMatch_findsNothingAndIsNoError) {
     const auto query = node(halden::NodeType::localNodes)
                            ->query({{std::string(halden::recordType::users)},

@@ -46,6 +46,18 @@ TEST_P(AuthorizationContract, rightsDestroyed_areGone) {
     EXPECT_FALSE(authorization->obtainRights(bothRights, quietly));
 }
 
+TEST_P(AuthorizationContract, formMadeBeforeTheRightsWereDestroyed_isNotMadeAgain) {
+    const auto world = GetParam().make();
+    const auto authorization = world->service().createAuthorization();
+    util::AuthorizationExternalForm before, after;
+    EXPECT_TRUE(authorization->obtainRights(bothRights, asking));
+    EXPECT_EQ(world->service().makeExternalForm(authorization->authorizationRef(), before), 0);
+    authorization->destroyRights();
+    EXPECT_TRUE(authorization->obtainRights(bothRights, asking));
+    EXPECT_EQ(world->service().makeExternalForm(authorization->authorizationRef(), after), 0);
+    EXPECT_NE(after.bytes, before.bytes);
+}
+
 TEST_P(AuthorizationContract, authorizations_shareNothing) {
     const auto world = GetParam().make();
     const auto one = world->service().createAuthorization();
@@ -95,6 +107,24 @@ TEST_P(PropertyListContract, valueRead_isImmutable) {
     EXPECT_FALSE(value.at(0).isMutable());
 }
 
+TEST_P(PropertyListContract, valueWritten_isWhatItWasAtThatTime) {
+    const auto codec = GetParam().make();
+    auto inner = util::Array::makeMutable({"a"});
+    const auto bytes = codec->binary(util::Array{inner});
+    inner.append("b");
+    const auto read = codec->parse(*bytes, nullptr).as<util::Array>();
+    EXPECT_EQ(read.at(0), util::Value(util::Array{"a"}));
+    EXPECT_FALSE(read.at(0).isMutable());
+}
+
+TEST_P(PropertyListContract, textAndNumberOfTheSameLook_areToldApart) {
+    const auto codec = GetParam().make();
+    const auto number = codec->binary(util::Array{1});
+    const auto text = codec->binary(util::Array{"1"});
+    EXPECT_EQ(codec->parse(*number, nullptr), util::Value(util::Array{1}));
+    EXPECT_EQ(codec->parse(*text, nullptr), util::Value(util::Array{"1"}));
+}
+
 TEST_P(PropertyListContract, valueWithoutForm_givesNone) {
     const auto codec = GetParam().make();
     EXPECT_FALSE(codec->xml({}).has_value());
@@ -127,6 +157,29 @@ TEST_P(DynamicStoreContract, otherKeys_areNotDelivered) {
     const auto world = GetParam().make();
     int calls = 0;
     const auto session = world->store().create("listener", [&] { ++calls; });
+    EXPECT_TRUE(session->setNotificationKeys({"some.other.key"}));
+    session->addToRunLoop();
+    world->changeSearchPolicy();
+    world->runLoop();
+    EXPECT_EQ(calls, 0);
+}
+
+TEST_P(DynamicStoreContract, keyAmongOthers_isDelivered) {
+    const auto world = GetParam().make();
+    int calls = 0;
+    const auto session = world->store().create("listener", [&] { ++calls; });
+    EXPECT_TRUE(session->setNotificationKeys({"some.other.key", policyChanged}));
+    session->addToRunLoop();
+    world->changeSearchPolicy();
+    world->runLoop();
+    EXPECT_GE(calls, 1);
+}
+
+TEST_P(DynamicStoreContract, keysSetAgain_replaceTheFirstOnes) {
+    const auto world = GetParam().make();
+    int calls = 0;
+    const auto session = world->store().create("listener", [&] { ++calls; });
+    EXPECT_TRUE(session->setNotificationKeys({policyChanged}));
     EXPECT_TRUE(session->setNotificationKeys({"some.other.key"}));
     session->addToRunLoop();
     world->changeSearchPolicy();

@@ -10,6 +10,7 @@
 #include <QLabel>
 #include <QMenu>
 #include <QMenuBar>
+#include <QProcess>
 #include <QTabBar>
 #include <QTest>
 #include <QWindow>
@@ -57,15 +58,15 @@ QWidget& WindowUser::widget(const QString& name) const {
     fail("there is no visible " + name + " in the window");
 }
 
-void WindowUser::clickAt(QWidget& target, QPoint where, bool twice) {
+void WindowUser::clickAt(QWidget& target, QPoint where, bool twice, Qt::KeyboardModifiers modifiers) {
     auto* window = target.window()->windowHandle();
     if (window == nullptr) fail(target.objectName() + " is in no window");
     const auto position = target.mapTo(target.window(), where);
     QTest::mouseMove(window, position);
     if (twice)
-        QTest::mouseDClick(window, Qt::LeftButton, Qt::NoModifier, position);
+        QTest::mouseDClick(window, Qt::LeftButton, modifiers, position);
     else
-        QTest::mouseClick(window, Qt::LeftButton, Qt::NoModifier, position);
+        QTest::mouseClick(window, Qt::LeftButton, modifiers, position);
     settle();
 }
 
@@ -91,9 +92,52 @@ QPoint WindowUser::placeOfRow(const QString& table, int row) const {
     return items.visualRect(index).center();
 }
 
-void WindowUser::clickRow(const QString& table, int row) {
+void WindowUser::clickRow(const QString& table, int row, Qt::KeyboardModifiers modifiers) {
     const auto place = placeOfRow(table, row);
-    clickAt(*view(widget(table)).viewport(), place);
+    clickAt(*view(widget(table)).viewport(), place, false, modifiers);
+}
+
+void WindowUser::dragRow(const QString& table, int row, int place) {
+    auto& items = view(widget(table));
+    const auto from = placeOfRow(table, row);
+    const int rows = items.model()->rowCount();
+    const auto target = items.visualRect(items.model()->index(std::min(place, rows - 1), 0));
+    const QPoint to(from.x(), place < rows ? target.top() + 1 : target.bottom() - 1);
+    if (QGuiApplication::platformName() != "xcb") fail("dragging needs an X display with a pointer");
+    // The drag is the X server's own business, so the server's pointer is what has to move.
+    QStringList words;
+    const auto moveTo = [&](QPoint point) {
+        const auto global = items.viewport()->mapToGlobal(point);
+        words << "mousemove" << QString::number(global.x()) << QString::number(global.y()) << "sleep"
+              << "0.08";
+    };
+    moveTo(from);
+    words << "mousedown"
+          << "1"
+          << "sleep"
+          << "0.08";
+    moveTo(from + QPoint(QApplication::startDragDistance() + 6, 3));
+    moveTo((from + to) / 2);
+    moveTo(to - QPoint(0, 1));
+    moveTo(to);
+    words << "sleep"
+          << "0.2"
+          << "mouseup"
+          << "1";
+    QProcess pointer;
+    pointer.start("xdotool", words);
+    if (!pointer.waitForStarted()) fail("xdotool is not installed");
+    while (pointer.state() != QProcess::NotRunning)
+        settle();
+    settle(200);
+}
+
+void WindowUser::type(const QString& field, const QString& text) {
+    click(field);
+    press(Qt::Key_A, Qt::ControlModifier);
+    for (const auto letter : text)
+        QTest::keyClick(shell_.windowHandle(), letter.toLatin1());
+    settle();
 }
 
 void WindowUser::doubleClickRow(const QString& table, int row) {

@@ -18,8 +18,11 @@ public:
     void click(const QString& name);
     /// Clicks a sub-tab by its title.
     void clickTab(const QString& title);
-    void clickRow(const QString& table, int row);
+    void clickRow(const QString& table, int row, Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     void doubleClickRow(const QString& table, int row);
+    /// Drags a row with the mouse to the place above another one (or behind the last).
+    void dragRow(const QString& table, int row, int place);
+    void type(const QString& field, const QString& text);
     /// Opens a pop-up button and picks an item by the beginning of its text.
     void choose(const QString& popUp, const QString& item);
     /// Opens a menu of the window and picks an item, both by the beginning of their texts.
@@ -39,7 +42,8 @@ public:
 
 private:
     [[nodiscard]] QWidget& widget(const QString& name) const;
-    void clickAt(QWidget& target, QPoint where, bool twice = false);
+    void clickAt(QWidget& target, QPoint where, bool twice = false,
+                 Qt::KeyboardModifiers modifiers = Qt::NoModifier);
     [[nodiscard]] QPoint placeOfRow(const QString& table, int row) const;
 
     QWidget& shell_;

@@ -3,10 +3,11 @@
 //   corvane-gui-steps --machine DIR STEP...
 //
 // Steps: lock (click the padlock), services, search, editor (toolbar), authentication, contacts (sub-tabs),
-// mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, open=TABLE:N (double click),
-// menu=MENU/ITEM, answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the
-// window with its sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS. Ends
-// with 0 when every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
+// mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, alsorow=TABLE:N (with Ctrl),
+// open=TABLE:N (double click), drag=TABLE:FROM:TO, click=NAME, type=FIELD:TEXT, menu=MENU/ITEM,
+// answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the window with its
+// sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS.
+// Ends with 0 when every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
 #include <QApplication>
 #include <QKeySequence>
 #include <QMainWindow>
@@ -54,6 +55,18 @@ const std::map<QString, Step>& steps() {
          [](User& user, const QString& value) {
              user.clickRow(tableAndRow(value).first, tableAndRow(value).second);
          }},
+        {"alsorow",
+         [](User& user, const QString& value) {
+             user.clickRow(tableAndRow(value).first, tableAndRow(value).second, Qt::ControlModifier);
+         }},
+        {"drag",
+         [](User& user, const QString& value) {
+             user.dragRow(value.section(':', 0, 0), value.section(':', 1, 1).toInt(),
+                          value.section(':', 2).toInt());
+         }},
+        {"click", [](User& user, const QString& name) { user.click(name); }},
+        {"type", [](User& user,
+                    const QString& value) { user.type(value.section(':', 0, 0), value.section(':', 1)); }},
         {"open",
          [](User& user, const QString& value) {
              user.doubleClickRow(tableAndRow(value).first, tableAndRow(value).second);

@@ -1,0 +1,34 @@
+#include "qt/AddNodesInterface.h"
+
+#include <QCoreApplication>
+#include <QShortcut>
+
+#include "qt/Appearance.h"
+#include "ui_AddNodes.h"
+
+namespace corvane::qt {
+
+struct AddNodesInterface::Form {
+    Form() {
+        ui.setupUi(&panel);
+        makeHeading(*ui.panelHeading, 1.1);
+        makeSecondary(*ui.panelNote);
+        // The return key adds from wherever the keyboard is, the escape key closes.
+        auto* escape = new QShortcut(Qt::Key_Escape, &panel);
+        QObject::connect(escape, &QShortcut::activated, ui.panelDone, &QPushButton::click);
+        QObject::connect(ui.panelFilter, &QLineEdit::returnPressed, ui.panelAdd, &QPushButton::click);
+    }
+    QWidget panel;
+    Ui::AddNodes ui;
+};
+
+AddNodesInterface::AddNodesInterface(SettingsFile& settings, HandlerGuard& guard)
+    : form_(std::make_unique<Form>()), window(form_->panel, form_->panel, guard, settings),
+      selectNode(*form_->ui.panelNodes,
+                 {{"NodeName", QCoreApplication::translate("AddNodes", "Directory Domain")}}, guard),
+      filter(*form_->ui.panelFilter, guard), addButton(*form_->ui.panelAdd, guard),
+      doneButton(*form_->ui.panelDone, guard) {}
+
+AddNodesInterface::~AddNodesInterface() = default;
+
+} // namespace corvane::qt

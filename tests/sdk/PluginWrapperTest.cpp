@@ -1,0 +1,89 @@
+#include "sdk/PluginWrapper.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <iterator>
+#include <stdexcept>
+
+#include "fakes/RecordingPlugin.h"
+
+using namespace corvane;
+using Recording = fakes::RecordingPlugin<0>;
+
+namespace {
+
+struct ThrowsNoException {
+    bool isDirty() { throw 7; }
+};
+struct CantBeMade {
+    CantBeMade() { throw std::runtime_error("no"); }
+};
+
+/// Entries of a table that are filled, `create` and `destroy` left out.
+int filledEntries(const CorvanePlugin& t) {
+    const bool filled[] = {t.setPluginAPIImplementor != nullptr,
+                           t.pluginName != nullptr,
+                           t.isEnabledForLocation != nullptr,
+                           t.canSetEnabledForLocation != nullptr,
+                           t.setEnabledForLocation != nullptr,
+                           t.canConfigure != nullptr,
+                           t.configureButtonClicked != nullptr,
+                           t.selfTest != nullptr,
+                           t.isDirty != nullptr,
+                           t.saveChanges != nullptr,
+                           t.revertChanges != nullptr,
+                           t.applicationWillQuitSavingChanges != nullptr,
+                           t.applicationWillLockSavingChanges != nullptr,
+                           t.shouldAllowNodeNameOnSearchPolicy != nullptr};
+    return static_cast<int>(std::count(std::begin(filled), std::end(filled), true));
+}
+
+} // namespace
+
+TEST(PluginWrapper, classWithEveryMethod_fillsEveryEntry) {
+    const auto& table = *sdk::tableFor<Recording>();
+    EXPECT_EQ(table.size, sizeof(CorvanePlugin));
+    EXPECT_EQ(table.version, static_cast<std::uint32_t>(CORVANE_PLUGIN_VERSION));
+    EXPECT_EQ(filledEntries(table), 14);
+}
+
+TEST(PluginWrapper, classWithoutMethods_fillsWhatTheWrapperNeedsAlone) {
+    const auto& table = *sdk::tableFor<fakes::EmptyPlugin>();
+    EXPECT_EQ(filledEntries(table), 1);
+    EXPECT_NE(table.setPluginAPIImplementor, nullptr);
+}
+
+TEST(PluginWrapper, table_isTheSameOneEveryTime) {
+    EXPECT_EQ(sdk::tableFor<Recording>(), sdk::tableFor<Recording>());
+}
+
+TEST(PluginWrapper, whatIsThrown_becomesAReportAndFalse) {
+    std::string told;
+    CorvaneHost host{};
+    host.context = &told;
+    host.pluginFailed = [](void* context, const char* operation, const char* reason) {
+        *static_cast<std::string*>(context) += std::string(operation) + ": " + reason + "\n";
+    };
+    const auto& table = *sdk::tableFor<ThrowsNoException>();
+    void* self = table.create();
+    EXPECT_EQ(table.isDirty(self), 0) << "before there is anybody to report to";
+    table.setPluginAPIImplementor(self, &host);
+    EXPECT_EQ(table.isDirty(self), 0);
+    table.destroy(self);
+    EXPECT_EQ(told, "isDirty: an unknown exception\n");
+}
+
+TEST(PluginWrapper, objectThatCantBeMade_isNull) {
+    EXPECT_EQ(sdk::tableFor<CantBeMade>()->create(), nullptr);
+}
+
+TEST(PluginWrapper, nameThatFails_isNull) {
+    Recording::script() = {};
+    const auto& table = *sdk::tableFor<Recording>();
+    void* self = table.create();
+    EXPECT_STREQ(table.pluginName(self), "Shown Name");
+    Recording::script().throwsIn = "pluginName";
+    EXPECT_EQ(table.pluginName(self), nullptr);
+    table.destroy(self);
+}
