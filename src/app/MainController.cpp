@@ -48,8 +48,8 @@ MainController::MainController(Environment& environment)
                       contactsOutlets(outlets_), *links_),
       policies_(authenticationPolicy_, contactsPolicy_, *links_),
       authenticationPane_(authenticationPolicy_, environment.platform, environment.toolkit,
-                          {outlets_.selectSearchPolicy, outlets_.selectNode, outlets_.addNode, outlets_.deleteNode,
-                           outlets_.dragMessage},
+                          {outlets_.selectSearchPolicy, outlets_.selectNode, outlets_.addNode,
+                           outlets_.deleteNode, outlets_.dragMessage},
                           *links_),
       contactsPane_(contactsPolicy_, environment.platform, environment.toolkit,
                     {outlets_.selectContactPolicy, outlets_.selectNodeContact, outlets_.addNodeContact,
@@ -78,7 +78,8 @@ void MainController::connectActions() {
     outlets_.addNode.setAction([this](toolkit::Control&) { addNodeAction(); });
     outlets_.addNodeContact.setAction([this](toolkit::Control&) { addNodeContactAction(); });
     outlets_.deleteNode.setAction([this](toolkit::Control& sender) { deleteNodeAction(sender); });
-    outlets_.deleteNodeContact.setAction([this](toolkit::Control& sender) { deleteNodeContactAction(sender); });
+    outlets_.deleteNodeContact.setAction(
+        [this](toolkit::Control& sender) { deleteNodeContactAction(sender); });
     outlets_.applyButton.setAction([this](toolkit::Control&) { applyAction(); });
     outlets_.helpButton.setAction([this](toolkit::Control&) { mainWindowHelpButtonHit(); });
     outlets_.configPlugIn.setAction([this](toolkit::Control& sender) { configPlugInAction(&sender); });
@@ -236,8 +237,12 @@ void MainController::selectSearchPolicyAction() { authenticationPane_.selectMode
 void MainController::selectContactPolicyAction() { contactsPane_.selectModeAction(); }
 void MainController::addNodeAction() { authenticationPane_.addNodeAction(); }
 void MainController::addNodeContactAction() { contactsPane_.addNodeAction(); }
-void MainController::deleteNodeAction(toolkit::Control& sender) { authenticationPane_.deleteNodeAction(sender); }
-void MainController::deleteNodeContactAction(toolkit::Control& sender) { contactsPane_.deleteNodeAction(sender); }
+void MainController::deleteNodeAction(toolkit::Control& sender) {
+    authenticationPane_.deleteNodeAction(sender);
+}
+void MainController::deleteNodeContactAction(toolkit::Control& sender) {
+    contactsPane_.deleteNodeAction(sender);
+}
 searchpolicy::NodePaneController& MainController::sharedNodePaneController() {
     if (!nodePaneController_)
         nodePaneController_ = std::make_unique<searchpolicy::NodePaneController>(

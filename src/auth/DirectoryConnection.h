@@ -45,7 +45,9 @@ public:
     [[nodiscard]] std::shared_ptr<halden::Node> localHaldenNode();
     [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode();
     /// Null unless `haldenConfigNode` has opened it on this session.
-    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> openedConfigNode() const { return configNode_; }
+    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> openedConfigNode() const {
+        return configNode_;
+    }
 
     [[nodiscard]] std::shared_ptr<RemoteAuthorization> remoteAuth() const { return remoteAuth_; }
     /// Also drops the session: the next `setHaldenSession` brings the remote one.

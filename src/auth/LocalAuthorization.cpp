@@ -41,7 +41,9 @@ bool LocalAuthorization::preflightAuthRights() {
 }
 
 bool LocalAuthorization::preflightRemoteRights() {
-    const auto held = [this] { return connection_.remoteAuth() && connection_.remoteAuth()->haveAuthRights(); };
+    const auto held = [this] {
+        return connection_.remoteAuth() && connection_.remoteAuth()->haveAuthRights();
+    };
     if (connection_.haldenSession() && held()) return true;
     if (!needs_.runPasswordDialog()) return false;
     needs_.authAccepted();
@@ -75,7 +77,8 @@ std::int32_t LocalAuthorization::makeAuthExternalForm(util::AuthorizationExterna
     if (!connection_.isRemote())
         return environment_.authorizationService.makeExternalForm(authorizationRef(), form);
     constexpr std::int32_t noRemoteAuthorization = -1;
-    return connection_.remoteAuth() ? connection_.remoteAuth()->makeExternalForm(form) : noRemoteAuthorization;
+    return connection_.remoteAuth() ? connection_.remoteAuth()->makeExternalForm(form)
+                                    : noRemoteAuthorization;
 }
 
 void LocalAuthorization::authToLocalNode() {
@@ -85,8 +88,9 @@ void LocalAuthorization::authToLocalNode() {
     util::AuthorizationExternalForm form;
     const auto status = makeAuthExternalForm(form);
     if (status == 0) return setCredentials(form);
-    environment_.log.log(util::formatted(
-        "-[MainController authToLocalNode]: Got error %d while externalizing the authRef!", {std::to_string(status)}));
+    environment_.log.log(
+        util::formatted("-[MainController authToLocalNode]: Got error %d while externalizing the authRef!",
+                        {std::to_string(status)}));
 }
 
 void LocalAuthorization::setCredentials(const util::AuthorizationExternalForm& form) {
@@ -97,8 +101,9 @@ void LocalAuthorization::setCredentials(const util::AuthorizationExternalForm& f
     util::Array continueItems;
     std::shared_ptr<void> context;
     halden::Error error;
-    (void)node->setCredentials(halden::recordType::users, halden::authenticationType::authorizationExternalForm,
-                               items, &continueItems, &context, &error);
+    (void)node->setCredentials(halden::recordType::users,
+                               halden::authenticationType::authorizationExternalForm, items, &continueItems,
+                               &context, &error);
     if (!error) {
         authedToLocalNode_ = true;
         return;

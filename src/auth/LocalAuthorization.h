@@ -10,8 +10,8 @@
 
 namespace corvane::auth {
 
-/// Who may change anything: the lock control at the foot of the window and its rights, or the rights held on a
-/// remote server, and the external form in which either reaches the directory service. Main thread.
+/// Who may change anything: the lock control at the foot of the window and its rights, or the rights held on
+/// a remote server, and the external form in which either reaches the directory service. Main thread.
 class LocalAuthorization final : public platform::AuthorizationViewDelegate {
 public:
     struct Needs {

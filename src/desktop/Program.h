@@ -21,8 +21,8 @@
 
 namespace corvane::desktop {
 
-/// The whole program on real things: Qt, an embedded directory service on a machine folder, plug-ins from disk.
-/// Lives as long as the process but for tests, which make one after the other. Main thread.
+/// The whole program on real things: Qt, an embedded directory service on a machine folder, plug-ins from
+/// disk. Lives as long as the process but for tests, which make one after the other. Main thread.
 class Program {
 public:
     struct Settings {
@@ -51,9 +51,8 @@ public:
     [[nodiscard]] haldend::Engine& engine() { return *engine_; }
 
 private:
-    [[nodiscard]] static std::shared_ptr<haldend::Engine> openEngine(const Settings& settings,
-                                                                     const platform::PropertyListCodec& codec,
-                                                                     util::ProcessLog& log);
+    [[nodiscard]] static std::shared_ptr<haldend::Engine>
+    openEngine(const Settings& settings, const platform::PropertyListCodec& codec, util::ProcessLog& log);
     void startSampleDirectory();
     void connectApplication();
     void tellStartProblem();

@@ -32,7 +32,8 @@ int saveScreenshot(desktop::Program& program, const desktop::CommandLine& comman
         std::cout << "Saved the picture " << commandLine.screenshot << "\n";
     else
         std::cerr << "The picture " << commandLine.screenshot
-                  << " can't be saved. Check that its folder is there and may be written, and that its name ends in "
+                  << " can't be saved. Check that its folder is there and may be written, and that its name "
+                     "ends in "
                      ".png.\n";
     return status;
 }
@@ -65,7 +66,8 @@ int run(int count, char** arguments, const desktop::CommandLine& commandLine) {
         commandLine.machineFolder.empty() ? desktop::privateMachineFolder() : commandLine.machineFolder;
     desktop::Program program(
         application,
-        {folder, desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString()), {}, true}, log);
+        {folder, desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString()), {}, true},
+        log);
     if (picture) return saveScreenshot(program, commandLine);
     std::cout << "Working on the machine folder " << folder << "\n";
     program.launch(true);

@@ -33,8 +33,8 @@ public:
     [[nodiscard]] const std::vector<DomainNode>& nodes() const;
     [[nodiscard]] const MachinePolicy& policy() const;
     [[nodiscard]] PolicyGround ground() const;
-    /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or none:
-    /// the connectors are there all the same.
+    /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or
+    /// none: the connectors are there all the same.
     [[nodiscard]] const DisabledConnectors& disabledConnectors() const;
 
 private:

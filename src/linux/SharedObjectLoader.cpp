@@ -14,13 +14,14 @@ class SharedObject final : public platform::Bundle {
 public:
     SharedObject(std::string path, util::ProcessLog& log) : path_(std::move(path)), log_(log) {}
 
-    // Bound now, so that a missing symbol is told here and not in the middle of a call; kept to itself, so that
-    // two plug-ins may use the same names.
+    // Bound now, so that a missing symbol is told here and not in the middle of a call; kept to itself, so
+    // that two plug-ins may use the same names.
     [[nodiscard]] bool load() override {
         handle_ = dlopen(path_.c_str(), RTLD_NOW | RTLD_LOCAL);
         if (handle_ == nullptr) {
             const char* reason = dlerror();
-            log_.log("Plug-in " + path_ + " was not loaded: " + (reason != nullptr ? reason : "unknown cause") +
+            log_.log("Plug-in " + path_ +
+                     " was not loaded: " + (reason != nullptr ? reason : "unknown cause") +
                      ". Install a build of it for this system.");
         }
         return handle_ != nullptr;
@@ -43,7 +44,8 @@ SharedObjectLoader::SharedObjectLoader(std::string builtInPlugInsPath, util::Pro
 std::vector<std::string> SharedObjectLoader::entriesOfFolder(const std::string& folder) {
     std::vector<std::string> names;
     std::error_code problem;
-    for (fs::directory_iterator entry(folder, problem), end; !problem && entry != end; entry.increment(problem))
+    for (fs::directory_iterator entry(folder, problem), end; !problem && entry != end;
+         entry.increment(problem))
         names.push_back(entry->path().filename());
     return names;
 }

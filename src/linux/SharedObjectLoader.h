@@ -5,8 +5,8 @@
 
 namespace corvane::linux_ {
 
-/// Plug-in modules as shared objects: a file NAME.cvplug, or a folder NAME.cvplug that holds the shared object
-/// NAME.so. Main thread.
+/// Plug-in modules as shared objects: a file NAME.cvplug, or a folder NAME.cvplug that holds the shared
+/// object NAME.so. Main thread.
 class SharedObjectLoader final : public platform::BundleLoader {
 public:
     /// `builtInPlugInsPath` ends with a slash. `log` outlives the loader.

@@ -13,8 +13,8 @@
 namespace corvane::linux_ {
 namespace {
 
-/// $JOURNAL_STREAM names the journal's end of standard error as DEVICE:INODE. When standard error has been sent
-/// elsewhere since, the two differ, and the line belongs there.
+/// $JOURNAL_STREAM names the journal's end of standard error as DEVICE:INODE. When standard error has been
+/// sent elsewhere since, the two differ, and the line belongs there.
 bool standardErrorIsTheJournal() {
     const char* stream = std::getenv("JOURNAL_STREAM");
     struct stat status = {};
@@ -32,7 +32,8 @@ void SystemLog::log(std::string_view line) {
     const std::time_t now = std::time(nullptr);
     std::tm local = {};
     char stamp[32] = "";
-    if (localtime_r(&now, &local) != nullptr) (void)std::strftime(stamp, sizeof stamp, "%Y-%m-%d %H:%M:%S", &local);
+    if (localtime_r(&now, &local) != nullptr)
+        (void)std::strftime(stamp, sizeof stamp, "%Y-%m-%d %H:%M:%S", &local);
     std::fprintf(stderr, "%s corvane[%d] %.*s\n", stamp, static_cast<int>(getpid()), length, line.data());
 }
 

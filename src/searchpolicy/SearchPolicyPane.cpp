@@ -20,7 +20,9 @@ SearchPolicyPane::SearchPolicyPane(SearchPolicy& policy, platform::Environment& 
                                    toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs)
     : policy_(policy), environment_(environment), toolkit_(toolkit), outlets_(outlets), needs_(needs) {}
 
-std::string SearchPolicyPane::localized(std::string_view key) const { return environment_.strings.localized(key); }
+std::string SearchPolicyPane::localized(std::string_view key) const {
+    return environment_.strings.localized(key);
+}
 
 void SearchPolicyPane::adjustCustomBox() {
     const bool hidden = !inCustomMode();
@@ -78,7 +80,8 @@ void SearchPolicyPane::deleteSheetDidEnd(int returnCode) {
     deleteSheet_.reset();
     if (returnCode != confirmed) return;
     const auto rows = outlets_.nodeTable.selectedRows();
-    for (auto row = rows.rbegin(); row != rows.rend(); ++row) policy_.customList().removeAt(index(*row));
+    for (auto row = rows.rbegin(); row != rows.rend(); ++row)
+        policy_.customList().removeAt(index(*row));
     policy_.setCustomListChanged();
     needs_.setSearchPolicyModified(true);
     outlets_.nodeTable.deselectAll();
@@ -163,8 +166,9 @@ bool SearchPolicyPane::mayDrag(int row) const {
     return row >= rowsOf(policy_.localOnlyList()) && row < rowsOf(policy_.customList());
 }
 
-toolkit::DragOperation SearchPolicyPane::validateDrop(toolkit::TableView& table, const toolkit::DraggingInfo& info,
-                                                      int proposedRow, toolkit::DropOperation proposedOperation) {
+toolkit::DragOperation SearchPolicyPane::validateDrop(toolkit::TableView& table,
+                                                      const toolkit::DraggingInfo& info, int proposedRow,
+                                                      toolkit::DropOperation proposedOperation) {
     using toolkit::DragOperation;
     if (proposedRow == -1 || info.source != &table) return DragOperation::none;
     if (policy_.traits().refusesDropsInHead && proposedRow < rowsOf(policy_.localOnlyList()))
@@ -178,8 +182,8 @@ bool SearchPolicyPane::acceptDrop(toolkit::TableView& /*table*/, const toolkit::
     if (!name) return false;
     policy_.setCustomListChanged();
     const int place = moveNode(*name, row);
-    // Both on purpose: the selection is the authentication table's even after a drop on the other one, and the
-    // mark is the services' one, which enables Apply all the same.
+    // Both on purpose: the selection is the authentication table's even after a drop on the other one, and
+    // the mark is the services' one, which enables Apply all the same.
     needs_.selectRowInAuthenticationTable(place);
     needs_.setPluginModified(true);
     outlets_.nodeTable.reloadData();
@@ -191,7 +195,8 @@ int SearchPolicyPane::moveNode(const std::string& name, int row) {
     const auto found = list.indexOf(name);
     list.insert(name, index(row));
     if (!found) return row;
-    const auto old = *found + (*found > index(row) ? 1U : 0U); // the insertion has pushed on what was behind it
+    const auto old =
+        *found + (*found > index(row) ? 1U : 0U); // the insertion has pushed on what was behind it
     const bool beyond = policy_.traits().toleratesOldPlaceBeyondEnd && old >= list.count();
     if (beyond) return row;
     list.removeAt(old);

@@ -5,8 +5,8 @@
 
 namespace corvane::searchpolicy {
 
-/// One policy's controls: what the table of nodes shows and in which colour, which rows may be selected, added,
-/// deleted and dragged, and the change of mode. Two instances, as of `SearchPolicy`. Main thread.
+/// One policy's controls: what the table of nodes shows and in which colour, which rows may be selected,
+/// added, deleted and dragged, and the change of mode. Two instances, as of `SearchPolicy`. Main thread.
 class SearchPolicyPane final : public toolkit::TableDataSource,
                                public toolkit::TableDelegate,
                                public toolkit::TableDragHandler {
@@ -61,8 +61,8 @@ public:
 
     [[nodiscard]] bool writeRows(toolkit::TableView& table, const std::vector<int>& rows,
                                  toolkit::Pasteboard& pasteboard) override;
-    [[nodiscard]] toolkit::DragOperation validateDrop(toolkit::TableView& table, const toolkit::DraggingInfo& info,
-                                                      int proposedRow,
+    [[nodiscard]] toolkit::DragOperation validateDrop(toolkit::TableView& table,
+                                                      const toolkit::DraggingInfo& info, int proposedRow,
                                                       toolkit::DropOperation proposedOperation) override;
     [[nodiscard]] bool acceptDrop(toolkit::TableView& table, const toolkit::DraggingInfo& info, int row,
                                   toolkit::DropOperation operation) override;

@@ -24,7 +24,8 @@ struct SearchPolicyTraits {
     bool refusesAllRowsOutsideCustom;
     /// The delete button looks at where the selected row lies; otherwise any selected row will do.
     bool deleteLooksAtRow;
-    /// A row is dragged only if it is one of the list's behind the head; otherwise any row outside Automatic mode.
+    /// A row is dragged only if it is one of the list's behind the head; otherwise any row outside Automatic
+    /// mode.
     bool dragLooksAtRow;
     /// Nothing can be dropped inside the head.
     bool refusesDropsInHead;

@@ -39,8 +39,8 @@ public:
     /// The user begins to drag rows; false forbids it.
     [[nodiscard]] virtual bool writeRows(TableView& table, const std::vector<int>& rows,
                                          Pasteboard& pasteboard) = 0;
-    [[nodiscard]] virtual DragOperation validateDrop(TableView& table, const DraggingInfo& info, int proposedRow,
-                                                     DropOperation proposedOperation) = 0;
+    [[nodiscard]] virtual DragOperation validateDrop(TableView& table, const DraggingInfo& info,
+                                                     int proposedRow, DropOperation proposedOperation) = 0;
     /// False when nothing came of it.
     [[nodiscard]] virtual bool acceptDrop(TableView& table, const DraggingInfo& info, int row,
                                           DropOperation operation) = 0;

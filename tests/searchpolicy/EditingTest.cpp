@@ -21,7 +21,8 @@ struct Editing : testing::Test {
         program.launchUnlocked();
         controller.loadCurrentTabIfNeeded("2");
         controller.loadCurrentTabIfNeeded("3");
-        program.framework.session->names = {"/Local/Accounts", "/BSD/Files", "/L/new", "/Search", "/Contacts"};
+        program.framework.session->names = {"/Local/Accounts", "/BSD/Files", "/L/new", "/Search",
+                                            "/Contacts"};
     }
     [[nodiscard]] Names list() { return nodes.texts("NodeName"); }
     [[nodiscard]] Names contactList() { return contactNodes.texts("NodeName"); }

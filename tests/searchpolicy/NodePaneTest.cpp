@@ -19,15 +19,17 @@ struct NodePane : testing::Test {
                           {"/Local/Accounts", "/BSD/Files", "/L/one", "/L/two"});
         program.launchUnlocked();
         controller.loadCurrentTabIfNeeded("2");
-        program.framework.session->names = {"/L/zulu", "/L/one",  "/Local/Accounts", "/L/alpha",       "/SMB/share",
-                                            "/Search", "/L/mike", "/Contacts",       "/Local/Former", "/BSD/Files"};
+        program.framework.session->names = {"/L/zulu",       "/L/one",    "/Local/Accounts", "/L/alpha",
+                                            "/SMB/share",    "/Search",   "/L/mike",         "/Contacts",
+                                            "/Local/Former", "/BSD/Files"};
     }
     void open() { program.interface.addNode.click(); }
     [[nodiscard]] Names offered() { return panel.texts("NodeName"); }
     [[nodiscard]] Names list() { return program.interface.selectNode.texts("NodeName"); }
     void select(const std::vector<int>& rows) {
         panel.deselectAll();
-        for (const int row : rows) panel.selectRow(row, true);
+        for (const int row : rows)
+            panel.selectRow(row, true);
     }
 
     fakes::FakeProgram program;
@@ -68,7 +70,8 @@ TEST_F(NodePane, severalNodes_areInsertedInTheOrderOfTheirRows) {
     open();
     select({2, 0, 1});
     program.interface.panelAdd.click();
-    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/zulu", "/L/alpha", "/L/mike", "/L/two"}));
+    EXPECT_EQ(list(),
+              (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/zulu", "/L/alpha", "/L/mike", "/L/two"}));
 }
 
 TEST_F(NodePane, withoutAPlace_theFirstIsAppendedAndTheOthersFollow) {
