@@ -212,6 +212,14 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         return drawPushButtonFace(*option, *painter);
     case PE_PanelButtonTool:
         return drawToolButtonFace(*option, *painter, widget);
+    case PE_PanelLineEdit:
+        if (const auto* panel = qstyleoption_cast<const QStyleOptionFrame*>(option);
+            panel && panel->lineWidth > 0) {
+            const bool focus = option->state & State_HasFocus;
+            const auto line = option->palette.color(focus ? QPalette::Highlight : QPalette::Mid);
+            return drawRound(*painter, option->rect, option->palette.color(QPalette::Base), line, radius);
+        }
+        break;
     case PE_IndicatorCheckBox:
         return drawCheckBox(*option, *painter);
     case PE_PanelMenuBar:
@@ -227,8 +235,9 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         return;
     }
     default:
-        QProxyStyle::drawPrimitive(element, option, painter, widget);
+        break;
     }
+    QProxyStyle::drawPrimitive(element, option, painter, widget);
 }
 
 void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* option, QPainter* painter,
@@ -336,6 +345,13 @@ int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QW
     // As in alerts, the default button stands where the eye ends, on the right.
     if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
     return QProxyStyle::styleHint(hint, option, widget, data);
+}
+
+QRect CorvaneStyle::subElementRect(SubElement element, const QStyleOption* option,
+                                   const QWidget* widget) const {
+    const auto place = QProxyStyle::subElementRect(element, option, widget);
+    // Text begins where that of a list's cells does.
+    return element == SE_LineEditContents ? place.adjusted(cellInset / 2, 0, -cellInset / 2, 0) : place;
 }
 
 QSize CorvaneStyle::sizeFromContents(ContentsType type, const QStyleOption* option, const QSize& size,
