@@ -35,8 +35,8 @@ bool MainController::Links::runPasswordDialog() {
 
 namespace {
 
-/// Is the question asked whenever something is drawn? Its failure is told once: otherwise the sheet that tells of
-/// it would be back as soon as it is closed.
+/// Is the question asked whenever something is drawn? Its failure is told once: otherwise the sheet that
+/// tells of it would be back as soon as it is closed.
 bool isAskedWhileDrawing(const std::string& operation) {
     static const std::set<std::string, std::less<>> questions = {
         "pluginName", "isEnabledForLocation", "canSetEnabledForLocation", "canConfigure", "isDirty"};

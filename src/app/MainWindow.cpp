@@ -163,7 +163,8 @@ void MainWindow::selectToolbarItem(const std::string& identifier) {
 
 void MainWindow::clickItem(const std::string& identifier) {
     const auto items = toolbar_->items();
-    const auto found = std::ranges::find_if(items, [&](const auto& item) { return item.identifier == identifier; });
+    const auto found =
+        std::ranges::find_if(items, [&](const auto& item) { return item.identifier == identifier; });
     if (found != items.end()) toolbarItemClicked(*found);
 }
 

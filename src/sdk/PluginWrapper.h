@@ -62,8 +62,9 @@ struct Nameless {};
 template <typename P>
 using Inheritable = std::conditional_t<std::is_final_v<P>, Nameless, P>;
 
-// The class has nothing of that name: neither private, nor overloaded, nor a template. If it had, `Both` would
-// inherit the name twice, and its address couldn't be taken. (Of a final class only what is public is seen.)
+// The class has nothing of that name: neither private, nor overloaded, nor a template. If it had, `Both`
+// would inherit the name twice, and its address couldn't be taken. (Of a final class only what is public is
+// seen.)
 #define CORVANE_SDK_LACKS(name)                                                                              \
     struct Named {                                                                                           \
         int name;                                                                                            \

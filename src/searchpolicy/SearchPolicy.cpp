@@ -175,8 +175,8 @@ bool SearchPolicy::save(const util::AuthorizationExternalForm& authForm) {
         (void)succeeded(error);
         return false;
     }
-    // The edited list is gone when another session has come since: then there is nothing to write, and least of
-    // all an empty list over the one that the service has.
+    // The edited list is gone when another session has come since: then there is nothing to write, and least
+    // of all an empty list over the one that the service has.
     const auto list = customListToWrite();
     if (customListChanged_ && list && saveSearchPolicy(*node, authForm, list)) customListChanged_ = false;
     if (selectedMode_ != pastMode_) saveMode(*node, authForm);

@@ -274,7 +274,8 @@ TEST_F(Delegate, rootItem_whileLocked_isDisabledUnderItsPlainTitle) {
     EXPECT_FALSE(enabled("enableRootUser"));
     program.journal.clear();
     EXPECT_FALSE(enabled("changeRootPassword"));
-    EXPECT_TRUE(program.journal.contains("/Local/Accounts.query")) << "the account is asked for before the rights";
+    EXPECT_TRUE(program.journal.contains("/Local/Accounts.query"))
+        << "the account is asked for before the rights";
 }
 
 TEST_F(Delegate, about_opensThePanelWithTwoYears) {
@@ -313,8 +314,8 @@ TEST_F(Delegate, menuItemsOfALaterVersion_sayWhatToDoInstead) {
 
 TEST(AppDelegateBeforeTheWindow, menu_isHarmless) {
     fakes::FakeProgram program;
-    for (const auto* action : {"saveChanges", "revertAction", "enableRootUser", "changeRootPassword", "disconnect",
-                               "mainWindowHelpButtonHit"}) {
+    for (const auto* action : {"saveChanges", "revertAction", "enableRootUser", "changeRootPassword",
+                               "disconnect", "mainWindowHelpButtonHit"}) {
         fakes::FakeMenuItem item(action);
         (void)program.delegate.validateMenuItem(item);
         program.delegate.performMenuItem(item);

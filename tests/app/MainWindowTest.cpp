@@ -56,12 +56,12 @@ TEST_F(MainWindow, setUp_readsThePageOnScreenAndAsksForTheLocksStatus) {
     program.launch();
     const Names steps = {"/Config.query", "window.hideToolbarButton", "authorizationView.updateStatus"};
     EXPECT_EQ(journal.only(steps),
-              (Names{"/Config.query",                    // before the window
-                     "authorizationView.updateStatus",   // by the lock
-                     "window.hideToolbarButton",         // the toolbar
-                     "/Config.query",                    // the page on screen
-                     "authorizationView.updateStatus",   // the lock's status once more
-                     "/Config.query"}));                 // when the window is loaded
+              (Names{"/Config.query",                  // before the window
+                     "authorizationView.updateStatus", // by the lock
+                     "window.hideToolbarButton",       // the toolbar
+                     "/Config.query",                  // the page on screen
+                     "authorizationView.updateStatus", // the lock's status once more
+                     "/Config.query"}));               // when the window is loaded
 }
 
 TEST_F(MainWindow, windowSetUp_startsClean) {
@@ -206,8 +206,8 @@ TEST_F(MainWindow, progressSheetWithADeterminateBar_animatesNothing) {
     journal.clear();
     program.controller().showProgressBar();
     program.controller().hideProgressBar();
-    EXPECT_EQ(journal.entries(), (Names{"progressBar.needsDisplay", "window.beginSheet", "progressBar.display",
-                                        "window.endSheet", "progressSheet.orderOut"}));
+    EXPECT_EQ(journal.entries(), (Names{"progressBar.needsDisplay", "window.beginSheet",
+                                        "progressBar.display", "window.endSheet", "progressSheet.orderOut"}));
 }
 
 TEST_F(MainWindow, locally_noSheetIsShown) {

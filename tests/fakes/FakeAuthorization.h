@@ -37,8 +37,8 @@ private:
     std::string refusalReason_;
 };
 
-/// The external form of an authorization is its reference in every octet, plus the number of times that its rights
-/// were destroyed.
+/// The external form of an authorization is its reference in every octet, plus the number of times that its
+/// rights were destroyed.
 class FakeAuthorizationService final : public platform::AuthorizationService {
 public:
     explicit FakeAuthorizationService(Journal& journal) : journal_(journal) {}

@@ -94,7 +94,8 @@ public:
             state_->credentials.push_back(item.as<util::Data>().bytes());
         if (fails(error)) return false;
         if (!state_->acceptsForm || state_->acceptsForm(state_->credentials.back())) return true;
-        if (error != nullptr) *error = {halden::ErrorCode::credentials, "The credentials were refused.", "", ""};
+        if (error != nullptr)
+            *error = {halden::ErrorCode::credentials, "The credentials were refused.", "", ""};
         return false;
     }
     [[nodiscard]] std::unique_ptr<halden::Query> query(const halden::QueryParameters& parameters,
@@ -128,7 +129,8 @@ private:
         [[nodiscard]] std::shared_ptr<halden::Record> fetched(const halden::Record& record) const {
             auto copy = std::make_shared<FakeRecord>(record.recordType(), record.recordName());
             for (const auto& [name, values] : record.attributes().entries())
-                if (wants(halden::attribute::all) || wants(name)) copy->with(name, values.as<util::Array>().texts());
+                if (wants(halden::attribute::all) || wants(name))
+                    copy->with(name, values.as<util::Array>().texts());
             return copy;
         }
         [[nodiscard]] bool wants(std::string_view attribute) const {

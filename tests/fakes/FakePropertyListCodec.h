@@ -7,8 +7,8 @@
 
 namespace corvane::fakes {
 
-/// Writes a value as its description behind a marker of the form and of the value's kinds, and remembers what was
-/// written, so that reading the octets back gives the value.
+/// Writes a value as its description behind a marker of the form and of the value's kinds, and remembers what
+/// was written, so that reading the octets back gives the value.
 class FakePropertyListCodec final : public platform::PropertyListCodec {
 public:
     [[nodiscard]] std::optional<util::Bytes> xml(const util::Value& value) const override {
@@ -25,8 +25,8 @@ public:
     }
 
 private:
-    /// The value with everything inside it in its immutable form; null when something has no property-list form.
-    /// `kinds` gets a letter for each value met, so that the text 1 and the number 1 are told apart.
+    /// The value with everything inside it in its immutable form; null when something has no property-list
+    /// form. `kinds` gets a letter for each value met, so that the text 1 and the number 1 are told apart.
     [[nodiscard]] static util::Value frozen(const util::Value& value, std::string& kinds) {
         if (value.isNull() || value.isKind(util::Kind::Set) || value.isKind(util::Kind::Opaque)) return {};
         kinds += kindOf(value);
@@ -42,7 +42,8 @@ private:
         }
         return util::Array(std::move(elements));
     }
-    [[nodiscard]] static util::Value frozenDictionary(const util::Dictionary& dictionary, std::string& kinds) {
+    [[nodiscard]] static util::Value frozenDictionary(const util::Dictionary& dictionary,
+                                                      std::string& kinds) {
         util::ValueMap entries;
         for (const auto& [key, entry] : dictionary.entries()) {
             entries[key] = frozen(entry, kinds);

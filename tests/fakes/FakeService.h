@@ -5,9 +5,9 @@
 
 namespace corvane::fakes {
 
-/// Lets the nodes of a fake session answer calls as a directory service does: the search nodes keep their policies,
-/// the configuration node flips connectors, and a request with an empty authorization is refused. A test that wants
-/// another answer sets the node's `onCall`.
+/// Lets the nodes of a fake session answer calls as a directory service does: the search nodes keep their
+/// policies, the configuration node flips connectors, and a request with an empty authorization is refused. A
+/// test that wants another answer sets the node's `onCall`.
 class FakeService {
 public:
     /// Both outlive the service.
@@ -44,11 +44,15 @@ private:
         if (error != nullptr) *error = problem;
         return std::nullopt;
     }
-    static halden::Error refusal(int code, const char* why) { return {code, "The call was refused.", why, ""}; }
+    static halden::Error refusal(int code, const char* why) {
+        return {code, "The call was refused.", why, ""};
+    }
 
-    halden::Error changePolicy(FakeNodeState& node, const ReceivedCall& call, bool beginsWithLocalNodes) const {
+    halden::Error changePolicy(FakeNodeState& node, const ReceivedCall& call,
+                               bool beginsWithLocalNodes) const {
         namespace attribute = halden::attribute;
-        if (!granted(call.request)) return refusal(halden::ErrorCode::notPermitted, "The rights are missing.");
+        if (!granted(call.request))
+            return refusal(halden::ErrorCode::notPermitted, "The rights are missing.");
         const auto activate = [&](std::string_view path) {
             node.details.set(attribute::searchPolicy, util::Array{std::string(path)});
             return halden::Error();
@@ -67,7 +71,8 @@ private:
         }
     }
 
-    halden::Error replaceCustomList(FakeNodeState& node, const ReceivedCall& call, bool beginsWithLocalNodes) const {
+    halden::Error replaceCustomList(FakeNodeState& node, const ReceivedCall& call,
+                                    bool beginsWithLocalNodes) const {
         namespace attribute = halden::attribute;
         const auto payload = util::BytesView(call.request).subspan(util::AuthorizationExternalForm::length);
         const auto list = codec_.parse(payload, nullptr).as<util::Array>();
@@ -83,7 +88,8 @@ private:
     /// A connector's call is 1000 plus the length of its version.
     static halden::Error flipConnector(FakeNodeState& node, const ReceivedCall& call) {
         namespace attribute = halden::attribute;
-        if (!granted(call.request)) return refusal(halden::ErrorCode::notPermitted, "The rights are missing.");
+        if (!granted(call.request))
+            return refusal(halden::ErrorCode::notPermitted, "The rights are missing.");
         for (const auto& record : node.records) {
             const auto version = record->valuesForAttribute(attribute::version, nullptr);
             if (version.isEmpty() || 1000 + static_cast<int>(version.textAt(0).size()) != call.code) continue;

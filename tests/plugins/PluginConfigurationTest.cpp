@@ -77,15 +77,17 @@ TEST_F(ExternalConfiguration, openingThatFails_namesBoth) {
     program.platform.workspace.files = {application, file};
     program.platform.workspace.canLaunch = false;
     configure(application, file);
-    EXPECT_EQ(sheet().information, "«Plug-in configuration application /usr/bin/configurator or configuration file "
-                                   "/etc/connector.conf could not be opened.»");
+    EXPECT_EQ(sheet().information,
+              "«Plug-in configuration application /usr/bin/configurator or configuration file "
+              "/etc/connector.conf could not be opened.»");
 }
 
 TEST_F(ExternalConfiguration, applicationMissingWithAFile_suggestsEditingIt) {
     program.platform.workspace.files = {file};
     configure(application, file);
-    EXPECT_EQ(sheet().information, "«Plug-in configuration application /usr/bin/configurator is missing. Try editing "
-                                   "the configuration file /etc/connector.conf.»");
+    EXPECT_EQ(sheet().information,
+              "«Plug-in configuration application /usr/bin/configurator is missing. Try editing "
+              "the configuration file /etc/connector.conf.»");
 }
 
 TEST_F(ExternalConfiguration, remotely_nothingHappens) {

@@ -128,11 +128,13 @@ TEST_F(Registry, moduleOfAnotherVersionOrWithADamagedTable_isRefusedWithCauseAnd
     platform.bundles.add(builtIn, "None.cvplug", symbol(noTable));
     platform.bundles.add(builtIn, "Throws.cvplug", symbol(throwingFactory));
     controller.loadPlugins();
-    for (const auto* name : {"Version", "Short", "None", "Throws"}) EXPECT_FALSE(has(name)) << name;
+    for (const auto* name : {"Version", "Short", "None", "Throws"})
+        EXPECT_FALSE(has(name)) << name;
     ASSERT_EQ(platform.log.lines.size(), 4U);
-    EXPECT_EQ(platform.log.lines[0],
-              "Plug-in /built-in/PlugIns/Version.cvplug was not loaded: it was built for plug-in version 2, this "
-              "program takes 1. Install a build of it that was made for this version of Corvane.");
+    EXPECT_EQ(
+        platform.log.lines[0],
+        "Plug-in /built-in/PlugIns/Version.cvplug was not loaded: it was built for plug-in version 2, this "
+        "program takes 1. Install a build of it that was made for this version of Corvane.");
 }
 
 TEST_F(Registry, tableWithoutMakerOrUnmaker_isRefused) {

@@ -25,7 +25,8 @@ struct FakeHost final : plugins::PluginAPIImplementor::Host {
     void setPluginEnabled(const std::string& prefix, bool enabled) override {
         done.push_back("set " + prefix + (enabled ? " on" : " off"));
     }
-    void pluginFailed(const std::string& plugin, const std::string& operation, const std::string& reason) override {
+    void pluginFailed(const std::string& plugin, const std::string& operation,
+                      const std::string& reason) override {
         done.push_back("failed " + plugin + " " + operation + ": " + reason);
     }
     void log(const std::string& line) override { done.push_back("log " + line); }
@@ -53,7 +54,9 @@ struct Item : testing::Test {
         item->setPluginAPIImplementor(std::make_shared<plugins::PluginAPIImplementor>(host));
         return item;
     }
-    [[nodiscard]] const std::vector<fakes::ReceivedCall>& calls() { return framework.session->config().calls; }
+    [[nodiscard]] const std::vector<fakes::ReceivedCall>& calls() {
+        return framework.session->config().calls;
+    }
 
     fakes::Journal journal;
     fakes::FakePlatform platform{journal};
@@ -129,21 +132,21 @@ TEST_F(Item, everythingThePluginImplements_isForwardedWithItsArguments) {
     EXPECT_TRUE(item->applicationWillLockSavingChanges(false));
     EXPECT_TRUE(item->shouldAllowNodeNameOnSearchPolicy("/LDAP/one"));
     EXPECT_EQ(script.calls,
-              (std::vector<std::string>{
-                  "setPluginAPIImplementor", "pluginName", "isEnabledForLocation home",
-                  "canSetEnabledForLocation null", "setEnabledForLocation off work", "canConfigure",
-                  "configureButtonClicked sender", "selfTest", "isDirty", "revertChanges",
-                  "applicationWillQuitSavingChanges save", "applicationWillLockSavingChanges discard",
-                  "shouldAllowNodeNameOnSearchPolicy /LDAP/one"}));
+              (std::vector<std::string>{"setPluginAPIImplementor", "pluginName", "isEnabledForLocation home",
+                                        "canSetEnabledForLocation null", "setEnabledForLocation off work",
+                                        "canConfigure", "configureButtonClicked sender", "selfTest",
+                                        "isDirty", "revertChanges", "applicationWillQuitSavingChanges save",
+                                        "applicationWillLockSavingChanges discard",
+                                        "shouldAllowNodeNameOnSearchPolicy /LDAP/one"}));
     EXPECT_TRUE(item->isEnabled()); // the plug-in took the change; the description has not seen it
 }
 
 TEST_F(Item, pluginsAnswers_areTheItems) {
     useRecordingPlugin();
     const auto item = make();
-    for (const auto* operation :
-         {"isEnabledForLocation", "canSetEnabledForLocation", "canConfigure", "selfTest", "revertChanges",
-          "applicationWillQuitSavingChanges", "applicationWillLockSavingChanges", "shouldAllowNodeNameOnSearchPolicy"})
+    for (const auto* operation : {"isEnabledForLocation", "canSetEnabledForLocation", "canConfigure",
+                                  "selfTest", "revertChanges", "applicationWillQuitSavingChanges",
+                                  "applicationWillLockSavingChanges", "shouldAllowNodeNameOnSearchPolicy"})
         Recording::script().answers[operation] = false;
     EXPECT_FALSE(item->isEnabledForLocation(nullptr));
     EXPECT_FALSE(item->canSetEnabledForLocation(nullptr));

@@ -177,9 +177,9 @@ TEST_F(ModifiedState, revert_readsPoliciesThenTellsPluginsThenBuildsTheList) {
     program.journal.clear();
     First::script().calls.clear();
     controller.revertAction();
-    const std::vector<std::string> steps = {"progressBar.indeterminate", "progressBar.display", "window.beginSheet",
-                                            "progressBar.display",       "/Search.details",     "/Contacts.details",
-                                            "/Config.query",             "window.endSheet"};
+    const std::vector<std::string> steps = {
+        "progressBar.indeterminate", "progressBar.display", "window.beginSheet", "progressBar.display",
+        "/Search.details",           "/Contacts.details",   "/Config.query",     "window.endSheet"};
     EXPECT_EQ(program.journal.only(steps), steps);
     EXPECT_EQ(First::script().calls.at(0), "revertChanges"); // of the plug-in object before
     EXPECT_EQ(First::script().calls.at(1), "setPluginAPIImplementor");

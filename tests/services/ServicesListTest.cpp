@@ -101,7 +101,8 @@ TEST_F(ServicesList, onALegacySystem_everyConnectorIsListed) {
     program.controller().buildDSConfigPaneData();
     plugins::PluginController::sharedInstance(program.platform.environment).loadPlugins();
     program.controller().buildDSConfigPaneData();
-    EXPECT_EQ(std::ranges::count(Recording::script().calls, "canConfigure"), 0) << "the answer wouldn't matter";
+    EXPECT_EQ(std::ranges::count(Recording::script().calls, "canConfigure"), 0)
+        << "the answer wouldn't matter";
     program.launch();
     EXPECT_EQ(shown().size(), 2U);
 }

@@ -11,7 +11,8 @@ namespace {
 /// A leaf with one kind of copy or none.
 class Leaf final : public OpaqueObject {
 public:
-    Leaf(Value immutable, Value mutableForm) : immutable_(std::move(immutable)), mutable_(std::move(mutableForm)) {}
+    Leaf(Value immutable, Value mutableForm)
+        : immutable_(std::move(immutable)), mutable_(std::move(mutableForm)) {}
     [[nodiscard]] Value immutableCopy() const override { return immutable_; }
     [[nodiscard]] Value mutableCopy() const override { return mutable_; }
 
@@ -20,7 +21,9 @@ private:
     Value mutable_;
 };
 
-Value leaf(Value immutable, Value mutableForm) { return Value(std::make_shared<Leaf>(immutable, mutableForm)); }
+Value leaf(Value immutable, Value mutableForm) {
+    return Value(std::make_shared<Leaf>(immutable, mutableForm));
+}
 
 /// Does something while it is being copied.
 class Intruder final : public OpaqueObject {
@@ -110,7 +113,8 @@ TEST(DeepMutableCopy, numbersAndDates_areTheSameValuesAndNeverMutable) {
     for (const bool leaves : {false, true}) {
         const auto copy = deepMutableCopyWithMutableLeaves(source, leaves);
         EXPECT_EQ(copy, source);
-        for (const auto& element : copy.elements()) EXPECT_FALSE(element.isMutable());
+        for (const auto& element : copy.elements())
+            EXPECT_FALSE(element.isMutable());
     }
 }
 

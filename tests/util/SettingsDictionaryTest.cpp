@@ -124,11 +124,27 @@ TEST_F(Settings, containsKey_holdsForAnyValueAndLogsNothing) {
 }
 
 TEST_F(Settings, textConvertsByItsBeginning) {
-    const TextAsNumber table[] = {{"12abc", 12, true}, {"  -3", -3, true}, {"+7", 7, true},    {"abc", 0, false},
-                                  {"", 0, false},      {"0", 0, false},    {"007", 7, true},   {"yes", 0, true},
-                                  {"Yup", 0, true},    {"true", 0, true},  {"TRUE", 0, true},  {"no", 0, false},
-                                  {"00y", 0, true},    {" -0T", 0, true},  {"- 1", 0, false},  {"\t\n 5", 5, true}, {"\v\f\rT", 0, true}, {"9", 9, true},  {"on", 0, false},
-                                  {"99999999999", 2147483647, true},       {"-99999999999", -2147483648, true}};
+    const TextAsNumber table[] = {{"12abc", 12, true},
+                                  {"  -3", -3, true},
+                                  {"+7", 7, true},
+                                  {"abc", 0, false},
+                                  {"", 0, false},
+                                  {"0", 0, false},
+                                  {"007", 7, true},
+                                  {"yes", 0, true},
+                                  {"Yup", 0, true},
+                                  {"true", 0, true},
+                                  {"TRUE", 0, true},
+                                  {"no", 0, false},
+                                  {"00y", 0, true},
+                                  {" -0T", 0, true},
+                                  {"- 1", 0, false},
+                                  {"\t\n 5", 5, true},
+                                  {"\v\f\rT", 0, true},
+                                  {"9", 9, true},
+                                  {"on", 0, false},
+                                  {"99999999999", 2147483647, true},
+                                  {"-99999999999", -2147483648, true}};
     for (const auto& row : table) {
         writable.setString(String(row.text), "key", false);
         EXPECT_EQ(settings.integerForKey("key", -1), row.integer) << row.text;
@@ -179,7 +195,8 @@ TEST_F(Settings, setEmptyOrNullObjects_removeTheirKey) {
     writable.setDictionary(Dictionary(ValueMap()), "entries");
     writable.setData(Data(Bytes()), "data");
     writable.setNumber(Number(), "number");
-    for (const auto* key : {"list", "entries", "data", "number"}) EXPECT_FALSE(stored.containsKey(key)) << key;
+    for (const auto* key : {"list", "entries", "data", "number"})
+        EXPECT_FALSE(stored.containsKey(key)) << key;
     writable.setNumber(Number(0), "number");
     EXPECT_TRUE(stored.containsKey("number"));
     writable.setArray(Array(), "absent"); // null and absent: harmless

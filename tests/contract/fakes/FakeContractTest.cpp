@@ -4,8 +4,8 @@
 #include "fakes/FakePlatform.h"
 #include "fakes/FakeService.h"
 
-// The fakes under the contracts of the interfaces that they stand for: what a test sees of them is what it would see
-// of the real thing.
+// The fakes under the contracts of the interfaces that they stand for: what a test sees of them is what it
+// would see of the real thing.
 
 using namespace corvane;
 using namespace corvane::contract;
@@ -146,14 +146,16 @@ auto fake() {
 namespace corvane::contract {
 
 INSTANTIATE_TEST_SUITE_P(Fake, FrameworkContract, (fake<FrameworkCase, FakedFramework>()), caseName);
-INSTANTIATE_TEST_SUITE_P(Fake, AuthorizationContract, (fake<AuthorizationCase, FakedAuthorization>()), nameOfCase);
+INSTANTIATE_TEST_SUITE_P(Fake, AuthorizationContract, (fake<AuthorizationCase, FakedAuthorization>()),
+                         nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Fake, DynamicStoreContract, (fake<DynamicStoreCase, FakedStore>()), nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Fake, PropertyListContract, (fake<PropertyListCase, fakes::FakePropertyListCodec>()),
                          nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Fake, UserDefaultsContract, (fake<UserDefaultsCase, FakedDefaults>()), nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Fake, RunLoopContract, (fake<RunLoopCase, FakedRunLoop>()), nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Fake, WorkspaceContract, (fake<WorkspaceCase, FakedWorkspace>()), nameOfCase);
-INSTANTIATE_TEST_SUITE_P(Fake, LocalizedStringsContract, (fake<LocalizedStringsCase, FakedStrings>()), nameOfCase);
+INSTANTIATE_TEST_SUITE_P(Fake, LocalizedStringsContract, (fake<LocalizedStringsCase, FakedStrings>()),
+                         nameOfCase);
 INSTANTIATE_TEST_SUITE_P(Fake, BundleLoaderContract, (fake<BundleLoaderCase, FakedBundles>()), nameOfCase);
 
 } // namespace corvane::contract

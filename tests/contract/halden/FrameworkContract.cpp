@@ -170,15 +170,16 @@ TEST_P(FrameworkContract, recordFetched_hasOnlyTheAttributesAskedFor) {
 TEST_P(FrameworkContract, maximumOfResults_isKept) {
     const auto query =
         node(halden::NodeType::configNode)
-            ->query({{std::string(halden::recordType::plugins)}, "", halden::MatchType::any, {}, {}, 2}, nullptr);
+            ->query({{std::string(halden::recordType::plugins)}, "", halden::MatchType::any, {}, {}, 2},
+                    nullptr);
     ASSERT_NE(query, nullptr);
     EXPECT_EQ(query->results(false, nullptr).value().size(), 2U);
 }
 
 TEST_P(FrameworkContract, query_keepsItsNodeAlive) {
     auto opened = node(halden::NodeType::configNode);
-    const auto query =
-        opened->query({{std::string(halden::recordType::plugins)}, "", halden::MatchType::any, {}, {}, 0}, nullptr);
+    const auto query = opened->query(
+        {{std::string(halden::recordType::plugins)}, "", halden::MatchType::any, {}, {}, 0}, nullptr);
     opened.reset();
     ASSERT_NE(query, nullptr);
     EXPECT_FALSE(query->results(false, nullptr).value().empty());

@@ -22,7 +22,8 @@ TEST_P(UserDefaultsContract, absentKey_isNoTextAndFalse) {
 
 TEST_P(UserDefaultsContract, textWritten_isReadBackAsItWas) {
     const auto world = GetParam().make();
-    for (const auto* text : {"server.example.com", "", "αβγ ’ “x”", "two\nlines", "a=b;c,[d]%41\\n", "  spaced  "}) {
+    for (const auto* text :
+         {"server.example.com", "", "αβγ ’ “x”", "two\nlines", "a=b;c,[d]%41\\n", "  spaced  "}) {
         world->defaults().setString("Last Server IP Address", text);
         EXPECT_EQ(world->defaults().stringForKey("Last Server IP Address"), text);
         world->restart();

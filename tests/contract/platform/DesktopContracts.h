@@ -44,7 +44,8 @@ struct RunLoopCase {
 };
 class RunLoopContract : public testing::TestWithParam<RunLoopCase> {};
 
-/// A desktop with a file and a program that can be started, and what was started: the program and its arguments.
+/// A desktop with a file and a program that can be started, and what was started: the program and its
+/// arguments.
 class WorkspaceUnderTest {
 public:
     virtual ~WorkspaceUnderTest() = default;
@@ -74,8 +75,8 @@ struct LocalizedStringsCase {
 };
 class LocalizedStringsContract : public testing::TestWithParam<LocalizedStringsCase> {};
 
-/// A folder (with its trailing slash) of "Good.cvplug", which exports `exported`, "Broken.cvplug", which is no
-/// module, and "notes.txt"; and what the loader has logged.
+/// A folder (with its trailing slash) of "Good.cvplug", which exports `exported`, "Broken.cvplug", which is
+/// no module, and "notes.txt"; and what the loader has logged.
 class BundleLoaderUnderTest {
 public:
     static constexpr const char* exported = "corvane_plugin";

@@ -41,4 +41,5 @@ public:
 #endif
 };
 
-const CorvanePlugin* tables[] = {corvane::sdk::tableFor<Connector>(), corvane::sdk::tableFor<SealedConnector>()};
+const CorvanePlugin* tables[] = {corvane::sdk::tableFor<Connector>(),
+                                 corvane::sdk::tableFor<SealedConnector>()};
