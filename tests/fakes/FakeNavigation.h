@@ -1,6 +1,6 @@
 #pragma once
 
-#include "fakes/FakeControls.h"
+#include "fakes/FakeTableView.h"
 #include "toolkit/TabView.h"
 #include "toolkit/Toolbar.h"
 
