@@ -13,7 +13,7 @@ public:
     virtual ~UserDefaults() = default;
     [[nodiscard]] virtual std::optional<std::string> stringForKey(std::string_view key) const = 0;
     virtual void setString(std::string_view key, std::string_view value) = 0;
-    /// False when absent; `registered` says what an absent key reads as.
+    /// What an absent key reads as is the implementation's to say; false unless it was told otherwise.
     [[nodiscard]] virtual bool boolForKey(std::string_view key) const = 0;
     virtual void setBool(std::string_view key, bool value) = 0;
 };
