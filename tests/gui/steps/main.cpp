@@ -13,10 +13,13 @@
 #include <QMainWindow>
 #include <QTest>
 #include <QTimer>
+#include <algorithm>
 #include <cstdlib>
 #include <functional>
 #include <iostream>
 #include <map>
+#include <string_view>
+#include <vector>
 
 #include "desktop/Program.h"
 #include "gui/steps/WindowUser.h"
@@ -149,21 +152,25 @@ int work(desktop::Program& program, const QStringList& words) {
 } // namespace
 
 int main(int count, char** arguments) {
-    qt::prepareForPictures();
+    // Dragging moves the X server's own pointer, which counts in the screen's pixels: double density is for
+    // pictures alone.
+    const std::vector<std::string_view> words(arguments, arguments + count);
+    const bool drags = std::ranges::any_of(words, [](auto word) { return word.starts_with("drag="); });
+    if (!drags) qt::prepareForPictures();
     QApplication application(count, arguments);
     const bool dark = qgetenv("CORVANE_COLORS") == "dark";
     qt::installAppearance(application, dark ? qt::ColorScheme::dark : qt::ColorScheme::light);
-    auto words = QApplication::arguments().mid(1);
-    if (words.size() < 2 || words.takeFirst() != "--machine") {
+    auto steps = QApplication::arguments().mid(1);
+    if (steps.size() < 2 || steps.takeFirst() != "--machine") {
         std::cerr << "Usage: corvane-gui-steps --machine DIR STEP...\n";
         return 2;
     }
-    const auto machine = words.takeFirst().toStdString();
+    const auto machine = steps.takeFirst().toStdString();
     const auto files = desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString());
     linux_::SystemLog log;
     try {
         desktop::Program program(application, {machine, files, "/dev/null", false}, log);
-        return work(program, words);
+        return work(program, steps);
     } catch (const std::exception& problem) {
         std::cerr << problem.what() << '\n';
         return EXIT_FAILURE;
