@@ -26,7 +26,8 @@ char folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 
 
 bool containsText(const std::string& name, const std::string& text) {
     const auto same = [](char a, char b) { return folded(a) == folded(b); };
-    return text.empty() || !std::ranges::search(name, text, same).empty();
+    return std::search(name.begin(), name.end(), text.begin(), text.end(), same) != name.end() ||
+           text.empty();
 }
 
 } // namespace
