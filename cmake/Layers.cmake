@@ -17,7 +17,7 @@ set(LAYER_EDGES_diagnostics ${LAYER_EDGES_services})
 set(LAYER_EDGES_app sdk ${LAYER_EDGES_services} services searchpolicy diagnostics)
 # Floor 6: adapters. They know the interfaces that they implement, and nothing of each other.
 set(LAYER_EDGES_plist util platform)
-set(LAYER_EDGES_haldend util halden platform)
+set(LAYER_EDGES_haldend sdk util halden platform)
 set(LAYER_EDGES_linux sdk util platform)
 set(LAYER_EDGES_qt util toolkit platform views)
 # Plug-ins are guests: they know the boundary and nothing behind it.
