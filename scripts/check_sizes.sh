@@ -33,9 +33,9 @@ too_long_functions() {
         FNR == 1 { depth = 0 }
         # A head may be spread over several lines: remember where it began.
         /^ *[^ #\/]/ && !continued { head = FNR; headText = $0; headIndent = indentation($0); sub(/^ */, "", headText) }
-        { continued = $0 !~ /[;{}]$/ && $0 !~ /^ *(#|\/\/|$)/ && $0 !~ /:$/ }
+        { continued = $0 !~ /[;{}]$/ && $0 !~ /^ *(#|\/\/|\/\*|\*|$)/ && $0 !~ /:$/ }
         /\)[^;]*\{$/ || (/\{$/ && head < FNR) {
-            if (headText !~ /^(template <[^>]*> *)?(\} )?(if|for|while|switch|else|do|try|catch|namespace|struct|class|enum|union)[ ({]/) {
+            if (headText !~ /^(template <[^>]*> *)?(\} )?(if|for|while|switch|else|do|try|catch|namespace|typedef|struct|class|enum|union)[ ({]/) {
                 ++depth; from[depth] = head; indent[depth] = headIndent; name[depth] = headText
             }
         }

@@ -37,7 +37,7 @@ MainController::MainController(Environment& environment)
       connection_(environment.halden, *links_),
       authorization_(environment.platform, connection_, outlets_.authorizationView,
                      outlets_.directoryEditorView, *links_),
-      networkLocations_(*links_), rootUser_(*links_), servicesList_(itemContext(environment), *links_),
+      networkLocations_(environment.platform, *links_), rootUser_(*links_), servicesList_(itemContext(environment), *links_),
       servicesTable_(servicesList_, {outlets_.selectPlugIn, outlets_.configPlugIn}, *links_),
       modifiedState_(servicesList_, environment.platform, environment.toolkit,
                      {outlets_.window, outlets_.applyButton, outlets_.progressBar, outlets_.selectPlugIn},
@@ -289,6 +289,9 @@ void MainController::setIPAddress(const std::string& address) { connection_.setI
 void MainController::disconnect() { connection_.disconnect(); }
 
 // The machine
+util::Array MainController::networkSets() { return networkLocations_.networkSets(); }
+util::Dictionary MainController::currentNetworkSet() { return networkLocations_.currentNetworkSet(); }
+std::string MainController::hostName() { return networkLocations_.hostName(); }
 std::optional<std::string> MainController::osVersion() { return networkLocations_.osVersion(); }
 bool MainController::legacyDS() { return networkLocations_.legacyDS(); }
 

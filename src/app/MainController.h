@@ -144,6 +144,9 @@ public:
     void disconnect();
 
     // The machine
+    [[nodiscard]] util::Array networkSets();
+    [[nodiscard]] util::Dictionary currentNetworkSet();
+    [[nodiscard]] std::string hostName();
     [[nodiscard]] std::optional<std::string> osVersion();
     [[nodiscard]] bool legacyDS();
 

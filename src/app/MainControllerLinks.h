@@ -64,9 +64,51 @@ public:
     std::shared_ptr<directory::HaldenNodeConfig> openedConfigNode() override {
         return c_.connection_.openedConfigNode();
     }
+    std::string ipAddress() override { return c_.connection_.ipAddress().value_or(""); }
     std::shared_ptr<halden::Node> localHaldenNode() override { return c_.localHaldenNode(); }
 
     // plugins::PluginAPIImplementor
+    std::shared_ptr<platform::Authorization> authorization() override { return c_.authorization(); }
+    platform::AuthorizationRef authorizationRef() override { return c_.authorizationRef(); }
+    util::Array networkSets() override { return c_.networkSets(); }
+    util::Dictionary currentNetworkSet() override { return c_.currentNetworkSet(); }
+    std::string hostName() override { return c_.hostName(); }
+    void reloadSearchPolicies() override { c_.reloadSearchPolicies(); }
+    bool isNodeOnAuthSearchPolicy(const std::string& name) override {
+        return c_.isNodeOnAuthSearchPolicy(name);
+    }
+    bool isNodeOnContactsSearchPolicy(const std::string& name) override {
+        return c_.isNodeOnContactsSearchPolicy(name);
+    }
+    void addNodeToAuthSearchPolicy(const std::string& name) override { c_.addNodeToAuthSearchPolicy(name); }
+    void addNodeToContactsSearchPolicy(const std::string& name) override {
+        c_.addNodeToContactsSearchPolicy(name);
+    }
+    void deleteNodeFromAuthSearchPolicy(const std::string& name) override {
+        c_.deleteNodeFromAuthSearchPolicy(name);
+    }
+    void deleteNodeFromContactsSearchPolicy(const std::string& name) override {
+        c_.deleteNodeFromContactsSearchPolicy(name);
+    }
+    void deleteNodesFromAuthSearchPolicyWithPrefix(const std::string& prefix) override {
+        c_.deleteNodesFromAuthSearchPolicyWithPrefix(prefix);
+    }
+    void deleteNodesFromContactsSearchPolicyWithPrefix(const std::string& prefix) override {
+        c_.deleteNodesFromContactsSearchPolicyWithPrefix(prefix);
+    }
+    void nodeNameChanged(const std::optional<std::string>& from,
+                         const std::optional<std::string>& to) override {
+        c_.nodeNameChanged(from, to);
+    }
+    std::optional<std::string> pluginVersionWithPrefix(const std::string& prefix) override {
+        return c_.pluginVersionWithPrefix(prefix);
+    }
+    std::optional<std::string> osVersion() override { return c_.osVersion(); }
+    const platform::LocalizedStrings& strings() override { return c_.environment_.platform.strings; }
+    const platform::PropertyListCodec& propertyLists() override {
+        return c_.environment_.platform.propertyLists;
+    }
+    void beep() override { c_.environment_.toolkit.application().beep(); }
     bool isPluginEnabled(const std::string& prefix) override { return c_.isPluginEnabled(prefix); }
     void setPluginEnabled(const std::string& prefix, bool enabled) override {
         c_.setPluginEnabled(prefix, enabled);

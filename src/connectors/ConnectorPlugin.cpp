@@ -9,6 +9,7 @@
 #include <memory>
 #include <optional>
 
+#include "sdk/Host.h"
 #include "sdk/PluginWrapper.h"
 
 namespace {
@@ -82,7 +83,7 @@ private:
 /// Keeps the user's wish until the changes are saved; the host writes it then.
 class ConnectorPlugin {
 public:
-    void setPluginAPIImplementor(const CorvaneHost& host) { host_ = &host; }
+    void setPluginAPIImplementor(const CorvaneHost& host) { host_ = corvane::sdk::Host(host); }
     bool canConfigure() { return true; }
     bool isEnabledForLocation(const char* /*location*/) { return wanted_.value_or(isEnabled()); }
     bool isDirty() { return wanted_ && *wanted_ != isEnabled(); }
@@ -95,7 +96,7 @@ public:
         dialog_->open();
     }
     bool saveChanges() {
-        if (isDirty()) host_->setPluginEnabled(host_->context, connectorName, *wanted_ ? 1 : 0);
+        if (isDirty()) host_.setPluginEnabled(connectorName, *wanted_);
         wanted_.reset();
         return true;
     }
@@ -107,13 +108,11 @@ public:
 private:
     void wish(bool enabled) {
         wanted_ = enabled;
-        if (isDirty()) host_->markDirty(host_->context);
+        if (isDirty()) host_.markDirty();
     }
-    [[nodiscard]] bool isEnabled() const {
-        return host_->isPluginEnabled(host_->context, connectorName) != 0;
-    }
+    [[nodiscard]] bool isEnabled() const { return host_.isPluginEnabled(connectorName); }
 
-    const CorvaneHost* host_ = nullptr;
+    corvane::sdk::Host host_;
     std::optional<bool> wanted_;
     std::unique_ptr<ConnectorDialog> dialog_;
 };

@@ -36,7 +36,7 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
       settingsFile_(settings.settingsFile.isEmpty() ? qt::SettingsFile(log).path() : settings.settingsFile,
                     log),
       application_(application, guard_), toolkit_(application_, guard_), runLoop_(guard_),
-      defaults_(settingsFile_), bundles_(settings.files.plugIns, log),
+      defaults_(settingsFile_), bundles_(settings.files.plugIns, log), networkFiles_(settings.machineFolder),
       engine_(openEngine(settings, codec_, log)), framework_(engine_), authorizationService_(engine_),
       dynamicStore_(engine_,
                     [this](std::function<void()> work) {
@@ -44,8 +44,9 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
                             &postContext_, [this, work = std::move(work)] { guard_.run("a change", work); },
                             Qt::QueuedConnection);
                     }),
-      platform_{runLoop_,      defaults_, workspace_, strings_,       authorizationService_,
-                dynamicStore_, codec_,    bundles_,   notifications_, log},
+      platform_{
+          runLoop_, defaults_,     workspace_,     strings_, authorizationService_, dynamicStore_, codec_,
+          bundles_, networkFiles_, notifications_, log},
       window_(application_, authorizationService_, settingsFile_, guard_),
       interfaces_(window_, toolkit_, strings_, settingsFile_, guard_), environment_{platform_, toolkit_,
                                                                                     framework_, interfaces_},

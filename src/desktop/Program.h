@@ -11,6 +11,7 @@
 #include "haldend/EmbeddedDynamicStore.h"
 #include "haldend/EmbeddedFramework.h"
 #include "haldend/SampleDirectory.h"
+#include "linux/NetworkFiles.h"
 #include "linux/SharedObjectLoader.h"
 #include "plist/PropertyListCodec.h"
 #include "qt/QtLocalizedStrings.h"
@@ -69,6 +70,7 @@ private:
     qt::QtLocalizedStrings strings_;
     plist::PropertyListCodec codec_;
     linux_::SharedObjectLoader bundles_;
+    linux_::NetworkFiles networkFiles_;
     util::NotificationCenter notifications_;
     std::shared_ptr<haldend::Engine> engine_;
     std::unique_ptr<haldend::SampleDirectory> sampleDirectory_;

@@ -45,8 +45,11 @@ std::optional<util::Bytes> customCallSendPropertyList(halden::Node& node, std::i
                                                       const platform::PropertyListCodec& codec,
                                                       const util::AuthorizationExternalForm& authorization,
                                                       halden::Error* error) {
-    const auto document = codec.xml(propertyList);
-    if (document) return customCall(node, code, document, authorization, error);
+    if (auto document = codec.xml(propertyList)) {
+        auto reply = customCall(node, code, document, authorization, error);
+        util::wipe(*document);
+        return reply;
+    }
     if (error != nullptr)
         *error = {halden::ErrorCode::parameter, "The request can't be written as a property list.",
                   "It holds a value that is neither text, number, date, data, array nor dictionary.", ""};

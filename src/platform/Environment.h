@@ -4,6 +4,7 @@
 #include "platform/Bundle.h"
 #include "platform/DynamicStore.h"
 #include "platform/LocalizedStrings.h"
+#include "platform/NetworkConfiguration.h"
 #include "platform/PropertyListCodec.h"
 #include "platform/RunLoop.h"
 #include "platform/UserDefaults.h"
@@ -24,6 +25,7 @@ struct Environment {
     DynamicStore& dynamicStore;
     PropertyListCodec& propertyLists;
     BundleLoader& bundles;
+    NetworkConfiguration& networkConfiguration;
     util::NotificationCenter& notifications;
     util::ProcessLog& log;
 };

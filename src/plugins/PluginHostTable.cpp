@@ -3,15 +3,44 @@
 #include <algorithm>
 #include <exception>
 
+#include "plugins/HostObject.h"
+
 namespace corvane::plugins {
 namespace {
 
 std::string textOrNone(const char* text) { return text == nullptr ? "" : text; }
+std::optional<std::string> optionalText(const char* text) {
+    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
+}
+CorvaneObject* reference(const std::optional<std::string>& text) {
+    return text ? newReference(util::String(*text)) : nullptr;
+}
+
+/// A plug-in's action, behind its table.
+class TableAction final : public HaldenCAction {
+public:
+    explicit TableAction(const CorvaneAction& action) : action_(action) {}
+    void setAuth(std::shared_ptr<platform::Authorization> authorization) override {
+        auto* passed = newReference(std::move(authorization));
+        action_.setAuth(action_.self, passed);
+        hostObjectsTable().release(passed);
+    }
+    void setRemoteAuthExtForm(const util::AuthorizationExternalForm& form) override {
+        action_.setRemoteAuthExtForm(action_.self, form.bytes.data());
+    }
+    [[nodiscard]] static bool accepts(const CorvaneAction* action) {
+        return action != nullptr && action->size >= sizeof(CorvaneAction) && action->setAuth != nullptr &&
+               action->setRemoteAuthExtForm != nullptr;
+    }
+
+private:
+    const CorvaneAction& action_;
+};
 
 } // namespace
 
-/// Every entry has the same three steps: find the object behind the context, call it, and answer `otherwise`
-/// with a line in the log when the host itself fails.
+/// Every entry has the same steps: find the object behind the context, see that the caller is on its thread,
+/// call it, and answer `otherwise` with a line in the log when the host itself fails.
 struct PluginHostTable::Entry {
     static PluginHostTable& at(void* context) { return *static_cast<PluginHostTable*>(context); }
 
@@ -19,11 +48,25 @@ struct PluginHostTable::Entry {
     static Result run(void* context, Result otherwise, Body body) noexcept {
         auto& self = at(context);
         try {
-            return body(*self.implementor_);
+            if (self.thread_ == std::this_thread::get_id()) return body(*self.implementor_);
+            self.implementor_->log("plug-in " + self.pluginName_ +
+                                   " called from another thread than the main one, and was refused");
         } catch (const std::exception& failure) {
             self.implementor_->log("call of plug-in " + self.pluginName_ + " failed: " + failure.what());
         }
         return otherwise;
+    }
+    template <typename Body>
+    static CorvaneObject* get(void* context, Body body) noexcept {
+        return run<CorvaneObject*>(context, nullptr, body);
+    }
+    template <typename Body>
+    static int8_t ask(void* context, Body body) noexcept {
+        return run(context, int8_t{0}, [&](PluginAPIImplementor& api) { return int8_t{body(api)}; });
+    }
+    template <typename Body>
+    static void tell(void* context, Body body) noexcept {
+        run(context, 0, [&](PluginAPIImplementor& api) { return body(api), 0; });
     }
 };
 
@@ -32,37 +75,52 @@ PluginHostTable::PluginHostTable(std::shared_ptr<PluginAPIImplementor> implement
     table_.size = sizeof table_;
     table_.version = CORVANE_PLUGIN_VERSION;
     table_.context = this;
+    table_.objects = &hostObjectsTable();
+    table_.directory = &hostDirectoryTable();
+    table_.formatters = &hostFormattersTable();
     fillMessages();
     fillAuthorization();
+    fillDirectory();
+    fillMachine();
+    fillFormatters();
+    fillPolicyQuestions();
+    fillPolicyChanges();
     fillEnabledState();
+    fillVersions();
 }
 
 void PluginHostTable::fillMessages() {
     table_.log = [](void* context, const char* line) {
-        Entry::run(context, 0, [&](PluginAPIImplementor& api) {
-            return api.log(Entry::at(context).pluginName_ + ": " + textOrNone(line)), 0;
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            api.log(Entry::at(context).pluginName_ + ": " + textOrNone(line));
         });
     };
     table_.pluginFailed = [](void* context, const char* operation, const char* reason) {
-        Entry::run(context, 0, [&](PluginAPIImplementor& api) {
-            return api.pluginFailed(Entry::at(context).pluginName_, textOrNone(operation),
-                                    textOrNone(reason)),
-                   0;
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            api.pluginFailed(Entry::at(context).pluginName_, textOrNone(operation), textOrNone(reason));
         });
     };
-    table_.markDirty = [](void* context) {
-        Entry::run(context, 0, [](PluginAPIImplementor& api) { return api.markDirty(), 0; });
+    table_.markDirty = [](void* context, void* sender) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) { api.markDirty(sender); });
+    };
+    table_.propertyListFromData = [](void* context, const CorvaneObject* data, CorvaneObject** error) {
+        return Entry::get(context, [&](PluginAPIImplementor& api) {
+            std::string reason;
+            const auto octets = valueOf(data).as<util::Data>();
+            const auto value = api.propertyLists().parse(octets.bytes(), &reason);
+            if (value.isNull())
+                report({halden::ErrorCode::parameter, "The data is no property list.", reason, ""}, error);
+            return newReference(value);
+        });
     };
 }
 
 void PluginHostTable::fillAuthorization() {
-    table_.isRemote = [](void* context) {
-        return Entry::run(context, int8_t{0},
-                          [](PluginAPIImplementor& api) { return int8_t{api.isRemote()}; });
+    table_.preflightDSRef = [](void* context) {
+        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.preflightDSRef(); });
     };
     table_.preflightAuthRights = [](void* context) {
-        return Entry::run(context, int8_t{0},
-                          [](PluginAPIImplementor& api) { return int8_t{api.preflightAuthRights()}; });
+        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.preflightAuthRights(); });
     };
     table_.makeAuthExternalForm = [](void* context, uint8_t* octets) {
         return Entry::run(context, int32_t{-1}, [&](PluginAPIImplementor& api) {
@@ -72,23 +130,168 @@ void PluginHostTable::fillAuthorization() {
             return status;
         });
     };
+    table_.setAuthorizationForHaldenCAction = [](void* context, const CorvaneAction* action) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            if (!TableAction::accepts(action))
+                return api.log("plug-in " + Entry::at(context).pluginName_ +
+                               " passed an action that can't take an authorization");
+            TableAction wrapped(*action);
+            api.setAuthorizationForHaldenCAction(wrapped);
+        });
+    };
+    table_.authorization = [](void* context) {
+        return Entry::get(context,
+                          [](PluginAPIImplementor& api) { return newReference(api.authorization()); });
+    };
+    table_.authorizationRef = [](void* context) {
+        return Entry::run(context, uint64_t{0},
+                          [](PluginAPIImplementor& api) { return uint64_t{api.authorizationRef()}; });
+    };
+}
+
+void PluginHostTable::fillDirectory() {
+    table_.haldenSession = [](void* context) {
+        return Entry::get(context, [](PluginAPIImplementor& api) {
+            return newReference(HostSession{api.haldenSession(), &api.propertyLists()});
+        });
+    };
+    table_.haldenConfigNode = [](void* context) {
+        return Entry::get(context, [](PluginAPIImplementor& api) {
+            return newReference(HostNode{api.haldenConfigNode(), &api.propertyLists()});
+        });
+    };
+    table_.dsRef = [](void* context) {
+        return Entry::run(context, uint32_t{0}, [](PluginAPIImplementor& api) { return api.dsRef(); });
+    };
+    table_.configureNodeRef = [](void* context) {
+        return Entry::run(context, uint32_t{0},
+                          [](PluginAPIImplementor& api) { return api.configureNodeRef(); });
+    };
+    table_.isRemote = [](void* context) {
+        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.isRemote(); });
+    };
+}
+
+void PluginHostTable::fillMachine() {
+    table_.networkSets = [](void* context) {
+        return Entry::get(context, [](PluginAPIImplementor& api) { return newReference(api.networkSets()); });
+    };
+    table_.currentNetworkSet = [](void* context) {
+        return Entry::get(context,
+                          [](PluginAPIImplementor& api) { return newReference(api.currentNetworkSet()); });
+    };
+    table_.hostName = [](void* context) {
+        return Entry::get(
+            context, [](PluginAPIImplementor& api) { return newReference(util::String(api.hostName())); });
+    };
+}
+
+void PluginHostTable::fillFormatters() {
+    table_.numberFormatEnforcer = [](void* context) {
+        return Entry::get(context, [](PluginAPIImplementor& api) {
+            return newReference(std::shared_ptr<toolkit::Formatter>(api.numberFormatEnforcer()));
+        });
+    };
+    table_.ipv4AddressFormatter = [](void* context) {
+        return Entry::get(context, [](PluginAPIImplementor& api) {
+            return newReference(std::shared_ptr<toolkit::Formatter>(api.ipv4AddressFormatter()));
+        });
+    };
+    table_.validCharacterFormatter = [](void* context, const char* characters) {
+        return Entry::get(context, [&](PluginAPIImplementor& api) {
+            auto set = std::make_shared<const util::CharacterSet>(
+                util::CharacterSet::charactersOf(textOrNone(characters)));
+            return newReference(std::shared_ptr<toolkit::Formatter>(api.validCharacterFormatter(set)));
+        });
+    };
+}
+
+void PluginHostTable::fillPolicyQuestions() {
+    table_.reloadSearchPolicies = [](void* context) {
+        Entry::tell(context, [](PluginAPIImplementor& api) { api.reloadSearchPolicies(); });
+    };
+    table_.saveSearchPolicies = [](void* context) {
+        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.saveSearchPolicies(); });
+    };
+    table_.isNodeOnAuthSearchPolicy = [](void* context, const char* nodeName) {
+        return Entry::ask(context, [&](PluginAPIImplementor& api) {
+            return api.isNodeOnAuthSearchPolicy(textOrNone(nodeName));
+        });
+    };
+    table_.isNodeOnContactsSearchPolicy = [](void* context, const char* nodeName) {
+        return Entry::ask(context, [&](PluginAPIImplementor& api) {
+            return api.isNodeOnContactsSearchPolicy(textOrNone(nodeName));
+        });
+    };
+}
+
+// A null name or prefix changes nothing: an empty prefix would fit every node.
+void PluginHostTable::fillPolicyChanges() {
+    table_.addNodeToAuthSearchPolicy = [](void* context, const char* nodeName) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            if (nodeName != nullptr) api.addNodeToAuthSearchPolicy(nodeName);
+        });
+    };
+    table_.addNodeToContactsSearchPolicy = [](void* context, const char* nodeName) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            if (nodeName != nullptr) api.addNodeToContactsSearchPolicy(nodeName);
+        });
+    };
+    table_.deleteNodeFromAuthSearchPolicy = [](void* context, const char* nodeName) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            if (nodeName != nullptr) api.deleteNodeFromAuthSearchPolicy(nodeName);
+        });
+    };
+    table_.deleteNodeFromContactsSearchPolicy = [](void* context, const char* nodeName) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            if (nodeName != nullptr) api.deleteNodeFromContactsSearchPolicy(nodeName);
+        });
+    };
+    table_.deleteNodesFromAuthSearchPolicyWithPrefix = [](void* context, const char* prefix) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            if (prefix != nullptr) api.deleteNodesFromAuthSearchPolicyWithPrefix(prefix);
+        });
+    };
+    table_.deleteNodesFromContactsSearchPolicyWithPrefix = [](void* context, const char* prefix) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            if (prefix != nullptr) api.deleteNodesFromContactsSearchPolicyWithPrefix(prefix);
+        });
+    };
+    table_.nodeNameChanged = [](void* context, const char* from, const char* to) {
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            api.nodeNameChanged(optionalText(from), optionalText(to));
+        });
+    };
 }
 
 void PluginHostTable::fillEnabledState() {
     table_.pluginEnableStateChanged = [](void* context, const char* name, int8_t enabled) {
-        Entry::run(context, 0, [&](PluginAPIImplementor& api) {
-            return api.pluginEnableStateChanged(textOrNone(name), enabled != 0), 0;
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            api.pluginEnableStateChanged(textOrNone(name), enabled != 0);
         });
     };
     table_.isPluginEnabled = [](void* context, const char* prefix) {
-        return Entry::run(context, int8_t{0}, [&](PluginAPIImplementor& api) {
-            return int8_t{api.isPluginEnabled(textOrNone(prefix))};
-        });
+        return Entry::ask(context,
+                          [&](PluginAPIImplementor& api) { return api.isPluginEnabled(textOrNone(prefix)); });
     };
     table_.setPluginEnabled = [](void* context, const char* prefix, int8_t enabled) {
-        Entry::run(context, 0, [&](PluginAPIImplementor& api) {
-            return api.setPluginEnabled(textOrNone(prefix), enabled != 0), 0;
+        Entry::tell(context, [&](PluginAPIImplementor& api) {
+            api.setPluginEnabled(textOrNone(prefix), enabled != 0);
         });
+    };
+}
+
+void PluginHostTable::fillVersions() {
+    table_.pluginVersionWithPrefix = [](void* context, const char* prefix) {
+        return Entry::get(context, [&](PluginAPIImplementor& api) {
+            return reference(api.pluginVersionWithPrefix(textOrNone(prefix)));
+        });
+    };
+    table_.osVersion = [](void* context) {
+        return Entry::get(context, [](PluginAPIImplementor& api) { return reference(api.osVersion()); });
+    };
+    table_.legacyDS = [](void* context) {
+        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.legacyDS(); });
     };
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 #include <string>
+#include <thread>
 
 #include "plugins/PluginAPIImplementor.h"
 #include "sdk/PluginTable.h"
@@ -9,7 +10,8 @@
 namespace corvane::plugins {
 
 /// The host interface in the form that crosses the module boundary: one table per plug-in object, so that the
-/// host knows who is calling. Nothing that the host throws reaches the plug-in. Main thread.
+/// host knows who is calling. Nothing that the host throws reaches the plug-in, and a call from another
+/// thread than the one that made the table is refused and logged. Main thread.
 class PluginHostTable {
 public:
     PluginHostTable(std::shared_ptr<PluginAPIImplementor> implementor, std::string pluginName);
@@ -22,11 +24,18 @@ private:
     struct Entry;
     void fillMessages();
     void fillAuthorization();
+    void fillDirectory();
+    void fillMachine();
+    void fillFormatters();
+    void fillPolicyQuestions();
+    void fillPolicyChanges();
     void fillEnabledState();
+    void fillVersions();
 
     CorvaneHost table_{};
     std::shared_ptr<PluginAPIImplementor> implementor_;
     std::string pluginName_;
+    std::thread::id thread_ = std::this_thread::get_id();
 };
 
 } // namespace corvane::plugins

@@ -4,14 +4,19 @@
  *
  * A plug-in is a shared object named NAME.cvplug that exports one function, CORVANE_PLUGIN_SYMBOL, of the
  * type CorvanePluginFactory. NAME is the connector that it configures. Rules that hold for every entry:
- *  - Everything is called on the main thread, and plug-ins call the host on the main thread only.
+ *  - Everything is called on the main thread, and plug-ins call the host on the main thread only; a call from
+ * another thread is refused with a line in the log.
  *  - An entry that is null, or lies beyond `size`, isn't implemented; the host then applies its default.
  *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8, end with a NUL and are borrowed
  * for the length of the call; a text that a plug-in returns stays valid until its next call.
  *  - No exception may leave an entry.
+ *  - Tables only grow at their end. A plug-in looks at `size` before it calls an entry that its oldest host
+ * may lack.
  */
 
-#include <stdint.h>
+#include "Directory.h"
+#include "Formatters.h"
+#include "Objects.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -20,27 +25,109 @@ extern "C" {
 #define CORVANE_PLUGIN_VERSION 1
 #define CORVANE_PLUGIN_SYMBOL "corvane_plugin"
 
-/* What the host offers a plug-in. Lives as long as the plug-in object that it was given to. */
+/* An object of the plug-in's that will run something against the directory service and must be told with
+ * which authorization. Both setters are required. */
+typedef struct CorvaneAction {
+    uint32_t size; /* of this table in octets */
+    void* self;    /* handed back as the first argument of both */
+    /* This machine is configured: `authorization` is borrowed for the length of the call; retain it to keep
+     * it. */
+    void (*setAuth)(void* self, CorvaneObject* authorization);
+    /* A remote server is configured: the form is borrowed for the length of the call, and is all zeros when
+     * it could not be made. */
+    void (*setRemoteAuthExtForm)(void* self, const uint8_t form[32]);
+} CorvaneAction;
+
+/* What the host offers a plug-in. Lives as long as the plug-in object that it was given to. The host keeps
+ * nothing for the plug-in: each answer is the present one, of the connection that the window has now. */
 typedef struct CorvaneHost {
     uint32_t size;    /* of this table in octets, as the host knows it */
     uint32_t version; /* CORVANE_PLUGIN_VERSION of the host */
     void* context;    /* handed back as the first argument of every entry */
 
-    /* Writes one line to the process log. */
+    const CorvaneObjects* objects;
+    const CorvaneDirectory* directory;
+    const CorvaneFormatters* formatters;
+
+    /* Writes one line to the process log, with the plug-in's name in front. Never a secret. */
     void (*log)(void* context, const char* line);
     /* Tells the host that an operation of the plug-in failed unexpectedly; the host shows it to the user. */
     void (*pluginFailed)(void* context, const char* operation, const char* reason);
+
+    /* The value that data holds as a property list, XML or binary; null when it holds none, and `error`,
+     * unless it is null, receives a dictionary as in Directory.h that says where and why. Arrays and
+     * dictionaries that come so can't be changed. */
+    CorvaneObject* (*propertyListFromData)(void* context, const CorvaneObject* data, CorvaneObject** error);
+
+    /* True when the directory service can be reached through the present connection; otherwise the user has
+     * been told. */
+    int8_t (*preflightDSRef)(void* context);
+    /* Makes sure that the user holds the configuration rights, asking for them if needed. */
+    int8_t (*preflightAuthRights)(void* context);
+    /* Fills in the 32-octet external form of the present authorization. 0 on success; otherwise the form is
+     * worth nothing. A form is as good as a password: overwrite it after use. */
+    int32_t (*makeAuthExternalForm)(void* context, uint8_t form[32]);
+    /* Hands the right kind of authorization to an action, by one of its two setters. */
+    void (*setAuthorizationForHaldenCAction)(void* context, const CorvaneAction* action);
+    /* The session with the directory service. Null when there is none. */
+    CorvaneObject* (*haldenSession)(void* context);
+    /* Kept for plug-ins of an older directory interface, which this host doesn't have: always 0. */
+    uint32_t (*dsRef)(void* context);
+    /* The user's authorization on this machine. Null when the authorization service can't be reached. */
+    CorvaneObject* (*authorization)(void* context);
+    /* The authorization service's own name for it; 0 for none. */
+    uint64_t (*authorizationRef)(void* context);
+    /* The directory service's configuration node. Null when the service can't be reached. */
+    CorvaneObject* (*haldenConfigNode)(void* context);
+    /* As dsRef: always 0. */
+    uint32_t (*configureNodeRef)(void* context);
+    /* The network locations of the machine that is configured: an array of dictionaries of the strings
+     * "name", "id" and "path". A location without a name gives an empty dictionary, one without an identifier
+     * a dictionary with a name alone. */
+    CorvaneObject* (*networkSets)(void* context);
+    /* The present network location; null when there is none. */
+    CorvaneObject* (*currentNetworkSet)(void* context);
+    /* The host name of the machine that is configured, a string. */
+    CorvaneObject* (*hostName)(void* context);
+    /* A new formatter for unsigned whole numbers, without bounds. */
+    CorvaneObject* (*numberFormatEnforcer)(void* context);
+    /* A new formatter for addresses like 192.0.2.1, or nothing. */
+    CorvaneObject* (*ipv4AddressFormatter)(void* context);
+    /* A new formatter that lets nothing but the characters of this text be typed. */
+    CorvaneObject* (*validCharacterFormatter)(void* context, const char* characters);
     /* True while a remote server is configured. */
     int8_t (*isRemote)(void* context);
-    /* Makes sure that the user holds the configuration rights, asking if needed. */
-    int8_t (*preflightAuthRights)(void* context);
-    /* Fills in the 32-octet external form of the authorization; 0 on success. */
-    int32_t (*makeAuthExternalForm)(void* context, uint8_t form[32]);
-    /* Marks the window as edited and enables Apply. */
-    void (*markDirty)(void* context);
-    /* Tells that the plug-in changed its enabled state; the services list is shown anew. */
+    /* Tells that the plug-in changed its enabled state; the services table is shown anew, whatever the
+     * arguments say. */
     void (*pluginEnableStateChanged)(void* context, const char* name, int8_t enabled);
-    /* Enabled state of the connector with this prefix. */
+
+    /* The search policies: their lists as the window shows them, saved or not. Node names as in
+     * "/LDAP/ldap.example.com". Changes touch the lists alone; the user, or saveSearchPolicies, saves. */
+    /* Reads both policies again; what was not saved is gone. */
+    void (*reloadSearchPolicies)(void* context);
+    /* Writes the policies that have changed. False when that failed; the user has been told. */
+    int8_t (*saveSearchPolicies)(void* context);
+    int8_t (*isNodeOnAuthSearchPolicy)(void* context, const char* nodeName);
+    int8_t (*isNodeOnContactsSearchPolicy)(void* context, const char* nodeName);
+    void (*addNodeToAuthSearchPolicy)(void* context, const char* nodeName);
+    void (*addNodeToContactsSearchPolicy)(void* context, const char* nodeName);
+    void (*deleteNodeFromAuthSearchPolicy)(void* context, const char* nodeName);
+    void (*deleteNodeFromContactsSearchPolicy)(void* context, const char* nodeName);
+    /* All nodes whose names begin with the text. */
+    void (*deleteNodesFromAuthSearchPolicyWithPrefix)(void* context, const char* prefix);
+    void (*deleteNodesFromContactsSearchPolicyWithPrefix)(void* context, const char* prefix);
+    /* A node is called something else from now on; it keeps its places. A null name is no change. */
+    void (*nodeNameChanged)(void* context, const char* from, const char* to);
+
+    /* Marks the window as edited and enables Apply. `sender` may be null, and is ignored. */
+    void (*markDirty)(void* context, void* sender);
+    /* The version text of the connector with this prefix, a string; null when there is no such connector. */
+    CorvaneObject* (*pluginVersionWithPrefix)(void* context, const char* prefix);
+    /* The version of the system that is configured, a string; null when it isn't known (yet). */
+    CorvaneObject* (*osVersion)(void* context);
+    /* That version is unknown or older than 10.7. */
+    int8_t (*legacyDS)(void* context);
+    /* Enabled state of the connector with this prefix, as the user wishes it. */
     int8_t (*isPluginEnabled)(void* context, const char* prefix);
     /* Changes the enabled state of the connector with this prefix and writes it at once. */
     void (*setPluginEnabled)(void* context, const char* prefix, int8_t enabled);

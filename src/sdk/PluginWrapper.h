@@ -6,7 +6,7 @@
 #include <string_view>
 #include <type_traits>
 
-#include "sdk/PluginTable.h"
+#include "PluginTable.h"
 
 /// Makes a function table out of a plain C++ class by looking at what it has. A method with the right name
 /// and the wrong signature fails to compile; exceptions stay inside and are told to the host.

@@ -32,6 +32,8 @@ private:
 class DataObject final : public Object {
 public:
     DataObject(Bytes bytes, bool isMutable) : Object(isMutable), bytes_(std::move(bytes)) {}
+    /// Passwords travel as data: nothing of them stays behind in the memory.
+    ~DataObject() override { wipe(bytes_); }
     [[nodiscard]] Kind kind() const override { return Kind::Data; }
     [[nodiscard]] bool equals(const Object& other) const override {
         return bytes_ == static_cast<const DataObject&>(other).bytes_;
@@ -49,6 +51,7 @@ public:
     [[nodiscard]] const Bytes& bytes() const { return bytes_; }
     void setBytes(Bytes bytes) {
         requireMutable();
+        wipe(bytes_);
         bytes_ = std::move(bytes);
     }
 

@@ -48,7 +48,7 @@ public:
     [[nodiscard]] double secondsSinceEpoch() const;
 };
 
-/// Raw octets.
+/// Raw octets. They are overwritten when the last reference goes.
 class Data : public HandleOf<Kind::Data> {
 public:
     using HandleOf::HandleOf;

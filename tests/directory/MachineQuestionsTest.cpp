@@ -4,6 +4,7 @@
 #include "directory/NetworkLocations.h"
 #include "directory/RootUser.h"
 #include "fakes/FakeDirectory.h"
+#include "fakes/FakePlatform.h"
 
 using namespace corvane;
 namespace attribute = halden::attribute;
@@ -12,6 +13,12 @@ namespace {
 
 struct MachineQuestions : testing::Test, directory::NetworkLocations::Needs, directory::RootUser::Needs {
     std::shared_ptr<directory::HaldenNodeConfig> openedConfigNode() override { return opened; }
+    bool isRemote() override { return remote; }
+    std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override {
+        if (!opened && reachable) openConfigNode();
+        return opened;
+    }
+    std::string ipAddress() override { return "192.0.2.7"; }
     std::shared_ptr<halden::Node> localHaldenNode() override {
         return session->nodeWithType(halden::NodeType::localNodes, nullptr);
     }
@@ -32,9 +39,12 @@ struct MachineQuestions : testing::Test, directory::NetworkLocations::Needs, dir
     fakes::Journal journal;
     std::shared_ptr<fakes::FakeSession> session = std::make_shared<fakes::FakeSession>(journal);
     std::shared_ptr<directory::HaldenNodeConfig> opened;
-    directory::NetworkLocations locations{*this};
+    fakes::FakePlatform platform{journal};
+    directory::NetworkLocations locations{platform.environment, *this};
     directory::RootUser root{*this};
     bool noPassword = true;
+    bool remote = false;
+    bool reachable = true;
 };
 
 void addRecord(fakes::FakeNodeState& node, std::string_view type, const std::string& name) {

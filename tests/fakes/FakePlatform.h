@@ -197,6 +197,32 @@ private:
     };
 };
 
+/// Locations as a test sets them; the names of those who have asked are kept.
+class FakeNetworkConfiguration final : public platform::NetworkConfiguration {
+public:
+    [[nodiscard]] std::unique_ptr<platform::NetworkPreferences>
+    create(const std::string& clientName) override {
+        clients.push_back(clientName);
+        return std::make_unique<Preferences>(*this);
+    }
+    [[nodiscard]] std::string hostName() override { return host; }
+
+    std::vector<platform::NetworkSet> sets;
+    std::optional<platform::NetworkSet> current;
+    std::string host = "this-machine";
+    std::vector<std::string> clients;
+
+private:
+    struct Preferences final : platform::NetworkPreferences {
+        explicit Preferences(FakeNetworkConfiguration& from) : configuration(from) {}
+        [[nodiscard]] std::vector<platform::NetworkSet> allSets() override { return configuration.sets; }
+        [[nodiscard]] std::optional<platform::NetworkSet> currentSet() override {
+            return configuration.current;
+        }
+        FakeNetworkConfiguration& configuration;
+    };
+};
+
 /// A whole machine of fakes.
 struct FakePlatform {
     explicit FakePlatform(Journal& journal) : authorizationService(journal) {}
@@ -208,11 +234,12 @@ struct FakePlatform {
     FakeDynamicStore dynamicStore;
     FakePropertyListCodec propertyLists;
     FakeBundleLoader bundles;
+    FakeNetworkConfiguration network;
     util::NotificationCenter notifications;
     FakeLog log;
-    platform::Environment environment{
-        runLoop,      userDefaults,  workspace, strings,       authorizationService,
-        dynamicStore, propertyLists, bundles,   notifications, log};
+    platform::Environment environment{runLoop,      userDefaults,  workspace, strings, authorizationService,
+                                      dynamicStore, propertyLists, bundles,   network, notifications,
+                                      log};
 };
 
 } // namespace corvane::fakes

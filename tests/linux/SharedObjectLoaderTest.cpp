@@ -86,8 +86,9 @@ struct RealPlugins : testing::Test {
     }();
     linux_::SharedObjectLoader loader{modules + "built-in/", fake.log};
     platform::Environment environment{
-        fake.runLoop,      fake.userDefaults,  fake.workspace, fake.strings,       fake.authorizationService,
-        fake.dynamicStore, fake.propertyLists, loader,         fake.notifications, fake.log};
+        fake.runLoop,      fake.userDefaults,  fake.workspace, fake.strings, fake.authorizationService,
+        fake.dynamicStore, fake.propertyLists, loader,         fake.network, fake.notifications,
+        fake.log};
     plugins::PluginController controller{environment};
 };
 

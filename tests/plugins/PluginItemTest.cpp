@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/FakeHost.h"
 #include "fakes/FakeProgram.h"
 #include "fakes/RecordingPlugin.h"
 
@@ -9,33 +10,6 @@ using namespace corvane;
 using Recording = fakes::RecordingPlugin<0>;
 
 namespace {
-
-/// The program behind the host interface.
-struct FakeHost final : plugins::PluginAPIImplementor::Host {
-    bool isRemote() override { return remote; }
-    bool preflightAuthRights() override { return true; }
-    std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form) override {
-        form.bytes.fill(0x42);
-        return formStatus;
-    }
-    std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override { return configNode; }
-    void setPluginModified(bool modified) override { done.push_back(modified ? "modified" : "clean"); }
-    void reloadPluginTable() override { done.emplace_back("reload"); }
-    bool isPluginEnabled(const std::string& prefix) override { return prefix == "LDAP"; }
-    void setPluginEnabled(const std::string& prefix, bool enabled) override {
-        done.push_back("set " + prefix + (enabled ? " on" : " off"));
-    }
-    void pluginFailed(const std::string& plugin, const std::string& operation,
-                      const std::string& reason) override {
-        done.push_back("failed " + plugin + " " + operation + ": " + reason);
-    }
-    void log(const std::string& line) override { done.push_back("log " + line); }
-
-    bool remote = false;
-    std::int32_t formStatus = 0;
-    std::shared_ptr<directory::HaldenNodeConfig> configNode;
-    std::vector<std::string> done;
-};
 
 struct Item : testing::Test {
     Item() {
@@ -64,7 +38,7 @@ struct Item : testing::Test {
     fakes::FakeFramework framework{journal};
     fakes::FakeWindow window{journal, "window"};
     fakes::FakeButton button{journal, "button", &window};
-    FakeHost host;
+    fakes::FakeHost host;
     plugins::PluginController controller{platform.environment};
     util::Dictionary description = util::Dictionary::makeMutable({{"PlugInLoaded", "Active"},
                                                                   {"UserSetLoaded", "Active"},
@@ -273,22 +247,4 @@ TEST_F(Item, thrownException_staysInsideAndIsReported) {
     Recording::script().throwsIn = "saveChanges";
     EXPECT_FALSE(item->saveChanges());
     EXPECT_EQ(host.done, std::vector<std::string>{"failed LDAP saveChanges: the plug-in is out of order"});
-}
-
-TEST_F(Item, hostTable_reachesTheProgram) {
-    useRecordingPlugin();
-    const auto item = make();
-    const auto& table = *Recording::script().host;
-    EXPECT_EQ(table.size, sizeof(CorvaneHost));
-    table.markDirty(table.context);
-    table.pluginEnableStateChanged(table.context, "whatever", 1);
-    table.setPluginEnabled(table.context, "BSD", 0);
-    table.log(table.context, "hello");
-    EXPECT_EQ(host.done, (std::vector<std::string>{"modified", "reload", "set BSD off", "log LDAP: hello"}));
-    EXPECT_TRUE(table.isPluginEnabled(table.context, "LDAP"));
-    EXPECT_FALSE(table.isRemote(table.context));
-    EXPECT_TRUE(table.preflightAuthRights(table.context));
-    std::uint8_t form[32] = {};
-    EXPECT_EQ(table.makeAuthExternalForm(table.context, form), 0);
-    EXPECT_EQ(form[31], 0x42);
 }

@@ -237,7 +237,7 @@ TEST_F(ModifiedState, refreshTable_reloadsTheTwoNodeTablesAlone) {
 
 TEST_F(ModifiedState, markDirtyOfAPlugin_marksTheWindow) {
     const auto& host = *Second::script().host;
-    host.markDirty(host.context);
+    host.markDirty(host.context, nullptr);
     EXPECT_TRUE(edited() && applyEnabled());
 }
 

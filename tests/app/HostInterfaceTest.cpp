@@ -1,0 +1,89 @@
+#include <gtest/gtest.h>
+
+#include "fakes/FakeProgram.h"
+#include "fakes/RecordingPlugin.h"
+#include "sdk/Host.h"
+
+using namespace corvane;
+using Recording = fakes::RecordingPlugin<0>;
+
+namespace {
+
+/// The program with a plug-in, its window not shown yet.
+struct HostOfAPlugin : testing::Test {
+    HostOfAPlugin() {
+        Recording::script() = {};
+        program.addPlugin("LDAP", Recording::factory());
+        plugins::PluginController::sharedInstance(program.platform.environment).loadPlugins();
+        program.framework.session->config().details.set(halden::attribute::operatingSystemVersion,
+                                                        util::Array{"12"});
+        program.controller().buildDSConfigPaneData();
+        host = sdk::Host(*Recording::script().host);
+    }
+    fakes::FakeProgram program;
+    sdk::Host host;
+};
+
+} // namespace
+
+TEST_F(HostOfAPlugin, everyOperation_worksBeforeTheWindowWasShown) {
+    ASSERT_FALSE(program.interface.window.isVisible());
+    EXPECT_TRUE(host.preflightDSRef());
+    // The lock control comes with the window: until then there is nobody to hold rights.
+    EXPECT_FALSE(host.preflightAuthRights());
+    sdk::AuthorizationForm form;
+    EXPECT_NE(host.makeAuthExternalForm(form), 0);
+    EXPECT_FALSE(host.authorization());
+    EXPECT_EQ(host.authorizationRef(), 0U);
+    EXPECT_EQ(host.haldenSession().kind(), CORVANE_SESSION);
+    EXPECT_EQ(host.haldenConfigNode().kind(), CORVANE_NODE);
+    EXPECT_EQ(host.networkSets().kind(), CORVANE_ARRAY);
+    EXPECT_FALSE(host.currentNetworkSet());
+    EXPECT_EQ(host.hostName(), "this-machine");
+    EXPECT_FALSE(host.isRemote());
+    EXPECT_EQ(host.osVersion(), "12");
+    EXPECT_FALSE(host.legacyDS());
+    host.pluginEnableStateChanged("anything", true);
+    host.reloadSearchPolicies();
+    EXPECT_FALSE(host.saveSearchPolicies());
+}
+
+TEST_F(HostOfAPlugin, authorization_isThereWithTheWindow) {
+    program.launchUnlocked();
+    host = sdk::Host(*Recording::script().host);
+    sdk::AuthorizationForm form;
+    EXPECT_TRUE(host.preflightAuthRights());
+    EXPECT_EQ(host.makeAuthExternalForm(form), 0);
+    EXPECT_EQ(host.authorization().kind(), CORVANE_AUTHORIZATION);
+    EXPECT_NE(host.authorizationRef(), 0U);
+    EXPECT_TRUE(host.saveSearchPolicies());
+}
+
+TEST_F(HostOfAPlugin, policies_areEditedBeforeTheWindowWasShown) {
+    EXPECT_FALSE(host.isNodeOnAuthSearchPolicy("/LDAP/new"));
+    host.addNodeToAuthSearchPolicy("/LDAP/new");
+    host.addNodeToContactsSearchPolicy("/LDAP/new");
+    EXPECT_TRUE(host.isNodeOnAuthSearchPolicy("/LDAP/new"));
+    EXPECT_TRUE(host.isNodeOnContactsSearchPolicy("/LDAP/new"));
+    host.nodeNameChanged("/LDAP/new", "/LDAP/newer");
+    EXPECT_TRUE(host.isNodeOnAuthSearchPolicy("/LDAP/newer"));
+    host.deleteNodeFromAuthSearchPolicy("/LDAP/newer");
+    host.deleteNodesFromContactsSearchPolicyWithPrefix("/LDAP/new");
+    EXPECT_FALSE(host.isNodeOnAuthSearchPolicy("/LDAP/newer"));
+    EXPECT_FALSE(host.isNodeOnContactsSearchPolicy("/LDAP/newer"));
+}
+
+TEST_F(HostOfAPlugin, connectors_areAskedAboutBeforeTheWindowWasShown) {
+    EXPECT_TRUE(host.pluginVersionWithPrefix("LDAP"));
+    EXPECT_TRUE(host.isPluginEnabled("LDAP"));
+    host.setPluginEnabled("LDAP", false);
+    EXPECT_FALSE(host.isPluginEnabled("LDAP"));
+}
+
+TEST_F(HostOfAPlugin, markDirty_marksTheWindowAndEnablesApply) {
+    program.launchUnlocked();
+    EXPECT_FALSE(program.interface.applyButton.isEnabled());
+    sdk::Host(*Recording::script().host).markDirty();
+    EXPECT_TRUE(program.interface.window.isDocumentEdited());
+    EXPECT_TRUE(program.interface.applyButton.isEnabled());
+}
