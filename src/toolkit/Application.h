@@ -46,6 +46,8 @@ public:
     /// closed otherwise.
     [[nodiscard]] virtual int runModalForWindow(Window& window) = 0;
     virtual void stopModal(int code) = 0;
+    /// The system's sound for what can't be done.
+    virtual void beep() = 0;
     virtual void orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) = 0;
     /// Opens the help book of that name at an anchor.
     virtual void openHelpAnchor(std::string_view anchor, std::string_view book) = 0;
