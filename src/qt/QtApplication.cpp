@@ -123,8 +123,6 @@ int QtApplication::runModalForWindow(toolkit::Window& window) {
     return run.code;
 }
 
-void QtApplication::beep() { QApplication::beep(); }
-
 void QtApplication::stopModal(int code) {
     if (modal_.empty()) return;
     modal_.back()->code = code;

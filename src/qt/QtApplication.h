@@ -47,7 +47,7 @@ public:
     void terminate() override;
     [[nodiscard]] int runModalForWindow(toolkit::Window& window) override;
     void stopModal(int code) override;
-    void beep() override;
+    void beep() override { QApplication::beep(); }
     /// Options "NoticeStartYear" and "NoticeEndYear" are the years of the copyright notice.
     void orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) override;
     void openHelpAnchor(std::string_view anchor, std::string_view book) override;

@@ -46,7 +46,7 @@ public:
     /// closed otherwise.
     [[nodiscard]] virtual int runModalForWindow(Window& window) = 0;
     virtual void stopModal(int code) = 0;
-    /// The system's sound for something that can't be done.
+    /// The system's sound for what can't be done.
     virtual void beep() = 0;
     virtual void orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) = 0;
     /// Opens the help book of that name at an anchor.

@@ -1,8 +1,10 @@
 #pragma once
 
+#include <memory>
 #include <string>
 #include <string_view>
 
+#include "toolkit/Formatter.h"
 #include "toolkit/View.h"
 
 namespace corvane::toolkit {
@@ -30,7 +32,14 @@ class TextField : public Control {
 public:
     /// Lets the action run after each keystroke, and no longer for the return key.
     virtual void setSendsActionWhileTyping(bool sends) = 0;
+    /// Judges what the user types from here on; null takes the formatter away. The edit is committed by the
+    /// return key and when the keyboard goes elsewhere: a refused text stays to be repaired, with the reason
+    /// shown beside the field until the text is acceptable again, and the action doesn't run.
+    virtual void setFormatter(std::shared_ptr<Formatter> formatter) = 0;
+    /// Taken as it is; no formatter is asked.
     virtual void setStringValue(std::string_view text) = 0;
+    /// With a formatter the text of the value that was accepted last, after committing what is being typed. A
+    /// field whose action runs while typing answers what is typed.
     [[nodiscard]] virtual std::string stringValue() const = 0;
 };
 

@@ -4,6 +4,7 @@
 
 #include "fakes/Journal.h"
 #include "toolkit/Controls.h"
+#include "util/CharacterSet.h"
 
 namespace corvane::fakes {
 
@@ -113,16 +114,58 @@ class FakeTextField final : public FakeControlOf<toolkit::TextField> {
 public:
     using FakeControlOf::FakeControlOf;
     void setSendsActionWhileTyping(bool sends) override { note(sends ? "sendsWhileTyping" : "sendsAtEnd"); }
-    void setStringValue(std::string_view text) override { text_ = text; }
-    [[nodiscard]] std::string stringValue() const override { return text_; }
-
-    void type(const std::string& text) {
-        text_ = text;
-        perform();
+    void setFormatter(std::shared_ptr<toolkit::Formatter> formatter) override {
+        formatter_ = std::move(formatter);
     }
+    void setStringValue(std::string_view text) override {
+        shown_ = value_ = text;
+        description_.clear();
+    }
+    [[nodiscard]] std::string stringValue() const override { return value_; }
+
+    /// The user replaces the text, character by character, and ends the edit with the return key.
+    void type(const std::string& text) {
+        enter(text);
+        if (commit()) perform();
+    }
+    /// The same, but the keyboard goes elsewhere instead.
+    void typeAndLeave(const std::string& text) {
+        enter(text);
+        (void)commit();
+    }
+    [[nodiscard]] const std::string& shownText() const { return shown_; }
+    /// Why the text is refused, as it stands beside the field; "" when it isn't.
+    [[nodiscard]] const std::string& shownDescription() const { return description_; }
 
 private:
-    std::string text_;
+    void enter(std::string_view text) {
+        if (!formatter_) return void(shown_ = text);
+        std::string typed;
+        while (!text.empty()) {
+            auto rest = text;
+            (void)util::takeCharacter(rest);
+            auto proposed = typed + std::string(text.substr(0, text.size() - rest.size()));
+            text = rest;
+            toolkit::TextRange selection;
+            // The first key that is taken replaces the old text.
+            if (formatter_->isPartialEditValid(proposed, selection, shown_, {}, nullptr))
+                shown_ = typed = proposed;
+        }
+    }
+    bool commit() {
+        util::Value value;
+        std::string description;
+        const bool good = !formatter_ || formatter_->getObjectValueForString(&value, shown_, &description);
+        description_ = description;
+        if (good && formatter_) shown_ = formatter_->stringForObjectValue(value).value_or(shown_);
+        if (good) value_ = shown_;
+        return good;
+    }
+
+    std::shared_ptr<toolkit::Formatter> formatter_;
+    std::string shown_;
+    std::string value_;
+    std::string description_;
 };
 
 class FakeProgressIndicator final : public FakeViewOf<toolkit::ProgressIndicator> {

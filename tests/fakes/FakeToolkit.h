@@ -47,6 +47,7 @@ public:
     [[nodiscard]] int runModalForWindow(toolkit::Window& /*window*/) override { return 0; }
     void beep() override { journal_.add("application.beep"); }
     void stopModal(int code) override { journal_.add("application.stopModal " + std::to_string(code)); }
+    void beep() override { journal_.add("application.beep"); }
     void orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) override {
         aboutOptions = options;
         journal_.add("application.aboutPanel");

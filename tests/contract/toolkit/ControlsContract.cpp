@@ -139,6 +139,77 @@ TEST_F(TextFieldContract, SettingTheTextRunsNoAction) {
     EXPECT_EQ(runs_, 0);
 }
 
+/// Room numbers: digits are typed, the thirteenth room isn't there, and rooms have three digits.
+class RoomFormatter final : public toolkit::Formatter {
+public:
+    std::optional<std::string> stringForObjectValue(const util::Value& value) const override {
+        const auto digits = value.description();
+        return std::string(digits.size() < 3 ? 3 - digits.size() : 0, '0') + digits;
+    }
+    bool getObjectValueForString(util::Value* objectValue, std::optional<std::string_view> string,
+                                 std::string* errorDescription) override {
+        if (string == "13") *errorDescription = "There is no such room.";
+        if (string == "13") return false;
+        *objectValue = *string;
+        return true;
+    }
+    bool isPartialStringValid(std::string_view partialString, std::optional<std::string>*,
+                              std::string*) override {
+        return partialString.find_first_not_of("0123456789") == std::string_view::npos;
+    }
+};
+
+TEST_F(TextFieldContract, AFormatterKeepsRefusedKeysOutAndShowsTheValueInItsWay) {
+    auto& field = driver_->textField();
+    field.setFormatter(std::make_shared<RoomFormatter>());
+    std::string seen;
+    field.setAction([&](toolkit::Control&) { seen = field.stringValue(); });
+    EXPECT_TRUE(driver_->type(field, "a4-2b"));
+    EXPECT_EQ(seen, "042");
+    EXPECT_EQ(driver_->shownText(field), "042");
+    EXPECT_EQ(driver_->shownDescription(field), "");
+}
+
+TEST_F(TextFieldContract, ARefusedTextStaysWithItsReasonAndTheValueStaysToo) {
+    auto& field = driver_->textField();
+    field.setFormatter(std::make_shared<RoomFormatter>());
+    field.setStringValue("007");
+    field.setAction(counting());
+    driver_->type(field, "13");
+    EXPECT_EQ(runs_, 0);
+    EXPECT_EQ(driver_->shownText(field), "13");
+    EXPECT_EQ(driver_->shownDescription(field), "There is no such room.");
+    EXPECT_EQ(field.stringValue(), "007");
+    driver_->type(field, "14");
+    EXPECT_EQ(runs_, 1);
+    EXPECT_EQ(field.stringValue(), "014");
+    EXPECT_EQ(driver_->shownDescription(field), "");
+}
+
+TEST_F(TextFieldContract, LeavingTheFieldEndsTheEditWithoutTheAction) {
+    auto& field = driver_->textField();
+    field.setFormatter(std::make_shared<RoomFormatter>());
+    field.setAction(counting());
+    driver_->typeAndLeave(field, "5");
+    EXPECT_EQ(field.stringValue(), "005");
+    driver_->typeAndLeave(field, "13");
+    EXPECT_EQ(field.stringValue(), "005");
+    EXPECT_EQ(driver_->shownDescription(field), "There is no such room.");
+    EXPECT_EQ(runs_, 0);
+}
+
+TEST_F(TextFieldContract, WhatTheProgramSetsIsTakenAsItIsAndClearsTheReason) {
+    auto& field = driver_->textField();
+    field.setFormatter(std::make_shared<RoomFormatter>());
+    driver_->type(field, "13");
+    field.setStringValue("none");
+    EXPECT_EQ(field.stringValue(), "none");
+    EXPECT_EQ(driver_->shownDescription(field), "");
+    field.setFormatter(nullptr);
+    EXPECT_TRUE(driver_->type(field, "any text"));
+    EXPECT_EQ(field.stringValue(), "any text");
+}
+
 TEST_F(ProgressIndicatorContract, KeepsItsKindWhileItRunsAndStops) {
     auto& bar = driver_->progressIndicator();
     bar.setUsesThreadedAnimation(true);

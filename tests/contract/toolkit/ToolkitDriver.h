@@ -37,6 +37,12 @@ public:
     virtual bool choose(toolkit::PopUpButton& popUp, int index) = 0;
     /// Replaces the text and ends the edit with the return key.
     virtual bool type(toolkit::TextField& field, const std::string& text) = 0;
+    /// Replaces the text and takes the keyboard elsewhere.
+    virtual void typeAndLeave(toolkit::TextField& field, const std::string& text) = 0;
+    /// What stands in the field, accepted or not.
+    [[nodiscard]] virtual std::string shownText(toolkit::TextField& field) = 0;
+    /// What stands beside the field about a refused text; "" for nothing.
+    [[nodiscard]] virtual std::string shownDescription(toolkit::TextField& field) = 0;
     virtual bool clickRow(toolkit::TableView& table, int row, bool extending = false) = 0;
     virtual void doubleClickRow(toolkit::TableView& table, int row) = 0;
     /// Clicks the check box in column "On".

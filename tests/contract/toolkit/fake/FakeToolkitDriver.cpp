@@ -39,6 +39,15 @@ public:
     bool type(toolkit::TextField& field, const std::string& text) override {
         return operates(field, [&] { static_cast<FakeTextField&>(field).type(text); });
     }
+    void typeAndLeave(toolkit::TextField& field, const std::string& text) override {
+        static_cast<FakeTextField&>(field).typeAndLeave(text);
+    }
+    std::string shownText(toolkit::TextField& field) override {
+        return static_cast<FakeTextField&>(field).shownText();
+    }
+    std::string shownDescription(toolkit::TextField& field) override {
+        return static_cast<FakeTextField&>(field).shownDescription();
+    }
     bool clickRow(toolkit::TableView& table, int row, bool extending) override {
         return static_cast<FakeTableView&>(table).clickRow(row, extending);
     }

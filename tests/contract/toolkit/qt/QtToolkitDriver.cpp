@@ -96,11 +96,22 @@ public:
     bool type(toolkit::TextField& field, const std::string& text) override {
         auto& edit = static_cast<QLineEdit&>(static_cast<qt::QtTextField&>(field).widget());
         if (!operable(edit)) return false;
-        clickAt(edit, edit.rect().center());
-        QTest::keyClick(&edit, Qt::Key_A, Qt::ControlModifier);
-        QTest::keyClicks(&edit, qt::fromUtf8(text));
+        replaceText(edit, text);
         QTest::keyClick(&edit, Qt::Key_Return);
         return true;
+    }
+    void typeAndLeave(toolkit::TextField& field, const std::string& text) override {
+        auto& edit = static_cast<QLineEdit&>(static_cast<qt::QtTextField&>(field).widget());
+        replaceText(edit, text);
+        QTest::keyClick(&edit, Qt::Key_Tab);
+        EXPECT_FALSE(edit.hasFocus());
+    }
+    std::string shownText(toolkit::TextField& field) override {
+        return qt::toUtf8(static_cast<QLineEdit&>(static_cast<qt::QtTextField&>(field).widget()).text());
+    }
+    std::string shownDescription(toolkit::TextField& field) override {
+        const auto* formatting = static_cast<qt::QtTextField&>(field).formatting();
+        return formatting ? qt::toUtf8(formatting->shownDescription()) : "";
     }
 
     bool clickRow(toolkit::TableView& table, int row, bool extending) override {
@@ -166,6 +177,11 @@ private:
     static void clickAt(QWidget& widget, QPoint where, Qt::KeyboardModifiers keys = Qt::NoModifier) {
         settle();
         QTest::mouseClick(&widget, Qt::LeftButton, keys, where);
+    }
+    static void replaceText(QLineEdit& edit, const std::string& text) {
+        clickAt(edit, edit.rect().center());
+        QTest::keyClick(&edit, Qt::Key_A, Qt::ControlModifier);
+        QTest::keyClicks(&edit, qt::fromUtf8(text));
     }
     static qt::TableWidget& treeOf(toolkit::TableView& table) {
         return static_cast<qt::TableWidget&>(static_cast<qt::QtTableView&>(table).widget());
