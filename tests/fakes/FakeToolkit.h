@@ -45,7 +45,6 @@ public:
         if (!shouldTerminate || shouldTerminate()) journal_.add("application.terminate");
     }
     [[nodiscard]] int runModalForWindow(toolkit::Window& /*window*/) override { return 0; }
-    void beep() override { journal_.add("application.beep"); }
     void stopModal(int code) override { journal_.add("application.stopModal " + std::to_string(code)); }
     void beep() override { journal_.add("application.beep"); }
     void orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) override {
