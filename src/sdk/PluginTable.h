@@ -24,6 +24,12 @@ extern "C" {
 
 #define CORVANE_PLUGIN_VERSION 1
 #define CORVANE_PLUGIN_SYMBOL "corvane_plugin"
+/* In front of the factory's definition, so that the module exports it whatever it hides otherwise. */
+#ifdef __cplusplus
+#define CORVANE_EXPORT extern "C" __attribute__((visibility("default")))
+#else
+#define CORVANE_EXPORT __attribute__((visibility("default")))
+#endif
 
 /* An object of the plug-in's that will run something against the directory service and must be told with
  * which authorization. Both setters are required. */

@@ -252,6 +252,4 @@ const CorvanePlugin* tableFor() noexcept {
 
 /// Exports `Class` as the plug-in of this module. Once per module, at file scope.
 #define CORVANE_PLUGIN(Class)                                                                                \
-    extern "C" __attribute__((visibility("default"))) const CorvanePlugin* corvane_plugin() {                \
-        return corvane::sdk::tableFor<Class>();                                                              \
-    }
+    CORVANE_EXPORT const CorvanePlugin* corvane_plugin() { return corvane::sdk::tableFor<Class>(); }
