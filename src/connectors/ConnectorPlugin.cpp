@@ -29,11 +29,8 @@ Texts textsOf(const QString& connector) {
     if (connector == "BSD")
         return {"The machine’s own files: passwd, group and their kin.",
                 "It can’t be switched off: the system’s own accounts stand in these files.", false};
-    if (connector == "AD")
-        return {"Users and groups of a domain that this machine has joined.",
-                "Switched off, its domains are no longer asked. Their settings are kept.", true};
-    return {"Users and groups of LDAP servers, one directory for each server that is configured.",
-            "Switched off, its servers are no longer asked. Their settings are kept.", true};
+    return {"Users and groups of a domain that this machine has joined.",
+            "Switched off, its domains are no longer asked. Their settings are kept.", true};
 }
 
 QLabel* paragraph(const char* text, QWidget& parent) {

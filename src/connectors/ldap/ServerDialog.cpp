@@ -1,0 +1,351 @@
+#include "connectors/ldap/ServerDialog.h"
+
+#include <QComboBox>
+#include <QDialogButtonBox>
+#include <QFileDialog>
+#include <QFormLayout>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QLineEdit>
+#include <QPlainTextEdit>
+#include <QPushButton>
+#include <QSpinBox>
+#include <QToolButton>
+#include <QVBoxLayout>
+
+#include "connectors/ldap/CheckDialog.h"
+#include "connectors/ldap/Widgets.h"
+#include "sdk/LdapServerCalls.h"
+
+namespace corvane::connectors::ldap {
+namespace {
+
+namespace security = sdk::ldap::security;
+namespace schema = sdk::ldap::schema;
+
+constexpr int pollInterval = 120; // milliseconds
+constexpr int longestTimeout = 120;
+
+void addChoice(QComboBox& box, const QString& title, const char* value) {
+    box.addItem(title, QString(value));
+}
+
+void choose(QComboBox& box, const std::string& value) {
+    box.setCurrentIndex(std::max(0, box.findData(text(value))));
+}
+
+std::string chosen(const QComboBox& box) { return box.currentData().toString().toStdString(); }
+
+QSpinBox* secondsField(const char* name, QWidget& parent) {
+    auto* field = new QSpinBox(&parent);
+    field->setObjectName(name);
+    field->setRange(1, longestTimeout);
+    field->setSuffix(" seconds");
+    return field;
+}
+
+} // namespace
+
+ServerDialog::ServerDialog(const sdk::Host& host, const ServerList& list, const Server& server,
+                           std::size_t index, QWidget* parent)
+    : QDialog(parent), host_(host), list_(list), original_(server), index_(index) {
+    setObjectName("serverDialog");
+    setWindowTitle(server.savedName.empty() ? "New LDAP Server" : text(server.title()));
+    setWindowModality(Qt::WindowModal);
+    build();
+    fill();
+    basesTimer_.setInterval(pollInterval);
+    connect(&basesTimer_, &QTimer::timeout, this, &ServerDialog::pollBases);
+}
+
+ServerDialog::~ServerDialog() = default;
+
+void ServerDialog::build() {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 20, 24, 16);
+    layout->setSpacing(14);
+    layout->addWidget(heading(windowTitle(), *this));
+    layout->addLayout(serverFields());
+    layout->addLayout(directoryFields());
+    layout->addWidget(more_ = new QToolButton(this));
+    layout->addWidget(moreBox_ = moreFields());
+    more_->setObjectName("more");
+    more_->setText("&More settings");
+    more_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    more_->setAutoRaise(true);
+    more_->setCheckable(true);
+    connect(more_, &QToolButton::toggled, this, &ServerDialog::setMoreShown);
+    setMoreShown(false);
+    layout->addStretch();
+    problem_ = paragraph("", *this);
+    problem_->setObjectName("problem");
+    setAlarming(*problem_, true);
+    problem_->hide();
+    layout->addWidget(problem_);
+    layout->addWidget(buttonRow());
+}
+
+QFormLayout* ServerDialog::serverFields() {
+    auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    addresses_ = new QPlainTextEdit(this);
+    addresses_->setObjectName("addresses");
+    addresses_->setTabChangesFocus(true);
+    addresses_->setPlaceholderText("ldap.example.com");
+    addresses_->setFixedHeight(addresses_->fontMetrics().lineSpacing() * 3 + 14);
+    addresses_->setToolTip(
+        "One host name or address per line. They are asked in this order: the next one when "
+        "one doesn’t answer.");
+    form->addRow("&Servers, one per line:", addresses_);
+    security_ = new QComboBox(this);
+    security_->setObjectName("security");
+    addChoice(*security_, "StartTLS (recommended)", security::startTLS);
+    addChoice(*security_, "LDAPS", security::ldaps);
+    addChoice(*security_, "None: not encrypted", security::none);
+    form->addRow("&Encryption:", security_);
+    securityWarning_ = hint("", *this);
+    securityWarning_->setObjectName("securityWarning");
+    setAlarming(*securityWarning_, true);
+    form->addRow("", securityWarning_);
+    port_ = namedField("port", "", *this);
+    form->addRow("&Port:", port_);
+    caFile_ = namedField("caFile", "the system’s own authorities", *this);
+    caFile_->setToolTip("A file on the machine that is configured, with the certificates of the authorities "
+                        "that may sign the server’s.");
+    auto* browse = new QPushButton("Bro&wse…", this);
+    browse->setObjectName("browse");
+    browse->setEnabled(!host_.isRemote());
+    connect(browse, &QPushButton::clicked, this, &ServerDialog::browseForCaFile);
+    form->addRow("&CA certificates:", besideEachOther(caFile_, browse));
+    connect(security_, &QComboBox::currentIndexChanged, this, &ServerDialog::securityChanged);
+    return form;
+}
+
+QFormLayout* ServerDialog::directoryFields() {
+    auto* form = new QFormLayout;
+    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    baseDN_ = new QComboBox(this);
+    baseDN_->setObjectName("baseDN");
+    baseDN_->setEditable(true);
+    baseDN_->setInsertPolicy(QComboBox::NoInsert);
+    baseDN_->lineEdit()->setPlaceholderText("as the server says");
+    baseDN_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+    askBases_ = new QPushButton("As&k Server", this);
+    askBases_->setObjectName("askBases");
+    askBases_->setToolTip("Asks the server below which bases it keeps its entries.");
+    connect(askBases_, &QPushButton::clicked, this, &ServerDialog::askForBases);
+    form->addRow("Search &base:", besideEachOther(baseDN_, askBases_));
+    basesNote_ = hint("", *this);
+    basesNote_->setObjectName("basesNote");
+    basesNote_->hide();
+    form->addRow("", basesNote_);
+    bindDN_ = namedField("bindDN", "anonymous", *this);
+    connect(bindDN_, &QLineEdit::textChanged, this, &ServerDialog::bindNameChanged);
+    form->addRow("Sign in &as (DN):", bindDN_);
+    password_ = namedField("password", "", *this);
+    password_->setEchoMode(QLineEdit::Password);
+    form->addRow("Pass&word:", password_);
+    schema_ = new QComboBox(this);
+    schema_->setObjectName("schema");
+    addChoice(*schema_, "RFC 2307: groups name their members", schema::rfc2307);
+    addChoice(*schema_, "RFC 2307bis: groups point at their members", schema::rfc2307bis);
+    addChoice(*schema_, "Active Directory", schema::activeDirectory);
+    form->addRow("Sche&ma:", schema_);
+    return form;
+}
+
+QWidget* ServerDialog::moreFields() {
+    auto* box = new QWidget(this);
+    auto* form = new QFormLayout(box);
+    form->setContentsMargins(16, 0, 0, 0);
+    name_ = namedField("name", "made of the first server’s name", *box);
+    name_->setToolTip("How the machine’s own configuration calls this server.");
+    form->addRow("&Name in the configuration:", name_);
+    connectTimeout_ = secondsField("connectTimeout", *box);
+    form->addRow("Wait for a &connection:", connectTimeout_);
+    searchTimeout_ = secondsField("searchTimeout", *box);
+    form->addRow("Wait for an &answer:", searchTimeout_);
+    return box;
+}
+
+QWidget* ServerDialog::buttonRow() {
+    auto* buttons = new QDialogButtonBox(QDialogButtonBox::Ok | QDialogButtonBox::Cancel, this);
+    auto* test = buttons->addButton("&Test…", QDialogButtonBox::ActionRole);
+    test->setObjectName("test");
+    buttons->button(QDialogButtonBox::Ok)->setObjectName("serverOk");
+    buttons->button(QDialogButtonBox::Cancel)->setObjectName("serverCancel");
+    connect(test, &QPushButton::clicked, this, &ServerDialog::test);
+    connect(buttons, &QDialogButtonBox::accepted, this, &ServerDialog::accept);
+    connect(buttons, &QDialogButtonBox::rejected, this, &ServerDialog::reject);
+    return buttons;
+}
+
+QWidget* ServerDialog::besideEachOther(QWidget* field, QWidget* button) {
+    auto* row = new QWidget(this);
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(field, 1);
+    layout->addWidget(button);
+    row->setFocusProxy(field);
+    return row;
+}
+
+void ServerDialog::fill() {
+    QStringList lines;
+    for (const auto& address : original_.addresses)
+        lines << text(address);
+    addresses_->setPlainText(lines.join('\n'));
+    choose(*security_, original_.security);
+    port_->setText(original_.port == 0 ? "" : QString::number(original_.port));
+    caFile_->setText(text(original_.caFile));
+    baseDN_->setEditText(text(original_.baseDN));
+    bindDN_->setText(text(original_.bindDN));
+    if (original_.password) password_->setText(text(*original_.password));
+    choose(*schema_, original_.schema);
+    name_->setText(text(original_.name));
+    connectTimeout_->setValue(original_.connectTimeout);
+    searchTimeout_->setValue(original_.searchTimeout);
+    securityChanged();
+    bindNameChanged();
+    addresses_->setFocus();
+}
+
+void ServerDialog::securityChanged() {
+    const auto mode = chosen(*security_);
+    port_->setPlaceholderText(mode == security::ldaps ? "636" : "389");
+    caFile_->parentWidget()->setEnabled(mode != security::none);
+    securityWarning_->setText(
+        mode == security::none ? "Everybody on the network can read and change what the server says. Users "
+                                 "are found, but nobody can log in: passwords aren’t sent unprotected."
+                               : "");
+    securityWarning_->setVisible(mode == security::none);
+}
+
+void ServerDialog::bindNameChanged() {
+    const bool binds = !bindDN_->text().trimmed().isEmpty();
+    password_->setEnabled(binds);
+    password_->setPlaceholderText(binds && original_.hasPassword ? "saved; never shown" : "");
+}
+
+void ServerDialog::setMoreShown(bool shown) {
+    more_->setArrowType(shown ? Qt::DownArrow : Qt::RightArrow);
+    moreBox_->setVisible(shown);
+    if (!shown) adjustSize();
+}
+
+void ServerDialog::browseForCaFile() {
+    const auto path = QFileDialog::getOpenFileName(this, "CA Certificates", "/etc/ssl/certs",
+                                                   "Certificates (*.pem *.crt *.cer);;All files (*)");
+    if (!path.isEmpty()) caFile_->setText(path);
+}
+
+std::vector<std::string> ServerDialog::typedAddresses() const {
+    std::vector<std::string> all;
+    for (const auto& line : addresses_->toPlainText().split('\n'))
+        if (!line.trimmed().isEmpty()) all.push_back(line.trimmed().toStdString());
+    return all;
+}
+
+std::string ServerDialog::typedPort() const { return port_->text().trimmed().toStdString(); }
+
+Server ServerDialog::server() const {
+    Server made = original_;
+    made.addresses = typedAddresses();
+    made.security = chosen(*security_);
+    made.port = port_->text().trimmed().toInt();
+    made.caFile = caFile_->text().trimmed().toStdString();
+    made.baseDN = baseDN_->currentText().trimmed().toStdString();
+    made.bindDN = bindDN_->text().trimmed().toStdString();
+    made.schema = chosen(*schema_);
+    made.connectTimeout = connectTimeout_->value();
+    made.searchTimeout = searchTimeout_->value();
+    made.name = name_->text().trimmed().toStdString();
+    if (made.name.empty()) made.name = list_.freeName(made.title());
+    if (made.bindDN.empty()) {
+        // Who signs in as nobody needs no password: a saved one goes with the name.
+        made.password = original_.hasPassword ? std::optional<std::string>("") : std::nullopt;
+    } else if (!password_->text().isEmpty()) {
+        made.password = password_->text().toStdString();
+    }
+    return made;
+}
+
+QString ServerDialog::complain(QWidget& field, const QString& about) {
+    if (moreBox_->isAncestorOf(&field)) more_->setChecked(true);
+    field.setFocus();
+    return about;
+}
+
+QString ServerDialog::problem() {
+    const auto now = server();
+    if (now.addresses.empty()) return complain(*addresses_, "Name at least one server.");
+    bool isNumber = true;
+    const int port = typedPort().empty() ? 0 : port_->text().trimmed().toInt(&isNumber);
+    if (!isNumber || port < 0 || port > 65535)
+        return complain(*port_, "The port is a number from 1 to 65535, or nothing for the usual one.");
+    if (!now.caFile.empty() && now.caFile.front() != '/')
+        return complain(*caFile_, "The CA certificates are a file’s full path, from “/” on.");
+    if (!now.bindDN.empty() && !now.hasPassword && !now.password)
+        return complain(*password_, "Signing in needs a password. Leave the DN empty to sign in as nobody.");
+    if (list_.isNameTaken(now.name, index_))
+        return complain(*name_, QString("Another server is called “%1” already.").arg(text(now.name)));
+    return "";
+}
+
+void ServerDialog::accept() {
+    const auto wrong = problem();
+    problem_->setText(wrong);
+    problem_->setVisible(!wrong.isEmpty());
+    if (wrong.isEmpty()) QDialog::accept();
+}
+
+void ServerDialog::test() {
+    const auto wrong = problem();
+    problem_->setText(wrong);
+    problem_->setVisible(!wrong.isEmpty());
+    if (!wrong.isEmpty()) return;
+    auto* dialog = new CheckDialog(host_, server(), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+void ServerDialog::askForBases() {
+    if (typedAddresses().empty()) return endOfBases("Name a server first.");
+    try {
+        bases_ = std::make_unique<ServerCheck>(host_, ServerCheck::Kind::bases, server(), "", "");
+        askBases_->setEnabled(false);
+        basesNote_->setText("Asking the server…");
+        basesNote_->show();
+        basesTimer_.start();
+    } catch (const sdk::CallError& error) {
+        endOfBases(QString::fromUtf8(error.what()) + " " + text(error.recovery()));
+    }
+}
+
+void ServerDialog::pollBases() {
+    try {
+        const auto& report = bases_->poll();
+        if (!report.finished) return;
+        if (report.failed)
+            return endOfBases(text(report.failure.cause) + " " + text(report.failure.nextStep));
+        const auto typed = baseDN_->currentText();
+        baseDN_->clear();
+        for (const auto& base : report.bases)
+            baseDN_->addItem(text(base));
+        baseDN_->setEditText(typed.isEmpty() ? text(report.defaultBase) : typed);
+        endOfBases(report.bases.empty() ? "The server doesn’t tell its bases. Ask who runs it."
+                                        : QString("The server has %1.").arg(text(report.bases.front())));
+    } catch (const sdk::CallError& error) {
+        endOfBases(QString::fromUtf8(error.what()) + " " + text(error.recovery()));
+    }
+}
+
+void ServerDialog::endOfBases(const QString& message) {
+    basesTimer_.stop();
+    bases_.reset();
+    askBases_->setEnabled(true);
+    basesNote_->setText(message);
+    basesNote_->show();
+}
+
+} // namespace corvane::connectors::ldap

@@ -1,0 +1,82 @@
+#pragma once
+
+#include <QDialog>
+#include <QTimer>
+#include <memory>
+
+#include "connectors/ldap/ServerCheck.h"
+#include "connectors/ldap/ServerList.h"
+
+class QCheckBox;
+class QComboBox;
+class QFormLayout;
+class QLabel;
+class QLineEdit;
+class QPlainTextEdit;
+class QPushButton;
+class QSpinBox;
+class QToolButton;
+
+namespace corvane::connectors::ldap {
+
+/// Edits one server. What it holds when it is accepted is `server()`; nothing is changed before. Main thread.
+class ServerDialog final : public QDialog {
+public:
+    /// `index` of the server in the list, `ServerList::none` for a new one; both outlive the dialogue.
+    ServerDialog(const sdk::Host& host, const ServerList& list, const Server& server, std::size_t index,
+                 QWidget* parent);
+    ~ServerDialog() override;
+    /// As the fields say now.
+    [[nodiscard]] Server server() const;
+
+    void accept() override;
+
+private:
+    void build();
+    [[nodiscard]] QFormLayout* serverFields();
+    [[nodiscard]] QFormLayout* directoryFields();
+    [[nodiscard]] QWidget* moreFields();
+    [[nodiscard]] QWidget* buttonRow();
+    [[nodiscard]] QWidget* besideEachOther(QWidget* field, QWidget* button);
+    void fill();
+    void securityChanged();
+    void bindNameChanged();
+    void setMoreShown(bool shown);
+    void browseForCaFile();
+    void askForBases();
+    void pollBases();
+    void endOfBases(const QString& message);
+    void test();
+    /// The first thing that is wrong, "" when nothing is; the field gets the keyboard.
+    [[nodiscard]] QString problem();
+    [[nodiscard]] QString complain(QWidget& field, const QString& about);
+    [[nodiscard]] std::vector<std::string> typedAddresses() const;
+    [[nodiscard]] std::string typedPort() const;
+
+    const sdk::Host& host_;
+    const ServerList& list_;
+    Server original_;
+    std::size_t index_;
+    std::unique_ptr<ServerCheck> bases_;
+    QTimer basesTimer_;
+
+    QPlainTextEdit* addresses_ = nullptr;
+    QComboBox* security_ = nullptr;
+    QLabel* securityWarning_ = nullptr;
+    QLineEdit* port_ = nullptr;
+    QLineEdit* caFile_ = nullptr;
+    QComboBox* baseDN_ = nullptr;
+    QPushButton* askBases_ = nullptr;
+    QLabel* basesNote_ = nullptr;
+    QLineEdit* bindDN_ = nullptr;
+    QLineEdit* password_ = nullptr;
+    QComboBox* schema_ = nullptr;
+    QToolButton* more_ = nullptr;
+    QWidget* moreBox_ = nullptr;
+    QLineEdit* name_ = nullptr;
+    QSpinBox* connectTimeout_ = nullptr;
+    QSpinBox* searchTimeout_ = nullptr;
+    QLabel* problem_ = nullptr;
+};
+
+} // namespace corvane::connectors::ldap

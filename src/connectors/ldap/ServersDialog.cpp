@@ -1,0 +1,179 @@
+#include "connectors/ldap/ServersDialog.h"
+
+#include <QCheckBox>
+#include <QDialogButtonBox>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPushButton>
+#include <QVBoxLayout>
+#include <algorithm>
+
+#include "connectors/ldap/CheckDialog.h"
+#include "connectors/ldap/ServerDialog.h"
+#include "connectors/ldap/ServerTable.h"
+#include "connectors/ldap/Widgets.h"
+
+namespace corvane::connectors::ldap {
+
+ServersDialog::ServersDialog(const sdk::Host& host, ServerList& list, bool isUsed, QWidget* parent)
+    : QDialog(parent), host_(host), list_(list), used_(isUsed) {
+    setObjectName("ldapServers");
+    setWindowTitle("LDAP Connector");
+    setWindowModality(Qt::WindowModal);
+    build();
+    reload(0);
+}
+
+bool ServersDialog::isUsed() const { return use_->isChecked(); }
+
+void ServersDialog::build() {
+    auto* layout = new QVBoxLayout(this);
+    layout->setContentsMargins(24, 20, 24, 16);
+    layout->setSpacing(12);
+    layout->addWidget(heading(windowTitle(), *this));
+    layout->addWidget(
+        paragraph("Users and groups of LDAP servers. Each server is one directory, which can be "
+                  "put on the search policies.",
+                  *this));
+    use_ = new QCheckBox("&Use this connector", this);
+    use_->setObjectName("useConnector");
+    use_->setChecked(used_);
+    use_->setToolTip("Switched off, its servers are no longer asked. Their settings are kept.");
+    layout->addWidget(use_);
+    auto* row = new QHBoxLayout;
+    servers_ = new ServerTable(this);
+    connect(servers_, &QListWidget::itemSelectionChanged, this, &ServersDialog::selectionChanged);
+    connect(servers_, &QListWidget::itemActivated, this, &ServersDialog::editServer);
+    row->addWidget(servers_, 1);
+    row->addWidget(buttonColumn());
+    layout->addLayout(row, 1);
+    layout->addWidget(
+        hint("What you change here is written when you choose Apply in the main window.", *this));
+    auto* buttons = new QDialogButtonBox(this);
+    auto* done = buttons->addButton("&Done", QDialogButtonBox::AcceptRole);
+    done->setObjectName("serversDone");
+    connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
+    layout->addWidget(buttons);
+    resize(560, 420);
+    servers_->setFocus();
+}
+
+QPushButton* ServersDialog::button(const QString& title, const char* name, void (ServersDialog::*action)()) {
+    auto* made = new QPushButton(title, this);
+    made->setObjectName(name);
+    made->setAutoDefault(false);
+    connect(made, &QPushButton::clicked, this, action);
+    return made;
+}
+
+QWidget* ServersDialog::buttonColumn() {
+    auto* column = new QWidget(this);
+    auto* layout = new QVBoxLayout(column);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(button("&Add…", "addServer", &ServersDialog::addServer));
+    layout->addWidget(edit_ = button("&Edit…", "editServer", &ServersDialog::editServer));
+    layout->addWidget(duplicate_ = button("D&uplicate", "duplicateServer", &ServersDialog::duplicateServer));
+    layout->addWidget(delete_ = button("De&lete", "deleteServer", &ServersDialog::deleteServers));
+    layout->addSpacing(12);
+    layout->addWidget(test_ = button("&Test…", "testServer", &ServersDialog::testServer));
+    layout->addStretch();
+    return column;
+}
+
+void ServersDialog::reload(std::size_t selected) {
+    servers_->clear();
+    for (const auto& server : list_.servers()) {
+        auto* item = new QListWidgetItem(text(server.title()), servers_);
+        item->setData(ServerTable::summaryRole, text(server.summary()));
+        item->setData(Qt::AccessibleTextRole, text(server.title() + ", " + server.summary()));
+    }
+    if (servers_->count() > 0)
+        servers_->setCurrentRow(
+            static_cast<int>(std::min<std::size_t>(selected, list_.servers().size() - 1)));
+    selectionChanged();
+}
+
+std::vector<std::size_t> ServersDialog::selection() const {
+    std::vector<std::size_t> rows;
+    for (const auto* item : servers_->selectedItems())
+        rows.push_back(static_cast<std::size_t>(servers_->row(item)));
+    std::ranges::sort(rows);
+    return rows;
+}
+
+void ServersDialog::selectionChanged() {
+    const auto count = selection().size();
+    edit_->setEnabled(count == 1);
+    duplicate_->setEnabled(count == 1);
+    test_->setEnabled(count == 1);
+    delete_->setEnabled(count > 0);
+}
+
+void ServersDialog::keyPressEvent(QKeyEvent* event) {
+    if (event->matches(QKeySequence::Delete) && servers_->hasFocus()) return deleteServers();
+    QDialog::keyPressEvent(event);
+}
+
+void ServersDialog::addServer() { edit(Server::fresh(), ServerList::none); }
+
+void ServersDialog::editServer() {
+    const auto rows = selection();
+    if (rows.size() == 1) edit(list_.servers().at(rows.front()), rows.front());
+}
+
+void ServersDialog::edit(const Server& server, std::size_t index) {
+    auto* dialog = new ServerDialog(host_, list_, server, index, this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    connect(dialog, &QDialog::accepted, this, [this, dialog, index] {
+        if (index != ServerList::none) list_.replace(index, dialog->server());
+        if (index == ServerList::none) list_.add(dialog->server());
+        reload(index);
+    });
+    dialog->open();
+}
+
+void ServersDialog::duplicateServer() {
+    const auto rows = selection();
+    if (rows.size() == 1) reload(list_.duplicate(rows.front()));
+}
+
+bool ServersDialog::mayDelete(const std::vector<std::size_t>& indexes) {
+    QStringList onPolicies;
+    for (const auto index : indexes) {
+        const auto& server = list_.servers().at(index);
+        if (server.node.empty()) continue;
+        if (host_.isNodeOnAuthSearchPolicy(server.node) || host_.isNodeOnContactsSearchPolicy(server.node))
+            onPolicies << text(server.title());
+    }
+    if (onPolicies.isEmpty()) return true;
+    QMessageBox box(QMessageBox::Warning, "Delete Servers",
+                    QString("%1 is on a search policy.").arg(onPolicies.join(", ")), QMessageBox::Cancel,
+                    this);
+    box.setInformativeText("With the server it leaves the policy, and its users can no longer log in, once "
+                           "you apply the change.");
+    auto* yes = box.addButton("Delete", QMessageBox::DestructiveRole);
+    yes->setObjectName("reallyDelete");
+    box.setDefaultButton(QMessageBox::Cancel);
+    box.exec();
+    return box.clickedButton() == yes;
+}
+
+void ServersDialog::deleteServers() {
+    const auto rows = selection();
+    if (rows.empty() || !mayDelete(rows)) return;
+    list_.removeAt(rows);
+    reload(rows.front());
+}
+
+void ServersDialog::testServer() {
+    const auto rows = selection();
+    if (rows.size() != 1) return;
+    auto* dialog = new CheckDialog(host_, list_.servers().at(rows.front()), this);
+    dialog->setAttribute(Qt::WA_DeleteOnClose);
+    dialog->open();
+}
+
+} // namespace corvane::connectors::ldap

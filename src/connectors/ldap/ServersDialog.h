@@ -1,0 +1,54 @@
+#pragma once
+
+#include <QDialog>
+
+#include "connectors/ldap/ServerList.h"
+
+class QCheckBox;
+class QLabel;
+class QListWidget;
+class QPushButton;
+
+namespace corvane::connectors::ldap {
+
+/// The list of configured servers, with what can be done to them. Changes are kept in the list until the
+/// user applies them in the main window. Main thread.
+class ServersDialog final : public QDialog {
+public:
+    /// `host` and `list` outlive the dialogue. `isUsed`: the connector's enabled state as the user wishes it.
+    ServersDialog(const sdk::Host& host, ServerList& list, bool isUsed, QWidget* parent);
+    /// The connector's enabled state as it is wished now.
+    [[nodiscard]] bool isUsed() const;
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override;
+
+private:
+    void build();
+    [[nodiscard]] QWidget* buttonColumn();
+    [[nodiscard]] QPushButton* button(const QString& title, const char* name,
+                                      void (ServersDialog::*action)());
+    void reload(std::size_t selected);
+    void selectionChanged();
+    [[nodiscard]] std::vector<std::size_t> selection() const;
+    void addServer();
+    void editServer();
+    void duplicateServer();
+    void deleteServers();
+    void testServer();
+    /// Opens the editor; what it ends with goes into the list. `index`: `ServerList::none` for a new server.
+    void edit(const Server& server, std::size_t index);
+    [[nodiscard]] bool mayDelete(const std::vector<std::size_t>& indexes);
+
+    const sdk::Host& host_;
+    ServerList& list_;
+    QCheckBox* use_ = nullptr;
+    QListWidget* servers_ = nullptr;
+    QPushButton* edit_ = nullptr;
+    QPushButton* duplicate_ = nullptr;
+    QPushButton* delete_ = nullptr;
+    QPushButton* test_ = nullptr;
+    bool used_;
+};
+
+} // namespace corvane::connectors::ldap

@@ -1,0 +1,63 @@
+#include "connectors/ldap/Widgets.h"
+
+#include <QLabel>
+#include <QLineEdit>
+#include <QMessageBox>
+
+namespace corvane::connectors::ldap {
+
+QLabel* heading(const QString& title, QWidget& parent) {
+    auto* label = new QLabel(title, &parent);
+    auto font = label->font();
+    font.setBold(true);
+    font.setPointSizeF(font.pointSizeF() * 1.15);
+    label->setFont(font);
+    label->setWordWrap(true);
+    return label;
+}
+
+QLabel* paragraph(const QString& content, QWidget& parent) {
+    auto* label = new QLabel(content, &parent);
+    label->setWordWrap(true);
+    label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    return label;
+}
+
+QLabel* hint(const QString& content, QWidget& parent) {
+    auto* label = paragraph(content, parent);
+    auto font = label->font();
+    font.setPointSizeF(font.pointSizeF() * 0.9);
+    label->setFont(font);
+    auto palette = label->palette();
+    palette.setColor(QPalette::WindowText, palette.color(QPalette::PlaceholderText));
+    label->setPalette(palette);
+    return label;
+}
+
+QLineEdit* namedField(const char* name, const QString& placeholder, QWidget& parent) {
+    auto* field = new QLineEdit(&parent);
+    field->setObjectName(name);
+    field->setPlaceholderText(placeholder);
+    field->setMinimumWidth(240);
+    return field;
+}
+
+void setAlarming(QLabel& label, bool alarming) {
+    auto palette = label.parentWidget()->palette();
+    if (alarming) {
+        const bool dark = palette.color(QPalette::Window).lightness() < 128;
+        palette.setColor(QPalette::WindowText, dark ? QColor("#ff8f85") : QColor("#b3261e"));
+    }
+    label.setPalette(palette);
+}
+
+void showError(QWidget* parent, const QString& title, const sdk::CallError& error) {
+    QMessageBox box(QMessageBox::Warning, title, QString::fromUtf8(error.what()), QMessageBox::Ok, parent);
+    QStringList details;
+    for (const auto& part : {error.reason(), error.recovery()})
+        if (!part.empty()) details << text(part);
+    box.setInformativeText(details.join("\n\n"));
+    box.exec();
+}
+
+} // namespace corvane::connectors::ldap

@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QString>
+
+#include "sdk/Object.h"
+
+class QLabel;
+class QLineEdit;
+class QWidget;
+
+/// Small pieces that the connector's windows share. Widgets belong to their parents.
+namespace corvane::connectors::ldap {
+
+[[nodiscard]] inline QString text(const std::string& utf8) { return QString::fromStdString(utf8); }
+
+/// A bold title at the top of a window.
+[[nodiscard]] QLabel* heading(const QString& title, QWidget& parent);
+/// Text that wraps.
+[[nodiscard]] QLabel* paragraph(const QString& content, QWidget& parent);
+/// The same, smaller and quieter: a hint below a field.
+[[nodiscard]] QLabel* hint(const QString& content, QWidget& parent);
+[[nodiscard]] QLineEdit* namedField(const char* name, const QString& placeholder, QWidget& parent);
+/// Whether a text stands in the colour of what went wrong.
+void setAlarming(QLabel& label, bool alarming);
+
+/// Shows what failed, why and what to try, and waits until the user has read it.
+void showError(QWidget* parent, const QString& title, const sdk::CallError& error);
+
+} // namespace corvane::connectors::ldap
