@@ -10,12 +10,15 @@
 
 namespace corvane::haldend {
 
-/// One `[domain/NAME]` section: a directory that SSSD can serve.
+/// One `[domain/NAME]` section: a directory that SSSD can serve. A password among its options is wiped when
+/// the object goes.
 struct SssdDomain {
     std::string name;
     std::map<std::string, std::string, std::less<>>
         options; ///< as SSSD reads them: the whole rest of the line
 
+    ~SssdDomain();
+    friend bool operator==(const SssdDomain&, const SssdDomain&) = default;
     /// The option's value, `fallback` when it isn't set.
     [[nodiscard]] std::string option(std::string_view key, std::string_view fallback = "") const;
 };
