@@ -4,6 +4,8 @@
 
 #include "haldend/AccountFiles.h"
 #include "haldend/Failure.h"
+#include "haldend/LdapServers.h"
+#include "sdk/LdapServerCalls.h"
 
 namespace corvane::haldend {
 namespace {
@@ -104,7 +106,16 @@ std::vector<std::string> ConfigNode::subnodes() {
     return names;
 }
 
+util::Bytes ConfigNode::ldapCall(std::int32_t code, util::BytesView request) {
+    namespace call = sdk::ldap::call;
+    if (code == call::listServers) return listLdapServers(engine());
+    engine().requireConfigureRight(authorizationIn(request));
+    return writeLdapServers(engine(), request.subspan(util::AuthorizationExternalForm::length));
+}
+
 util::Bytes ConfigNode::call(std::int32_t code, util::BytesView request) {
+    namespace ldap = sdk::ldap::call;
+    if (code == ldap::listServers || code == ldap::writeServers) return ldapCall(code, request);
     const auto found = std::ranges::find(connectors, code, &Connector::callCode);
     if (found == connectors.end()) return EngineNode::call(code, request);
     engine().requireConfigureRight(soleAuthorizationIn(request));

@@ -91,7 +91,7 @@ void Machine::changeLocked(const std::function<void()>& require,
         const auto ground = picture_.ground();
         MachineDraft draft{picture_.policy(), picture_.additions(), ground.sssd.text(), ground.nodes};
         decide(draft);
-        write(lock, std::move(draft));
+        write(lock, draft);
         adopt(read());
         // Who hasn't seen what was there before hasn't seen this either.
         if (seen_ == before) seen_ = picture_.fingerprints();
@@ -160,7 +160,7 @@ std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyGround& gr
     return isAllowed && isSame ? former.text() : text;
 }
 
-void Machine::write(const FolderLock& lock, MachineDraft draft) {
+void Machine::write(const FolderLock& lock, MachineDraft& draft) {
     const auto before = picture_.ground();
     const bool wasThere = picture_.fingerprints()[1].present;
     if (!wasThere) {

@@ -16,8 +16,11 @@
 
 namespace corvane::haldend {
 
-/// What a change of the directories is decided on and by: edited in place.
+/// What a change of the directories is decided on and by: edited in place. The text may hold passwords and is
+/// wiped in the end.
 struct MachineDraft {
+    ~MachineDraft() { util::wipe(sssd); }
+
     MachinePolicy policy;
     MachineAdditions added;
     std::string sssd;                     ///< the text of sssd.conf, "" when it isn't there
@@ -67,7 +70,7 @@ private:
     void requireRevision(std::string_view revision);
     /// Holds the lock, lets `require` look at the present state and `decide` edit it, and writes the result.
     void changeLocked(const std::function<void()>& require, const std::function<void(MachineDraft&)>& decide);
-    void write(const FolderLock& lock, MachineDraft draft);
+    void write(const FolderLock& lock, MachineDraft& draft);
     [[nodiscard]] std::string sssdTextFor(MachineDraft& draft) const;
     [[nodiscard]] std::string nsswitchTextFor(MachineDraft& draft, const PolicyGround& ground) const;
     void tellSssd(const MachinePicture::Fingerprints& before);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "haldend/Lenses.h"
+#include "util/Bytes.h"
 
 namespace corvane::haldend {
 
@@ -28,6 +29,9 @@ struct SssdDomain {
 class SssdFile {
 public:
     SssdFile(std::shared_ptr<Lenses> lenses, std::string text, std::string path);
+    SssdFile(const SssdFile&) = default;
+    SssdFile& operator=(const SssdFile&) = default;
+    ~SssdFile() { util::wipe(text_); } // it may hold passwords
 
     [[nodiscard]] const std::string& text() const { return text_; }
     /// The domain sections in the file's order, a name that stands twice once.

@@ -21,7 +21,8 @@ inline constexpr std::int32_t listServers = 1201;
 /// {"revision": string, "put": array of servers, "remove": array of names}: all of it or nothing. A server
 /// in "put" may name the one that it takes the place of ("replaces"): its policies then follow the new name.
 /// A removed server leaves both policies. The call fails with error 4300 (changed elsewhere) when
-/// `revision` isn't the present one. Reply: as for `listServers`, as it is afterwards.
+/// `revision` isn't the present one. It stands for the servers with all their options, and tells nothing of
+/// them; a changed search policy doesn't change it. Reply: as for `listServers`, as it is afterwards.
 inline constexpr std::int32_t writeServers = 1202;
 /// {"kind": "test" or "bases", "server": a server, "user": string, "group": string}: begins to try a server
 /// in the background. `server` need not be saved; without a password it uses the saved one of the server of
@@ -34,14 +35,22 @@ inline constexpr std::int32_t cancelCheck = 1212;
 } // namespace call
 
 namespace serverKey {
-inline constexpr auto name = "name";           ///< string; the node is "/LDAP/" and this name
-inline constexpr auto replaces = "replaces";   ///< string; only in requests
-inline constexpr auto addresses = "addresses"; ///< array of host names or addresses, tried in this order
-inline constexpr auto port = "port";           ///< integer; 0 for the standard port of the security mode
-inline constexpr auto security = "security";   ///< one of `security`; default "startTLS"
-inline constexpr auto caFile = "caFile";       ///< path on the machine, "" for the system's own authorities
-inline constexpr auto baseDN = "baseDN";       ///< string
-inline constexpr auto bindDN = "bindDN";       ///< string, "" for an anonymous bind
+/// String: how the machine calls the server. Letters A to Z, digits, ".", "_" and "-" behind the first; SSSD
+/// tells no capitals from small letters. People never need it to find the server's node, see `node`.
+inline constexpr auto name = "name";
+/// String, only in replies: the directory node of the server, as search policies name it. It comes of the
+/// first address ("/LDAP/ldap.example.com") and changes with it; the policies follow such a change.
+inline constexpr auto node = "node";
+inline constexpr auto replaces = "replaces"; ///< string; only in requests
+/// Array of host names or addresses, tried in this order; IPv6 with or without brackets, in replies without.
+/// A reply may hold what a person has written otherwise, as in "ldap://b.example.com:1389": that may go back
+/// as it is as long as addresses, port and security are sent back unchanged.
+inline constexpr auto addresses = "addresses";
+inline constexpr auto port = "port";         ///< integer; 0 for the standard port of the security mode
+inline constexpr auto security = "security"; ///< one of `security`; default "startTLS"
+inline constexpr auto caFile = "caFile";     ///< path on the machine, "" for the system's own authorities
+inline constexpr auto baseDN = "baseDN";     ///< string
+inline constexpr auto bindDN = "bindDN";     ///< string, "" for an anonymous bind
 /// Data, UTF-8 octets; only in requests, never in replies. Empty takes a stored password away.
 inline constexpr auto password = "password";
 inline constexpr auto hasPassword = "hasPassword";       ///< boolean; only in replies
