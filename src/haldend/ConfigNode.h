@@ -1,5 +1,7 @@
 #pragma once
 
+#include <optional>
+
 #include "haldend/Connectors.h"
 #include "haldend/EngineNode.h"
 
@@ -24,7 +26,7 @@ protected:
     util::Bytes call(std::int32_t code, util::BytesView request) override;
 
 private:
-    util::Bytes ldapCall(std::int32_t code, util::BytesView request);
+    std::optional<util::Bytes> ldapCall(std::int32_t code, util::BytesView request);
 };
 
 /// The external form at the front of a request; throws `Failure` when the request is shorter.

@@ -242,7 +242,8 @@ TEST(LdapServers, withoutTheRight_listIsAnsweredAndNothingElse) {
     EXPECT_EQ(machine.list().error.code, 0);
     const util::Dictionary payload{{"revision", machine.revision()}, {"remove", util::Array{"staff"}}};
     const auto octets = *machine.codec.xml(payload);
-    for (const int code : {serverCall::writeServers}) {
+    for (const int code : {serverCall::writeServers, serverCall::startCheck, serverCall::checkReport,
+                           serverCall::cancelCheck}) {
         util::Bytes request(32, 0);
         request.insert(request.end(), octets.begin(), octets.end());
         halden::Error error;
