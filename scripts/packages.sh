@@ -11,7 +11,7 @@
 PACKAGES_BUILD=(
     g++ cmake ninja-build ccache pkgconf
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
-    libldap-dev libaugeas-dev libsystemd-dev libexpat1-dev
+    libldap-dev libgnutls28-dev libaugeas-dev libsystemd-dev libexpat1-dev
     libgtest-dev libgmock-dev
 )
 

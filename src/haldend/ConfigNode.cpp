@@ -4,6 +4,9 @@
 
 #include "haldend/AccountFiles.h"
 #include "haldend/Failure.h"
+#include "haldend/LdapCheckCalls.h"
+#include "haldend/LdapServers.h"
+#include "sdk/LdapServerCalls.h"
 
 namespace corvane::haldend {
 namespace {
@@ -104,7 +107,25 @@ std::vector<std::string> ConfigNode::subnodes() {
     return names;
 }
 
+/// None for a number that isn't about LDAP servers.
+std::optional<util::Bytes> ConfigNode::ldapCall(std::int32_t code, util::BytesView request) {
+    namespace ldap = sdk::ldap::call;
+    using Answerer = util::Bytes (*)(Engine&, util::BytesView);
+    static constexpr std::pair<std::int32_t, Answerer> answerers[] = {{ldap::writeServers, writeLdapServers},
+                                                                      {ldap::startCheck, startLdapCheck},
+                                                                      {ldap::checkReport, ldapCheckReport},
+                                                                      {ldap::cancelCheck, cancelLdapCheck}};
+    if (code == ldap::listServers) return listLdapServers(engine());
+    for (const auto& [known, answer] : answerers)
+        if (code == known) {
+            engine().requireConfigureRight(authorizationIn(request));
+            return answer(engine(), request.subspan(util::AuthorizationExternalForm::length));
+        }
+    return std::nullopt;
+}
+
 util::Bytes ConfigNode::call(std::int32_t code, util::BytesView request) {
+    if (auto reply = ldapCall(code, request)) return *reply;
     const auto found = std::ranges::find(connectors, code, &Connector::callCode);
     if (found == connectors.end()) return EngineNode::call(code, request);
     engine().requireConfigureRight(soleAuthorizationIn(request));

@@ -5,13 +5,15 @@
 #include <string>
 #include <vector>
 
+#include "haldend/LdapChecks.h"
 #include "haldend/Machine.h"
 #include "haldend/Rights.h"
 
 namespace corvane::haldend {
 
 /// The directory service of one machine, in this process: its settings, its rights and its listeners.
-/// Sessions, nodes, authorizations and stores share it. Main thread.
+/// Sessions, nodes, authorizations and stores share it. Main thread, but for the tries of servers that it
+/// has under way.
 class Engine {
 public:
     /// `root`: "/" or a private machine folder. `codec` and `log` outlive the engine. Opening never fails for
@@ -24,6 +26,7 @@ public:
 
     [[nodiscard]] Machine& machine() { return machine_; }
     [[nodiscard]] Rights& rights() { return rights_; }
+    [[nodiscard]] LdapChecks& checks() { return checks_; }
     [[nodiscard]] const platform::PropertyListCodec& codec() const { return codec_; }
     [[nodiscard]] util::ProcessLog& log() { return log_; }
 
@@ -40,6 +43,7 @@ private:
     Rights rights_;
     std::vector<std::function<void()>> listeners_;
     Machine machine_;
+    LdapChecks checks_;
 };
 
 } // namespace corvane::haldend

@@ -42,13 +42,6 @@ std::vector<LdapSearchBase> basesFrom(const std::string& text) {
     return bases;
 }
 
-/// A certificate of a private machine folder lies in it, or is shared with the machine that it runs on.
-std::string certificatePath(const MachineFolder& folder, const std::string& path) {
-    if (path.empty()) return path;
-    const auto inside = folder.resolved(path);
-    return ::access(inside.c_str(), R_OK) == 0 ? inside : path;
-}
-
 void readCredentials(LdapSettings& settings, const SssdDomain& domain) {
     settings.bindName = domain.option("ldap_default_bind_dn");
     if (settings.bindName.empty()) return;
@@ -63,6 +56,12 @@ void readCredentials(LdapSettings& settings, const SssdDomain& domain) {
 }
 
 } // namespace
+
+std::string certificatePath(const MachineFolder& folder, const std::string& path) {
+    if (path.empty()) return path;
+    const auto inside = folder.resolved(path);
+    return ::access(inside.c_str(), R_OK) == 0 ? inside : path;
+}
 
 LdapSettings LdapSettings::from(const SssdDomain& domain, const MachineFolder& folder) {
     LdapSettings settings;

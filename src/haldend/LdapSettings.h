@@ -39,4 +39,7 @@ struct LdapSettings {
     [[nodiscard]] static LdapSettings from(const SssdDomain& domain, const MachineFolder& folder);
 };
 
+/// A certificate of a private machine folder lies in it, or is shared with the machine that it runs on.
+[[nodiscard]] std::string certificatePath(const MachineFolder& folder, const std::string& path);
+
 } // namespace corvane::haldend

@@ -60,7 +60,11 @@ MachinePicture MachinePicture::read(const MachineFolder& folder, const std::shar
         const auto stored = folder.read(machineFile::policies);
         picture.fingerprints_[2] = Fingerprint::of(stored);
         const auto path = folder.pathOf(machineFile::policies);
-        if (stored) picture.storedDisabled_ = storedPolicy(*stored, path, codec).policy.disabled;
+        if (stored) {
+            const auto known = storedPolicy(*stored, path, codec);
+            picture.storedDisabled_ = known.policy.disabled;
+            picture.additions_ = known.added;
+        }
         picture.policy_ = policyFor(stored, path, picture.ground(), picture.fingerprints_, codec);
     });
     return picture;
@@ -74,6 +78,11 @@ const std::vector<DomainNode>& MachinePicture::nodes() const {
 const MachinePolicy& MachinePicture::policy() const {
     raise(policyTrouble_);
     return policy_;
+}
+
+bool MachinePicture::hasSameDirectoriesAs(const MachinePicture& other) const {
+    if (sssd_.has_value() != other.sssd_.has_value()) return false;
+    return !sssd_ || sssd_->domains() == other.sssd_->domains();
 }
 
 const DisabledConnectors& MachinePicture::disabledConnectors() const {

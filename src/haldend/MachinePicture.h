@@ -9,6 +9,7 @@
 #include "haldend/Lenses.h"
 #include "haldend/MachineFolder.h"
 #include "haldend/MachinePolicy.h"
+#include "haldend/SssdListing.h"
 #include "platform/PropertyListCodec.h"
 
 namespace corvane::haldend {
@@ -33,6 +34,10 @@ public:
     [[nodiscard]] const std::vector<DomainNode>& nodes() const;
     [[nodiscard]] const MachinePolicy& policy() const;
     [[nodiscard]] PolicyGround ground() const;
+    /// True when both hold the same directories with the same options.
+    [[nodiscard]] bool hasSameDirectoriesAs(const MachinePicture& other) const;
+    /// What this service has added to the machine; nothing where that can't be read.
+    [[nodiscard]] const MachineAdditions& additions() const { return additions_; }
     /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or
     /// none: the connectors are there all the same.
     [[nodiscard]] const DisabledConnectors& disabledConnectors() const;
@@ -43,6 +48,7 @@ private:
     std::vector<DomainNode> nodes_;
     MachinePolicy policy_;
     DisabledConnectors storedDisabled_;
+    MachineAdditions additions_;
     std::optional<halden::Error> nsswitchTrouble_, sssdTrouble_, policyTrouble_;
     Fingerprints fingerprints_;
     Stamps stamps_;

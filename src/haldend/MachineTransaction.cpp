@@ -9,6 +9,7 @@
 
 #include "haldend/DurableFile.h"
 #include "haldend/Failure.h"
+#include "util/Bytes.h"
 
 namespace corvane::haldend {
 namespace {
@@ -52,12 +53,21 @@ bool sameAs(const std::string& path, const Fingerprint& fingerprint) {
     return Fingerprint::of(readFile(path)) == fingerprint;
 }
 
+void unlinkFile(const std::string& path) {
+    if (::unlink(path.c_str()) != 0 && errno != ENOENT) throw storageFailure("remove", path, errno);
+}
+
 void redo(const MachineFolder& folder, const TransactionJournal::Entry& entry, util::ProcessLog& log) {
     const auto target = folder.resolved(entry.file);
     const auto staged = stagedNameFor(target);
     const auto current = Fingerprint::of(readFile(target));
     if (current == entry.after) {
         ::unlink(staged.c_str());
+        return;
+    }
+    if (current == entry.before && !entry.after.present) {
+        unlinkFile(target);
+        syncParent(target);
         return;
     }
     if (current == entry.before && sameAs(staged, entry.after)) {
@@ -67,6 +77,15 @@ void redo(const MachineFolder& folder, const TransactionJournal::Entry& entry, u
     }
     log.log(target + " was changed by another program after an interrupted change; it is left as it is");
     ::unlink(staged.c_str());
+}
+
+/// The folders of a path that are missing, the outermost first.
+std::vector<std::string> missingFolders(const std::string& path) {
+    std::vector<std::string> missing;
+    std::error_code code;
+    for (auto folder = path; folder != "/" && !fs::exists(folder, code); folder = parentOf(folder))
+        missing.insert(missing.begin(), folder);
+    return missing;
 }
 
 bool isOurs(const TransactionJournal& journal) {
@@ -103,14 +122,36 @@ MachineTransaction::MachineTransaction(const MachineFolder& folder, const Folder
 void MachineTransaction::replace(const std::string& relative, std::string content, mode_t mode,
                                  bool forceMode) {
     const auto target = folder_.resolved(relative);
-    files_.push_back(
-        {relative, target, stagedNameFor(target), std::move(content), mode, forceMode, readFile(target)});
+    files_.push_back({relative,
+                      target,
+                      stagedNameFor(target),
+                      std::move(content),
+                      mode,
+                      forceMode,
+                      readFile(target),
+                      {},
+                      false});
+}
+
+void MachineTransaction::remove(const std::string& relative, bool alsoFolder) {
+    const auto target = folder_.resolved(relative);
+    struct stat status {};
+    if (::stat(target.c_str(), &status) != 0) throw storageFailure("remove", target, errno);
+    files_.push_back({relative, target, stagedNameFor(target), std::nullopt, status.st_mode & 07777U, false,
+                      readFile(target), status, alsoFolder});
+}
+
+MachineTransaction::~MachineTransaction() {
+    for (auto& file : files_) {
+        if (file.content) util::wipe(*file.content);
+        if (file.previous) util::wipe(*file.previous);
+    }
 }
 
 void MachineTransaction::commit() {
     try {
         for (const auto& file : files_)
-            stage(file);
+            if (file.content) stage(file);
         keepGeneration();
         writeJournal();
     } catch (...) {
@@ -121,17 +162,21 @@ void MachineTransaction::commit() {
     const auto journal = folder_.resolved(machineFile::journal);
     ::unlink(journal.c_str());
     syncParent(journal);
+    for (const auto& file : files_)
+        if (file.alsoFolder) ::rmdir(parentOf(file.target).c_str()); // stays while others have files there
     removeOldGenerations(folder_.resolved(machineFile::generations));
 }
 
 void MachineTransaction::stage(const File& file) const {
     std::error_code code;
+    for (auto& folder : missingFolders(parentOf(file.target)))
+        madeFolders_.push_back(std::move(folder));
     fs::create_directories(parentOf(file.target), code);
     if (code) throw storageFailure("make", parentOf(file.target), code.value());
     struct stat status {};
     const bool exists = ::stat(file.target.c_str(), &status) == 0;
     const mode_t mode = exists && !file.forceMode ? status.st_mode & 07777U : file.mode;
-    writeDurably(file.staged, file.content, mode, exists ? &status : nullptr);
+    writeDurably(file.staged, *file.content, mode, exists ? &status : nullptr);
     syncParent(file.staged);
 }
 
@@ -173,7 +218,7 @@ void MachineTransaction::renameAll() {
     std::size_t renamed = 0;
     try {
         for (; renamed < files_.size(); ++renamed)
-            renameFile(files_[renamed].staged, files_[renamed].target);
+            putInPlace(files_[renamed]);
         std::set<std::string> folders;
         for (const auto& file : files_)
             if (folders.insert(parentOf(file.target)).second) syncParent(file.target);
@@ -183,17 +228,30 @@ void MachineTransaction::renameAll() {
     }
 }
 
-void MachineTransaction::undo(std::size_t renamed) const {
-    for (std::size_t i = 0; i < renamed; ++i) {
-        const auto& file = files_[i];
-        struct stat status {};
-        if (!file.previous) {
-            ::unlink(file.target.c_str());
-        } else if (::stat(file.target.c_str(), &status) == 0) {
-            writeDurably(file.staged, *file.previous, status.st_mode & 07777U, &status);
-            renameFile(file.staged, file.target);
-        }
+void MachineTransaction::putInPlace(const File& file) {
+    if (file.content)
+        renameFile(file.staged, file.target);
+    else
+        unlinkFile(file.target);
+}
+
+void MachineTransaction::putBack(const File& file) {
+    struct stat status {};
+    if (!file.previous) {
+        ::unlink(file.target.c_str());
+        return;
     }
+    if (!file.content)
+        status = file.status;
+    else if (::stat(file.target.c_str(), &status) != 0)
+        return;
+    writeDurably(file.staged, *file.previous, status.st_mode & 07777U, &status);
+    renameFile(file.staged, file.target);
+}
+
+void MachineTransaction::undo(std::size_t renamed) const {
+    for (std::size_t i = 0; i < renamed; ++i)
+        putBack(files_[i]);
     removeStaged();
     ::unlink(folder_.resolved(machineFile::journal).c_str());
 }
@@ -201,6 +259,8 @@ void MachineTransaction::undo(std::size_t renamed) const {
 void MachineTransaction::removeStaged() const noexcept {
     for (const auto& file : files_)
         ::unlink(file.staged.c_str());
+    for (auto folder = madeFolders_.rbegin(); folder != madeFolders_.rend(); ++folder)
+        ::rmdir(folder->c_str());
 }
 
 void MachineTransaction::recover(const MachineFolder& folder, const FolderLock&, util::ProcessLog& log) {

@@ -14,7 +14,42 @@ constexpr const char* customKey = "Custom";
 constexpr const char* disabledKey = "DisabledConnectors";
 constexpr const char* nsswitchKey = "NsswitchFingerprint";
 constexpr const char* sssdKey = "SssdFingerprint";
+constexpr const char* addedKey = "Added"; // absent in files of earlier versions of the program
+constexpr const char* emptyDomainsKey = "EmptyDomainsLine";
+constexpr const char* nsswitchBeforeKey = "NsswitchBefore";
 constexpr int version = 1;
+
+constexpr std::pair<const char*, bool MachineAdditions::*> additionNames[] = {
+    {"Folder", &MachineAdditions::folder},
+    {"File", &MachineAdditions::file},
+    {"Section", &MachineAdditions::section},
+    {"Services", &MachineAdditions::services},
+    {"Domains", &MachineAdditions::domains}};
+
+void store(const MachineAdditions& added, util::ValueMap& values) {
+    std::vector<std::string> names;
+    for (const auto& [name, member] : additionNames)
+        if (added.*member) names.emplace_back(name);
+    if (!names.empty()) values.emplace(addedKey, util::Array::ofTexts(names));
+    if (added.emptyDomains) values.emplace(emptyDomainsKey, *added.emptyDomains);
+    if (added.nsswitch) values.emplace(nsswitchBeforeKey, *added.nsswitch);
+}
+
+std::optional<std::string> optionalText(const util::Dictionary& values, const char* key) {
+    const auto text = values.valueForKey(key).as<util::String>();
+    return text.isNull() ? std::nullopt : std::make_optional(text.text());
+}
+
+/// What isn't understood counts as not added: then it stays.
+MachineAdditions additionsFrom(const util::Dictionary& values) {
+    MachineAdditions added;
+    const auto names = values.valueForKey(addedKey).as<util::Array>();
+    for (const auto& [name, member] : additionNames)
+        added.*member = names.contains(name);
+    added.emptyDomains = optionalText(values, emptyDomainsKey);
+    added.nsswitch = optionalText(values, nsswitchBeforeKey);
+    return added;
+}
 
 util::Value valueOf(const SearchPolicy& policy) {
     return util::Dictionary{{modeKey, static_cast<int>(policy.mode)},
@@ -64,7 +99,8 @@ StoredPolicy policyFrom(const util::Dictionary& values) {
     return {{policyFrom(values, authenticationKey), policyFrom(values, contactsKey),
              DisabledConnectors(disabled.begin(), disabled.end())},
             fingerprintFrom(values, nsswitchKey),
-            fingerprintFrom(values, sssdKey)};
+            fingerprintFrom(values, sssdKey),
+            additionsFrom(values)};
 }
 
 Failure damaged(const std::string& path, const std::string& why) {
@@ -78,13 +114,14 @@ Failure damaged(const std::string& path, const std::string& why) {
 
 std::string storedText(const StoredPolicy& stored, const platform::PropertyListCodec& codec) {
     const std::vector<std::string> disabled(stored.policy.disabled.begin(), stored.policy.disabled.end());
-    const util::Dictionary values{{versionKey, version},
-                                  {authenticationKey, valueOf(stored.policy.authentication)},
-                                  {contactsKey, valueOf(stored.policy.contacts)},
-                                  {disabledKey, util::Array::ofTexts(disabled)},
-                                  {nsswitchKey, stored.nsswitch.text()},
-                                  {sssdKey, stored.sssd.text()}};
-    const auto bytes = codec.xml(values);
+    util::ValueMap values{{versionKey, version},
+                          {authenticationKey, valueOf(stored.policy.authentication)},
+                          {contactsKey, valueOf(stored.policy.contacts)},
+                          {disabledKey, util::Array::ofTexts(disabled)},
+                          {nsswitchKey, stored.nsswitch.text()},
+                          {sssdKey, stored.sssd.text()}};
+    store(stored.added, values);
+    const auto bytes = codec.xml(util::Dictionary(std::move(values)));
     if (!bytes)
         throw Failure(halden::ErrorCode::parameter, "The search policy can't be stored.",
                       "A node name holds characters that no text file can hold.",

@@ -4,6 +4,7 @@
 
 #include "haldend/MachineFolder.h"
 #include "haldend/MachinePolicy.h"
+#include "haldend/SssdListing.h"
 #include "platform/PropertyListCodec.h"
 
 namespace corvane::haldend {
@@ -13,6 +14,7 @@ struct StoredPolicy {
     MachinePolicy policy;
     Fingerprint nsswitch;
     Fingerprint sssd;
+    MachineAdditions added;
 };
 
 /// The service's own file as an XML property list, so that people can read it.

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <charconv>
+#include <filesystem>
 #include <thread>
 #include <vector>
 
@@ -19,7 +20,7 @@ using namespace std::chrono_literals;
 
 class NoSssdControl final : public SssdControl {
 public:
-    void filesChanged(bool) override {}
+    void filesChanged(SssdUse) override {}
 };
 
 /// A process by its number and the arguments that it was started with.
@@ -42,22 +43,44 @@ class LiveSssdControl final : public SssdControl {
 public:
     explicit LiveSssdControl(util::ProcessLog& log) : log_(log) {}
 
-    void filesChanged(bool isNeeded) override {
-        if (isNeeded) restart();
+    void filesChanged(SssdUse use) override {
+        if (use == SssdUse::needed)
+            restart(true);
+        else if (use == SssdUse::changed)
+            restart(false);
+        else if (use == SssdUse::impossible && !hasSnippets())
+            end();
         dropCaches();
     }
 
 private:
-    void restart() {
-        if (::access("/run/systemd/system", F_OK) == 0)
-            return run({"/usr/bin/systemctl", "restart", "sssd.service"});
+    static bool hasSystemd() { return ::access("/run/systemd/system", F_OK) == 0; }
+
+    /// Domains may stand in files beside the main one; SSSD runs on with those.
+    static bool hasSnippets() {
+        std::error_code code;
+        for (const auto& entry : std::filesystem::directory_iterator("/etc/sssd/conf.d", code))
+            if (entry.path().extension() == ".conf") return true;
+        return false;
+    }
+
+    /// With `start` also where it doesn't run yet.
+    void restart(bool start) {
+        if (hasSystemd())
+            return run({"/usr/bin/systemctl", start ? "restart" : "try-restart", "sssd.service"});
         const auto process = runningSssd();
-        if (process.number == 0) {
-            log_.log("SSSD is not running; directory users appear once it is started");
-            return;
+        if (process.number != 0) {
+            if (stop(process.number)) run(process.arguments);
+        } else if (start) {
+            std::error_code ignored;
+            std::filesystem::create_directories("/var/log/sssd", ignored);
+            run({"/usr/sbin/sssd", "-D", "--logger=files"});
         }
-        if (!stop(process.number)) return;
-        run(process.arguments);
+    }
+
+    void end() {
+        if (hasSystemd()) return run({"/usr/bin/systemctl", "stop", "sssd.service"});
+        if (const auto process = runningSssd(); process.number != 0) (void)stop(process.number);
     }
 
     /// The process named in SSSD's own file, if it is SSSD at all.

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "util/Bytes.h"
+
 namespace corvane::haldend {
 namespace {
 
@@ -71,6 +73,11 @@ std::vector<std::string> commaSeparated(std::string_view text) {
         text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
     }
     return parts;
+}
+
+SssdDomain::~SssdDomain() {
+    if (const auto password = options.find("ldap_default_authtok"); password != options.end())
+        util::wipe(password->second);
 }
 
 std::string SssdDomain::option(std::string_view key, std::string_view fallback) const {

@@ -7,15 +7,19 @@
 #include <vector>
 
 #include "haldend/Lenses.h"
+#include "util/Bytes.h"
 
 namespace corvane::haldend {
 
-/// One `[domain/NAME]` section: a directory that SSSD can serve.
+/// One `[domain/NAME]` section: a directory that SSSD can serve. A password among its options is wiped when
+/// the object goes.
 struct SssdDomain {
     std::string name;
     std::map<std::string, std::string, std::less<>>
         options; ///< as SSSD reads them: the whole rest of the line
 
+    ~SssdDomain();
+    friend bool operator==(const SssdDomain&, const SssdDomain&) = default;
     /// The option's value, `fallback` when it isn't set.
     [[nodiscard]] std::string option(std::string_view key, std::string_view fallback = "") const;
 };
@@ -25,6 +29,9 @@ struct SssdDomain {
 class SssdFile {
 public:
     SssdFile(std::shared_ptr<Lenses> lenses, std::string text, std::string path);
+    SssdFile(const SssdFile&) = default;
+    SssdFile& operator=(const SssdFile&) = default;
+    ~SssdFile() { util::wipe(text_); } // it may hold passwords
 
     [[nodiscard]] const std::string& text() const { return text_; }
     /// The domain sections in the file's order, a name that stands twice once.

@@ -52,10 +52,14 @@ inline int unusedPort() {
 /// A real slapd on loopback with dc=example,dc=com: a few people, and as many more as wanted.
 class TestSlapd {
 public:
+    /// `certificates`: a folder with cert.pem and key.pem that it is to show, "" for one of its own.
     explicit TestSlapd(int extraUsers = 0, const std::string& limits = "sizelimit unlimited",
-                       bool withTls = false)
+                       bool withTls = false, const std::string& certificates = "")
         : port_(unusedPort()), tlsPort_(withTls ? unusedPort() : 0) {
-        if (withTls) makeCertificate();
+        if (withTls && certificates.empty()) makeCertificate();
+        for (const auto* name : {"cert.pem", "key.pem"})
+            if (!certificates.empty())
+                std::filesystem::copy(certificates + "/" + name, folder_.path() + "/" + name);
         folder_.write("slapd.conf", configuration(limits, withTls));
         folder_.write("entries.ldif", entries(extraUsers));
         std::filesystem::create_directory(folder_.path() + "/data");
@@ -72,6 +76,8 @@ public:
         ::waitpid(server_, nullptr, 0);
     }
 
+    [[nodiscard]] int port() const { return port_; }
+    [[nodiscard]] int tlsPort() const { return tlsPort_; }
     [[nodiscard]] std::string uri() const { return "ldap://127.0.0.1:" + std::to_string(port_); }
     [[nodiscard]] std::string tlsUri() const { return "ldaps://127.0.0.1:" + std::to_string(tlsPort_); }
     [[nodiscard]] std::string certificate() const { return folder_.path() + "/cert.pem"; }

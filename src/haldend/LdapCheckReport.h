@@ -1,0 +1,30 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace corvane::haldend {
+
+/// Why a try of a server ended early. `kind` is one of sdk::ldap::failure; the rest is for people. Thrown
+/// from step to step inside a check; it never leaves its thread that way.
+struct CheckFailure {
+    std::string kind, cause, evidence, nextStep;
+};
+
+struct CheckStep {
+    std::string name; ///< one of sdk::ldap::step
+    std::string state = "waiting";
+    std::string detail;
+};
+
+/// How far a try of a server has got, in the words of sdk/LdapServerCalls.h. Holds no secret.
+struct CheckReport {
+    bool isFinished = false;
+    std::vector<CheckStep> steps;
+    std::optional<CheckFailure> failure;
+    std::vector<std::string> bases;
+    std::string defaultBase;
+};
+
+} // namespace corvane::haldend

@@ -1,0 +1,69 @@
+#include "haldend/SssdListing.h"
+
+#include "haldend/SssdFile.h"
+
+namespace corvane::haldend {
+namespace {
+
+constexpr std::string_view mainSection = "sssd";
+constexpr std::string_view domainsKey = "domains";
+constexpr std::string_view servicesKey = "services";
+constexpr std::string_view ourServices = "nss, pam";
+
+std::string joined(const std::vector<std::string>& names) {
+    std::string text;
+    for (const auto& name : names)
+        text += (text.empty() ? "" : ", ") + name;
+    return text;
+}
+
+void addLine(SssdLines& lines, const std::vector<std::string>& names, MachineAdditions& added) {
+    if (!lines.hasSection(mainSection)) {
+        if (added.file)
+            lines.prependSection(mainSection);
+        else
+            lines.appendSection(mainSection); // a foreign file may begin with a comment about all of it
+        added.section = true;
+    }
+    if (!lines.has(mainSection, servicesKey)) {
+        lines.set(mainSection, servicesKey, ourServices);
+        added.services = true;
+    }
+    lines.set(mainSection, domainsKey, joined(names));
+    added.domains = true;
+}
+
+void takeAway(SssdLines& lines, MachineAdditions& added) {
+    if (added.domains)
+        lines.remove(mainSection, domainsKey);
+    else if (added.emptyDomains)
+        lines.replaceLine(mainSection, domainsKey, *added.emptyDomains);
+    else if (lines.has(mainSection, domainsKey))
+        lines.set(mainSection, domainsKey, "");
+    if (added.services && lines.value(mainSection, servicesKey) == ourServices)
+        lines.remove(mainSection, servicesKey);
+    if (added.section && !lines.hasOptions(mainSection)) lines.removeSection(mainSection);
+    added.section = added.services = added.domains = false;
+    added.emptyDomains.reset();
+}
+
+} // namespace
+
+std::string textListing(const std::string& text, const std::vector<std::string>& names,
+                        MachineAdditions& added, const std::shared_ptr<Lenses>& lenses,
+                        const std::string& path) {
+    SssdLines lines(text);
+    if (names.empty())
+        takeAway(lines, added);
+    else if (!lines.has(mainSection, domainsKey))
+        addLine(lines, names, added);
+    else if (!lines.value(mainSection, domainsKey).empty())
+        return SssdFile(lenses, text, path).textListing(names);
+    else {
+        added.emptyDomains = lines.line(mainSection, domainsKey);
+        lines.set(mainSection, domainsKey, joined(names));
+    }
+    return lines.text();
+}
+
+} // namespace corvane::haldend

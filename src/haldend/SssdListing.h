@@ -1,0 +1,36 @@
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "haldend/Lenses.h"
+#include "haldend/SssdLines.h"
+
+namespace corvane::haldend {
+
+/// What this service has added to a machine on its own account, remembered with the policy so that it goes
+/// again with the last directory and leaves the machine as it was found.
+struct MachineAdditions {
+    bool folder = false;   ///< the folder of sssd.conf
+    bool file = false;     ///< sssd.conf itself
+    bool section = false;  ///< its section `[sssd]`
+    bool services = false; ///< the line `services` there
+    bool domains = false;  ///< the line `domains` there
+    /// That line as it was found without a name.
+    std::optional<std::string> emptyDomains;
+    /// nsswitch.conf when the machine had no directory yet: some machines ask SSSD already then.
+    std::optional<std::string> nsswitch;
+    friend bool operator==(const MachineAdditions&, const MachineAdditions&) = default;
+};
+
+/// The text of sssd.conf with `names` on the `domains` line. A line that is missing comes with `services`,
+/// which SSSD needs where nothing starts its services on demand; what is added is noted in `added`. Without
+/// names what `added` notes is taken away again, and a line that isn't ours is left empty. Throws `Failure`
+/// when the grammar can't express the change.
+[[nodiscard]] std::string textListing(const std::string& text, const std::vector<std::string>& names,
+                                      MachineAdditions& added, const std::shared_ptr<Lenses>& lenses,
+                                      const std::string& path);
+
+} // namespace corvane::haldend

@@ -1,0 +1,294 @@
+#include <gmock/gmock.h>
+
+#include "haldend/LdapServersTest.h"
+#include "haldend/TestCertificates.h"
+#include "haldend/TestSlapd.h"
+
+using namespace corvane;
+using namespace corvane::haldend::test;
+using testing::HasSubstr;
+
+namespace {
+
+namespace kind = sdk::ldap::failure;
+namespace reportKey = sdk::ldap::reportKey;
+constexpr auto bound = "cn=admin,dc=example,dc=com";
+
+/// What a try of a server came to.
+struct Result {
+    util::Dictionary report;
+    [[nodiscard]] std::string failure(const char* key) const {
+        return report.valueForKey(reportKey::failure).as<util::Dictionary>().textForKey(key);
+    }
+    [[nodiscard]] std::string kind() const { return failure("kind"); }
+    [[nodiscard]] std::string evidence() const { return failure("evidence"); }
+    [[nodiscard]] std::string step(const std::string& name, const char* key) const {
+        const auto steps = report.valueForKey(reportKey::steps).as<util::Array>();
+        for (const auto& value : steps.elements())
+            if (value.as<util::Dictionary>().textForKey("step") == name)
+                return value.as<util::Dictionary>().textForKey(key);
+        return "no such step";
+    }
+    /// "done done failed skipped …"
+    [[nodiscard]] std::string states() const {
+        std::string text;
+        const auto steps = report.valueForKey(reportKey::steps).as<util::Array>();
+        for (const auto& value : steps.elements())
+            text += (text.empty() ? "" : " ") + value.as<util::Dictionary>().textForKey("state");
+        return text;
+    }
+};
+
+class Bench : public ServerMachine {
+public:
+    using ServerMachine::ServerMachine;
+
+    [[nodiscard]] util::Value start(util::ValueMap values, util::ValueMap others = {{"kind", "test"}}) const {
+        if (!values.contains(serverKey::addresses))
+            values.emplace(serverKey::addresses, util::Array{"localhost"});
+        for (const auto* key : {serverKey::connectTimeout, serverKey::searchTimeout})
+            if (!values.contains(key)) values.emplace(key, 1);
+        others.emplace("server", util::Dictionary(std::move(values)));
+        const auto answer = ask(serverCall::startCheck, util::Dictionary(std::move(others)));
+        EXPECT_EQ(answer.error.code, 0) << answer.error.reason;
+        return answer.values.valueForKey("job");
+    }
+    [[nodiscard]] Answer about(int code, const util::Value& job) const {
+        return ask(code, util::Dictionary{{"job", job}});
+    }
+    [[nodiscard]] Result finished(const util::Value& job) const {
+        for (int i = 0; i < 1000; ++i) {
+            const auto report = about(serverCall::checkReport, job).values;
+            if (report.isNull() || report.valueForKey(reportKey::finished) == util::Value(true))
+                return {report};
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        ADD_FAILURE() << "the check doesn't end";
+        return {};
+    }
+    [[nodiscard]] Result tried(util::ValueMap values, util::ValueMap others = {{"kind", "test"}}) const {
+        return finished(start(std::move(values), std::move(others)));
+    }
+};
+
+util::ValueMap plain(int port, util::ValueMap others = {}) {
+    others.emplace(serverKey::security, "none");
+    others.emplace(serverKey::port, port);
+    others.emplace(serverKey::baseDN, "dc=example,dc=com");
+    return others;
+}
+
+util::ValueMap encrypted(int port, const char* security, const std::string& authority) {
+    return {{serverKey::port, port},
+            {serverKey::security, security},
+            {serverKey::caFile, authority},
+            {serverKey::baseDN, "dc=example,dc=com"}};
+}
+
+void expectClear(const Result& result, const char* wanted) {
+    EXPECT_EQ(result.kind(), wanted) << result.failure("cause") << " " << result.evidence();
+    for (const auto* key : {"cause", "evidence", "nextStep"})
+        EXPECT_FALSE(result.failure(key).empty()) << wanted << " lacks " << key;
+}
+
+} // namespace
+
+TEST(LdapChecks, everythingRight_goesThroughAllStepsAndSaysWhatItSaw) {
+    const TestSlapd slapd;
+    const Bench machine;
+    const auto result = machine.tried(
+        plain(slapd.port(), {{serverKey::bindDN, bound}, {serverKey::password, password("s3cret#;x")}}),
+        {{"kind", "test"}, {"user", "odd*(name)"}, {"group", "makers"}});
+    EXPECT_EQ(result.kind(), "") << result.evidence();
+    EXPECT_EQ(result.states(), "done skipped done done done done");
+    EXPECT_THAT(result.step("bind", "detail"), HasSubstr(bound));
+    EXPECT_THAT(result.step("user", "detail"), HasSubstr("number 5002"));
+    EXPECT_THAT(result.step("group", "detail"), HasSubstr("cn=makers,dc=example,dc=com"));
+}
+
+TEST(LdapChecks, nobodyNamedAndNoBaseEntered_findsTheServersBaseAndAnyUser) {
+    const TestSlapd slapd;
+    const Bench machine;
+    const auto result = machine.tried(plain(slapd.port(), {{serverKey::baseDN, ""}}));
+    EXPECT_EQ(result.kind(), "") << result.evidence();
+    EXPECT_THAT(result.step("base", "detail"), HasSubstr("dc=example,dc=com"));
+}
+
+TEST(LdapChecks, bothWaysToEncrypt_trustTheAuthorityThatIsChosen) {
+    const TestCertificates certificates;
+    const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
+    const Bench machine;
+    for (const auto* security : {"startTLS", "ldaps"}) {
+        const int port = std::string(security) == "ldaps" ? slapd.tlsPort() : slapd.port();
+        const auto result = machine.tried(encrypted(port, security, certificates.authority()));
+        EXPECT_EQ(result.kind(), "") << security << result.evidence();
+        EXPECT_THAT(result.step("encrypt", "detail"), HasSubstr("Test Authority")) << security;
+    }
+}
+
+TEST(LdapChecks, certificateOfAnotherAuthority_isUntrustedAndNamed) {
+    const TestCertificates certificates;
+    const TestCertificates others;
+    const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
+    const Bench machine;
+    for (const auto& authority : {others.authority(), std::string()}) {
+        const auto result = machine.tried(encrypted(slapd.port(), "startTLS", authority));
+        expectClear(result, kind::untrusted);
+        EXPECT_THAT(result.evidence(), HasSubstr("CN=Test Authority"));
+    }
+    const auto unreadable = machine.tried(encrypted(slapd.port(), "startTLS", "/nowhere/ca.pem"));
+    expectClear(unreadable, kind::caFileUnreadable);
+    EXPECT_THAT(unreadable.evidence(), HasSubstr("No such file"));
+    const auto keyInstead = certificates.folder() + "/key.pem";
+    expectClear(machine.tried(encrypted(slapd.port(), "startTLS", keyInstead)), kind::caFileUnreadable);
+}
+
+TEST(LdapChecks, expiredCertificate_isToldWithItsEnd) {
+    const TestCertificates certificates("localhost", -TestCertificates::day);
+    const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
+    const auto result = Bench().tried(encrypted(slapd.tlsPort(), "ldaps", certificates.authority()));
+    expectClear(result, kind::expired);
+    EXPECT_THAT(result.evidence(), HasSubstr("valid from"));
+    EXPECT_EQ(result.states(), "done failed skipped skipped skipped skipped");
+}
+
+TEST(LdapChecks, certificateOfAnotherHost_isToldWithBothNames) {
+    const TestCertificates certificates("ldap.example.com");
+    const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
+    const auto result = Bench().tried(encrypted(slapd.port(), "startTLS", certificates.authority()));
+    expectClear(result, kind::wrongName);
+    EXPECT_THAT(result.evidence(), HasSubstr("made out for ldap.example.com"));
+    EXPECT_THAT(result.evidence(), HasSubstr("\"localhost\""));
+}
+
+TEST(LdapChecks, serverThatCannotEncrypt_isToldFromOneThatIsNotTrusted) {
+    const TestSlapd slapd;
+    const Bench machine;
+    expectClear(machine.tried(encrypted(slapd.port(), "startTLS", "")), kind::tlsUnsupported);
+    expectClear(machine.tried(encrypted(slapd.port(), "ldaps", "")), kind::tlsUnsupported);
+}
+
+TEST(LdapChecks, wrongPasswordWrongBaseAndUnknownUser_areThreeDifferentFailures) {
+    const TestSlapd slapd;
+    const Bench machine;
+    const auto wrong = machine.tried(
+        plain(slapd.port(), {{serverKey::bindDN, bound}, {serverKey::password, password("hunter2")}}));
+    expectClear(wrong, kind::credentials);
+    EXPECT_EQ(wrong.evidence().find("hunter2"), std::string::npos);
+    expectClear(machine.tried(plain(slapd.port(), {{serverKey::bindDN, bound}})), kind::credentials);
+    const auto base = machine.tried(plain(slapd.port(), {{serverKey::baseDN, "dc=example,dc=org"}}));
+    expectClear(base, kind::noSuchBase);
+    EXPECT_THAT(base.failure("nextStep"), HasSubstr("dc=example,dc=com"));
+    const auto user = machine.tried(plain(slapd.port()), {{"kind", "test"}, {"user", "nobody*"}});
+    expectClear(user, kind::nothingFound);
+    EXPECT_EQ(user.states(), "done skipped done done failed skipped");
+    expectClear(machine.tried(plain(slapd.port(), {{serverKey::schema, "ad"}})), kind::nothingFound);
+}
+
+TEST(LdapChecks, anonymousBindNotAllowed_isNotTakenForAWrongPassword) {
+    const TestSlapd slapd(0, "disallow bind_anon");
+    expectClear(Bench().tried(plain(slapd.port())), kind::bindRefused);
+}
+
+TEST(LdapChecks, closedPortAndUnknownHost_areTold) {
+    const Bench machine;
+    expectClear(machine.tried(plain(unusedPort())), kind::refused);
+    expectClear(machine.tried(plain(389, {{serverKey::addresses, util::Array{"nowhere.invalid"}}})),
+                kind::unknownHost);
+}
+
+TEST(LdapChecks, secondAddress_isTakenWhereTheFirstDoesNotAnswer) {
+    const TestSlapd slapd;
+    const auto result =
+        Bench().tried(plain(slapd.port(), {{serverKey::addresses, util::Array{"127.9.9.9", "127.0.0.1"}}}));
+    EXPECT_EQ(result.kind(), "") << result.evidence();
+    EXPECT_THAT(result.step("connect", "detail"), HasSubstr("127.0.0.1, port"));
+    EXPECT_THAT(result.step("connect", "detail"), HasSubstr("127.9.9.9, port"));
+}
+
+TEST(LdapChecks, serverThatHangsAfterTheConnection_isToldInEachSecurityMode) {
+    const SilentServer silent;
+    const Bench machine;
+    for (const auto* security : {"none", "startTLS", "ldaps"}) {
+        const auto result = machine.tried(encrypted(silent.port(), security, ""));
+        expectClear(result, kind::timeout);
+        EXPECT_EQ(result.step("connect", "state"), "done") << security;
+    }
+}
+
+TEST(LdapChecks, bases_areThoseOfTheServerWithoutAnAccount) {
+    const TestSlapd slapd(0, "disallow bind_anon");
+    const auto result = Bench().tried(plain(slapd.port()), {{"kind", "bases"}});
+    EXPECT_EQ(result.kind(), "") << result.evidence();
+    EXPECT_EQ(result.states(), "done skipped skipped done");
+    EXPECT_EQ(result.report.valueForKey(reportKey::bases).as<util::Array>().texts(),
+              std::vector<std::string>{"dc=example,dc=com"});
+    EXPECT_EQ(result.report.textForKey(reportKey::defaultBase), "dc=example,dc=com");
+}
+
+TEST(LdapChecks, savedPassword_isUsedWhereNoneIsEntered) {
+    const TestSlapd slapd;
+    const Bench machine("");
+    auto saved = plain(slapd.port(), {{serverKey::bindDN, bound},
+                                      {serverKey::password, password("s3cret#;x")},
+                                      {serverKey::addresses, util::Array{"127.0.0.1"}}});
+    saved.emplace(serverKey::name, "office");
+    ASSERT_EQ(machine.write({util::Dictionary(std::move(saved))}).error.code, 0);
+    EXPECT_EQ(machine.tried({{serverKey::name, "office"}}).kind(), "");
+    EXPECT_EQ(machine.tried({{serverKey::name, "new"}, {serverKey::replaces, "office"}}).kind(), "");
+    expectClear(machine.tried({{serverKey::name, "office"}, {serverKey::password, password("")}}),
+                kind::credentials);
+}
+
+TEST(LdapChecks, cancelled_isForgottenAtOnceThoughTheServerHangs) {
+    const SilentServer silent;
+    const Bench machine;
+    const auto slow =
+        plain(silent.port(), {{serverKey::searchTimeout, 100}, {serverKey::connectTimeout, 100}});
+    for (int i = 0; i < 4; ++i) {
+        const auto job = machine.start(slow);
+        EXPECT_EQ(machine.about(serverCall::checkReport, job).values.valueForKey(reportKey::finished),
+                  util::Value(false));
+        EXPECT_EQ(machine.about(serverCall::cancelCheck, job).error.code, 0);
+        EXPECT_EQ(machine.about(serverCall::checkReport, job).error.code, halden::ErrorCode::parameter);
+        EXPECT_EQ(machine.about(serverCall::cancelCheck, job).error.code, 0) << "once more is harmless";
+    }
+    ServerMachine::Answer answer; // those that were given up make room for others
+    do
+        answer = machine.ask(serverCall::startCheck,
+                             util::Dictionary{{"kind", "test"}, {"server", newServer("", "localhost")}});
+    while (answer.error.code != 0);
+    EXPECT_FALSE(answer.values.valueForKey("job").isNull());
+}
+
+TEST(LdapChecks, engineThatGoesWithChecksUnderWay_doesNotWaitForTheServer) {
+    const SilentServer silent;
+    ::alarm(50); // ends the test if it does
+    {
+        const Bench machine;
+        for (int i = 0; i < 4; ++i)
+            (void)machine.start(plain(silent.port(), {{serverKey::searchTimeout, 100}}));
+        util::ValueMap fifth = plain(silent.port(), {{serverKey::addresses, util::Array{"localhost"}}});
+        const auto answer = machine.ask(
+            serverCall::startCheck, util::Dictionary{{"kind", "test"}, {"server", util::Dictionary(fifth)}});
+        EXPECT_THAT(answer.error.reason, HasSubstr("tried already"));
+    }
+    ::alarm(0);
+}
+
+TEST(LdapChecks, requestThatIsWrong_isRefusedBeforeAnythingIsTried) {
+    const Bench machine;
+    const auto refused = [&](util::Dictionary values) {
+        const auto answer = machine.ask(serverCall::startCheck, values);
+        EXPECT_EQ(answer.error.code, halden::ErrorCode::parameter);
+    };
+    const auto good = newServer("", "localhost");
+    refused({{"kind", "other"}, {"server", good}});
+    refused({{"kind", "test"}});
+    refused({{"kind", "test"}, {"server", server("x")}});
+    refused({{"kind", "test"}, {"server", newServer("", "a b")}});
+    refused({{"kind", "test"}, {"server", good}, {"user", "a\nb"}});
+    refused({{"kind", "test"}, {"server", good}, {"group", 5}});
+    EXPECT_EQ(machine.about(serverCall::checkReport, "1").error.code, halden::ErrorCode::parameter);
+    EXPECT_EQ(machine.about(serverCall::checkReport, 99).error.code, halden::ErrorCode::parameter);
+}
