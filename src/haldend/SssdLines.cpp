@@ -1,7 +1,6 @@
 #include "haldend/SssdLines.h"
 
 #include <algorithm>
-#include <ranges>
 
 #include "util/Bytes.h"
 
@@ -112,7 +111,9 @@ void SssdLines::set(std::string_view section, std::string_view key, std::string_
 }
 
 void SssdLines::remove(std::string_view section, std::string_view key) {
-    for (const auto index : linesOf(section, key) | std::views::reverse)
+    auto found = linesOf(section, key);
+    std::ranges::reverse(found); // so that the numbers of those that are left stay right
+    for (const auto index : found)
         erase(index, index + 1);
 }
 
@@ -133,7 +134,8 @@ void SssdLines::prependSection(std::string_view section) {
 
 void SssdLines::removeSection(std::string_view section) {
     auto blocks = blocksOf(section);
-    for (const auto& block : blocks | std::views::reverse) {
+    std::ranges::reverse(blocks);
+    for (const auto& block : blocks) {
         auto first = block.title;
         auto end = block.lastOption + 1;
         if (first > 0 && trimmed(lines_[first - 1]).empty())

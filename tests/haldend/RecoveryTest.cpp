@@ -1,3 +1,4 @@
+#include "haldend/Failure.h"
 #include "haldend/MachineTransaction.h"
 #include "haldend/TestMachine.h"
 
@@ -51,6 +52,52 @@ TEST(Recovery, crashInARunningProgram_isFinishedBeforeItsNextCall) {
     EXPECT_EQ(machine.call(machine.search(), 222).code, halden::ErrorCode::changedElsewhere);
     EXPECT_EQ(machine.call(machine.search(), 222).code, 0);
     EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), "passwd: files\ngroup: files\n");
+}
+
+namespace {
+
+/// A folder as a crash leaves it right after it was decided that sssd.conf is to go.
+void interruptRemoval(const TestMachine& machine) {
+    TransactionJournal journal;
+    journal.entries.push_back(
+        {machineFile::sssd, Fingerprint::of(machine.folder.read("etc/sssd/sssd.conf")), Fingerprint{}});
+    machine.folder.write("var/lib/corvane/journal", journal.text());
+}
+
+} // namespace
+
+TEST(Recovery, crashBeforeAFileWasRemoved_isFinishedAtTheNextStart) {
+    TestMachine machine;
+    interruptRemoval(machine);
+    machine.start();
+    EXPECT_FALSE(machine.folder.has("etc/sssd/sssd.conf"));
+    EXPECT_FALSE(machine.folder.has("var/lib/corvane/journal"));
+}
+
+TEST(Recovery, fileEditedAfterTheCrashThatWasToGo_isLeftAsItIs) {
+    TestMachine machine;
+    interruptRemoval(machine);
+    machine.folder.write("etc/sssd/sssd.conf", "# mine\n");
+    machine.start();
+    EXPECT_EQ(machine.folder.read("etc/sssd/sssd.conf"), "# mine\n");
+    EXPECT_FALSE(machine.folder.has("var/lib/corvane/journal"));
+}
+
+TEST(Recovery, removalThatCanNotBeFollowedByTheRest_isTakenBackWithModeAndContent) {
+    const TestMachine machine;
+    const MachineFolder folder(machine.folder.path());
+    std::filesystem::permissions(machine.folder.path() + "/etc/sssd/sssd.conf", std::filesystem::perms(0640));
+    const FolderLock lock(folder);
+    MachineTransaction transaction(folder, lock);
+    transaction.remove(machineFile::sssd, true);
+    transaction.replace(machineFile::nsswitch, newNsswitch, 0644);
+    std::filesystem::remove(machine.folder.path() + "/etc/nsswitch.conf");
+    std::filesystem::create_directory(machine.folder.path() + "/etc/nsswitch.conf"); // can't be renamed onto
+    EXPECT_THROW(transaction.commit(), Failure);
+    EXPECT_EQ(machine.folder.read("etc/sssd/sssd.conf"), twoDirectories);
+    EXPECT_EQ(std::filesystem::status(machine.folder.path() + "/etc/sssd/sssd.conf").permissions(),
+              std::filesystem::perms(0640));
+    EXPECT_FALSE(machine.folder.has("var/lib/corvane/journal"));
 }
 
 TEST(Recovery, fileEditedAfterTheCrash_isLeftAsItIs) {

@@ -5,6 +5,7 @@
 #include <random>
 #include <thread>
 
+#include "haldend/LdapServersTest.h"
 #include "haldend/MachineTransaction.h"
 #include "haldend/TestMachine.h"
 
@@ -18,6 +19,7 @@ namespace attribute = halden::attribute;
 namespace {
 
 constexpr int kills = 500;
+constexpr int serverKills = 120;
 
 /// Applies calls without end, in an order that depends on the seed. Reports each call before and after.
 class Applier {
@@ -114,12 +116,77 @@ void expectWhole(TestMachine& machine) {
 void expectStoredWithTheseFiles(const TestMachine& machine) {
     const auto stored = machine.folder.read("var/lib/corvane/policies.plist");
     if (stored.empty()) return; // killed before the first call was done
+    const haldend::MachineFolder folder(machine.folder.path());
     for (const auto* file : {"etc/nsswitch.conf", "etc/sssd/sssd.conf"})
-        EXPECT_NE(stored.find(haldend::Fingerprint::of(machine.folder.read(file)).text()), std::string::npos)
-            << file;
+        EXPECT_NE(stored.find(haldend::Fingerprint::of(folder.read(file)).text()), std::string::npos) << file;
 }
 
 } // namespace
+
+namespace {
+
+/// Adds servers to a machine that had none, puts them on the policy and removes them, without end.
+[[noreturn]] void addAndRemove(ServerMachine& machine, int pipe) {
+    const auto note = [pipe](char mark) {
+        if (::write(pipe, &mark, 1) != 1) ::_exit(1);
+    };
+    machine.start();
+    for (;;) {
+        note('<');
+        (void)machine.write({newServer("one", "a.example.com"), newServer("two", "b.example.com")});
+        (void)machine.call(machine.search(), 111);
+        (void)machine.write({}, {"one", "two"});
+        note('>');
+    }
+}
+
+/// Runs that in a child process and kills it after a random time.
+void addAndRemoveUntilKilled(ServerMachine& machine, std::chrono::microseconds time) {
+    int ends[2];
+    EXPECT_EQ(::pipe(ends), 0);
+    const pid_t child = ::fork();
+    if (child == 0) addAndRemove(machine, ends[1]);
+    ::close(ends[1]);
+    char first = 0;
+    EXPECT_EQ(::read(ends[0], &first, 1), 1);
+    std::this_thread::sleep_for(time);
+    ::kill(child, SIGKILL);
+    ::waitpid(child, nullptr, 0);
+    ::close(ends[0]);
+}
+
+void removeAllServers(const ServerMachine& machine) {
+    std::vector<std::string> names;
+    for (const auto* name : {"one", "two"})
+        if (!machine.described(name).isNull()) names.emplace_back(name);
+    EXPECT_EQ(machine.write({}, names).error.code, 0);
+}
+
+} // namespace
+
+TEST(KilledDuringApply, whileServersComeAndGo_leavesAMachineThatCanBeTakenBackToHowItWasFound) {
+    ServerMachine machine("");
+    const auto found = everythingBelowEtc(machine);
+    std::mt19937 random(20260807);
+    std::map<std::size_t, int> seen;
+    for (int i = 0; i < serverKills && !testing::Test::HasFailure(); ++i) {
+        addAndRemoveUntilKilled(machine, std::chrono::microseconds(random() % 60000));
+        machine.start();
+        const auto servers = machine.list().values.valueForKey("servers").as<util::Array>();
+        ++seen[servers.count()];
+        EXPECT_NE(servers.count(), 1U) << "both servers or none";
+        EXPECT_EQ(leftovers(machine), std::vector<std::string>());
+        expectStoredWithTheseFiles(machine);
+        EXPECT_EQ(machine.folder.has("etc/sssd/sssd.conf"), !servers.isEmpty());
+        if (i % 4 == 0) removeAllServers(machine);
+        if (i % 4 != 0) continue;
+        auto now = everythingBelowEtc(machine);
+        now.erase("etc/sssd"); // a kill just after the last file went leaves the empty folder
+        EXPECT_EQ(now, found);
+    }
+    EXPECT_GT(seen[0], 0);
+    EXPECT_GT(seen[2], 0);
+}
 
 TEST(KilledDuringApply, fiveHundredTimes_leavesBothFilesAndThePolicyWholeAndAgreeing) {
     TestMachine machine;
