@@ -26,6 +26,7 @@ PACKAGES_RUN=(
 # To run all tests, those on test hosts included.
 PACKAGES_TEST=(
     sssd sssd-ldap sssd-tools libnss-sss libpam-sss
+    pamtester gnutls-bin
     xvfb xdotool xauth dbus iproute2 strace procps util-linux
 )
 

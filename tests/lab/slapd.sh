@@ -68,3 +68,23 @@ slapd_search() {
 slapd_person() {
     "$LAB_SOURCE_DIR/make-people" "$1" "$SLAPD_BASE" "$SLAPD_DOMAIN" | sed -n 's/^uid: //p' | tail -n 1
 }
+
+# slapd_certify HOST [FIRST-DAY LAST-DAY]   certificate and key for the name HOST, and the authority's certificate
+#     in $LAB_DIR/HOST-ca.pem; between slapd_load and slapd_start. Days like 2020-01-31; now and a week on by default.
+slapd_certify() {
+    local host=$1 first=${2:-$(date -d yesterday +%F)} last=${3:-$(date -d '+7 days' +%F)} own=$LAB_DIR/$1
+    printf 'cn = Lab Authority of %s\nca\ncert_signing_key\nexpiration_days = 30\n' "$host" >"$own-ca.template"
+    printf 'cn = %s\ndns_name = %s\ntls_www_server\nactivation_date = "%s 00:00:00"\nexpiration_date = "%s 00:00:00"\n' \
+        "$host" "$host" "$first" "$last" >"$own.template"
+    {
+        certtool --generate-privkey --key-type ecdsa --outfile "$own-ca.key" &&
+            certtool --generate-self-signed --load-privkey "$own-ca.key" --template "$own-ca.template" --outfile "$own-ca.pem" &&
+            certtool --generate-privkey --key-type ecdsa --outfile "$own.key" &&
+            certtool --generate-certificate --load-privkey "$own.key" --load-ca-certificate "$own-ca.pem" \
+                --load-ca-privkey "$own-ca.key" --template "$own.template" --outfile "$own.pem"
+    } >"$own-certtool.log" 2>&1 || { cat "$own-certtool.log" >&2; lab_fail "no certificate for $host"; return; }
+    host_copy "$host" "$own.pem" "$SLAPD_DIR/cert.pem" && host_copy "$host" "$own.key" "$SLAPD_DIR/key.pem" 0600 &&
+        host_exec "$host" sed -i '/^TLS/d' "$SLAPD_DIR/slapd.conf" &&
+        host_exec "$host" sed -i "/^loglevel/a TLSCertificateFile $SLAPD_DIR/cert.pem\nTLSCertificateKeyFile $SLAPD_DIR/key.pem" \
+            "$SLAPD_DIR/slapd.conf"
+}

@@ -8,6 +8,7 @@
 #include <QProgressBar>
 #include <QPushButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "connectors/ldap/Widgets.h"
 
@@ -157,8 +158,12 @@ void CheckDialog::show(const CheckReport& report) {
         showStep(report.steps[i], rowAt(i));
     if (!report.finished) return;
     setRunning(false);
+    // What was seen stands beside the step already, where the step itself has failed.
+    const bool isSaid = std::ranges::any_of(report.steps, [&](const CheckReport::Step& step) {
+        return step.state == CheckReport::State::failed && step.detail == report.failure.evidence;
+    });
     if (report.failed)
-        showFailure(report.failure.cause, report.failure.evidence, report.failure.nextStep);
+        showFailure(report.failure.cause, isSaid ? "" : report.failure.evidence, report.failure.nextStep);
     else
         result_->setText("<b>The server works.</b> Users and groups can be looked up with these settings.");
 }

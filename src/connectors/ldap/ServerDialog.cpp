@@ -7,9 +7,9 @@
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QLineEdit>
+#include <QMenu>
 #include <QPlainTextEdit>
 #include <QPushButton>
-#include <QSpinBox>
 #include <QToolButton>
 #include <QVBoxLayout>
 
@@ -36,12 +36,29 @@ void choose(QComboBox& box, const std::string& value) {
 
 std::string chosen(const QComboBox& box) { return box.currentData().toString().toStdString(); }
 
-QSpinBox* secondsField(const char* name, QWidget& parent) {
-    auto* field = new QSpinBox(&parent);
-    field->setObjectName(name);
-    field->setRange(1, longestTimeout);
-    field->setSuffix(" seconds");
-    return field;
+void makeNarrow(QLineEdit& field) {
+    field.setMinimumWidth(0);
+    field.setMaximumWidth(field.fontMetrics().averageCharWidth() * 12);
+}
+
+/// A field with its unit behind it.
+QWidget* withUnit(QLineEdit* field, const QString& unit) {
+    auto* row = new QWidget(field->parentWidget());
+    auto* layout = new QHBoxLayout(row);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(field);
+    layout->addWidget(new QLabel(unit, row));
+    layout->addStretch();
+    makeNarrow(*field);
+    row->setFocusProxy(field);
+    return row;
+}
+
+/// A time-out as it was typed, in seconds; 0 when it is none.
+int seconds(const QLineEdit& field) {
+    bool isNumber = false;
+    const int number = field.text().trimmed().toInt(&isNumber);
+    return isNumber && number >= 1 && number <= longestTimeout ? number : 0;
 }
 
 } // namespace
@@ -65,17 +82,18 @@ void ServerDialog::build() {
     layout->setContentsMargins(24, 20, 24, 16);
     layout->setSpacing(14);
     layout->addWidget(heading(windowTitle(), *this));
-    layout->addLayout(serverFields());
-    layout->addLayout(directoryFields());
+    form_ = new QFormLayout;
+    form_->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+    addServerFields(*form_);
+    addDirectoryFields(*form_);
+    layout->addLayout(form_);
     layout->addWidget(more_ = new QToolButton(this));
     layout->addWidget(moreBox_ = moreFields());
     more_->setObjectName("more");
     more_->setText("&More settings");
     more_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     more_->setAutoRaise(true);
-    more_->setCheckable(true);
-    connect(more_, &QToolButton::toggled, this, &ServerDialog::setMoreShown);
-    setMoreShown(false);
+    connect(more_, &QToolButton::clicked, this, [this] { setMoreShown(moreBox_->isHidden()); });
     layout->addStretch();
     problem_ = paragraph("", *this);
     problem_->setObjectName("problem");
@@ -83,11 +101,23 @@ void ServerDialog::build() {
     problem_->hide();
     layout->addWidget(problem_);
     layout->addWidget(buttonRow());
+    setMinimumWidth(540);
+    setMoreShown(false);
 }
 
-QFormLayout* ServerDialog::serverFields() {
-    auto* form = new QFormLayout;
-    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+// Texts that wrap come and go: the window is as high as they need.
+void ServerDialog::fitHeight() {
+    layout()->activate();
+    resize(width(), std::max(layout()->totalHeightForWidth(width()), layout()->totalMinimumSize().height()));
+}
+
+void ServerDialog::showProblem(const QString& wrong) {
+    problem_->setText(wrong);
+    problem_->setVisible(!wrong.isEmpty());
+    fitHeight();
+}
+
+void ServerDialog::addServerFields(QFormLayout& form) {
     addresses_ = new QPlainTextEdit(this);
     addresses_->setObjectName("addresses");
     addresses_->setTabChangesFocus(true);
@@ -96,19 +126,20 @@ QFormLayout* ServerDialog::serverFields() {
     addresses_->setToolTip(
         "One host name or address per line. They are asked in this order: the next one when "
         "one doesn’t answer.");
-    form->addRow("&Servers, one per line:", addresses_);
+    form.addRow("&Servers, one per line:", addresses_);
     security_ = new QComboBox(this);
     security_->setObjectName("security");
     addChoice(*security_, "StartTLS (recommended)", security::startTLS);
     addChoice(*security_, "LDAPS", security::ldaps);
     addChoice(*security_, "None: not encrypted", security::none);
-    form->addRow("&Encryption:", security_);
+    form.addRow("&Encryption:", security_);
     securityWarning_ = hint("", *this);
     securityWarning_->setObjectName("securityWarning");
     setAlarming(*securityWarning_, true);
-    form->addRow("", securityWarning_);
+    form.addRow("", securityWarning_);
     port_ = namedField("port", "", *this);
-    form->addRow("&Port:", port_);
+    makeNarrow(*port_);
+    form.addRow("&Port:", port_);
     caFile_ = namedField("caFile", "the system’s own authorities", *this);
     caFile_->setToolTip("A file on the machine that is configured, with the certificates of the authorities "
                         "that may sign the server’s.");
@@ -116,42 +147,33 @@ QFormLayout* ServerDialog::serverFields() {
     browse->setObjectName("browse");
     browse->setEnabled(!host_.isRemote());
     connect(browse, &QPushButton::clicked, this, &ServerDialog::browseForCaFile);
-    form->addRow("&CA certificates:", besideEachOther(caFile_, browse));
+    form.addRow("&CA certificates:", besideEachOther(caFile_, browse));
     connect(security_, &QComboBox::currentIndexChanged, this, &ServerDialog::securityChanged);
-    return form;
 }
 
-QFormLayout* ServerDialog::directoryFields() {
-    auto* form = new QFormLayout;
-    form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
-    baseDN_ = new QComboBox(this);
-    baseDN_->setObjectName("baseDN");
-    baseDN_->setEditable(true);
-    baseDN_->setInsertPolicy(QComboBox::NoInsert);
-    baseDN_->lineEdit()->setPlaceholderText("as the server says");
-    baseDN_->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Fixed);
+void ServerDialog::addDirectoryFields(QFormLayout& form) {
+    baseDN_ = namedField("baseDN", "as the server says", *this);
     askBases_ = new QPushButton("As&k Server", this);
     askBases_->setObjectName("askBases");
     askBases_->setToolTip("Asks the server below which bases it keeps its entries.");
     connect(askBases_, &QPushButton::clicked, this, &ServerDialog::askForBases);
-    form->addRow("Search &base:", besideEachOther(baseDN_, askBases_));
+    form.addRow("Search &base:", besideEachOther(baseDN_, askBases_));
     basesNote_ = hint("", *this);
     basesNote_->setObjectName("basesNote");
-    basesNote_->hide();
-    form->addRow("", basesNote_);
+    form.addRow("", basesNote_);
+    form.setRowVisible(basesNote_, false);
     bindDN_ = namedField("bindDN", "anonymous", *this);
     connect(bindDN_, &QLineEdit::textChanged, this, &ServerDialog::bindNameChanged);
-    form->addRow("Sign in &as (DN):", bindDN_);
+    form.addRow("Sign in &as (DN):", bindDN_);
     password_ = namedField("password", "", *this);
     password_->setEchoMode(QLineEdit::Password);
-    form->addRow("Pass&word:", password_);
+    form.addRow("Pass&word:", password_);
     schema_ = new QComboBox(this);
     schema_->setObjectName("schema");
     addChoice(*schema_, "RFC 2307: groups name their members", schema::rfc2307);
     addChoice(*schema_, "RFC 2307bis: groups point at their members", schema::rfc2307bis);
     addChoice(*schema_, "Active Directory", schema::activeDirectory);
-    form->addRow("Sche&ma:", schema_);
-    return form;
+    form.addRow("Sche&ma:", schema_);
 }
 
 QWidget* ServerDialog::moreFields() {
@@ -160,11 +182,11 @@ QWidget* ServerDialog::moreFields() {
     form->setContentsMargins(16, 0, 0, 0);
     name_ = namedField("name", "made of the first server’s name", *box);
     name_->setToolTip("How the machine’s own configuration calls this server.");
-    form->addRow("&Name in the configuration:", name_);
-    connectTimeout_ = secondsField("connectTimeout", *box);
-    form->addRow("Wait for a &connection:", connectTimeout_);
-    searchTimeout_ = secondsField("searchTimeout", *box);
-    form->addRow("Wait for an &answer:", searchTimeout_);
+    form->addRow("Name &in the configuration:", name_);
+    connectTimeout_ = namedField("connectTimeout", "", *box);
+    form->addRow("Wait for a connection:", withUnit(connectTimeout_, "seconds"));
+    searchTimeout_ = namedField("searchTimeout", "", *box);
+    form->addRow("Wait for an answer:", withUnit(searchTimeout_, "seconds"));
     return box;
 }
 
@@ -198,13 +220,13 @@ void ServerDialog::fill() {
     choose(*security_, original_.security);
     port_->setText(original_.port == 0 ? "" : QString::number(original_.port));
     caFile_->setText(text(original_.caFile));
-    baseDN_->setEditText(text(original_.baseDN));
+    baseDN_->setText(text(original_.baseDN));
     bindDN_->setText(text(original_.bindDN));
     if (original_.password) password_->setText(text(*original_.password));
     choose(*schema_, original_.schema);
     name_->setText(text(original_.name));
-    connectTimeout_->setValue(original_.connectTimeout);
-    searchTimeout_->setValue(original_.searchTimeout);
+    connectTimeout_->setText(QString::number(original_.connectTimeout));
+    searchTimeout_->setText(QString::number(original_.searchTimeout));
     securityChanged();
     bindNameChanged();
     addresses_->setFocus();
@@ -218,7 +240,8 @@ void ServerDialog::securityChanged() {
         mode == security::none ? "Everybody on the network can read and change what the server says. Users "
                                  "are found, but nobody can log in: passwords aren’t sent unprotected."
                                : "");
-    securityWarning_->setVisible(mode == security::none);
+    form_->setRowVisible(securityWarning_, mode == security::none);
+    fitHeight();
 }
 
 void ServerDialog::bindNameChanged() {
@@ -230,7 +253,7 @@ void ServerDialog::bindNameChanged() {
 void ServerDialog::setMoreShown(bool shown) {
     more_->setArrowType(shown ? Qt::DownArrow : Qt::RightArrow);
     moreBox_->setVisible(shown);
-    if (!shown) adjustSize();
+    fitHeight();
 }
 
 void ServerDialog::browseForCaFile() {
@@ -254,11 +277,11 @@ Server ServerDialog::server() const {
     made.security = chosen(*security_);
     made.port = port_->text().trimmed().toInt();
     made.caFile = caFile_->text().trimmed().toStdString();
-    made.baseDN = baseDN_->currentText().trimmed().toStdString();
+    made.baseDN = baseDN_->text().trimmed().toStdString();
     made.bindDN = bindDN_->text().trimmed().toStdString();
     made.schema = chosen(*schema_);
-    made.connectTimeout = connectTimeout_->value();
-    made.searchTimeout = searchTimeout_->value();
+    made.connectTimeout = seconds(*connectTimeout_);
+    made.searchTimeout = seconds(*searchTimeout_);
     made.name = name_->text().trimmed().toStdString();
     if (made.name.empty()) made.name = list_.freeName(made.title());
     if (made.bindDN.empty()) {
@@ -271,7 +294,7 @@ Server ServerDialog::server() const {
 }
 
 QString ServerDialog::complain(QWidget& field, const QString& about) {
-    if (moreBox_->isAncestorOf(&field)) more_->setChecked(true);
+    if (moreBox_->isAncestorOf(&field)) setMoreShown(true);
     field.setFocus();
     return about;
 }
@@ -287,6 +310,9 @@ QString ServerDialog::problem() {
         return complain(*caFile_, "The CA certificates are a file’s full path, from “/” on.");
     if (!now.bindDN.empty() && !now.hasPassword && !now.password)
         return complain(*password_, "Signing in needs a password. Leave the DN empty to sign in as nobody.");
+    for (auto* field : {connectTimeout_, searchTimeout_})
+        if (seconds(*field) == 0)
+            return complain(*field, QString("A time-out is from 1 to %1 seconds.").arg(longestTimeout));
     if (list_.isNameTaken(now.name, index_))
         return complain(*name_, QString("Another server is called “%1” already.").arg(text(now.name)));
     return "";
@@ -294,15 +320,13 @@ QString ServerDialog::problem() {
 
 void ServerDialog::accept() {
     const auto wrong = problem();
-    problem_->setText(wrong);
-    problem_->setVisible(!wrong.isEmpty());
+    showProblem(wrong);
     if (wrong.isEmpty()) QDialog::accept();
 }
 
 void ServerDialog::test() {
     const auto wrong = problem();
-    problem_->setText(wrong);
-    problem_->setVisible(!wrong.isEmpty());
+    showProblem(wrong);
     if (!wrong.isEmpty()) return;
     auto* dialog = new CheckDialog(host_, server(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
@@ -314,8 +338,7 @@ void ServerDialog::askForBases() {
     try {
         bases_ = std::make_unique<ServerCheck>(host_, ServerCheck::Kind::bases, server(), "", "");
         askBases_->setEnabled(false);
-        basesNote_->setText("Asking the server…");
-        basesNote_->show();
+        showBasesNote("Asking the server…");
         basesTimer_.start();
     } catch (const sdk::CallError& error) {
         endOfBases(QString::fromUtf8(error.what()) + " " + text(error.recovery()));
@@ -328,24 +351,36 @@ void ServerDialog::pollBases() {
         if (!report.finished) return;
         if (report.failed)
             return endOfBases(text(report.failure.cause) + " " + text(report.failure.nextStep));
-        const auto typed = baseDN_->currentText();
-        baseDN_->clear();
-        for (const auto& base : report.bases)
-            baseDN_->addItem(text(base));
-        baseDN_->setEditText(typed.isEmpty() ? text(report.defaultBase) : typed);
-        endOfBases(report.bases.empty() ? "The server doesn’t tell its bases. Ask who runs it."
-                                        : QString("The server has %1.").arg(text(report.bases.front())));
+        offerBases(report);
     } catch (const sdk::CallError& error) {
         endOfBases(QString::fromUtf8(error.what()) + " " + text(error.recovery()));
     }
+}
+
+// One base is taken over; of several the user chooses one.
+void ServerDialog::offerBases(const CheckReport& found) {
+    const auto report = found; // the check goes before the menu is answered
+    if (report.bases.empty()) return endOfBases("The server doesn’t tell its bases. Ask who runs it.");
+    endOfBases(QString("The server keeps its entries below %1.").arg(text(report.defaultBase)));
+    if (report.bases.size() == 1) return baseDN_->setText(text(report.defaultBase));
+    auto* menu = new QMenu(this);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    for (const auto& base : report.bases)
+        menu->addAction(text(base), this, [this, base] { baseDN_->setText(text(base)); });
+    menu->popup(askBases_->mapToGlobal(QPoint(0, askBases_->height())));
 }
 
 void ServerDialog::endOfBases(const QString& message) {
     basesTimer_.stop();
     bases_.reset();
     askBases_->setEnabled(true);
+    showBasesNote(message);
+}
+
+void ServerDialog::showBasesNote(const QString& message) {
     basesNote_->setText(message);
-    basesNote_->show();
+    form_->setRowVisible(basesNote_, true);
+    fitHeight();
 }
 
 } // namespace corvane::connectors::ldap

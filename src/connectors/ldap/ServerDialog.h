@@ -14,7 +14,6 @@ class QLabel;
 class QLineEdit;
 class QPlainTextEdit;
 class QPushButton;
-class QSpinBox;
 class QToolButton;
 
 namespace corvane::connectors::ldap {
@@ -33,8 +32,8 @@ public:
 
 private:
     void build();
-    [[nodiscard]] QFormLayout* serverFields();
-    [[nodiscard]] QFormLayout* directoryFields();
+    void addServerFields(QFormLayout& form);
+    void addDirectoryFields(QFormLayout& form);
     [[nodiscard]] QWidget* moreFields();
     [[nodiscard]] QWidget* buttonRow();
     [[nodiscard]] QWidget* besideEachOther(QWidget* field, QWidget* button);
@@ -42,9 +41,13 @@ private:
     void securityChanged();
     void bindNameChanged();
     void setMoreShown(bool shown);
+    void fitHeight();
+    void showProblem(const QString& wrong);
+    void showBasesNote(const QString& message);
     void browseForCaFile();
     void askForBases();
     void pollBases();
+    void offerBases(const CheckReport& report);
     void endOfBases(const QString& message);
     void test();
     /// The first thing that is wrong, "" when nothing is; the field gets the keyboard.
@@ -60,12 +63,13 @@ private:
     std::unique_ptr<ServerCheck> bases_;
     QTimer basesTimer_;
 
+    QFormLayout* form_ = nullptr;
     QPlainTextEdit* addresses_ = nullptr;
     QComboBox* security_ = nullptr;
     QLabel* securityWarning_ = nullptr;
     QLineEdit* port_ = nullptr;
     QLineEdit* caFile_ = nullptr;
-    QComboBox* baseDN_ = nullptr;
+    QLineEdit* baseDN_ = nullptr;
     QPushButton* askBases_ = nullptr;
     QLabel* basesNote_ = nullptr;
     QLineEdit* bindDN_ = nullptr;
@@ -74,8 +78,8 @@ private:
     QToolButton* more_ = nullptr;
     QWidget* moreBox_ = nullptr;
     QLineEdit* name_ = nullptr;
-    QSpinBox* connectTimeout_ = nullptr;
-    QSpinBox* searchTimeout_ = nullptr;
+    QLineEdit* connectTimeout_ = nullptr;
+    QLineEdit* searchTimeout_ = nullptr;
     QLabel* problem_ = nullptr;
 };
 

@@ -140,32 +140,37 @@ void ServersDialog::duplicateServer() {
     if (rows.size() == 1) reload(list_.duplicate(rows.front()));
 }
 
-bool ServersDialog::mayDelete(const std::vector<std::size_t>& indexes) {
-    QStringList onPolicies;
+QStringList ServersDialog::titlesOnPolicies(const std::vector<std::size_t>& indexes) const {
+    QStringList titles;
     for (const auto index : indexes) {
         const auto& server = list_.servers().at(index);
         if (server.node.empty()) continue;
         if (host_.isNodeOnAuthSearchPolicy(server.node) || host_.isNodeOnContactsSearchPolicy(server.node))
-            onPolicies << text(server.title());
+            titles << text(server.title());
     }
-    if (onPolicies.isEmpty()) return true;
-    QMessageBox box(QMessageBox::Warning, "Delete Servers",
-                    QString("%1 is on a search policy.").arg(onPolicies.join(", ")), QMessageBox::Cancel,
-                    this);
-    box.setInformativeText("With the server it leaves the policy, and its users can no longer log in, once "
-                           "you apply the change.");
-    auto* yes = box.addButton("Delete", QMessageBox::DestructiveRole);
-    yes->setObjectName("reallyDelete");
-    box.setDefaultButton(QMessageBox::Cancel);
-    box.exec();
-    return box.clickedButton() == yes;
+    return titles;
 }
 
 void ServersDialog::deleteServers() {
     const auto rows = selection();
-    if (rows.empty() || !mayDelete(rows)) return;
-    list_.removeAt(rows);
-    reload(rows.front());
+    const auto remove = [this, rows] {
+        list_.removeAt(rows);
+        reload(rows.front());
+    };
+    const auto onPolicies = titlesOnPolicies(rows);
+    if (!rows.empty() && onPolicies.isEmpty()) remove();
+    if (onPolicies.isEmpty()) return;
+    auto* box = new QMessageBox(QMessageBox::Warning, "Delete Servers",
+                                QString("%1 is on a search policy.").arg(onPolicies.join(", ")),
+                                QMessageBox::Cancel, this);
+    box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setInformativeText("With the server it leaves the policy, and its users can no longer log in, once "
+                            "you apply the change.");
+    auto* yes = box->addButton("Delete", QMessageBox::DestructiveRole);
+    yes->setObjectName("reallyDelete");
+    box->setDefaultButton(QMessageBox::Cancel);
+    connect(yes, &QPushButton::clicked, this, remove);
+    box->open();
 }
 
 void ServersDialog::testServer() {

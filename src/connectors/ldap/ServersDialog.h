@@ -38,7 +38,7 @@ private:
     void testServer();
     /// Opens the editor; what it ends with goes into the list. `index`: `ServerList::none` for a new server.
     void edit(const Server& server, std::size_t index);
-    [[nodiscard]] bool mayDelete(const std::vector<std::size_t>& indexes);
+    [[nodiscard]] QStringList titlesOnPolicies(const std::vector<std::size_t>& indexes) const;
 
     const sdk::Host& host_;
     ServerList& list_;

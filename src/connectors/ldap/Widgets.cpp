@@ -27,6 +27,7 @@ QLabel* hint(const QString& content, QWidget& parent) {
     auto* label = paragraph(content, parent);
     auto font = label->font();
     font.setPointSizeF(font.pointSizeF() * 0.9);
+    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     label->setFont(font);
     auto palette = label->palette();
     palette.setColor(QPalette::WindowText, palette.color(QPalette::PlaceholderText));
@@ -52,12 +53,14 @@ void setAlarming(QLabel& label, bool alarming) {
 }
 
 void showError(QWidget* parent, const QString& title, const sdk::CallError& error) {
-    QMessageBox box(QMessageBox::Warning, title, QString::fromUtf8(error.what()), QMessageBox::Ok, parent);
+    auto* box = new QMessageBox(QMessageBox::Warning, title, QString::fromUtf8(error.what()), QMessageBox::Ok,
+                                parent);
+    box->setAttribute(Qt::WA_DeleteOnClose);
     QStringList details;
     for (const auto& part : {error.reason(), error.recovery()})
         if (!part.empty()) details << text(part);
-    box.setInformativeText(details.join("\n\n"));
-    box.exec();
+    box->setInformativeText(details.join("\n\n"));
+    box->open();
 }
 
 } // namespace corvane::connectors::ldap

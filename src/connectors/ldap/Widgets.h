@@ -23,7 +23,7 @@ namespace corvane::connectors::ldap {
 /// Whether a text stands in the colour of what went wrong.
 void setAlarming(QLabel& label, bool alarming);
 
-/// Shows what failed, why and what to try, and waits until the user has read it.
+/// Shows what failed, why and what to try, on `parent`. Returns at once.
 void showError(QWidget* parent, const QString& title, const sdk::CallError& error);
 
 } // namespace corvane::connectors::ldap

@@ -135,8 +135,9 @@ void WindowUser::dragRow(const QString& table, int row, int place) {
 void WindowUser::type(const QString& field, const QString& text) {
     click(field);
     press(Qt::Key_A, Qt::ControlModifier);
+    auto* window = QGuiApplication::focusWindow();
     for (const auto letter : text)
-        QTest::keyClick(shell_.windowHandle(), letter.toLatin1());
+        QTest::keyClick(window != nullptr ? window : shell_.windowHandle(), letter.toLatin1());
     settle();
 }
 
@@ -214,12 +215,11 @@ void WindowUser::savePicture(const QString& path) const {
 }
 
 void WindowUser::saveDialoguePicture(const QString& path) const {
-    for (auto* top : QApplication::topLevelWidgets()) {
-        if (qobject_cast<QDialog*>(top) == nullptr || !top->isVisible()) continue;
-        if (!qt::renderToFile(*top, path)) fail("the picture " + path + " can't be saved");
-        return;
-    }
-    fail("no dialogue is open");
+    auto* dialogue = qobject_cast<QDialog*>(QApplication::activeModalWidget());
+    for (auto* top : QApplication::topLevelWidgets())
+        if (dialogue == nullptr && top->isVisible()) dialogue = qobject_cast<QDialog*>(top);
+    if (dialogue == nullptr) fail("no dialogue is open");
+    if (!qt::renderToFile(*dialogue, path)) fail("the picture " + path + " can't be saved");
 }
 
 } // namespace corvane::gui
