@@ -45,7 +45,7 @@ CheckFailure lost(const std::string& peer) {
 
 CheckFailure silent(const std::string& peer, int seconds) {
     return {kind::timeout, "The server accepts the connection and then says nothing.",
-            peer + ": no answer within " + std::to_string(seconds) + " seconds.",
+            peer + ": no answer within " + inSeconds(seconds) + ".",
             "See whether a directory server, and not something else, listens on that port, and whether it is "
             "overloaded; or choose a longer time limit."};
 }

@@ -12,6 +12,11 @@ struct CheckFailure {
     std::string kind, cause, evidence, nextStep;
 };
 
+/// "1 second", "6 seconds".
+[[nodiscard]] inline std::string inSeconds(long number) {
+    return std::to_string(number) + (number == 1 ? " second" : " seconds");
+}
+
 struct CheckStep {
     std::string name; ///< one of sdk::ldap::step
     std::string state = "waiting";

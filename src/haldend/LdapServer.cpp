@@ -177,8 +177,8 @@ void writeSection(SssdLines& lines, const LdapServer& server, const std::optiona
     if (differs(&LdapServer::baseDN)) writer.putOrRemove("ldap_search_base", server.baseDN);
     if (differs(&LdapServer::bindDN)) writer.putOrRemove("ldap_default_bind_dn", server.bindDN);
     // A password without a name to go with it is of no use and would only lie about.
-    const bool isAnonymous = server.bindDN.empty() && differs(&LdapServer::bindDN);
-    writePassword(writer, isAnonymous ? std::make_optional<std::string>() : password);
+    const bool losesName = server.bindDN.empty() && (differs(&LdapServer::bindDN) || password);
+    writePassword(writer, losesName ? std::make_optional<std::string>() : password);
     if (differs(&LdapServer::schema)) writer.put("ldap_schema", server.schema, schema::rfc2307);
     if (differs(&LdapServer::connectTimeout))
         writer.seconds("ldap_network_timeout", server.connectTimeout, networkTimeoutDefault);

@@ -49,7 +49,7 @@ CheckFailure notConnected(const std::string& place, int number, std::chrono::sec
                 "See whether the directory server runs on that host, and whether the port is right."};
     if (number == ETIMEDOUT)
         return {kind::timeout, "The host doesn't answer.",
-                place + ": no answer within " + std::to_string(patience.count()) + " seconds.",
+                place + ": no answer within " + inSeconds(patience.count()) + ".",
                 "See whether the host is switched on, whether the address is right, and whether a firewall "
                 "lies between."};
     return {kind::other, "The host can't be reached.", place + ": " + std::strerror(number) + ".",
@@ -58,8 +58,7 @@ CheckFailure notConnected(const std::string& place, int number, std::chrono::sec
 
 CheckFailure silent(const std::string& peer, std::chrono::seconds patience) {
     return {kind::timeout, "The server accepts the connection and then says nothing.",
-            peer + ": no answer to the attempt to encrypt within " + std::to_string(patience.count()) +
-                " seconds.",
+            peer + ": no answer to the attempt to encrypt within " + inSeconds(patience.count()) + ".",
             "See whether a directory server, and not something else, listens on that port, and whether it "
             "hangs; or choose a longer time limit."};
 }

@@ -1,5 +1,6 @@
 #include "haldend/PeerCertificate.h"
 
+#include <arpa/inet.h>
 #include <gnutls/x509.h>
 
 #include <ctime>
@@ -36,7 +37,13 @@ public:
             std::size_t length = sizeof name;
             const int type = gnutls_x509_crt_get_subject_alt_name(handle_, i, name, &length, nullptr);
             if (type < 0) break;
-            if (type == GNUTLS_SAN_DNSNAME) hosts += (hosts.empty() ? "" : ", ") + std::string(name, length);
+            char address[INET6_ADDRSTRLEN] = "";
+            std::string host;
+            if (type == GNUTLS_SAN_DNSNAME) host.assign(name, length);
+            if (type == GNUTLS_SAN_IPADDRESS &&
+                ::inet_ntop(length == 4 ? AF_INET : AF_INET6, name, address, sizeof address))
+                host = address;
+            if (!host.empty()) hosts += (hosts.empty() ? "" : ", ") + host;
         }
         return hosts;
     }

@@ -26,7 +26,8 @@ inline constexpr std::int32_t listServers = 1201;
 inline constexpr std::int32_t writeServers = 1202;
 /// {"kind": "test" or "bases", "server": a server, "user": string, "group": string}: begins to try a server
 /// in the background. `server` need not be saved; without a password it uses the saved one of the server of
-/// that name (or of the one that it "replaces"). Reply: {"job": integer}.
+/// that name (or of the one that it "replaces"), and needs no name. At most four are under way together;
+/// another one fails with error 4200. Reply: {"job": integer}.
 inline constexpr std::int32_t startCheck = 1210;
 /// {"job": integer}. Reply: a report, see `reportKey`. A job that was reported as finished is forgotten.
 inline constexpr std::int32_t checkReport = 1211;
@@ -75,7 +76,8 @@ inline constexpr auto activeDirectory = "ad";
 namespace reportKey {
 inline constexpr auto finished = "finished"; ///< boolean
 /// Array of dictionaries in the order in which they are taken: "step" (one of `step`), "state" ("waiting",
-/// "running", "done", "failed" or "skipped"), "detail" (string: what was seen, for people; may be empty).
+/// "running", "done", "failed" or "skipped"), "detail" (string: what was seen, for people; may be empty). All
+/// six of `step` for "test", the first four for "bases". What follows a failed step is skipped.
 inline constexpr auto steps = "steps";
 /// Absent while nothing has failed: a dictionary of the strings "kind" (one of `failure`), "cause",
 /// "evidence" and "nextStep", the last three for people.

@@ -126,6 +126,20 @@ TEST(LdapChecks, bothWaysToEncrypt_trustTheAuthorityThatIsChosen) {
     }
 }
 
+TEST(LdapChecks, certificateForAnAddress_isTakenForThatAddressAlone) {
+    const TestSlapd slapd(0, "sizelimit unlimited", true);
+    const Bench machine;
+    const auto at = [&](const char* address) {
+        auto values = encrypted(slapd.tlsPort(), "ldaps", slapd.certificate());
+        values.emplace(serverKey::addresses, util::Array{address});
+        return machine.tried(std::move(values));
+    };
+    EXPECT_EQ(at("127.0.0.1").kind(), "");
+    const auto other = at("localhost");
+    expectClear(other, kind::wrongName);
+    EXPECT_THAT(other.evidence(), HasSubstr("made out for 127.0.0.1"));
+}
+
 TEST(LdapChecks, certificateOfAnotherAuthority_isUntrustedAndNamed) {
     const TestCertificates certificates;
     const TestCertificates others;

@@ -112,6 +112,12 @@ TEST(LdapServers, password_isKeptChangedAndTakenAway) {
     EXPECT_THAT(machine.sssd(), Not(HasSubstr("authtok"))) << "nobody is left whose password it would be";
 }
 
+TEST(LdapServers, passwordWithoutABindDN_isNotStored) {
+    const ServerMachine machine(oneServer);
+    ASSERT_EQ(machine.write({server("staff", {{serverKey::password, password("one")}})}).error.code, 0);
+    EXPECT_EQ(machine.sssd(), oneServer);
+}
+
 TEST(LdapServers, password_isInNoReplyNoLogAndNoMessage) {
     const ServerMachine machine("");
     const auto added =
