@@ -28,7 +28,10 @@ std::shared_ptr<haldend::Engine> Program::openEngine(const Settings& settings,
     if (settings.machineFolder != "/")
         haldend::MachineFolderMaker("/", settings.files.sampleDirectory, log)
             .makeIfMissing(settings.machineFolder);
-    return std::make_shared<haldend::Engine>(settings.machineFolder, codec, log);
+    auto engine = std::make_shared<haldend::Engine>(settings.machineFolder, codec, log);
+    // A plug-in that somebody has installed brings a connector of its own along, on a private folder as well.
+    engine->connectorCatalog().addGuestsFrom(plugins::PluginController::systemPlugInsPath);
+    return engine;
 }
 
 Program::Program(QApplication& application, const Settings& settings, util::ProcessLog& log)

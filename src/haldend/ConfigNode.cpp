@@ -83,7 +83,7 @@ RecordList ConfigNode::fetch(const QueryParameters& parameters, bool) {
     RecordList records;
     if (wantsType(parameters, recordType::plugins)) {
         const auto disabled = engine().machine().picture().disabledConnectors();
-        for (const auto& connector : connectors)
+        for (const auto& connector : engine().connectorCatalog().all())
             append(records, parameters, recordType::plugins, attributesOf(connector, disabled));
     }
     for (const auto name : knownRecordTypes)
@@ -126,8 +126,9 @@ std::optional<util::Bytes> ConfigNode::ldapCall(std::int32_t code, util::BytesVi
 
 util::Bytes ConfigNode::call(std::int32_t code, util::BytesView request) {
     if (auto reply = ldapCall(code, request)) return *reply;
-    const auto found = std::ranges::find(connectors, code, &Connector::callCode);
-    if (found == connectors.end()) return EngineNode::call(code, request);
+    const auto known = engine().connectorCatalog().all();
+    const auto found = std::ranges::find(known, code, &Connector::callCode);
+    if (found == known.end()) return EngineNode::call(code, request);
     engine().requireConfigureRight(soleAuthorizationIn(request));
     engine().machine().change([&](MachinePolicy& policy) { flip(policy, *found); });
     return {};

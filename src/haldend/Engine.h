@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "haldend/LdapChecks.h"
+#include "haldend/ConnectorCatalog.h"
 #include "haldend/Machine.h"
 #include "haldend/Rights.h"
 
@@ -26,6 +27,7 @@ public:
 
     [[nodiscard]] Machine& machine() { return machine_; }
     [[nodiscard]] Rights& rights() { return rights_; }
+    [[nodiscard]] ConnectorCatalog& connectorCatalog() { return connectorCatalog_; }
     [[nodiscard]] LdapChecks& checks() { return checks_; }
     [[nodiscard]] const platform::PropertyListCodec& codec() const { return codec_; }
     [[nodiscard]] util::ProcessLog& log() { return log_; }
@@ -41,6 +43,7 @@ private:
     const platform::PropertyListCodec& codec_;
     util::ProcessLog& log_;
     Rights rights_;
+    ConnectorCatalog connectorCatalog_;
     std::vector<std::function<void()>> listeners_;
     Machine machine_;
     LdapChecks checks_;

@@ -1,3 +1,4 @@
+#include <fstream>
 #include <set>
 
 #include "haldend/Connectors.h"
@@ -53,6 +54,17 @@ TEST(Connectors, records_showStateAndVersionAndNoConfigurationProgram) {
     halden::Error error;
     EXPECT_TRUE(found[2]->valuesForAttribute(attribute::configAvailable, &error).isNull());
     EXPECT_EQ(error.code, halden::ErrorCode::attributeUnknown);
+    EXPECT_EQ(stateOf(machine, "LDAP"), "Active");
+}
+
+TEST(Connectors, guest_isListedAndSwitchedLikeAnyOther) {
+    TestMachine machine;
+    TemporaryFolder plugIns;
+    std::ofstream(plugIns.path() + "/Example.cvplug") << "x";
+    machine.engine->connectorCatalog().addGuestsFrom(plugIns.path());
+    EXPECT_EQ(stateOf(machine, "Example"), "Active");
+    EXPECT_FALSE(flip(machine, 9));
+    EXPECT_EQ(stateOf(machine, "Example"), "Inactive");
     EXPECT_EQ(stateOf(machine, "LDAP"), "Active");
 }
 
