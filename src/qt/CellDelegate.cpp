@@ -35,8 +35,9 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     painter->restore();
 }
 
-QSize CellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
-    return {QStyledItemDelegate::sizeHint(option, index).width(), rowHeight_};
+// As wide as the list has room: the cells cut their lines off by themselves.
+QSize CellDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+    return {0, rowHeight_};
 }
 
 } // namespace corvane::qt

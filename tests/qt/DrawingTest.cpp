@@ -148,6 +148,10 @@ protected:
 
 TEST_F(CellDelegateTest, RowsAreAsHighAsTheCellIsLaidOutFor) {
     EXPECT_EQ(list_.visualItemRect(list_.item(0)).height(), usersRowHeight);
+    list_.item(0)->setText(QString(200, 'x'));
+    QCoreApplication::processEvents();
+    EXPECT_LE(list_.visualItemRect(list_.item(0)).width(), list_.viewport()->width())
+        << "long names are cut off";
 }
 
 TEST_F(CellDelegateTest, ASelectionIsPaleWhereTheKeyboardIsElsewhere) {
