@@ -19,6 +19,10 @@ public:
     /// Calls `action` every `seconds` from the main loop until the timer is invalidated or dropped.
     [[nodiscard]] virtual std::unique_ptr<Timer> scheduleRepeatingTimer(double seconds,
                                                                         std::function<void()> action) = 0;
+    /// Calls `action` once from the main loop, `seconds` from now, unless the timer is invalidated or dropped
+    /// before.
+    [[nodiscard]] virtual std::unique_ptr<Timer> scheduleTimer(double seconds,
+                                                               std::function<void()> action) = 0;
 };
 
 } // namespace corvane::platform

@@ -5,6 +5,7 @@
 #include <QVBoxLayout>
 
 #include "qt/Appearance.h"
+#include "qt/FoldingSection.h"
 #include "qt/Icons.h"
 #include "qt/Text.h"
 
@@ -41,9 +42,23 @@ void addLine(QVBoxLayout& layout, const QString& text, bool secondary = false) {
     layout.addWidget(label, 0, Qt::AlignHCenter);
 }
 
+/// One line for each library, to be folded away.
+QWidget* componentList(const QtApplication::About& about) {
+    QStringList components;
+    for (const auto& each : about.components)
+        components += fromUtf8(each);
+    auto* label = new QLabel(components.join("\n"));
+    label->setTextFormat(Qt::PlainText);
+    label->setAlignment(Qt::AlignHCenter);
+    label->setTextInteractionFlags(Qt::TextSelectableByMouse);
+    makeSecondary(*label);
+    return label;
+}
+
 } // namespace
 
-AboutPanel::AboutPanel(const QtApplication::About& about, const std::map<std::string, std::string>& options) {
+AboutPanel::AboutPanel(const QtApplication::About& about, const std::map<std::string, std::string>& options,
+                       HandlerGuard& guard) {
     setWindowTitle(tr("About %1").arg(fromUtf8(about.name)));
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(32, 24, 32, 24);
@@ -62,11 +77,10 @@ AboutPanel::AboutPanel(const QtApplication::About& about, const std::map<std::st
     layout->addSpacing(8);
     addLine(*layout, notice(options, about.name), true);
     addLine(*layout, fromUtf8(about.licence), true);
-    QStringList components;
-    for (const auto& each : about.components)
-        components += fromUtf8(each);
-    if (!components.isEmpty()) layout->addSpacing(8);
-    addLine(*layout, components.isEmpty() ? QString() : tr("Built on %1").arg(components.join(", ")), true);
+    if (!about.components.empty()) {
+        layout->addSpacing(8);
+        layout->addWidget(new FoldingSection(tr("Software this is built on"), componentList(about), guard));
+    }
     layout->addSpacing(16);
     auto* buttons = new QDialogButtonBox(QDialogButtonBox::Close);
     layout->addWidget(buttons, 0, Qt::AlignHCenter);

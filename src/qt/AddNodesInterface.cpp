@@ -4,6 +4,7 @@
 #include <QShortcut>
 
 #include "qt/Appearance.h"
+#include "qt/Text.h"
 #include "ui_AddNodes.h"
 
 namespace corvane::qt {
@@ -13,11 +14,23 @@ struct AddNodesInterface::Form {
         ui.setupUi(&panel);
         makeHeading(*ui.panelHeading, 1.1);
         makeSecondary(*ui.panelNote);
+        ui.panelNodes->emptyMessage().awakeFromNib();
+        ui.panelNodes->emptyMessage().setMessageRow(1);
+        QObject::connect(ui.panelFilter, &QLineEdit::textChanged, &panel, [this] { sayWhenEmpty(); });
+        sayWhenEmpty();
         // The return key adds from wherever the keyboard is, the escape key closes.
         auto* escape = new QShortcut(Qt::Key_Escape, &panel);
         QObject::connect(escape, &QShortcut::activated, ui.panelDone, &QPushButton::click);
         QObject::connect(ui.panelFilter, &QLineEdit::returnPressed, ui.panelAdd, &QPushButton::click);
     }
+    void sayWhenEmpty() {
+        const auto tr = [](const char* text) { return QCoreApplication::translate("AddNodes", text); };
+        const bool filters = !ui.panelFilter->text().isEmpty();
+        const auto message =
+            filters ? tr("No directory domain matches the filter") : tr("No directory domains to add");
+        ui.panelNodes->emptyMessage().setMesageForEmptyList(toUtf8(message));
+    }
+
     QWidget panel;
     Ui::AddNodes ui;
 };

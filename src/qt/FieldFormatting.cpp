@@ -53,8 +53,9 @@ private:
 };
 
 FieldFormatting::FieldFormatting(QLineEdit& field, Rules rules)
-    : field_(&field), rules_(std::move(rules)), gate_(std::make_unique<Gate>(*this)), text_(field.text()),
-      value_(text_), judged_(text_), accessibleDescription_(field.accessibleDescription()) {
+    : field_(&field), watched_(&field), rules_(std::move(rules)), gate_(std::make_unique<Gate>(*this)),
+      text_(field.text()), value_(text_), judged_(text_),
+      accessibleDescription_(field.accessibleDescription()) {
     field.setValidator(gate_.get());
     field.installEventFilter(this);
     connect(&field, &QLineEdit::textChanged, this, &FieldFormatting::textChanged);
@@ -173,7 +174,8 @@ void FieldFormatting::placeLabel() {
 }
 
 bool FieldFormatting::eventFilter(QObject* watched, QEvent* event) {
-    const bool isField = watched == field_ && label_ && !label_->text().isEmpty();
+    // By identity alone: a field that is being destroyed still sends events and is no line edit any more.
+    const bool isField = watched == watched_ && label_ && !label_->text().isEmpty();
     if (isField && (event->type() == QEvent::Move || event->type() == QEvent::Resize)) placeLabel();
     if (isField && event->type() == QEvent::Hide) label_->hide();
     if (isField && event->type() == QEvent::Show) label_->show();

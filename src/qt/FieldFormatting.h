@@ -68,6 +68,7 @@ private:
     void placeLabel();
 
     QPointer<QLineEdit> field_;
+    const QObject* watched_; ///< the same, to be compared and not used
     Rules rules_;
     std::unique_ptr<Gate> gate_;
     QString text_;   ///< what the field shows

@@ -6,6 +6,7 @@
 
 #include "qt/Appearance.h"
 #include "qt/Icons.h"
+#include "qt/Text.h"
 #include "ui_MainWindow.h"
 
 namespace corvane::qt {
@@ -28,6 +29,13 @@ void explainChoice(QComboBox& box, QLabel& explanation, const QStringList& texts
     };
     QObject::connect(&box, &QComboBox::currentIndexChanged, &explanation, follow);
     follow(box.currentIndex());
+}
+
+/// What a list says while it has no rows; a little below its upper edge.
+void sayWhenEmpty(TableWidget& table, const QString& message) {
+    table.emptyMessage().awakeFromNib();
+    table.emptyMessage().setMesageForEmptyList(toUtf8(message));
+    table.emptyMessage().setMessageRow(1);
 }
 
 /// A box that a list of directories is added to or taken from: a sign instead of a text.
@@ -58,6 +66,9 @@ private:
             makeHeading(*heading, 1.15);
         for (auto* note : {ui.servicesNote, ui.editorNote, ui.dragMessage, ui.dragMessageContact})
             makeSecondary(*note);
+        sayWhenEmpty(*ui.selectPlugIn, tr("No directory services"));
+        sayWhenEmpty(*ui.selectNode, tr("No directory domains"));
+        sayWhenEmpty(*ui.selectNodeContact, tr("No directory domains"));
         asSign(*ui.addNode, "Plus");
         asSign(*ui.addNodeContact, "Plus");
         asSign(*ui.deleteNode, "Minus");

@@ -11,6 +11,7 @@
 #include "qt/KeyEvents.h"
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
+#include "views/PositioningAdditions.h"
 
 namespace corvane::qt {
 
@@ -129,8 +130,39 @@ void QtApplication::stopModal(int code) {
     modal_.back()->loop->exit();
 }
 
+namespace {
+
+toolkit::Rect frameOnScreen(const QWidget& window) {
+    const QRectF frame(window.frameGeometry());
+    return {{frame.x(), frame.y()}, {frame.width(), frame.height()}};
+}
+
+/// A secondary window comes up over the window that the user is at; where there is none, wherever the window
+/// system puts it. One that is on the screen already stays.
+void placeOverParent(QWidget& window, const QWidget* parent) {
+    if (window.isVisible() || !parent || parent == &window) return;
+    window.ensurePolished();
+    if (auto* layout = window.layout()) layout->activate();
+    // What isn't on the screen has no title bar yet; it will have one like its parent's.
+    const auto size = window.size() + parent->frameGeometry().size() - parent->size();
+    const auto origin =
+        views::originCenteredOver(frameOnScreen(*parent), {double(size.width()), double(size.height())});
+    window.move(qRound(origin.x), qRound(origin.y));
+}
+
+} // namespace
+
+/// The window that the user is at, or the first that there is.
+QWidget* QtApplication::parentWindow() const {
+    if (auto* active = QApplication::activeWindow()) return active;
+    for (auto* window : windows_)
+        if (window->isVisible()) return &window->shell();
+    return nullptr;
+}
+
 void QtApplication::orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) {
-    if (!aboutPanel_) aboutPanel_ = std::make_unique<AboutPanel>(about, options);
+    if (!aboutPanel_) aboutPanel_ = std::make_unique<AboutPanel>(about, options, guard_);
+    placeOverParent(*aboutPanel_, parentWindow());
     aboutPanel_->show();
     aboutPanel_->raise();
     aboutPanel_->activateWindow();
@@ -138,6 +170,7 @@ void QtApplication::orderFrontStandardAboutPanel(const std::map<std::string, std
 
 void QtApplication::openHelpAnchor(std::string_view anchor, std::string_view book) {
     if (!help_) help_ = std::make_unique<HelpWindow>();
+    placeOverParent(*help_, parentWindow());
     help_->open(fromUtf8(book), fromUtf8(anchor));
 }
 

@@ -54,6 +54,7 @@ public:
 
 private:
     class EventFilter;
+    [[nodiscard]] QWidget* parentWindow() const;
     struct ModalRun {
         QEventLoop* loop;
         int code;

@@ -9,9 +9,10 @@ namespace corvane::qt {
 
 namespace {
 
-class RepeatingTimer final : public platform::Timer {
+class LoopTimer final : public platform::Timer {
 public:
-    RepeatingTimer(double seconds, std::function<void()> action, HandlerGuard& guard) {
+    LoopTimer(double seconds, bool once, std::function<void()> action, HandlerGuard& guard) {
+        timer_.setSingleShot(once);
         // The action is held by the connection, and copied for a call that drops the timer.
         QObject::connect(&timer_, &QTimer::timeout, &timer_, [action = std::move(action), &guard] {
             const auto held = action;
@@ -31,7 +32,11 @@ private:
 
 std::unique_ptr<platform::Timer> QtRunLoop::scheduleRepeatingTimer(double seconds,
                                                                    std::function<void()> action) {
-    return std::make_unique<RepeatingTimer>(seconds, std::move(action), guard_);
+    return std::make_unique<LoopTimer>(seconds, false, std::move(action), guard_);
+}
+
+std::unique_ptr<platform::Timer> QtRunLoop::scheduleTimer(double seconds, std::function<void()> action) {
+    return std::make_unique<LoopTimer>(seconds, true, std::move(action), guard_);
 }
 
 } // namespace corvane::qt

@@ -11,6 +11,8 @@ public:
     explicit QtRunLoop(HandlerGuard& guard) : guard_(guard) {}
     [[nodiscard]] std::unique_ptr<platform::Timer>
     scheduleRepeatingTimer(double seconds, std::function<void()> action) override;
+    [[nodiscard]] std::unique_ptr<platform::Timer> scheduleTimer(double seconds,
+                                                                 std::function<void()> action) override;
 
 private:
     HandlerGuard& guard_;

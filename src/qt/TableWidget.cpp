@@ -7,6 +7,9 @@
 #include <QPainter>
 #include <set>
 
+#include "qt/PainterCanvas.h"
+#include "qt/Text.h"
+
 namespace corvane::qt {
 
 namespace {
@@ -123,8 +126,52 @@ void TableWidget::mouseDoubleClickEvent(QMouseEvent* event) {
     if (event->button() == Qt::LeftButton && onSelectedRow && activate) activate();
 }
 
-// The place of a drop, drawn stronger than the style would: a bar in the colour of the selection.
+void TableWidget::setModel(QAbstractItemModel* model) {
+    QTreeView::setModel(model);
+    if (model)
+        for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+            connect(model, change, this, &TableWidget::describe);
+    describe();
+}
+
+// The rows first, with a painter of their own, then the message with another.
 void TableWidget::paintEvent(QPaintEvent* event) {
+    QPainter painter;
+    painting_ = event;
+    painter_ = &painter;
+    PainterCanvas canvas(painter, palette(), font());
+    emptyMessage_.drawRect(canvas);
+    painting_ = nullptr;
+    painter_ = nullptr;
+}
+
+void TableWidget::drawTable() {
+    drawRows(painting_);
+    painter_->begin(viewport());
+}
+
+int TableWidget::numberOfRows() const { return model() ? model()->rowCount() : 0; }
+
+// What scrolls begins at the viewport's corner and fills it.
+toolkit::Rect TableWidget::frame() const {
+    return {{0, 0}, {double(viewport()->width()), double(viewport()->height())}};
+}
+
+// Without a row to look at, as high as the rows are made.
+double TableWidget::rowHeight() const { return fontMetrics().height() + 8; }
+
+void TableWidget::setNeedsDisplay() {
+    viewport()->update();
+    describe();
+}
+
+void TableWidget::describe() {
+    const auto& message = emptyMessage_.message();
+    setAccessibleDescription(message && numberOfRows() == 0 ? fromUtf8(message->string) : QString());
+}
+
+// The place of a drop, drawn stronger than the style would: a bar in the colour of the selection.
+void TableWidget::drawRows(QPaintEvent* event) {
     const bool dragging = state() == DraggingState && dropIndicatorPosition() != OnViewport;
     setDropIndicatorShown(!dragging);
     QTreeView::paintEvent(event);

@@ -4,6 +4,10 @@
 #include <QTreeView>
 #include <functional>
 
+#include "views/EmptyMessageTableView.h"
+
+class QPainter;
+
 namespace corvane::qt {
 
 /// A selection that asks about every row the user wants to select. The program's own changes go by unasked:
@@ -38,8 +42,9 @@ private:
     int programChanges_ = 0;
 };
 
-/// The list on the screen: rows without a tree, keys that jump over rows that can't be selected.
-class TableWidget final : public QTreeView {
+/// The list on the screen: rows without a tree, keys that jump over rows that can't be selected, and a
+/// message while there are no rows.
+class TableWidget final : public QTreeView, private views::EmptyMessageTableView::Table {
 public:
     explicit TableWidget(QWidget* parent = nullptr);
 
@@ -47,6 +52,10 @@ public:
     std::function<void()> activate;                ///< double click or return key on a selected row
     std::function<bool(const QModelIndex&)> press; ///< space on a cell; true when that was something
     std::function<bool(int step)> moveSelectedRow; ///< Alt and an arrow key: one up (-1) or down (1)
+
+    /// What the list says, and reads out, while it has no rows.
+    [[nodiscard]] views::EmptyMessageTableView& emptyMessage() { return emptyMessage_; }
+    void setModel(QAbstractItemModel* model) override;
 
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
@@ -58,6 +67,19 @@ protected:
 
 private:
     [[nodiscard]] int nextSelectableRow(int from, int step) const;
+    void drawRows(QPaintEvent* event);
+    void describe();
+
+    void drawTable() override;
+    [[nodiscard]] int numberOfRows() const override;
+    [[nodiscard]] toolkit::Rect frame() const override;
+    [[nodiscard]] double rowHeight() const override;
+    [[nodiscard]] toolkit::Size intercellSpacing() const override { return {}; }
+    void setNeedsDisplay() override;
+
+    views::EmptyMessageTableView emptyMessage_{*this};
+    QPaintEvent* painting_ = nullptr; ///< the event that is being drawn for
+    QPainter* painter_ = nullptr;     ///< at work on the viewport once the rows are drawn
 };
 
 } // namespace corvane::qt

@@ -18,12 +18,28 @@ public:
     std::vector<std::string> lines;
 };
 
-/// Time stands still; a test makes timers fire.
+/// Time stands still; a test makes it pass, or makes timers fire.
 class FakeRunLoop final : public platform::RunLoop {
 public:
     [[nodiscard]] std::unique_ptr<platform::Timer>
     scheduleRepeatingTimer(double seconds, std::function<void()> action) override {
-        return std::make_unique<FakeTimer>(*this, seconds, std::move(action));
+        return std::make_unique<FakeTimer>(*this, seconds, false, std::move(action));
+    }
+    [[nodiscard]] std::unique_ptr<platform::Timer> scheduleTimer(double seconds,
+                                                                 std::function<void()> action) override {
+        return std::make_unique<FakeTimer>(*this, seconds, true, std::move(action));
+    }
+    /// Lets time pass, and each timer fire when its time has come.
+    void advance(double seconds) {
+        const double end = now_ + seconds;
+        while (!running_.empty()) {
+            auto* next =
+                *std::ranges::min_element(running_, {}, [](const auto* timer) { return timer->due; });
+            if (next->due > end) break;
+            now_ = next->due;
+            fire(*next);
+        }
+        now_ = end;
     }
     /// Intervals of the timers that are running, in seconds.
     [[nodiscard]] std::vector<double> intervals() const {
@@ -40,8 +56,9 @@ public:
 
 private:
     struct FakeTimer final : platform::Timer {
-        FakeTimer(FakeRunLoop& runLoop, double interval, std::function<void()> what)
-            : loop(runLoop), seconds(interval), action(std::move(what)) {
+        FakeTimer(FakeRunLoop& runLoop, double interval, bool isOnce, std::function<void()> what)
+            : loop(runLoop), seconds(interval), once(isOnce), due(runLoop.now_ + interval),
+              action(std::move(what)) {
             loop.running_.push_back(this);
         }
         FakeTimer(const FakeTimer&) = delete;
@@ -50,13 +67,18 @@ private:
         void invalidate() override { std::erase(loop.running_, this); }
         FakeRunLoop& loop;
         double seconds;
+        bool once;
+        double due;
         std::function<void()> action;
     };
     /// The action may drop its timer, and itself with it.
-    static void fire(const FakeTimer& timer) {
+    static void fire(FakeTimer& timer) {
         const auto action = timer.action;
+        timer.due += timer.seconds;
+        if (timer.once) timer.invalidate();
         action();
     }
+    double now_ = 0;
     std::vector<FakeTimer*> running_;
 };
 

@@ -1,5 +1,7 @@
+#include "fakes/FakeToolkit.h"
 #include "formatters/FormatterTesting.h"
 #include "formatters/IPv4AddressFormatter.h"
+#include "formatters/ToolkitBeep.h"
 
 using namespace corvane;
 using namespace corvane::formatters;
@@ -116,6 +118,17 @@ TEST_F(IPv4Address, commit_withoutPlaces_answersAllTheSame) {
     EXPECT_TRUE(formatter.getObjectValueForString(nullptr, "1.2.3.4", nullptr));
     EXPECT_TRUE(formatter.getObjectValueForString(nullptr, "", nullptr));
     EXPECT_FALSE(formatter.getObjectValueForString(nullptr, "1.2.3", nullptr));
+}
+
+TEST(ToolkitBeep, aRefusedKey_soundsTheToolkitsBeep) {
+    fakes::Journal journal;
+    fakes::FakeApplication application(journal);
+    ToolkitBeep beep(application);
+    DottedAddressFormatter formatter(beep);
+    EXPECT_TRUE(mayBecome(formatter, "1"));
+    EXPECT_EQ(journal.count("application.beep"), 0);
+    EXPECT_FALSE(mayBecome(formatter, "x"));
+    EXPECT_EQ(journal.count("application.beep"), 1);
 }
 
 TEST_F(IPv4Address, description_isLocalized) {

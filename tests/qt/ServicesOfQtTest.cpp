@@ -81,6 +81,19 @@ TEST(QtRunLoop, ATimerRepeatsUntilItIsInvalidated) {
     EXPECT_EQ(calls, 3);
 }
 
+TEST(QtRunLoop, ATimerScheduledOnceFiresOnceUnlessItIsDroppedBefore) {
+    QtHarness qt;
+    QtRunLoop loop(qt.guard);
+    int calls = 0;
+    auto dropped = loop.scheduleTimer(0.001, [&] { calls += 100; });
+    dropped.reset();
+    const auto timer = loop.scheduleTimer(0.001, [&] { ++calls; });
+    EXPECT_EQ(calls, 0);
+    EXPECT_TRUE(QTest::qWaitFor([&] { return calls > 0; }));
+    QTest::qWait(20);
+    EXPECT_EQ(calls, 1);
+}
+
 TEST(QtRunLoop, ATimerMayBeDroppedByItsOwnCall) {
     QtHarness qt;
     std::unique_ptr<platform::Timer> timer;

@@ -105,6 +105,21 @@ TEST_P(RunLoopContract, timerDroppedFromItsOwnCall_firesOnceAndKeepsWhatTheCallH
     EXPECT_EQ(held.use_count(), 1) << "nobody keeps the action of a timer that is gone";
 }
 
+TEST_P(RunLoopContract, timerScheduledOnce_firesOnceUnlessItIsInvalidatedOrDropped) {
+    const auto world = GetParam().make();
+    int calls = 0;
+    const auto count = [&] { ++calls; };
+    const auto timer = world->runLoop().scheduleTimer(RunLoopUnderTest::interval, count);
+    const auto invalidated = world->runLoop().scheduleTimer(RunLoopUnderTest::interval, count);
+    auto dropped = world->runLoop().scheduleTimer(RunLoopUnderTest::interval, count);
+    invalidated->invalidate();
+    dropped.reset();
+    EXPECT_EQ(calls, 0);
+    world->letOneIntervalPass();
+    world->letOneIntervalPass();
+    EXPECT_EQ(calls, 1);
+}
+
 TEST_P(WorkspaceContract, fileExists_forFilesAndProgramsThatAreThere) {
     const auto world = GetParam().make();
     EXPECT_TRUE(world->workspace().fileExists(world->file()));

@@ -2,7 +2,9 @@
 
 #include <memory>
 
+#include "toolkit/Canvas.h"
 #include "toolkit/Controls.h"
+#include "toolkit/LayoutConstraint.h"
 #include "toolkit/TableView.h"
 #include "toolkit/Toolkit.h"
 
@@ -28,6 +30,10 @@ public:
     [[nodiscard]] virtual toolkit::ProgressIndicator& progressIndicator() = 0;
     /// Columns "Name" and "On".
     [[nodiscard]] virtual toolkit::TableView& table() = 0;
+    /// Something to draw on.
+    [[nodiscard]] virtual toolkit::Canvas& canvas() = 0;
+    /// A view in the window, without constraints.
+    [[nodiscard]] virtual toolkit::ConstrainedView& constrainedView() = 0;
     /// A view to put on a page.
     [[nodiscard]] virtual std::shared_ptr<toolkit::View> makePageView() = 0;
     /// Shows a tab view that the toolkit made in the window.

@@ -1,5 +1,7 @@
 #include "contract/toolkit/ToolkitDriver.h"
+#include "fakes/FakeLayout.h"
 #include "fakes/FakeToolkit.h"
+#include "fakes/RecordingCanvas.h"
 
 namespace corvane::contract {
 namespace {
@@ -23,6 +25,8 @@ public:
     toolkit::TextField& textField() override { return textField_; }
     toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
     toolkit::TableView& table() override { return table_; }
+    toolkit::Canvas& canvas() override { return canvas_; }
+    toolkit::ConstrainedView& constrainedView() override { return constrainedView_; }
     std::shared_ptr<toolkit::View> makePageView() override {
         return std::make_shared<FakeView>(journal_, "page");
     }
@@ -91,6 +95,8 @@ private:
     FakePopUpButton popUp_{journal_, "popUp", {"One", "Two", "Three"}};
     FakeTextField textField_{journal_, "textField"};
     FakeProgressIndicator bar_{journal_, "bar"};
+    RecordingCanvas canvas_;
+    FakeConstrainedView constrainedView_{journal_, "constrainedView"};
     FakeTableView table_{journal_, "table", {"Name", "On"}};
 };
 

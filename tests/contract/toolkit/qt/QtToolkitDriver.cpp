@@ -11,7 +11,9 @@
 #include "contract/toolkit/ToolkitDriver.h"
 #include "qt/AlertPanel.h"
 #include "qt/Appearance.h"
+#include "qt/PainterCanvas.h"
 #include "qt/QtButton.h"
+#include "qt/QtConstrainedView.h"
 #include "qt/QtPopUpButton.h"
 #include "qt/QtProgressIndicator.h"
 #include "qt/QtTabView.h"
@@ -65,6 +67,8 @@ public:
     toolkit::TextField& textField() override { return textField_; }
     toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
     toolkit::TableView& table() override { return table_; }
+    toolkit::Canvas& canvas() override { return canvas_; }
+    toolkit::ConstrainedView& constrainedView() override { return constrainedView_; }
     std::shared_ptr<toolkit::View> makePageView() override { return std::make_shared<PageView>(); }
     void showTabView(const std::shared_ptr<toolkit::TabView>& tabView) override {
         auto& root = static_cast<qt::QtTabView&>(*tabView).widget();
@@ -218,6 +222,10 @@ private:
     qt::QtToolkit toolkit_{application_, guard_};
     std::unique_ptr<QMainWindow> shell_{makeShell()};
     QWidget sheetShell_;
+    QPixmap paper_{100, 100};
+    QPainter painter_{&paper_};
+    qt::PainterCanvas canvas_{painter_, QPalette(), QFont()};
+    qt::QtConstrainedView constrainedView_{*new QWidget(shell_->centralWidget())};
     qt::QtWindow window_{*shell_, *shell_->centralWidget(), guard_, settings_};
     qt::QtWindow sheet_{sheetShell_, sheetShell_, guard_, settings_};
     qt::QtButton button_{find<QPushButton>(), guard_};
