@@ -20,8 +20,9 @@ set(LAYER_EDGES_plist util platform)
 set(LAYER_EDGES_haldend sdk util halden platform)
 set(LAYER_EDGES_linux sdk util platform)
 set(LAYER_EDGES_qt util toolkit platform views)
-# Plug-ins are guests: they know the boundary and nothing behind it.
-set(LAYER_EDGES_connectors sdk)
+# The program's own plug-ins talk to it through the boundary alone, like anybody's; for their windows they draw with
+# the program's cells and fields.
+set(LAYER_EDGES_connectors sdk util toolkit views qt)
 # Floor 7: the programs, where everything is put together.
 set(LAYER_EDGES_desktop ${LAYER_EDGES_app} app plist haldend linux qt)
 

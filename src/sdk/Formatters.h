@@ -1,7 +1,8 @@
 #pragma once
 
 /* The host's formatters: what may be typed into a field, and what its text stands for. References as
- * described in Objects.h; texts are UTF-8. Main thread. QtFields.h attaches one to a line edit. */
+ * described in Objects.h; texts are UTF-8. A plug-in asks `isPartialStringValid` before its field takes a
+ * keystroke, and `objectValueForString` when the edit ends. Main thread. */
 
 #include "Objects.h"
 

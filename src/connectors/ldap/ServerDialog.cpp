@@ -14,6 +14,7 @@
 #include <QVBoxLayout>
 
 #include "connectors/ldap/CheckDialog.h"
+#include "connectors/ldap/FieldRules.h"
 #include "connectors/ldap/Widgets.h"
 #include "sdk/LdapServerCalls.h"
 
@@ -23,8 +24,9 @@ namespace {
 namespace security = sdk::ldap::security;
 namespace schema = sdk::ldap::schema;
 
-constexpr int pollInterval = 120; // milliseconds
-constexpr int longestTimeout = 120;
+constexpr int pollInterval = 120;   // milliseconds
+constexpr int longestTimeout = 120; // seconds
+constexpr int largestPort = 65535;
 
 void addChoice(QComboBox& box, const QString& title, const char* value) {
     box.addItem(title, QString(value));
@@ -139,6 +141,7 @@ void ServerDialog::addServerFields(QFormLayout& form) {
     form.addRow("", securityWarning_);
     port_ = namedField("port", "", *this);
     makeNarrow(*port_);
+    acceptNumbers(*port_, host_, 0, largestPort);
     form.addRow("&Port:", port_);
     caFile_ = namedField("caFile", "the system’s own authorities", *this);
     caFile_->setToolTip("A file on the machine that is configured, with the certificates of the authorities "
@@ -187,6 +190,8 @@ QWidget* ServerDialog::moreFields() {
     form->addRow("Wait for a connection:", withUnit(connectTimeout_, "seconds"));
     searchTimeout_ = namedField("searchTimeout", "", *box);
     form->addRow("Wait for an answer:", withUnit(searchTimeout_, "seconds"));
+    for (auto* field : {connectTimeout_, searchTimeout_})
+        acceptNumbers(*field, host_, 1, longestTimeout);
     return box;
 }
 
@@ -304,7 +309,7 @@ QString ServerDialog::problem() {
     if (now.addresses.empty()) return complain(*addresses_, "Name at least one server.");
     bool isNumber = true;
     const int port = typedPort().empty() ? 0 : port_->text().trimmed().toInt(&isNumber);
-    if (!isNumber || port < 0 || port > 65535)
+    if (!isNumber || port < 0 || port > largestPort)
         return complain(*port_, "The port is a number from 1 to 65535, or nothing for the usual one.");
     if (!now.caFile.empty() && now.caFile.front() != '/')
         return complain(*caFile_, "The CA certificates are a file’s full path, from “/” on.");

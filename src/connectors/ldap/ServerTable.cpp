@@ -1,22 +1,59 @@
 #include "connectors/ldap/ServerTable.h"
 
+#include <QPaintEvent>
 #include <QPainter>
 
-namespace corvane::connectors::ldap {
+#include "util/Containers.h"
+#include "views/EmptyMessageTableView.h"
+#include "views/ServersTableCell.h"
 
-ServerTable::ServerTable(QWidget* parent) : QListWidget(parent) {
+namespace corvane::connectors::ldap {
+namespace {
+
+util::Value serverOf(const QModelIndex& index) {
+    return util::Dictionary{{"hostName", index.data(Qt::DisplayRole).toString().toStdString()},
+                            {"ipAddress", index.data(ServerTable::summaryRole).toString().toStdString()}};
+}
+
+} // namespace
+
+/// The list as the message wants it; the list itself is drawn already.
+class ServerTable::MessageTable final : public views::EmptyMessageTableView::Table {
+public:
+    explicit MessageTable(const ServerTable& list) : list_(list) {}
+    void drawTable() override {}
+    [[nodiscard]] int numberOfRows() const override { return list_.count(); }
+    [[nodiscard]] toolkit::Rect frame() const override {
+        const QRectF rect(list_.viewport()->rect());
+        return {{rect.x(), rect.y()}, {rect.width(), rect.height()}};
+    }
+    [[nodiscard]] double rowHeight() const override { return qt::serversRowHeight; }
+    [[nodiscard]] toolkit::Size intercellSpacing() const override { return {}; }
+    void setNeedsDisplay() override {}
+
+private:
+    const ServerTable& list_;
+};
+
+ServerTable::ServerTable(QWidget* parent)
+    : QListWidget(parent),
+      delegate_(std::make_unique<views::ServersTableCell>(images_), qt::serversRowHeight, serverOf) {
     setObjectName("servers");
     setAccessibleName("LDAP servers");
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setUniformItemSizes(true);
+    setItemDelegate(&delegate_);
 }
 
 void ServerTable::paintEvent(QPaintEvent* event) {
     QListWidget::paintEvent(event);
-    if (count() > 0) return;
+    MessageTable table(*this);
+    views::EmptyMessageTableView view(table);
+    view.setMesageForEmptyList("No servers");
+    view.setMessageRow(1);
     QPainter painter(viewport());
-    painter.setPen(palette().color(QPalette::PlaceholderText));
-    painter.drawText(viewport()->rect(), Qt::AlignCenter, "No servers");
+    qt::PainterCanvas canvas(painter, palette(), font());
+    view.drawRect(canvas);
 }
 
 } // namespace corvane::connectors::ldap

@@ -2,6 +2,8 @@
 
 #include <QListWidget>
 
+#include "qt/CellDelegate.h"
+
 namespace corvane::connectors::ldap {
 
 /// A list of servers in two lines each; says so when there are none.
@@ -13,6 +15,11 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+
+private:
+    class MessageTable;
+    qt::QtImageSource images_;
+    qt::CellDelegate delegate_;
 };
 
 } // namespace corvane::connectors::ldap
