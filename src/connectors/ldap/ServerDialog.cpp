@@ -144,6 +144,7 @@ void ServerDialog::addServerFields(QFormLayout& form) {
     acceptNumbers(*port_, host_, 0, largestPort);
     form.addRow("&Port:", port_);
     caFile_ = namedField("caFile", "the system’s own authorities", *this);
+    caFile_->setAccessibleName("CA certificates");
     caFile_->setToolTip("A file on the machine that is configured, with the certificates of the authorities "
                         "that may sign the server’s.");
     auto* browse = new QPushButton("Bro&wse…", this);
@@ -156,6 +157,7 @@ void ServerDialog::addServerFields(QFormLayout& form) {
 
 void ServerDialog::addDirectoryFields(QFormLayout& form) {
     baseDN_ = namedField("baseDN", "as the server says", *this);
+    baseDN_->setAccessibleName("Search base");
     askBases_ = new QPushButton("As&k Server", this);
     askBases_->setObjectName("askBases");
     askBases_->setToolTip("Asks the server below which bases it keeps its entries.");
@@ -187,8 +189,10 @@ QWidget* ServerDialog::moreFields() {
     name_->setToolTip("How the machine’s own configuration calls this server.");
     form->addRow("Name &in the configuration:", name_);
     connectTimeout_ = namedField("connectTimeout", "", *box);
+    connectTimeout_->setAccessibleName("Wait for a connection, in seconds");
     form->addRow("Wait for a connection:", withUnit(connectTimeout_, "seconds"));
     searchTimeout_ = namedField("searchTimeout", "", *box);
+    searchTimeout_->setAccessibleName("Wait for an answer, in seconds");
     form->addRow("Wait for an answer:", withUnit(searchTimeout_, "seconds"));
     for (auto* field : {connectTimeout_, searchTimeout_})
         acceptNumbers(*field, host_, 1, longestTimeout);

@@ -94,6 +94,7 @@ void ServersDialog::reload(std::size_t selected) {
         servers_->setCurrentRow(
             static_cast<int>(std::min<std::size_t>(selected, list_.servers().size() - 1)));
     selectionChanged();
+    servers_->setFocus();
 }
 
 std::vector<std::size_t> ServersDialog::selection() const {

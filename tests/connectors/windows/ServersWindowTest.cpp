@@ -1,0 +1,150 @@
+#include "PlugInHarness.h"
+
+using namespace corvane;
+using Texts = std::vector<std::string>;
+
+namespace corvane::connectors::ldap {
+
+struct ServersWindow : PlugInHarness {
+    ServersWindow() {
+        service.serve("a.example.com");
+        service.serve("b.example.com", {{"hasPassword", true}, {"bindDN", "cn=reader"}});
+        service.serve("c.example.com");
+        service.program().authentication.clear();
+        service.program().contacts.clear();
+    }
+    [[nodiscard]] bool can(const char* button) { return find<QAbstractButton>(button)->isEnabled(); }
+};
+
+TEST_F(ServersWindow, list_showsEveryServerAndSelectsTheFirst) {
+    configure();
+    EXPECT_EQ(rows(), (QStringList{"a.example.com", "b.example.com", "c.example.com"}));
+    EXPECT_EQ(find<QListWidget>("servers")->currentRow(), 0);
+    EXPECT_FALSE(isDirty());
+}
+
+TEST_F(ServersWindow, buttons_followTheSelection) {
+    configure();
+    EXPECT_TRUE(can("editServer") && can("duplicateServer") && can("deleteServer") && can("testServer"));
+    clickRow(2, Qt::ControlModifier);
+    EXPECT_FALSE(can("editServer") || can("duplicateServer") || can("testServer"));
+    EXPECT_TRUE(can("deleteServer"));
+    service.servers.clear();
+}
+
+TEST_F(ServersWindow, withoutServers_onlyAddCanBePressed) {
+    service.servers.clear();
+    configure();
+    EXPECT_TRUE(rows().isEmpty());
+    EXPECT_TRUE(can("addServer"));
+    EXPECT_FALSE(can("editServer") || can("duplicateServer") || can("deleteServer") || can("testServer"));
+}
+
+TEST_F(ServersWindow, severalServers_areDeletedAtOnceAndSavedWithApply) {
+    configure();
+    clickRow(2, Qt::ControlModifier);
+    click("deleteServer");
+    EXPECT_EQ(rows(), QStringList{"b.example.com"});
+    EXPECT_TRUE(isDirty());
+    EXPECT_EQ(service.servers.size(), 3U) << "nothing is written before Apply";
+    EXPECT_TRUE(save());
+    EXPECT_EQ(service.servers.size(), 1U);
+    EXPECT_FALSE(isDirty());
+}
+
+TEST_F(ServersWindow, deleteKey_deletesTheSelection) {
+    configure();
+    clickRow(1);
+    QTest::keyClick(find<QListWidget>("servers"), Qt::Key_Delete);
+    EXPECT_EQ(rows(), (QStringList{"a.example.com", "c.example.com"}));
+}
+
+TEST_F(ServersWindow, serverOnAPolicy_isDeletedAfterAQuestionOnly) {
+    service.program().contacts = {"/LDAP/b.example.com"};
+    configure();
+    clickRow(1);
+    click("deleteServer");
+    EXPECT_EQ(rows().size(), 3) << "not before the answer";
+    EXPECT_TRUE(frontText().contains("b.example.com is on a search policy."));
+    click("reallyDelete");
+    EXPECT_EQ(rows(), (QStringList{"a.example.com", "c.example.com"}));
+}
+
+TEST_F(ServersWindow, questionThatIsCancelled_deletesNothing) {
+    service.program().authentication = {"/LDAP/b.example.com"};
+    configure();
+    clickRow(1);
+    click("deleteServer");
+    QTest::keyClick(QApplication::activeModalWidget(), Qt::Key_Escape);
+    QApplication::processEvents();
+    EXPECT_EQ(rows().size(), 3);
+    EXPECT_FALSE(isDirty());
+}
+
+TEST_F(ServersWindow, duplicate_standsBehindTheOriginal) {
+    configure();
+    click("duplicateServer");
+    EXPECT_EQ(rows(), (QStringList{"a.example.com", "a.example.com", "b.example.com", "c.example.com"}));
+    EXPECT_EQ(find<QListWidget>("servers")->currentRow(), 1);
+    EXPECT_TRUE(save());
+    EXPECT_TRUE(service.servers.contains("a.example.com-2"));
+}
+
+TEST_F(ServersWindow, connectorsCheckBox_isAWishUntilApply) {
+    configure();
+    EXPECT_TRUE(isEnabled());
+    click("useConnector");
+    click("serversDone");
+    EXPECT_FALSE(isEnabled());
+    EXPECT_TRUE(isDirty());
+    EXPECT_EQ(service.program().done, Texts{"modified"});
+    EXPECT_TRUE(save());
+    EXPECT_EQ(service.program().done.back(), "set LDAP off");
+}
+
+TEST_F(ServersWindow, revert_bringsEverythingBack) {
+    configure();
+    click("deleteServer");
+    click("useConnector");
+    click("serversDone");
+    EXPECT_TRUE(revert());
+    EXPECT_FALSE(isDirty());
+    EXPECT_TRUE(isEnabled());
+    configure();
+    EXPECT_EQ(rows().size(), 3);
+}
+
+TEST_F(ServersWindow, openedAgain_showsWhatWasNotSavedYet) {
+    configure();
+    click("deleteServer");
+    click("serversDone");
+    service.serve("d.example.com");
+    configure();
+    EXPECT_EQ(rows(), (QStringList{"b.example.com", "c.example.com"}));
+}
+
+TEST_F(ServersWindow, serviceThatRefuses_isToldWithCauseAndNextStepAndTheChangesAreKept) {
+    configure();
+    click("deleteServer");
+    click("serversDone");
+    service.refusal = {4400, "The servers can’t be saved.", "The disk is full.", "Make room on it."};
+    EXPECT_FALSE(save());
+    QApplication::processEvents();
+    EXPECT_TRUE(frontText().contains("The servers can’t be saved."));
+    EXPECT_TRUE(frontText().contains("The disk is full.") && frontText().contains("Make room on it."));
+    EXPECT_TRUE(isDirty());
+}
+
+TEST_F(ServersWindow, selfTest_triesEveryServerAndLogsWhatFails) {
+    const util::Dictionary good{{"finished", true}};
+    const util::Dictionary bad{
+        {"finished", true}, {"failure", util::Dictionary{{"cause", "It refuses."}, {"evidence", "Seen."}}}};
+    service.reports = {good, bad, good};
+    EXPECT_FALSE(selfTest());
+    EXPECT_EQ(service.requests.size(), 6U) << "all three were tried";
+    EXPECT_EQ(service.program().done, Texts{"log LDAP: b.example.com: It refuses. Seen."});
+    service.reports = {good};
+    EXPECT_TRUE(selfTest());
+}
+
+} // namespace corvane::connectors::ldap
