@@ -191,6 +191,21 @@ TEST_F(Servers, names_areMadeOfAddressesAndDifferWhateverTheirCapitals) {
     EXPECT_FALSE(list.isNameTaken("b.example.com", 1));
 }
 
+TEST_F(Servers, serviceThatCantBeReached_isSaidInPlainWords) {
+    service.program().configNode = nullptr;
+    list.replace(0, changed(0, "dc=new"));
+    for (const auto& call : std::vector<std::function<void()>>{
+             [&] { list.save(); },
+             [&] { const ServerCheck check(host, ServerCheck::Kind::test, list.servers()[0], "", ""); }})
+        try {
+            call();
+            FAIL() << "there is nobody to answer";
+        } catch (const sdk::CallError& error) {
+            EXPECT_STREQ(error.what(), "The directory service can’t be reached.");
+            EXPECT_FALSE(error.recovery().empty());
+        }
+}
+
 TEST(Server, summary_saysHowItIsReached) {
     auto server = Server::fresh();
     EXPECT_EQ(server.title(), "New server");

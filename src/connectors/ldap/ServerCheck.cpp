@@ -1,5 +1,6 @@
 #include "connectors/ldap/ServerCheck.h"
 
+#include "connectors/ldap/ServerList.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::connectors::ldap {
@@ -81,7 +82,7 @@ sdk::Object ServerCheck::call(std::int32_t code, const sdk::Object& request) con
     sdk::AuthorizationForm form;
     (void)host_.makeAuthExternalForm(form);
     return host_.propertyListFromData(
-        host_.customCallSendPropertyList(host_.haldenConfigNode(), code, request, form));
+        host_.customCallSendPropertyList(configNode(host_), code, request, form));
 }
 
 } // namespace corvane::connectors::ldap

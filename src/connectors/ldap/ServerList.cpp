@@ -28,6 +28,8 @@ std::string nameFrom(const std::string& address) {
     return first == std::string::npos ? "server" : name.substr(first);
 }
 
+} // namespace
+
 sdk::Object configNode(const sdk::Host& host) {
     auto node = host.haldenConfigNode();
     if (!node) {
@@ -38,8 +40,6 @@ sdk::Object configNode(const sdk::Host& host) {
     }
     return node;
 }
-
-} // namespace
 
 ServerList::Reply ServerList::read(const sdk::Object& reply) const {
     const auto content = host_.propertyListFromData(reply);

@@ -6,6 +6,9 @@
 
 namespace corvane::connectors::ldap {
 
+/// The directory service's configuration node. Throws `sdk::CallError` when the service can't be reached.
+[[nodiscard]] sdk::Object configNode(const sdk::Host& host);
+
 /// The servers that are configured, and what the user has made of them since they were read. Everything goes
 /// through the host; nothing is written before `save`. Main thread.
 class ServerList {
