@@ -126,6 +126,7 @@ std::string base64(std::string_view octets) {
 
 std::optional<std::string> octetsFromBase64(std::string_view text) {
     std::string octets;
+    octets.reserve(text.size() / 4 * 3 + 3); // grown in one piece, so that no copy stays behind
     std::uint32_t group = 0;
     std::size_t digits = 0;
     std::size_t padding = 0;

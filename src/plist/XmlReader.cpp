@@ -9,6 +9,7 @@
 
 #include "plist/FormatFailure.h"
 #include "plist/Limits.h"
+#include "plist/SecretMemory.h"
 #include "plist/Text.h"
 #include "util/Containers.h"
 
@@ -48,7 +49,11 @@ util::Value dateFrom(std::string_view text) {
 }
 
 util::Value dataFrom(std::string_view text) {
-    if (const auto octets = octetsFromBase64(text)) return util::Data(util::bytesFromText(*octets));
+    if (auto octets = octetsFromBase64(text)) {
+        util::Data data(util::bytesFromText(*octets));
+        util::wipe(*octets);
+        return data;
+    }
     throw FormatFailure("a data element is not in base 64");
 }
 
@@ -73,7 +78,7 @@ bool isLeaf(std::string_view name) {
 /// no exception may cross the C library.
 class XmlReader::Builder {
 public:
-    Builder() : parser_(XML_ParserCreate(nullptr)) {
+    Builder() : parser_(XML_ParserCreate_MM(nullptr, &WipingAllocator::suite(), nullptr)) {
         if (!parser_) throw std::bad_alloc();
         XML_SetUserData(parser_, this);
         XML_SetElementHandler(parser_, onStart, onEnd);
@@ -177,13 +182,14 @@ private:
         if (name == "key") return endKey();
         if (name == "dict" || name == "array") return endContainer();
         leaf_.clear();
-        take(leafFrom(name, text_));
+        take(leafFrom(name, text_.text()));
     }
 
     void endKey() {
         leaf_.clear();
-        if (stack_.back().map.contains(text_)) throw FormatFailure("the key \"" + text_ + "\" stands twice");
-        stack_.back().key = text_;
+        if (stack_.back().map.contains(text_.text()))
+            throw FormatFailure("the key \"" + text_.text() + "\" stands twice");
+        stack_.back().key = text_.text();
     }
 
     void endContainer() {
@@ -218,7 +224,7 @@ private:
     bool inPlist_ = false;
     std::vector<Container> stack_;
     std::string leaf_; ///< the leaf element that is open, "" for none
-    std::string text_;
+    SecretText text_;
     std::size_t objects_ = 0;
     util::Value result_;
     std::string failure_;

@@ -36,7 +36,9 @@ std::string realText(double number) {
     return {buffer, std::to_chars(buffer, buffer + sizeof buffer, number).ptr};
 }
 
-std::string octetText(const util::Bytes& bytes) { return base64(util::textFromBytes(bytes)); }
+std::string_view viewOf(const util::Bytes& bytes) {
+    return {reinterpret_cast<const char*>(bytes.data()), bytes.size()};
+}
 
 std::string dateElementText(const util::Date& date) {
     const auto text = dateText(date.secondsSinceEpoch());
@@ -47,10 +49,11 @@ std::string dateElementText(const util::Date& date) {
 } // namespace
 
 util::Bytes XmlWriter::write(const util::Value& value) {
-    document_ = "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n";
+    document_.clear();
+    document_ += "<?xml version=\"1.0\" encoding=\"UTF-8\"?>\n<plist version=\"1.0\">\n";
     writeValue(value, 0);
     document_ += "</plist>\n";
-    return util::bytesFromText(document_);
+    return util::bytesFromText(document_.text());
 }
 
 void XmlWriter::writeValue(const util::Value& value, std::size_t depth) {
@@ -65,7 +68,7 @@ void XmlWriter::writeValue(const util::Value& value, std::size_t depth) {
     case util::Kind::Date:
         return writeElement(depth, "date", dateElementText(value.as<util::Date>()));
     case util::Kind::Data:
-        return writeElement(depth, "data", octetText(value.as<util::Data>().bytes()));
+        return writeData(value.as<util::Data>(), depth);
     case util::Kind::Array:
         return writeArray(value.as<util::Array>(), depth);
     case util::Kind::Dictionary:
@@ -116,11 +119,19 @@ void XmlWriter::writeDictionary(const util::Dictionary& dictionary, std::size_t 
     document_ += "</dict>\n";
 }
 
-void XmlWriter::writeElement(std::size_t depth, std::string_view name, std::string_view text) {
-    indent(depth);
-    document_.append("<").append(name).append(">").append(text).append("</").append(name).append(">\n");
+void XmlWriter::writeData(const util::Data& data, std::size_t depth) {
+    auto text = base64(viewOf(data.bytes()));
+    writeElement(depth, "data", text);
+    util::wipe(text);
 }
 
-void XmlWriter::indent(std::size_t depth) { document_.append(depth, '\t'); }
+void XmlWriter::writeElement(std::size_t depth, std::string_view name, std::string_view text) {
+    indent(depth);
+    for (const auto part : {std::string_view("<"), name, std::string_view(">"), text, std::string_view("</"),
+                            name, std::string_view(">\n")})
+        document_ += part;
+}
+
+void XmlWriter::indent(std::size_t depth) { document_ += std::string(depth, '\t'); }
 
 } // namespace corvane::plist

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "plist/SecretMemory.h"
 #include "util/Containers.h"
 
 namespace corvane::plist {
@@ -17,10 +18,11 @@ private:
     void writeNumber(const util::Number& number);
     void writeArray(const util::Array& array, std::size_t depth);
     void writeDictionary(const util::Dictionary& dictionary, std::size_t depth);
+    void writeData(const util::Data& data, std::size_t depth);
     void writeElement(std::size_t depth, std::string_view name, std::string_view text);
     void indent(std::size_t depth);
 
-    std::string document_;
+    SecretText document_;
     std::size_t depth_ = 0;
 };
 
