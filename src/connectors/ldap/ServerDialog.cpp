@@ -147,7 +147,7 @@ void ServerDialog::addServerFields(QFormLayout& form) {
     caFile_->setAccessibleName("CA certificates");
     caFile_->setToolTip("A file on the machine that is configured, with the certificates of the authorities "
                         "that may sign the server’s.");
-    auto* browse = new QPushButton("Bro&wse…", this);
+    auto* browse = new QPushButton("Br&owse…", this);
     browse->setObjectName("browse");
     browse->setEnabled(!host_.isRemote());
     connect(browse, &QPushButton::clicked, this, &ServerDialog::browseForCaFile);
@@ -178,7 +178,7 @@ void ServerDialog::addDirectoryFields(QFormLayout& form) {
     addChoice(*schema_, "RFC 2307: groups name their members", schema::rfc2307);
     addChoice(*schema_, "RFC 2307bis: groups point at their members", schema::rfc2307bis);
     addChoice(*schema_, "Active Directory", schema::activeDirectory);
-    form.addRow("Sche&ma:", schema_);
+    form.addRow("Sc&hema:", schema_);
 }
 
 QWidget* ServerDialog::moreFields() {
