@@ -22,7 +22,7 @@ inline bool deliverDrag(QAbstractItemView& from, const std::vector<int>& rows, Q
     QModelIndexList indexes;
     for (const int row : rows)
         indexes << from.model()->index(row, 0);
-    if (!from.dragEnabled()) return false;
+    if (!from.isEnabled() || !from.dragEnabled()) return false;
     const std::unique_ptr<QMimeData> dragged(from.model()->mimeData(indexes));
     if (!dragged) return false;
     const int count = to.model()->rowCount();
