@@ -54,6 +54,7 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
       interfaces_(window_, toolkit_, strings_, settingsFile_, guard_), environment_{platform_, toolkit_,
                                                                                     framework_, interfaces_},
       delegate_(environment_, [this]() -> app::MainController& { return controller(); }) {
+    if (!settings.sharedController) ownPlugins_ = std::make_unique<plugins::PluginController>(platform_);
     defaults_.registerBool("FirstLaunch", true);
     application_.about = about();
     startSampleDirectory();

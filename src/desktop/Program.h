@@ -30,7 +30,8 @@ public:
         std::string machineFolder;
         InstalledFiles files;
         QString settingsFile; ///< "" for the user's own
-        /// A test makes its own main controller; the real program uses the shared one.
+        /// A test makes its own main controller and plug-in controller; the real program uses the shared
+        /// ones.
         bool sharedController = true;
     };
 
@@ -83,6 +84,7 @@ private:
     qt::MainWindowInterface window_;
     DesktopInterface interfaces_;
     app::Environment environment_;
+    std::unique_ptr<plugins::PluginController> ownPlugins_;
     std::unique_ptr<app::MainController> ownController_;
     app::AppDelegate delegate_;
     std::unique_ptr<app::DSApplication> dsApplication_;

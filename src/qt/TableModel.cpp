@@ -182,6 +182,8 @@ bool TableModel::canDropMimeData(const QMimeData* data, Qt::DropAction, int row,
                                  const QModelIndex& parent) const {
     auto* dragged = dynamic_cast<DraggedRows*>(const_cast<QMimeData*>(data));
     if (!dragHandler || !dragged) return false;
+    const auto takes = [dragged](const QString& type) { return dragged->hasFormat(type); };
+    if (!std::ranges::any_of(mimeTypes(), takes)) return false;
     const auto drop = dropAt(row, parent);
     return guard_.answer("a drag", toolkit::DragOperation::none, [&] {
         return dragHandler->validateDrop(table_, {dragged->source, *dragged}, drop.row, drop.operation);

@@ -76,6 +76,7 @@ public:
     }
     void sizeToFit() override { note("sizeToFit"); }
     void registerForDraggedTypes(const std::vector<std::string>& types) override {
+        draggedTypes_ = types;
         for (const auto& type : types)
             note("registerForDraggedType " + type);
     }
@@ -140,13 +141,20 @@ public:
     [[nodiscard]] bool dragRows(const std::vector<int>& rows, FakeTableView& target, int place,
                                 toolkit::DropOperation operation = toolkit::DropOperation::above) {
         FakePasteboard pasteboard;
-        if (dragHandler_ == nullptr || !dragHandler_->writeRows(*this, rows, pasteboard)) return false;
+        if (!isEnabled() || dragHandler_ == nullptr || !dragHandler_->writeRows(*this, rows, pasteboard))
+            return false;
         const toolkit::DraggingInfo info{this, pasteboard};
         auto* handler = target.dragHandler_;
-        if (handler == nullptr ||
+        if (!target.takesTypesOf(pasteboard) ||
             handler->validateDrop(target, info, place, operation) == toolkit::DragOperation::none)
             return false;
         return handler->acceptDrop(target, info, place, operation);
+    }
+    /// The user presses Alt and an arrow: the one selected row is moved by one, up (-1) or down (1).
+    [[nodiscard]] bool pressAltArrow(int step) {
+        if (selection_.size() != 1) return false;
+        const int place = step < 0 ? selection_.front() - 1 : selection_.front() + 2;
+        return place >= 0 && place <= rows_ && dragRows(selection_, *this, place);
     }
     [[nodiscard]] toolkit::TableDragHandler* dragHandler() const { return dragHandler_; }
     void toggleCheckBox(const std::string& column, int row, bool value) {
@@ -180,6 +188,12 @@ public:
     }
 
 private:
+    [[nodiscard]] bool takesTypesOf(const FakePasteboard& pasteboard) const {
+        const auto takes = [this](const std::string& type) {
+            return std::ranges::count(draggedTypes_, type) > 0;
+        };
+        return isEnabled() && dragHandler_ != nullptr && std::ranges::any_of(pasteboard.types(), takes);
+    }
     void tellSelectionChanged() {
         if (delegate_ != nullptr) delegate_->tableViewSelectionDidChange(*this);
     }
@@ -190,6 +204,7 @@ private:
     toolkit::TableDelegate* delegate_ = nullptr;
     toolkit::TableDragHandler* dragHandler_ = nullptr;
     toolkit::Control::Action doubleAction_;
+    std::vector<std::string> draggedTypes_;
     std::vector<int> selection_;
     int rows_ = 0;
     bool multiple_ = false;

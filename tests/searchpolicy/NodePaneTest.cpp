@@ -74,6 +74,19 @@ TEST_F(NodePane, severalNodes_areInsertedInTheOrderOfTheirRows) {
               (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/zulu", "/L/alpha", "/L/mike", "/L/two"}));
 }
 
+TEST_F(NodePane, threeNodesAtPlace2_standAt2To4) {
+    program.setPolicy(program.framework.session->contacts(), attribute::customSearchPath,
+                      {"/L/one", "/L/two", "/L/three"});
+    controller.loadCurrentTabIfNeeded("3");
+    program.interface.selectNodeContact.selectRow(0, false); // among as many rows as there are local nodes: 2
+    program.interface.addNodeContact.click();
+    EXPECT_EQ(offered(), (Names{"/L/zulu", "/Local/Accounts", "/L/alpha", "/L/mike", "/BSD/Files"}));
+    select({3, 0, 2});
+    program.interface.panelAdd.click();
+    EXPECT_EQ(program.interface.selectNodeContact.texts("NodeName"),
+              (Names{"/L/one", "/L/two", "/L/zulu", "/L/alpha", "/L/mike", "/L/three"}));
+}
+
 TEST_F(NodePane, withoutAPlace_theFirstIsAppendedAndTheOthersFollow) {
     open();
     select({1, 2});

@@ -30,6 +30,8 @@ public:
     [[nodiscard]] virtual toolkit::ProgressIndicator& progressIndicator() = 0;
     /// Columns "Name" and "On".
     [[nodiscard]] virtual toolkit::TableView& table() = 0;
+    /// Column "Name".
+    [[nodiscard]] virtual toolkit::TableView& otherTable() = 0;
     /// Something to draw on.
     [[nodiscard]] virtual toolkit::Canvas& canvas() = 0;
     /// A view in the window, without constraints.
@@ -51,6 +53,12 @@ public:
     [[nodiscard]] virtual std::string shownDescription(toolkit::TextField& field) = 0;
     virtual bool clickRow(toolkit::TableView& table, int row, bool extending = false) = 0;
     virtual void doubleClickRow(toolkit::TableView& table, int row) = 0;
+    /// Drags rows and drops them above the row `place`, or behind the last where that is the count. False
+    /// when the drag can't begin, isn't taken there, or nothing comes of it.
+    virtual bool dragRows(toolkit::TableView& from, const std::vector<int>& rows, toolkit::TableView& to,
+                          int place) = 0;
+    /// Presses Alt and the arrow up (-1) or down (1).
+    virtual void pressAltArrow(toolkit::TableView& table, int step) = 0;
     /// Clicks the check box in column "On".
     virtual void clickCheckBox(toolkit::TableView& table, int row) = 0;
     /// The text that column "Name" shows in a row.

@@ -25,6 +25,7 @@ public:
     toolkit::TextField& textField() override { return textField_; }
     toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
     toolkit::TableView& table() override { return table_; }
+    toolkit::TableView& otherTable() override { return otherTable_; }
     toolkit::Canvas& canvas() override { return canvas_; }
     toolkit::ConstrainedView& constrainedView() override { return constrainedView_; }
     std::shared_ptr<toolkit::View> makePageView() override {
@@ -57,6 +58,13 @@ public:
     }
     void doubleClickRow(toolkit::TableView& table, int row) override {
         static_cast<FakeTableView&>(table).doubleClickRow(row);
+    }
+    bool dragRows(toolkit::TableView& from, const std::vector<int>& rows, toolkit::TableView& to,
+                  int place) override {
+        return static_cast<FakeTableView&>(from).dragRows(rows, static_cast<FakeTableView&>(to), place);
+    }
+    void pressAltArrow(toolkit::TableView& table, int step) override {
+        (void)static_cast<FakeTableView&>(table).pressAltArrow(step);
     }
     void clickCheckBox(toolkit::TableView& table, int row) override {
         auto& fake = static_cast<FakeTableView&>(table);
@@ -98,6 +106,7 @@ private:
     RecordingCanvas canvas_;
     FakeConstrainedView constrainedView_{journal_, "constrainedView"};
     FakeTableView table_{journal_, "table", {"Name", "On"}};
+    FakeTableView otherTable_{journal_, "otherTable", {"Name"}};
 };
 
 } // namespace

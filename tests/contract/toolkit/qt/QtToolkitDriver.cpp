@@ -11,6 +11,7 @@
 #include "contract/toolkit/ToolkitDriver.h"
 #include "qt/AlertPanel.h"
 #include "qt/Appearance.h"
+#include "qt/DeliveredDrag.h"
 #include "qt/PainterCanvas.h"
 #include "qt/QtButton.h"
 #include "qt/QtConstrainedView.h"
@@ -37,12 +38,13 @@ QMainWindow* makeShell() {
     auto* shell = new QMainWindow;
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
-    for (QWidget* each : std::initializer_list<QWidget*>{
-             new QPushButton("Press"), new QComboBox, new QLineEdit, new QProgressBar, new qt::TableWidget})
+    for (QWidget* each :
+         std::initializer_list<QWidget*>{new QPushButton("Press"), new QComboBox, new QLineEdit,
+                                         new QProgressBar, new qt::TableWidget, new qt::TableWidget})
         layout->addWidget(each);
     content->findChild<QComboBox*>()->addItems({"One", "Two", "Three"});
     shell->setCentralWidget(content);
-    shell->resize(400, 420);
+    shell->resize(400, 640);
     return shell;
 }
 
@@ -67,6 +69,7 @@ public:
     toolkit::TextField& textField() override { return textField_; }
     toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
     toolkit::TableView& table() override { return table_; }
+    toolkit::TableView& otherTable() override { return otherTable_; }
     toolkit::Canvas& canvas() override { return canvas_; }
     toolkit::ConstrainedView& constrainedView() override { return constrainedView_; }
     std::shared_ptr<toolkit::View> makePageView() override { return std::make_shared<PageView>(); }
@@ -130,6 +133,16 @@ public:
         const auto where = cell(view, row, 0).center();
         clickAt(*view.viewport(), where);
         QTest::mouseDClick(view.viewport(), Qt::LeftButton, {}, where);
+    }
+    bool dragRows(toolkit::TableView& from, const std::vector<int>& rows, toolkit::TableView& to,
+                  int place) override {
+        settle();
+        return qt::deliverDrag(treeOf(from), rows, treeOf(to), place);
+    }
+    void pressAltArrow(toolkit::TableView& table, int step) override {
+        auto& view = treeOf(table);
+        view.setFocus();
+        QTest::keyClick(&view, step < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
     }
     void clickCheckBox(toolkit::TableView& table, int row) override {
         auto& view = treeOf(table);
@@ -234,6 +247,10 @@ private:
     qt::QtProgressIndicator bar_{find<QProgressBar>()};
     qt::QtTableView table_{
         static_cast<qt::TableWidget&>(find<QTreeView>()), {{"Name", "Name"}, {"On", "On"}}, guard_};
+    qt::QtTableView otherTable_{
+        static_cast<qt::TableWidget&>(*shell_->centralWidget()->findChildren<QTreeView*>().at(1)),
+        {{"Name", "Name"}},
+        guard_};
 };
 
 } // namespace
