@@ -5,8 +5,8 @@
 #include <string>
 #include <vector>
 
-#include "haldend/LdapChecks.h"
 #include "haldend/ConnectorCatalog.h"
+#include "haldend/LdapChecks.h"
 #include "haldend/Machine.h"
 #include "haldend/Rights.h"
 
