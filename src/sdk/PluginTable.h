@@ -4,8 +4,8 @@
  *
  * A plug-in is a shared object named NAME.cvplug that exports one function, CORVANE_PLUGIN_SYMBOL, of the
  * type CorvanePluginFactory. NAME is the connector that it configures. Rules that hold for every entry:
- *  - Everything is called on the main thread, and plug-ins call the host on the main thread only; a call from
- * another thread is refused with a line in the log.
+ *  - Everything is called on the main thread, and plug-ins call the host on the main thread only. An entry of
+ * CorvaneHost refuses a call from another thread with a line in the log; the other tables don't look.
  *  - An entry that is null, or lies beyond `size`, isn't implemented; the host then applies its default.
  *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8, end with a NUL and are borrowed
  * for the length of the call; a text that a plug-in returns stays valid until its next call.
@@ -65,13 +65,15 @@ typedef struct CorvaneHost {
      * dictionaries that come so can't be changed. */
     CorvaneObject* (*propertyListFromData)(void* context, const CorvaneObject* data, CorvaneObject** error);
 
-    /* True when the directory service can be reached through the present connection; otherwise the user has
-     * been told. */
+    /* True when the directory service can be reached; a connection that was lost is made anew first, which
+     * may ask for a remote server's password. Nobody is told of a failure: that is the plug-in's to do. */
     int8_t (*preflightDSRef)(void* context);
-    /* Makes sure that the user holds the configuration rights, asking for them if needed. */
+    /* Makes sure that the user holds the configuration rights, asking for them if needed. False when they
+     * were refused. */
     int8_t (*preflightAuthRights)(void* context);
     /* Fills in the 32-octet external form of the present authorization. 0 on success; otherwise the form is
-     * worth nothing. A form is as good as a password: overwrite it after use. */
+     * worth nothing. A form is as good as a password: overwrite it after use. It stands for the rights that
+     * the user holds: make sure of them before, by preflightAuthRights. */
     int32_t (*makeAuthExternalForm)(void* context, uint8_t form[32]);
     /* Hands the right kind of authorization to an action, by one of its two setters. */
     void (*setAuthorizationForHaldenCAction)(void* context, const CorvaneAction* action);
@@ -99,7 +101,8 @@ typedef struct CorvaneHost {
     CorvaneObject* (*numberFormatEnforcer)(void* context);
     /* A new formatter for addresses like 192.0.2.1, or nothing. */
     CorvaneObject* (*ipv4AddressFormatter)(void* context);
-    /* A new formatter that lets nothing but the characters of this text be typed. */
+    /* A new formatter that lets nothing but the characters of this text be typed; nothing at all with null.
+     */
     CorvaneObject* (*validCharacterFormatter)(void* context, const char* characters);
     /* True while a remote server is configured. */
     int8_t (*isRemote)(void* context);
@@ -107,14 +110,19 @@ typedef struct CorvaneHost {
      * arguments say. */
     void (*pluginEnableStateChanged)(void* context, const char* name, int8_t enabled);
 
-    /* The search policies: their lists as the window shows them, saved or not. Node names as in
-     * "/LDAP/ldap.example.com". Changes touch the lists alone; the user, or saveSearchPolicies, saves. */
-    /* Reads both policies again; what was not saved is gone. */
+    /* The search policies: their custom lists as they are in the window, saved or not; the automatic lists
+     * are the service's. Node names as in "/LDAP/ldap.example.com". Changes touch the window alone; the user,
+     * or saveSearchPolicies, saves. Names and prefixes that are null change nothing. */
+    /* Has each policy read again when its pane is next shown, at once when it is shown now; what was not
+     * saved is gone then. */
     void (*reloadSearchPolicies)(void* context);
-    /* Writes the policies that have changed. False when that failed; the user has been told. */
+    /* Writes the policies that have changed, asking for the rights if needed. False when the rights or the
+     * service weren't to be had. What the service refuses is told to the user and stays unsaved; the answer
+     * is true then, too. */
     int8_t (*saveSearchPolicies)(void* context);
     int8_t (*isNodeOnAuthSearchPolicy)(void* context, const char* nodeName);
     int8_t (*isNodeOnContactsSearchPolicy)(void* context, const char* nodeName);
+    /* Both add the node at the end, unless it is there, and switch that policy to its custom list. */
     void (*addNodeToAuthSearchPolicy)(void* context, const char* nodeName);
     void (*addNodeToContactsSearchPolicy)(void* context, const char* nodeName);
     void (*deleteNodeFromAuthSearchPolicy)(void* context, const char* nodeName);
@@ -122,11 +130,13 @@ typedef struct CorvaneHost {
     /* All nodes whose names begin with the text. */
     void (*deleteNodesFromAuthSearchPolicyWithPrefix)(void* context, const char* prefix);
     void (*deleteNodesFromContactsSearchPolicyWithPrefix)(void* context, const char* prefix);
-    /* A node is called something else from now on; it keeps its places. A null name is no change. */
+    /* A node is called something else from now on; it keeps its places on both lists. */
     void (*nodeNameChanged)(void* context, const char* from, const char* to);
 
     /* Marks the window as edited and enables Apply. `sender` may be null, and is ignored. */
     void (*markDirty)(void* context, void* sender);
+    /* A prefix is a connector's name, "LDAP". What isn't listed in the window has no version and isn't
+     * enabled; while the list is read (in setPluginAPIImplementor) that may be every connector. */
     /* The version text of the connector with this prefix, a string; null when there is no such connector. */
     CorvaneObject* (*pluginVersionWithPrefix)(void* context, const char* prefix);
     /* The version of the system that is configured, a string; null when it isn't known (yet). */
@@ -135,11 +145,14 @@ typedef struct CorvaneHost {
     int8_t (*legacyDS)(void* context);
     /* Enabled state of the connector with this prefix, as the user wishes it. */
     int8_t (*isPluginEnabled)(void* context, const char* prefix);
-    /* Changes the enabled state of the connector with this prefix and writes it at once. */
+    /* Changes the enabled state of the connector with this prefix and writes it at once. A failure isn't
+     * told; the state is then still wished, and written with the next Apply. */
     void (*setPluginEnabled)(void* context, const char* prefix, int8_t enabled);
 } CorvaneHost;
 
-/* What a plug-in offers the host. One static table per plug-in, one `self` per object. */
+/* What a plug-in offers the host. One static table per plug-in, one `self` per object. The window makes an
+ * object for each connector whenever it reads the list of connectors (at start, after Revert, with another
+ * connection), and destroys the ones before. */
 typedef struct CorvanePlugin {
     uint32_t size;    /* of this table in octets, as the plug-in knows it */
     uint32_t version; /* CORVANE_PLUGIN_VERSION that the plug-in was built for; the host refuses any other */
@@ -152,19 +165,35 @@ typedef struct CorvanePlugin {
     void (*setPluginAPIImplementor)(void* self, const CorvaneHost* host);
     /* The name shown in the services list; null for the connector's own. */
     const char* (*pluginName)(void* self);
-    /* `location` is the plug-in's own affair; the host always passes null. */
+    /* The state of the box "On". `location` is the plug-in's own affair; the host always passes null.
+     * Defaults: the state that is wished; true, but for connectors that can't be switched off; keeps the
+     * wish. */
     int8_t (*isEnabledForLocation)(void* self, const char* location);
     int8_t (*canSetEnabledForLocation)(void* self, const char* location);
     void (*setEnabledForLocation)(void* self, int8_t enabled, const char* location);
+    /* Is the connector listed on a system from version 10.7 on, and can Configure be chosen? Default: true
+     * with configureButtonClicked, otherwise whether the service names an external program for it. */
     int8_t (*canConfigure)(void* self);
-    /* The user asked for the configuration. `sender` is opaque, and may be null. */
+    /* The user asked for the configuration. `sender` is opaque, and may be null. Default: the external
+     * program, or a sheet that says that there is nothing to configure. */
     void (*configureButtonClicked)(void* self, void* sender);
+    /* Tries whether what is configured works. No default: without it, nothing is tried. */
     int8_t (*selfTest)(void* self);
+    /* Is there anything unsaved? Asked only while the window isn't marked as edited: use markDirty, too.
+     * Default: false. */
     int8_t (*isDirty)(void* self);
+    /* Apply: asked of every connector, changed or not. False ends the saving, and this connector's enabled
+     * state isn't written; the plug-in tells the user why. Default: true. */
     int8_t (*saveChanges)(void* self);
+    /* Revert: throw away what is unsaved; the object is destroyed soon after. The answer isn't looked at.
+     * Default: true. */
     int8_t (*revertChanges)(void* self);
+    /* Before quitting with unsaved changes. Every connector is asked, in the list's order, and the last
+     * answer decides, on purpose. `save`: saveChanges follows. Default: true. */
     int8_t (*applicationWillQuitSavingChanges)(void* self, int8_t save);
+    /* The same before the lock is closed. The first false ends the asking and keeps the lock open. */
     int8_t (*applicationWillLockSavingChanges)(void* self, int8_t save);
+    /* May this node of the connector's be put on a search policy? Default: true. */
     int8_t (*shouldAllowNodeNameOnSearchPolicy)(void* self, const char* nodeName);
 } CorvanePlugin;
 

@@ -6,7 +6,6 @@
 #include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
-#include <QMessageBox>
 #include <QPushButton>
 #include <QVBoxLayout>
 #include <algorithm>
@@ -161,10 +160,8 @@ void ServersDialog::deleteServers() {
     const auto onPolicies = titlesOnPolicies(rows);
     if (!rows.empty() && onPolicies.isEmpty()) remove();
     if (onPolicies.isEmpty()) return;
-    auto* box = new QMessageBox(QMessageBox::Warning, "Delete Servers",
-                                QString("%1 is on a search policy.").arg(onPolicies.join(", ")),
-                                QMessageBox::Cancel, this);
-    box->setAttribute(Qt::WA_DeleteOnClose);
+    auto* box = messageBox("Delete Servers", QString("%1 is on a search policy.").arg(onPolicies.join(", ")),
+                           QMessageBox::Cancel, this);
     box->setInformativeText("With the server it leaves the policy, and its users can no longer log in, once "
                             "you apply the change.");
     auto* yes = box->addButton("Delete", QMessageBox::DestructiveRole);

@@ -2,7 +2,8 @@
 
 #include <QLabel>
 #include <QLineEdit>
-#include <QMessageBox>
+
+#include "qt/Icons.h"
 
 namespace corvane::connectors::ldap {
 
@@ -27,8 +28,8 @@ QLabel* hint(const QString& content, QWidget& parent) {
     auto* label = paragraph(content, parent);
     auto font = label->font();
     font.setPointSizeF(font.pointSizeF() * 0.9);
-    label->setSizePolicy(QSizePolicy::Expanding, QSizePolicy::Preferred);
     label->setFont(font);
+    label->setMinimumWidth(320); // narrower, it would want more lines than it has, and leave a gap below
     auto palette = label->palette();
     palette.setColor(QPalette::WindowText, palette.color(QPalette::PlaceholderText));
     label->setPalette(palette);
@@ -52,10 +53,17 @@ void setAlarming(QLabel& label, bool alarming) {
     label.setPalette(palette);
 }
 
-void showError(QWidget* parent, const QString& title, const sdk::CallError& error) {
-    auto* box = new QMessageBox(QMessageBox::Warning, title, QString::fromUtf8(error.what()), QMessageBox::Ok,
-                                parent);
+QMessageBox* messageBox(const QString& title, const QString& message, QMessageBox::StandardButton button,
+                        QWidget* parent) {
+    constexpr int signSize = 48; // as on the program's own alerts
+    auto* box = new QMessageBox(QMessageBox::NoIcon, title, message, button, parent);
     box->setAttribute(Qt::WA_DeleteOnClose);
+    box->setIconPixmap(qt::icon("Corvane").pixmap(QSize(signSize, signSize), box->devicePixelRatioF()));
+    return box;
+}
+
+void showError(QWidget* parent, const QString& title, const sdk::CallError& error) {
+    auto* box = messageBox(title, QString::fromUtf8(error.what()), QMessageBox::Ok, parent);
     QStringList details;
     for (const auto& part : {error.reason(), error.recovery()})
         if (!part.empty()) details << text(part);

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <QMessageBox>
 #include <QString>
 
 #include "sdk/Object.h"
@@ -23,6 +24,9 @@ namespace corvane::connectors::ldap {
 /// Whether a text stands in the colour of what went wrong.
 void setAlarming(QLabel& label, bool alarming);
 
+/// A message with the program's own sign, which goes when it is closed. Shown with `open`.
+[[nodiscard]] QMessageBox* messageBox(const QString& title, const QString& message,
+                                      QMessageBox::StandardButton button, QWidget* parent);
 /// Shows what failed, why and what to try, on `parent`. Returns at once.
 void showError(QWidget* parent, const QString& title, const sdk::CallError& error);
 
