@@ -217,7 +217,9 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
             panel && panel->lineWidth > 0) {
             const bool focus = option->state & State_HasFocus;
             const auto line = option->palette.color(focus ? QPalette::Highlight : QPalette::Mid);
-            return drawRound(*painter, option->rect, option->palette.color(QPalette::Base), line, radius);
+            // A field that can't be typed into has no ground of its own.
+            const auto ground = option->state & State_Enabled ? QPalette::Base : QPalette::Window;
+            return drawRound(*painter, option->rect, option->palette.color(ground), line, radius);
         }
         break;
     case PE_IndicatorCheckBox:
