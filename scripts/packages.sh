@@ -28,6 +28,7 @@ PACKAGES_TEST=(
     sssd sssd-ldap sssd-tools libnss-sss libpam-sss
     pamtester gnutls-bin
     xvfb xdotool xauth dbus iproute2 strace procps util-linux
+    libbenchmark-dev
 )
 
 # What only the full check uses besides.

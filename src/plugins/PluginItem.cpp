@@ -9,7 +9,7 @@ namespace corvane::plugins {
 
 PluginItem::PluginItem(Context context, const util::Dictionary& description)
     : context_(context), mDictionary(description.mutableCopy().as<util::Dictionary>()),
-      mPlugin(context.plugins.newPluginNamed(descriptionText(service::name))) {
+      mPrefix(descriptionText(service::name)), mPlugin(context.plugins.newPluginNamed(mPrefix)) {
     if (!mPlugin) return;
     mPlugin->setFailureReporter([this](const std::string& operation, const std::string& reason) {
         if (mAPIImplementor) mAPIImplementor->pluginFailed(pluginPrefix(), operation, reason);
@@ -32,7 +32,6 @@ std::string PluginItem::pluginName() const {
     return name ? *name : descriptionText(service::name);
 }
 
-std::string PluginItem::pluginPrefix() const { return descriptionText(service::name); }
 std::string PluginItem::pluginVersion() const { return descriptionText(service::version); }
 
 bool PluginItem::isEnabled() const { return descriptionText(service::userSetLoaded) == service::active; }

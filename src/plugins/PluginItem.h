@@ -37,7 +37,7 @@ public:
     void setPluginAPIImplementor(std::shared_ptr<PluginAPIImplementor> implementor);
 
     [[nodiscard]] std::string pluginName() const;
-    [[nodiscard]] std::string pluginPrefix() const;
+    [[nodiscard]] const std::string& pluginPrefix() const { return mPrefix; }
     [[nodiscard]] std::string pluginVersion() const;
 
     /// The user's wish, not yet what the service does.
@@ -87,6 +87,7 @@ private:
 
     Context context_;
     util::Dictionary mDictionary;
+    std::string mPrefix; ///< the description's, which is asked for with each of the service's nodes
     std::unique_ptr<Plugin> mPlugin;
     std::shared_ptr<PluginAPIImplementor> mAPIImplementor;
     std::unique_ptr<PluginHostTable> hostTable_;

@@ -85,13 +85,7 @@ void QtTableView::setAllowsMultipleSelection(bool allows) {
                                     : QAbstractItemView::SingleSelection);
 }
 
-std::vector<int> QtTableView::selectedRows() const {
-    std::vector<int> rows;
-    for (const auto& index : selection_.selectedRows())
-        rows.push_back(index.row());
-    std::ranges::sort(rows);
-    return rows;
-}
+std::vector<int> QtTableView::selectedRows() const { return selection_.rows(); }
 
 void QtTableView::selectRow(int row, bool byExtendingSelection) {
     const bool extends =

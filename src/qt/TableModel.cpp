@@ -103,11 +103,17 @@ QVariant TableModel::headerData(int section, Qt::Orientation orientation, int ro
 Qt::ItemFlags TableModel::flags(const QModelIndex& index) const {
     // Drops go between rows: the space around them takes them, the rows themselves don't.
     if (!index.isValid()) return dragHandler ? Qt::ItemIsDropEnabled : Qt::NoItemFlags;
-    const auto cell = appearance(index).cell;
-    const bool canToggle = cell.type == toolkit::CellType::checkBox && cell.enabled;
     auto flags = Qt::ItemIsEnabled | Qt::ItemIsSelectable | Qt::ItemNeverHasChildren;
     if (dragHandler) flags |= Qt::ItemIsDragEnabled;
-    return canToggle ? flags | Qt::ItemIsUserCheckable : flags;
+    return canToggle(index) ? flags | Qt::ItemIsUserCheckable : flags;
+}
+
+// A list asks this of each of its rows, seen or not: where there are no check boxes, the program isn't asked.
+bool TableModel::canToggle(const QModelIndex& index) const {
+    const auto& dataCell = columns_[std::size_t(index.column())]->dataCell();
+    if (!dataCell || dataCell->type != toolkit::CellType::checkBox) return false;
+    const auto cell = appearance(index).cell;
+    return cell.type == toolkit::CellType::checkBox && cell.enabled;
 }
 
 bool TableModel::setData(const QModelIndex& index, const QVariant& value, int role) {

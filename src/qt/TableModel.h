@@ -73,6 +73,7 @@ private:
     struct Drop;
     [[nodiscard]] Drop dropAt(int row, const QModelIndex& parent) const;
     void setRowCount(int rows);
+    [[nodiscard]] bool canToggle(const QModelIndex& index) const;
     [[nodiscard]] CellAppearance ask(const QModelIndex& index) const;
 
     toolkit::TableView& table_;

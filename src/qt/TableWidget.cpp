@@ -5,7 +5,8 @@
 #include <QKeyEvent>
 #include <QMimeData>
 #include <QPainter>
-#include <set>
+#include <algorithm>
+#include <vector>
 
 #include "qt/PainterCanvas.h"
 #include "qt/Text.h"
@@ -14,16 +15,29 @@ namespace corvane::qt {
 
 namespace {
 
-std::set<int> rowsOf(const QItemSelection& selection) {
-    std::set<int> rows;
+/// In ascending order, each once.
+std::vector<int> rowsOf(const QItemSelection& selection) {
+    std::vector<int> rows;
     for (const auto& range : selection)
         for (int row = range.top(); range.isValid() && row <= range.bottom(); ++row)
-            rows.insert(row);
+            rows.push_back(row);
+    std::ranges::sort(rows);
+    rows.erase(std::unique(rows.begin(), rows.end()), rows.end());
     return rows;
 }
 
-QItemSelection rowSelection(const QAbstractItemModel& model, int row) {
-    return {model.index(row, 0), model.index(row, model.columnCount() - 1)};
+/// Neighbours in one range: a selection of many single rows would take minutes to work with.
+QItemSelection selectionOf(const QAbstractItemModel& model, const std::vector<int>& rows) {
+    QItemSelection selection;
+    const int lastColumn = model.columnCount() - 1;
+    for (std::size_t at = 0; at < rows.size();) {
+        const int first = rows[at];
+        int last = first;
+        while (++at < rows.size() && rows[at] == last + 1)
+            ++last;
+        selection.append(QItemSelectionRange(model.index(first, 0), model.index(last, lastColumn)));
+    }
+    return selection;
 }
 
 } // namespace
@@ -34,10 +48,13 @@ TableSelectionModel::TableSelectionModel(QAbstractItemModel* model, QObject* par
 void TableSelectionModel::select(const QItemSelection& selection, SelectionFlags command) {
     if (isProgramChange()) return QItemSelectionModel::select(selection, command);
     const auto allowed = allowedPart(selection, command);
-    const bool refused = !rowsOf(selection).empty() && allowed.isEmpty();
+    const bool asksForRows = std::ranges::any_of(selection, &QItemSelectionRange::isValid);
+    const bool refused = asksForRows && allowed.isEmpty();
     if (refused || (!allowsEmpty && wouldBeEmpty(allowed, command))) return;
     QItemSelectionModel::select(allowed, command);
 }
+
+std::vector<int> TableSelectionModel::rows() const { return rowsOf(selection()); }
 
 void TableSelectionModel::setCurrentIndex(const QModelIndex& index, SelectionFlags command) {
     const bool refused =
@@ -48,10 +65,9 @@ void TableSelectionModel::setCurrentIndex(const QModelIndex& index, SelectionFla
 QItemSelection TableSelectionModel::allowedPart(const QItemSelection& selection,
                                                 SelectionFlags command) const {
     if (!(command & (Select | Toggle)) || !mayUserSelect) return selection;
-    QItemSelection allowed;
-    for (const int row : rowsOf(selection))
-        if (isRowSelected(row) || mayUserSelect(row)) allowed.merge(rowSelection(*model(), row), Select);
-    return allowed;
+    auto rows = rowsOf(selection);
+    std::erase_if(rows, [this](int row) { return !mayUserSelect(row) && !isRowSelected(row); });
+    return selectionOf(*model(), rows);
 }
 
 bool TableSelectionModel::wouldBeEmpty(const QItemSelection& change, SelectionFlags command) const {
@@ -59,10 +75,9 @@ bool TableSelectionModel::wouldBeEmpty(const QItemSelection& change, SelectionFl
     const auto changed = rowsOf(change);
     if (command & Clear) return changed.empty() || !(command & (Select | Toggle));
     if (command & Select) return false;
-    auto left = rowsOf(selection());
-    for (const int row : changed)
-        if (left.erase(row) == 0 && (command & Toggle)) return false;
-    return left.empty();
+    const auto selected = rows();
+    const bool adds = !std::ranges::includes(selected, changed);
+    return std::ranges::includes(changed, selected) && !(adds && (command & Toggle));
 }
 
 TableWidget::TableWidget(QWidget* parent) : QTreeView(parent) {
@@ -188,10 +203,10 @@ void TableWidget::drawRows(QPaintEvent* event) {
 // As Qt's own, but for the end: the program has moved the rows itself, so none is taken out here.
 void TableWidget::startDrag(Qt::DropActions actions) {
     QModelIndexList indexes = selectedIndexes();
-    auto* data = indexes.isEmpty() ? nullptr : model()->mimeData(indexes);
-    if (!data) return;
+    auto* dragged = indexes.isEmpty() ? nullptr : model()->mimeData(indexes);
+    if (!dragged) return;
     auto* drag = new QDrag(this);
-    drag->setMimeData(data);
+    drag->setMimeData(dragged);
     drag->setPixmap(viewport()->grab(visualRect(indexes.front())));
     drag->exec(actions, defaultDropAction());
     setState(NoState);

@@ -3,6 +3,7 @@
 #include <QItemSelectionModel>
 #include <QTreeView>
 #include <functional>
+#include <vector>
 
 #include "views/EmptyMessageTableView.h"
 
@@ -18,6 +19,9 @@ public:
 
     std::function<bool(int row)> mayUserSelect;
     bool allowsEmpty = true;
+
+    /// The selected rows in ascending order.
+    [[nodiscard]] std::vector<int> rows() const;
 
     class ProgramChange {
     public:

@@ -18,7 +18,8 @@ public:
     std::set<int> on;
     bool locked = false;
     bool fails = false;
-    int numberOfRowsInTableView(const toolkit::TableView&) override { return 10; }
+    int count = 10;
+    int numberOfRowsInTableView(const toolkit::TableView&) override { return count; }
     toolkit::ObjectValue objectValueForTableColumn(const toolkit::TableView&,
                                                    const toolkit::TableColumn& column, int row) override {
         if (fails) throw std::runtime_error("row is gone");
@@ -99,6 +100,56 @@ TEST_F(TableKeyboardTest, SelectingAllTakesWhatMayBeSelected) {
     rows_.unselectable = {0, 1, 2, 3, 4, 5};
     press(Qt::Key_A, Qt::ControlModifier);
     EXPECT_THAT(table_.selectedRows(), ElementsAre(6, 7, 8, 9));
+}
+
+TEST_F(TableKeyboardTest, SelectingAllJumpsOverSeveralGaps) {
+    table_.setAllowsMultipleSelection(true);
+    rows_.unselectable = {0, 3, 4, 8};
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_THAT(table_.selectedRows(), ElementsAre(1, 2, 5, 6, 7, 9));
+}
+
+TEST_F(TableKeyboardTest, SelectingAllOfAHundredThousandRowsIsNoSeriesOfSingleOnes) {
+    rows_.count = 100'000;
+    table_.reloadData();
+    table_.setAllowsMultipleSelection(true);
+    rows_.unselectable = {70'000};
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_EQ(table_.selectedRows().size(), 99'999U);
+    EXPECT_EQ(widget_.selectionModel()->selection().size(), 2);
+}
+
+TEST_F(TableKeyboardTest, RowsThatTheProgramHasSelectedStayPartOfAllWhereTheUserMayNotSelectThem) {
+    table_.setAllowsMultipleSelection(true);
+    rows_.unselectable = {0, 3, 4, 5, 6, 7, 8, 9};
+    table_.selectRow(4, false);
+    press(Qt::Key_A, Qt::ControlModifier);
+    EXPECT_THAT(table_.selectedRows(), ElementsAre(1, 2, 4));
+}
+
+TEST_F(TableKeyboardTest, TogglingTheOnlyRowAndAnotherKeepsOneSelectedWhereNoneIsNotAllowed) {
+    table_.setAllowsMultipleSelection(true);
+    table_.setAllowsEmptySelection(false);
+    table_.selectRow(1, false);
+    const auto toggle = [this](int first, int last) {
+        const auto& model = *widget_.model();
+        widget_.selectionModel()->select(QItemSelection(model.index(first, 0), model.index(last, 1)),
+                                         QItemSelectionModel::Toggle);
+    };
+    toggle(1, 2);
+    EXPECT_THAT(table_.selectedRows(), ElementsAre(2));
+    toggle(2, 2);
+    EXPECT_THAT(table_.selectedRows(), ElementsAre(2));
+}
+
+TEST_F(TableKeyboardTest, OnlyColumnsOfCheckBoxesCanBeSwitchedAndOnlyWhileEnabled) {
+    const auto canSwitch = [this](int column) {
+        return bool(widget_.model()->index(2, column).flags() & Qt::ItemIsUserCheckable);
+    };
+    EXPECT_FALSE(canSwitch(0));
+    EXPECT_TRUE(canSwitch(1));
+    rows_.locked = true;
+    EXPECT_FALSE(canSwitch(1));
 }
 
 TEST_F(TableKeyboardTest, ShiftExtendsOverWhatMayBeSelected) {
