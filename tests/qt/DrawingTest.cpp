@@ -248,8 +248,11 @@ TEST(BackgroundPanelTest, LiesOverTheWholeWidgetInBothThemes) {
         const auto picture = panel.grab().toImage();
         const auto ground = panel.palette().color(QPalette::Window);
         EXPECT_NE(picture.pixelColor(picture.width() / 2, picture.height() / 2), ground);
-        EXPECT_NE(picture.pixelColor(0, picture.height() / 2),
-                  picture.pixelColor(picture.width() / 2, picture.height() / 2));
+        const int right = picture.width() - 1, bottom = picture.height() - 1;
+        const auto middle = picture.pixelColor(right / 2, bottom / 2);
+        for (const auto& side : {QPoint(0, bottom / 2), QPoint(right, bottom / 2), QPoint(right / 2, 0),
+                                 QPoint(right / 2, bottom)})
+            EXPECT_NE(picture.pixelColor(side), middle) << side.x() << "," << side.y();
     }
 }
 
