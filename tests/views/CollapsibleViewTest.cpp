@@ -132,6 +132,7 @@ TEST_F(Collapsible, height_foldedLater_remembersTheFrameOfThatTime) {
     folding.restoreHeight();
     EXPECT_FALSE(folding.heightCollapsed);
     EXPECT_TRUE(folding.heightConstraintAdded);
+    ASSERT_NE(folding.heightConstraint(), nullptr);
     EXPECT_EQ(added().constant(), 0) << "nothing known, nothing brought back, nothing taken away";
 }
 
