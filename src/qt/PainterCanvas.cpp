@@ -79,6 +79,8 @@ void PainterCanvas::strokeRect(const toolkit::Rect& rect, double lineWidth, cons
                                toolkit::CompositingOperation operation) {
     const Saved saved(painter_);
     painter_.setCompositionMode(modeOf(operation));
+    // Without smooth edges a thin line on the outline would be put beyond the right and the lower one.
+    painter_.setRenderHint(QPainter::Antialiasing);
     painter_.setBrush(Qt::NoBrush);
     painter_.setPen(QPen(colorOf(color), lineWidth, Qt::SolidLine, Qt::FlatCap, Qt::MiterJoin));
     painter_.drawRect(rectOf(rect));

@@ -92,7 +92,7 @@ TEST_F(IPv4Address, setValidCharacterSet_isNeverConsulted) {
 }
 
 TEST_F(IPv4Address, commit_ofAnAddressOrNothing_givesTheText) {
-    for (const auto* text : {"", "10.0.0.255", "0.0.0.0", "01.002.3.4"})
+    for (const auto* text : {"", "10.0.0.255", "0.0.0.0", "01.002.3.4", "\n1.2.3.4\n", "٣.2.3.4"})
         EXPECT_EQ(commit(formatter, text), (Commit{true, text, untouched}));
     EXPECT_EQ(beeps.count, 0);
 }

@@ -162,6 +162,39 @@ TEST_F(Numbers, format_shapesWhatIsShown) {
     EXPECT_EQ(commit(formatter, "(3)").value, "-3");
 }
 
+TEST_F(Numbers, format_mayShowZeroInItsOwnWay) {
+    formatter.setFormat("0;0.00;(0)");
+    EXPECT_EQ(shown(util::Value(0)), "0.00");
+    EXPECT_EQ(shown(util::Value(1)), "1");
+}
+
+TEST_F(Numbers, localizedFormat_hasTheSeparatorsOfTheLocale) {
+    formatter.setDecimalSeparator(",");
+    EXPECT_EQ(shown(util::Value("1.5")), "1,5");
+    formatter.setLocalizesFormat(true); // the tests' locale is "C"
+    EXPECT_EQ(shown(util::Value("1.5")), "1.5");
+    EXPECT_EQ(commit(formatter, "2.5").value, util::Value(2.5).description());
+}
+
+TEST_F(Numbers, commit_roundsAsTheSettingsSay) {
+    formatter.setRoundingBehavior({util::RoundingMode::down, 1});
+    EXPECT_EQ(commit(formatter, "1.29").value, util::Value(1.2).description());
+    formatter.setMaximum(Decimal::fromText("1.2"));
+    EXPECT_TRUE(commit(formatter, "1.29").accepted) << "the bounds are for what is left";
+}
+
+TEST_F(Numbers, commit_ofAGreatInteger_isANumberAmongValues) {
+    util::Value value;
+    ASSERT_TRUE(formatter.getObjectValueForString(&value, "18446744073709551615", nullptr));
+    EXPECT_EQ(value, util::Value(std::uint64_t(18446744073709551615U)));
+}
+
+TEST_F(Numbers, commit_ofNegativeZero_isZero) {
+    formatter.setMinimum(Decimal::fromText("0"));
+    EXPECT_TRUE(commit(formatter, "-0").accepted);
+    EXPECT_TRUE(commit(formatter, "-0.0").accepted);
+}
+
 TEST_F(Numbers, rounding_followsItsMode) {
     const auto rounded = [&](util::RoundingMode mode, const char* number) {
         formatter.setRoundingBehavior({mode, 1});

@@ -107,6 +107,36 @@ TEST(PainterCanvas, ATextBeginsAtTheUpperLeftAndIsCutWhereItIsTooLong) {
     EXPECT_GE(inked.width(), 40);
 }
 
+TEST(PainterCanvas, ATextThatIsCutEndsInDots) {
+    Picture picture;
+    picture.canvas.drawText(text(std::string(40, 'l'), NamedColor::black, 13, truncating),
+                            {{0, 5}, {60, 16}});
+    const auto inked = picture.inked();
+    for (int y = inked.top(); y < inked.center().y(); ++y)
+        EXPECT_EQ(picture.at(inked.right(), y).alpha(), 0) << "nothing high at the end";
+}
+
+TEST(PainterCanvas, ATextThatIsNotCutGoesOnInTheNextLine) {
+    Picture picture;
+    picture.canvas.drawText(text("one two three four"), {{0, 0}, {60, 60}});
+    EXPECT_GT(picture.inked().height(), 20);
+}
+
+TEST(PainterCanvas, ALineInALowRectangleIsDrawnWhole) {
+    Picture low, high;
+    low.canvas.drawText(text("gÅ", NamedColor::black, 18, truncating), {{0, 5}, {60, 6}});
+    high.canvas.drawText(text("gÅ", NamedColor::black, 18, truncating), {{0, 5}, {60, 50}});
+    EXPECT_EQ(low.image, high.image);
+}
+
+TEST(PainterCanvas, FontSizesAreDeviceIndependentPixels) {
+    Picture picture;
+    QFont font;
+    font.setPixelSize(18);
+    EXPECT_EQ(picture.canvas.sizeOfText(text("x", NamedColor::black, 18)).height,
+              QFontMetricsF(font, &picture.image).height());
+}
+
 TEST(PainterCanvas, ACentredTextIsInTheMiddle) {
     Picture picture;
     picture.canvas.drawText(text("ooo", NamedColor::black, 18, centred), {{0, 0}, {100, 60}});
@@ -135,6 +165,16 @@ protected:
         return picture.pixelColor(int((rect.right() - 2) * scale), int((rect.center().y()) * scale));
     }
 
+    /// Whether the second row has pixels of that colour of text.
+    [[nodiscard]] bool hasTextOf(QPalette::ColorRole role) {
+        const auto picture = list_.viewport()->grab(list_.visualItemRect(list_.item(1))).toImage();
+        const auto wanted = list_.palette().color(role);
+        for (int y = 0; y < picture.height(); ++y)
+            for (int x = 0; x < picture.width() / 2; ++x)
+                if (picture.pixelColor(x, y).rgb() == wanted.rgb()) return true;
+        return false;
+    }
+
     QtHarness qt_;
     CellDelegate users_{std::make_unique<views::UsersTableCell>(), usersRowHeight,
                         [](const QModelIndex& index) {
@@ -159,8 +199,10 @@ TEST_F(CellDelegateTest, ASelectionIsPaleWhereTheKeyboardIsElsewhere) {
     list_.setCurrentRow(1);
     list_.setFocus();
     const auto atWork = ground(1);
+    EXPECT_TRUE(hasTextOf(QPalette::HighlightedText)) << "white on the selection";
     other_.setFocus();
     const auto away = ground(1);
+    EXPECT_FALSE(hasTextOf(QPalette::HighlightedText));
     EXPECT_EQ(atWork, list_.palette().color(QPalette::Highlight));
     EXPECT_EQ(away, list_.palette().color(QPalette::Mid));
     EXPECT_NE(plain, away);
@@ -223,6 +265,20 @@ TEST_F(EmptyTableTest, WithoutRowsTheTableSaysSoAndReadsItOut) {
     EXPECT_EQ(widget_.accessibleDescription(), "No directories");
 }
 
+TEST_F(EmptyTableTest, TheMessageStandsWhereItsRowWouldBe) {
+    widget_.emptyMessage().setMessageRow(2);
+    const auto picture = widget_.viewport()->grab().toImage();
+    const auto ground = picture.pixelColor(1, picture.height() - 2);
+    QRect inked;
+    for (int y = 0; y < picture.height(); ++y)
+        for (int x = picture.width() / 4; x < picture.width() * 3 / 4; ++x)
+            if (picture.pixelColor(x, y) != ground) inked |= QRect(x, y, 1, 1);
+    rows_.count = 3;
+    table_.reloadData();
+    const auto row = widget_.visualRect(widget_.model()->index(2, 0));
+    EXPECT_NEAR(inked.center().y() / picture.devicePixelRatio(), row.center().y(), 4);
+}
+
 TEST_F(EmptyTableTest, WithRowsItSaysNothing) {
     rows_.count = 1;
     table_.reloadData();
@@ -248,8 +304,12 @@ TEST(BackgroundPanelTest, LiesOverTheWholeWidgetInBothThemes) {
         const auto picture = panel.grab().toImage();
         const auto ground = panel.palette().color(QPalette::Window);
         EXPECT_NE(picture.pixelColor(picture.width() / 2, picture.height() / 2), ground);
-        EXPECT_NE(picture.pixelColor(0, picture.height() / 2),
-                  picture.pixelColor(picture.width() / 2, picture.height() / 2));
+        const int right = picture.width() - 1, bottom = picture.height() - 1;
+        const auto middle = picture.pixelColor(right / 2, bottom / 2);
+        for (const auto& side : {QPoint(0, bottom / 2), QPoint(right, bottom / 2), QPoint(right / 2, 0),
+                                 QPoint(right / 2, bottom)})
+            EXPECT_NE(picture.pixelColor(side), middle) << side.x() << "," << side.y();
+        EXPECT_EQ(middle.lightness() < 128, dark) << "texts of the theme stay legible";
     }
 }
 

@@ -23,7 +23,8 @@ public:
             *description = "The number must be even.";
             return false;
         }
-        *value = *string;
+        ++commits;
+        *value = string->substr(std::min(string->find_first_not_of('0'), string->size()));
         return true;
     }
     bool isPartialStringValid(std::string_view text, std::optional<std::string>* instead,
@@ -36,12 +37,20 @@ public:
     }
     bool isPartialEditValid(std::string& text, toolkit::TextRange& selection, std::string_view original,
                             toolkit::TextRange originalSelection, std::string* description) override {
+        if (failsWhileTyping) throw std::runtime_error("no rule for typing");
+        if (text == "777") {
+            text = "\U0001F60078";
+            selection = {1, 0};
+            return false;
+        }
         lastOriginal = original;
         lastSelection = originalSelection;
         return Formatter::isPartialEditValid(text, selection, original, originalSelection, description);
     }
     int beeps = 0;
+    int commits = 0;
     bool fails = false;
+    bool failsWhileTyping = false;
     std::string lastOriginal;
     toolkit::TextRange lastSelection;
 };
@@ -114,6 +123,44 @@ TEST_F(FieldFormattingTest, UndoingGoesThroughAcceptedTextsAlone) {
 TEST_F(FieldFormattingTest, ARefusalMayPutAnotherTextThere) {
     type("9999");
     EXPECT_EQ(edit_->text(), "8888");
+}
+
+TEST_F(FieldFormattingTest, ARefusalMayPutTheCursorElsewhereCountedInCharacters) {
+    type("777");
+    EXPECT_EQ(edit_->text().toStdString(), "\U0001F60078");
+    EXPECT_EQ(edit_->cursorPosition(), 2) << "Qt counts the first character twice";
+    edit_->setSelection(0, 3);
+    type("x");
+    EXPECT_EQ(formatter_->lastSelection, (toolkit::TextRange{0, 2}));
+}
+
+TEST_F(FieldFormattingTest, TheReturnKeyRunsTheActionUnlessTheTextIsRefused) {
+    int runs = 0;
+    field_.setAction([&](toolkit::Control&) { ++runs; });
+    type("13");
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_EQ(runs, 0);
+    type("6");
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_EQ(runs, 1);
+}
+
+TEST_F(FieldFormattingTest, ACommitShowsTheValueAndIsMadeOnce) {
+    type("0012");
+    QTest::keyClick(edit_, Qt::Key_Return);
+    EXPECT_EQ(edit_->text(), "12");
+    QTest::keyClick(edit_, Qt::Key_Return);
+    other_->setFocus();
+    EXPECT_EQ(field_.stringValue(), "12");
+    EXPECT_EQ(formatter_->commits, 1);
+}
+
+TEST_F(FieldFormattingTest, AFormatterThatFailsWhileTypingRefusesTheKey) {
+    formatter_->failsWhileTyping = true;
+    type("1");
+    EXPECT_EQ(edit_->text(), "");
+    ASSERT_FALSE(qt_.log.lines.empty());
+    EXPECT_EQ(qt_.log.lines[0], "Exception while handling an edit: no rule for typing");
 }
 
 TEST_F(FieldFormattingTest, TheProgramMaySetWhatNobodyCouldType) {

@@ -68,6 +68,19 @@ TEST_F(ConstrainedWidgetTest, SettingTheConstantEndsAnAnimation) {
     EXPECT_EQ(widget_->height(), 80);
 }
 
+TEST(ConstrainedWidget, OnceItsViewIsGoneNothingHoldsIt) {
+    QWidget widget;
+    widget.setMaximumHeight(300);
+    toolkit::ConstrainedView::Constraint height;
+    {
+        QtConstrainedView view(widget);
+        height = view.constraintsWithVisualFormat("V:[view(==60)]", {{"view", &view}}).front();
+        view.addConstraint(height);
+        EXPECT_EQ(widget.maximumHeight(), 60);
+    }
+    EXPECT_EQ(widget.maximumHeight(), 300);
+}
+
 class FoldingSectionTest : public testing::Test {
 protected:
     FoldingSectionTest() {
@@ -94,6 +107,14 @@ TEST_F(FoldingSectionTest, BeginsFolded) {
     EXPECT_TRUE(section_->isFolded());
     EXPECT_EQ(section_->panel().height(), 0);
     EXPECT_FALSE(details_->isVisible());
+}
+
+TEST_F(FoldingSectionTest, TheArrowShowsWhichWayItIs) {
+    EXPECT_EQ(section_->title().arrowType(), Qt::RightArrow);
+    click();
+    EXPECT_EQ(section_->title().arrowType(), Qt::DownArrow);
+    click();
+    EXPECT_EQ(section_->title().arrowType(), Qt::RightArrow);
 }
 
 TEST_F(FoldingSectionTest, AClickUnfoldsItAndAnotherFoldsItAway) {

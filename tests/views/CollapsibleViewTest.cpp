@@ -121,6 +121,44 @@ TEST_F(Collapsible, height_foldedAgainWithinTheSecond_keepsItsConstraint) {
     EXPECT_THAT(view.constraints(), IsEmpty());
 }
 
+TEST_F(Collapsible, height_foldedLater_remembersTheFrameOfThatTime) {
+    setFrameHeight(50);
+    folding.collapseHeight();
+    folding.restoreHeight();
+    setFrameHeight(70);
+    folding.collapseHeight();
+    EXPECT_EQ(folding.initialHeight, 70) << "without a constraint, the frame is what there is";
+    folding.initialHeight = 0;
+    folding.restoreHeight();
+    EXPECT_FALSE(folding.heightCollapsed);
+    EXPECT_TRUE(folding.heightConstraintAdded);
+    ASSERT_NE(folding.heightConstraint(), nullptr);
+    EXPECT_EQ(added().constant(), 0) << "nothing known, nothing brought back, nothing taken away";
+}
+
+TEST_F(Collapsible, height_foldedByAnotherConstraint_leavesThePendingRemovalOfTheFirst) {
+    setFrameHeight(50);
+    folding.collapseHeight();
+    const auto first = folding.heightConstraint();
+    folding.restoreHeightWithAnimation(true);
+    view.removeConstraint(*first);
+    const auto own = constrain(LayoutAttribute::height, 80);
+    folding.collapseHeight();
+    EXPECT_THAT(runLoop.intervals(), ElementsAre(1.0));
+    runLoop.advance(1);
+    EXPECT_FALSE(folding.heightConstraintAdded);
+    folding.restoreHeight();
+    EXPECT_THAT(view.constraints(), ElementsAre(own));
+}
+
+TEST_F(Collapsible, removeAddedHeightConstraint_takesThatConstraintAndTheMark) {
+    const auto height = constrain(LayoutAttribute::height, 80);
+    folding.heightConstraintAdded = true;
+    folding.removeAddedHeightConstraint(height);
+    EXPECT_FALSE(folding.heightConstraintAdded);
+    EXPECT_THAT(view.constraints(), IsEmpty());
+}
+
 TEST_F(Collapsible, height_ofZeroBefore_isNotKnownAndOnlyTheFlagComesBack) {
     const auto height = constrain(LayoutAttribute::height, 0);
     folding.collapseHeight();

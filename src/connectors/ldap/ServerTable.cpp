@@ -10,6 +10,8 @@
 namespace corvane::connectors::ldap {
 namespace {
 
+constexpr auto noServers = "No servers";
+
 util::Value serverOf(const QModelIndex& index) {
     return util::Dictionary{{"hostName", index.data(Qt::DisplayRole).toString().toStdString()},
                             {"ipAddress", index.data(ServerTable::summaryRole).toString().toStdString()}};
@@ -43,13 +45,21 @@ ServerTable::ServerTable(QWidget* parent)
     setSelectionMode(QAbstractItemView::ExtendedSelection);
     setUniformItemSizes(true);
     setItemDelegate(&delegate_);
+    const auto follow = [this] { describe(); };
+    for (const auto change : {&QAbstractItemModel::rowsInserted, &QAbstractItemModel::rowsRemoved})
+        connect(model(), change, &context_, follow);
+    connect(model(), &QAbstractItemModel::modelReset, &context_, follow);
+    describe();
 }
+
+// What is drawn on an empty list is read out as well.
+void ServerTable::describe() { setAccessibleDescription(count() == 0 ? noServers : ""); }
 
 void ServerTable::paintEvent(QPaintEvent* event) {
     QListWidget::paintEvent(event);
     MessageTable table(*this);
     views::EmptyMessageTableView view(table);
-    view.setMesageForEmptyList("No servers");
+    view.setMesageForEmptyList(noServers);
     view.setMessageRow(1);
     QPainter painter(viewport());
     qt::PainterCanvas canvas(painter, palette(), font());

@@ -6,7 +6,7 @@
 
 namespace corvane::connectors::ldap {
 
-/// A list of servers in two lines each; says so when there are none.
+/// A list of servers in two lines each; says so, and reads it out, when there are none.
 class ServerTable final : public QListWidget {
 public:
     /// The second line of an item.
@@ -17,9 +17,12 @@ protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    void describe();
+
     class MessageTable;
     qt::QtImageSource images_;
     qt::CellDelegate delegate_;
+    QObject context_; ///< goes before the list's model does, and what follows the model with it
 };
 
 } // namespace corvane::connectors::ldap

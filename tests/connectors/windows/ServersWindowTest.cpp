@@ -40,6 +40,30 @@ TEST_F(ServersWindow, withoutServers_onlyAddCanBePressed) {
     EXPECT_FALSE(can("editServer") || can("duplicateServer") || can("deleteServer") || can("testServer"));
 }
 
+TEST_F(ServersWindow, withoutServers_theListSaysSoAndReadsItOut) {
+    service.servers.clear();
+    configure();
+    auto* list = find<QListWidget>("servers");
+    EXPECT_EQ(list->accessibleDescription(), "No servers");
+    // The message stands in the second row's band, in the middle of the width.
+    const auto picture = list->viewport()->grab(QRect(list->viewport()->width() / 4, 44, 1, 1)).toImage();
+    const auto band = list->viewport()->grab(QRect(0, 44, list->viewport()->width(), 44)).toImage();
+    int ink = 0;
+    for (int y = 0; y < band.height(); ++y)
+        for (int x = 0; x < band.width(); ++x)
+            ink += band.pixelColor(x, y) != picture.pixelColor(0, 0);
+    EXPECT_GT(ink, 50);
+}
+
+TEST_F(ServersWindow, lastServerDeleted_theListSaysSo) {
+    configure();
+    auto* list = find<QListWidget>("servers");
+    EXPECT_EQ(list->accessibleDescription(), "");
+    list->selectAll();
+    click("deleteServer");
+    EXPECT_EQ(list->accessibleDescription(), "No servers");
+}
+
 TEST_F(ServersWindow, severalServers_areDeletedAtOnceAndSavedWithApply) {
     configure();
     clickRow(2, Qt::ControlModifier);
