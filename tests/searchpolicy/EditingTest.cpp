@@ -184,8 +184,10 @@ TEST_F(Editing, dragOntoItsOwnPlace_changesNoOrder) {
     const auto before = list();
     EXPECT_TRUE(nodes.dragRows({3}, nodes, 3));
     EXPECT_EQ(list(), before);
+    EXPECT_EQ(nodes.selectedRow(), 3);
     EXPECT_TRUE(nodes.dragRows({3}, nodes, 4));
     EXPECT_EQ(list(), before);
+    EXPECT_EQ(nodes.selectedRow(), 3);
 }
 
 TEST_F(Editing, dropOnContacts_movesTheAuthenticationTablesSelection) {

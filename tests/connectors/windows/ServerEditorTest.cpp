@@ -20,6 +20,7 @@ struct ServerEditor : PlugInHarness {
         ASSERT_TRUE(save());
     }
     [[nodiscard]] util::Dictionary lastPut() {
+        if (service.requests.empty()) return util::Dictionary(util::ValueMap{});
         const auto put = service.requests.back().valueForKey("put").as<util::Array>();
         return put.isEmpty() ? util::Dictionary(util::ValueMap{}) : put.at(0).as<util::Dictionary>();
     }
