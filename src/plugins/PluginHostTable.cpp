@@ -21,9 +21,10 @@ class TableAction final : public HaldenCAction {
 public:
     explicit TableAction(const CorvaneAction& action) : action_(action) {}
     void setAuth(std::shared_ptr<platform::Authorization> authorization) override {
-        auto* passed = newReference(std::move(authorization));
-        action_.setAuth(action_.self, passed);
-        hostObjectsTable().release(passed);
+        // Released even when the plug-in's setter throws.
+        const std::unique_ptr<CorvaneObject, void (*)(CorvaneObject*)> passed(
+            newReference(std::move(authorization)), hostObjectsTable().release);
+        action_.setAuth(action_.self, passed.get());
     }
     void setRemoteAuthExtForm(const util::AuthorizationExternalForm& form) override {
         action_.setRemoteAuthExtForm(action_.self, form.bytes.data());
@@ -53,6 +54,8 @@ struct PluginHostTable::Entry {
                                    " called from another thread than the main one, and was refused");
         } catch (const std::exception& failure) {
             self.implementor_->log("call of plug-in " + self.pluginName_ + " failed: " + failure.what());
+        } catch (...) { // out of an action of the plug-in's
+            self.implementor_->log("call of plug-in " + self.pluginName_ + " failed: unknown exception");
         }
         return otherwise;
     }

@@ -67,6 +67,7 @@ void NodePaneController::buildNodePaneData() {
         const auto session = parent_->haldenSession();
         if (!session) return;
         const auto names = session->nodeNames(nullptr);
+        if (!names) return; // they could not be had
         std::vector<std::string> allowed;
         allowed.reserve(names.count());
         for (const auto& element : names.elements()) {

@@ -99,6 +99,16 @@ TEST_F(Servers, duplicate_standsBehindItsOriginalWithoutThePassword) {
     EXPECT_EQ(service.servers.size(), 3U);
 }
 
+TEST_F(Servers, duplicateOfAVeryPatientServer_waitsNoLongerThanANewOneMay) {
+    service.serve("c.example.com", {{"connectTimeout", 300}, {"searchTimeout", 90}});
+    list.revert();
+    list.readIfClean();
+    ASSERT_EQ(list.servers().back().connectTimeout, 300);
+    const auto& copy = list.servers().at(list.duplicate(list.servers().size() - 1));
+    EXPECT_EQ(copy.connectTimeout, 120);
+    EXPECT_EQ(copy.searchTimeout, 90);
+}
+
 TEST_F(Servers, removedServer_leavesBothPolicies) {
     service.program().authentication = {"/LDAP/a.example.com", "/LDAP/b.example.com"};
     service.program().contacts = {"/LDAP/a.example.com"};

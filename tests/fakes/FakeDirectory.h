@@ -214,10 +214,11 @@ public:
         return nullptr;
     }
     [[nodiscard]] util::Array nodeNames(halden::Error* /*error*/) override {
-        return util::Array::ofTexts(names);
+        return listingFails ? util::Array() : util::Array::ofTexts(names);
     }
 
     std::map<halden::NodeType, halden::Error> failingTypes;
+    bool listingFails = false; ///< the names of the nodes can't be had
     std::vector<std::string> names = {"/Local/Accounts", "/BSD/Files", "/Search", "/Contacts"};
 
 private:

@@ -109,6 +109,13 @@ TEST_F(HostInterface, actionWithoutBothSetters_isLoggedAndLeftAlone) {
     EXPECT_EQ(program.done[0], "log plug-in Mine passed an action that can't take an authorization");
 }
 
+TEST_F(HostInterface, actionThatThrows_isLoggedAndGoesNoFurther) {
+    Action action(host);
+    action.table.setAuth = [](void*, CorvaneObject*) { throw 5; };
+    host.setAuthorizationForHaldenCAction(action.table);
+    EXPECT_EQ(program.done, Texts{"log call of plug-in Mine failed: unknown exception"});
+}
+
 TEST_F(HostInterface, authorization_isTheProgramsOwnObjectAndItsName) {
     EXPECT_EQ(host.authorization().kind(), CORVANE_AUTHORIZATION);
     EXPECT_EQ(host.authorizationRef(), program.theAuthorization->authorizationRef());

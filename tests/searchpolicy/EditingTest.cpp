@@ -184,8 +184,10 @@ TEST_F(Editing, dragOntoItsOwnPlace_changesNoOrder) {
     const auto before = list();
     EXPECT_TRUE(nodes.dragRows({3}, nodes, 3));
     EXPECT_EQ(list(), before);
+    EXPECT_EQ(nodes.selectedRow(), 3);
     EXPECT_TRUE(nodes.dragRows({3}, nodes, 4));
     EXPECT_EQ(list(), before);
+    EXPECT_EQ(nodes.selectedRow(), 3);
 }
 
 TEST_F(Editing, dropOnContacts_movesTheAuthenticationTablesSelection) {
@@ -241,6 +243,7 @@ TEST_F(Editing, dropsFromElsewhereOntoARowOrNowhere_areRefused) {
     EXPECT_FALSE(contactNodes.dragRows({2}, nodes, 3));
     EXPECT_FALSE(nodes.dragRows({2}, nodes, 5, DropOperation::on));
     EXPECT_FALSE(nodes.dragRows({2}, nodes, -1));
+    EXPECT_FALSE(contactNodes.dragRows({2}, contactNodes, -1));
     fakes::FakePasteboard pasteboard;
     EXPECT_EQ(nodes.dragHandler()->validateDrop(nodes, {nullptr, pasteboard}, 4, DropOperation::above),
               DragOperation::none);
@@ -258,6 +261,23 @@ TEST_F(Editing, dropWithoutTheType_isRefusedAndMarksNothing) {
     fakes::FakePasteboard pasteboard;
     EXPECT_FALSE(nodes.dragHandler()->acceptDrop(nodes, {&nodes, pasteboard}, 4, DropOperation::above));
     EXPECT_FALSE(edited());
+}
+
+TEST_F(Editing, contactsDragOfARowThatIsntThere_raises) {
+    fakes::FakePasteboard pasteboard;
+    auto& handler = *contactNodes.dragHandler();
+    EXPECT_THROW((void)handler.writeRows(contactNodes, {6}, pasteboard), util::RangeException);
+    EXPECT_FALSE(nodes.dragHandler()->writeRows(nodes, {7}, pasteboard));
+    EXPECT_TRUE(pasteboard.types().empty());
+}
+
+TEST_F(Editing, nameThatStandsTwice_movesTheFirstOfThem) {
+    program.setPolicy(search, attribute::customSearchPath,
+                      {"/Local/Accounts", "/BSD/Files", "/L/twice", "/L/3", "/L/twice"});
+    controller.buildDSSearchPaneData();
+    EXPECT_TRUE(nodes.dragRows({4}, nodes, 4));
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/3", "/L/twice", "/L/twice"}));
+    EXPECT_EQ(nodes.selectedRow(), 3);
 }
 
 TEST_F(Editing, dropOfANameThatIsntThere_isSimplyInserted) {

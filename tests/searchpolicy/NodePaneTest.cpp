@@ -128,6 +128,17 @@ TEST_F(NodePane, oneDuplicate_isToldAfterTheOthersWereAdded) {
     EXPECT_FALSE(program.interface.window.hasAttachedSheet());
 }
 
+TEST_F(NodePane, duplicateAlone_setsTheServicesMarkAndRefreshesToo) {
+    open();
+    controller.addNodeToAuthSearchPolicy("/L/zulu");
+    controller.setSearchPolicyModified(false);
+    ASSERT_FALSE(program.interface.window.isDocumentEdited());
+    program.journal.clear();
+    program.interface.panelAdd.click();
+    EXPECT_EQ(program.journal.count("selectNodeContact.reloadData"), 1);
+    EXPECT_TRUE(program.interface.window.isDocumentEdited());
+}
+
 TEST_F(NodePane, severalDuplicates_haveATextOfTheirOwn) {
     open();
     controller.addNodeToAuthSearchPolicy("/L/alpha");
@@ -149,6 +160,15 @@ TEST_F(NodePane, failingListing_leavesTheRowsAndTellsNobody) {
     open();
     program.interface.panelDone.click();
     program.framework.session->names = {"no connector in this name"}; // admission raises
+    open();
+    EXPECT_EQ(offered(), (Names{"/L/zulu", "/L/alpha", "/L/mike"}));
+    EXPECT_TRUE(program.toolkit.alerts().empty());
+}
+
+TEST_F(NodePane, listingThatGivesNothing_leavesTheRowsToo) {
+    open();
+    program.interface.panelDone.click();
+    program.framework.session->listingFails = true;
     open();
     EXPECT_EQ(offered(), (Names{"/L/zulu", "/L/alpha", "/L/mike"}));
     EXPECT_TRUE(program.toolkit.alerts().empty());

@@ -115,6 +115,13 @@ TEST_F(Panes, customListShorterThanTheShownOne_leavesTheColourAsItWas) {
     EXPECT_EQ(colour(nodes, 2, TextColor::red), TextColor::red);
 }
 
+TEST_F(Panes, contactsOutsideCustomMode_areGrayHoweverShortTheCustomList) {
+    program.setPolicy(contacts, attribute::customSearchPath, {"/LDAP/one"});
+    controller.buildDSContactsPaneData();
+    contactMode.choose(localOnly);
+    EXPECT_EQ(colour(contactNodes, 1, TextColor::red), TextColor::gray);
+}
+
 TEST_F(Panes, locked_nothingCanBeSelected) {
     lock();
     EXPECT_FALSE(nodes.clickRow(2));
@@ -156,6 +163,16 @@ TEST_F(Panes, deleteButton_ofAuthenticationLooksAtTheRow) {
     EXPECT_FALSE(program.interface.deleteNode.isEnabled());
     nodes.deselectAll();
     EXPECT_FALSE(program.interface.deleteNode.isEnabled());
+}
+
+TEST_F(Panes, deleteButton_ofAuthenticationIsDisabledBehindTheCustomList) {
+    program.setPolicy(search, attribute::customSearchPath, {"/Local/Accounts", "/BSD/Files"});
+    controller.buildDSSearchPaneData();
+    mode.choose(automatic);
+    nodes.selectRow(2, false); // by the program: the automatic list is the longer one
+    EXPECT_FALSE(program.interface.deleteNode.isEnabled());
+    controller.deleteNodeAction(program.interface.deleteNode);
+    EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
 TEST_F(Panes, deleteButton_ofContactsTakesAnyRow) {

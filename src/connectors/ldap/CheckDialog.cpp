@@ -73,6 +73,7 @@ void CheckDialog::build() {
     layout->addWidget(progress_);
     result_ = paragraph("", *this);
     result_->setObjectName("checkResult");
+    result_->setTextFormat(Qt::RichText);
     result_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     layout->addWidget(result_);
     layout->addStretch();

@@ -32,7 +32,9 @@ void addChoice(QComboBox& box, const QString& title, const char* value) {
     box.addItem(title, QString(value));
 }
 
+/// A value that isn't on offer, written by another hand, is offered as it is: it must not change unasked.
 void choose(QComboBox& box, const std::string& value) {
+    if (!value.empty() && box.findData(text(value)) < 0) box.addItem(text(value), text(value));
     box.setCurrentIndex(std::max(0, box.findData(text(value))));
 }
 
@@ -56,11 +58,15 @@ QWidget* withUnit(QLineEdit* field, const QString& unit) {
     return row;
 }
 
+/// The longest time-out that can be typed: a longer one that is saved already may stay.
+int longest(int saved) { return std::max(longestTimeout, saved); }
+
 /// A time-out as it was typed, in seconds; 0 when it is none.
-int seconds(const QLineEdit& field) {
+int seconds(const QLineEdit& field, int saved) {
     bool isNumber = false;
     const int number = field.text().trimmed().toInt(&isNumber);
-    return isNumber && number >= 1 && number <= longestTimeout ? number : 0;
+    const bool isKept = isNumber && number == saved;
+    return isKept || (isNumber && number >= 1 && number <= longestTimeout) ? number : 0;
 }
 
 } // namespace
@@ -194,8 +200,8 @@ QWidget* ServerDialog::moreFields() {
     searchTimeout_ = namedField("searchTimeout", "", *box);
     searchTimeout_->setAccessibleName("Wait for an answer, in seconds");
     form->addRow("Wait for an answer:", withUnit(searchTimeout_, "seconds"));
-    for (auto* field : {connectTimeout_, searchTimeout_})
-        acceptNumbers(*field, host_, 1, longestTimeout);
+    acceptNumbers(*connectTimeout_, host_, 1, longest(original_.connectTimeout));
+    acceptNumbers(*searchTimeout_, host_, 1, longest(original_.searchTimeout));
     return box;
 }
 
@@ -289,15 +295,18 @@ Server ServerDialog::server() const {
     made.baseDN = baseDN_->text().trimmed().toStdString();
     made.bindDN = bindDN_->text().trimmed().toStdString();
     made.schema = chosen(*schema_);
-    made.connectTimeout = seconds(*connectTimeout_);
-    made.searchTimeout = seconds(*searchTimeout_);
+    made.connectTimeout = seconds(*connectTimeout_, original_.connectTimeout);
+    made.searchTimeout = seconds(*searchTimeout_, original_.searchTimeout);
     made.name = name_->text().trimmed().toStdString();
     if (made.name.empty()) made.name = list_.freeName(made.title());
     if (made.bindDN.empty()) {
         // Who signs in as nobody needs no password: a saved one goes with the name.
         made.password = original_.hasPassword ? std::optional<std::string>("") : std::nullopt;
-    } else if (!password_->text().isEmpty()) {
-        made.password = password_->text().toStdString();
+    } else {
+        // An empty field keeps the saved one, also when the name was taken away before and is back now.
+        if (made.password) wipe(*made.password);
+        made.password.reset();
+        if (!password_->text().isEmpty()) made.password = password_->text().toStdString();
     }
     return made;
 }
@@ -319,9 +328,9 @@ QString ServerDialog::problem() {
         return complain(*caFile_, "The CA certificates are a file’s full path, from “/” on.");
     if (!now.bindDN.empty() && !now.hasPassword && !now.password)
         return complain(*password_, "Signing in needs a password. Leave the DN empty to sign in as nobody.");
-    for (auto* field : {connectTimeout_, searchTimeout_})
-        if (seconds(*field) == 0)
-            return complain(*field, QString("A time-out is from 1 to %1 seconds.").arg(longestTimeout));
+    if (now.connectTimeout == 0 || now.searchTimeout == 0)
+        return complain(now.connectTimeout == 0 ? *connectTimeout_ : *searchTimeout_,
+                        QString("A time-out is from 1 to %1 seconds.").arg(longestTimeout));
     if (list_.isNameTaken(now.name, index_))
         return complain(*name_, QString("Another server is called “%1” already.").arg(text(now.name)));
     return "";

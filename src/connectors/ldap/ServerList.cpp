@@ -12,6 +12,8 @@ namespace call = sdk::ldap::call;
 
 /// The service's code for settings that another program has changed.
 constexpr std::int64_t changedElsewhere = 4300;
+/// The longest time-out that the service takes for a new server, in seconds.
+constexpr int longestTimeout = 120;
 
 std::string lowered(std::string text) {
     std::ranges::transform(text, text.begin(),
@@ -156,6 +158,8 @@ std::size_t ServerList::duplicate(std::size_t index) {
     copy.node.clear();
     copy.hasPassword = false;
     copy.password.reset();
+    copy.connectTimeout = std::min(copy.connectTimeout, longestTimeout);
+    copy.searchTimeout = std::min(copy.searchTimeout, longestTimeout);
     copy.name = freeName(copy.title());
     servers_.insert(servers_.begin() + static_cast<std::ptrdiff_t>(index) + 1, copy);
     host_.markDirty();

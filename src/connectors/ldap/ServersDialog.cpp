@@ -160,10 +160,16 @@ void ServersDialog::deleteServers() {
     const auto onPolicies = titlesOnPolicies(rows);
     if (!rows.empty() && onPolicies.isEmpty()) remove();
     if (onPolicies.isEmpty()) return;
-    auto* box = messageBox("Delete Servers", QString("%1 is on a search policy.").arg(onPolicies.join(", ")),
-                           QMessageBox::Cancel, this);
-    box->setInformativeText("With the server it leaves the policy, and its users can no longer log in, once "
-                            "you apply the change.");
+    auto* box = messageBox(
+        "Delete Servers",
+        QString(onPolicies.size() == 1 ? "%1 is on a search policy." : "%1 are on a search policy.")
+            .arg(onPolicies.join(", ")),
+        QMessageBox::Cancel, this);
+    box->setInformativeText(onPolicies.size() == 1
+                                ? "With the server it leaves the policy, and its users can no longer log "
+                                  "in, once you apply the change."
+                                : "With the servers they leave the policy, and their users can no longer "
+                                  "log in, once you apply the change.");
     auto* yes = box->addButton("Delete", QMessageBox::DestructiveRole);
     yes->setObjectName("reallyDelete");
     box->setDefaultButton(QMessageBox::Cancel);

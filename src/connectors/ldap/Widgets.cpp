@@ -9,6 +9,7 @@ namespace corvane::connectors::ldap {
 
 QLabel* heading(const QString& title, QWidget& parent) {
     auto* label = new QLabel(title, &parent);
+    label->setTextFormat(Qt::PlainText);
     auto font = label->font();
     font.setBold(true);
     font.setPointSizeF(font.pointSizeF() * 1.15);
@@ -20,6 +21,7 @@ QLabel* heading(const QString& title, QWidget& parent) {
 QLabel* paragraph(const QString& content, QWidget& parent) {
     auto* label = new QLabel(content, &parent);
     label->setWordWrap(true);
+    label->setTextFormat(Qt::PlainText); // what servers and their settings say is no markup
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
     return label;
 }

@@ -20,6 +20,7 @@ struct ServerEditor : PlugInHarness {
         ASSERT_TRUE(save());
     }
     [[nodiscard]] util::Dictionary lastPut() {
+        if (service.requests.empty()) return util::Dictionary(util::ValueMap{});
         const auto put = service.requests.back().valueForKey("put").as<util::Array>();
         return put.isEmpty() ? util::Dictionary(util::ValueMap{}) : put.at(0).as<util::Dictionary>();
     }
@@ -106,6 +107,42 @@ TEST_F(ServerEditor, bindNameTakenAway_takesTheSavedPasswordWithIt) {
     EXPECT_TRUE(lastPut().valueForKey("password").as<util::Data>().bytes().empty());
 }
 
+TEST_F(ServerEditor, bindNameTakenAwayAndGivenBack_keepsTheSavedPassword) {
+    openSaved();
+    type("bindDN", "");
+    click("serverOk");
+    click("editServer");
+    type("bindDN", "cn=reader");
+    EXPECT_EQ(field("password")->placeholderText(), "saved; never shown");
+    type("baseDN", "dc=new");
+    accept();
+    EXPECT_FALSE(lastPut().containsKey("password")) << "an empty one would take the saved one away";
+}
+
+TEST_F(ServerEditor, newPasswordTakenBack_isNotKeptBehindAnEmptyField) {
+    openNew();
+    type("addresses", "x");
+    type("bindDN", "cn=me");
+    type("password", "geheim");
+    click("serverOk");
+    clickRow(1);
+    click("editServer");
+    type("password", "");
+    click("serverOk");
+    EXPECT_TRUE(textOf("problem").startsWith("Signing in needs a password."));
+}
+
+TEST_F(ServerEditor, settingsBeyondTheFormsOwn_areKeptAsTheyAre) {
+    service.serve("a.example.com", {{"schema", "IPA"}, {"connectTimeout", 300}, {"searchTimeout", 600}});
+    openSaved();
+    EXPECT_EQ(find<QComboBox>("schema")->currentText(), "IPA");
+    type("baseDN", "dc=new");
+    accept();
+    EXPECT_EQ(lastPut().textForKey("schema"), "IPA");
+    EXPECT_EQ(lastPut().valueForKey("connectTimeout"), util::Value(300));
+    EXPECT_EQ(lastPut().valueForKey("searchTimeout"), util::Value(600));
+}
+
 TEST_F(ServerEditor, bindNameWithoutAPassword_isAProblem) {
     openNew();
     type("addresses", "x");
@@ -183,7 +220,7 @@ TEST_F(ServerEditor, test_showsEachStepAndWhatFailed) {
     service.reports = {util::Dictionary{
         {"finished", true},
         {"steps",
-         util::Array{util::Dictionary{{"step", "connect"}, {"state", "done"}, {"detail", "192.0.2.1"}},
+         util::Array{util::Dictionary{{"step", "connect"}, {"state", "done"}, {"detail", "<b>192.0.2.1</b>"}},
                      util::Dictionary{{"step", "encrypt"}, {"state", "failed"}}}},
         {"failure",
          util::Dictionary{{"cause", "Not <trusted>."}, {"evidence", "Issuer X."}, {"nextStep", "Get X."}}}}};
@@ -191,6 +228,10 @@ TEST_F(ServerEditor, test_showsEachStepAndWhatFailed) {
     click("test");
     EXPECT_TRUE(QTest::qWaitFor([&] { return textOf("checkResult").contains("Get X."); }, 3000));
     EXPECT_TRUE(textOf("checkResult").contains("Not &lt;trusted&gt;.")) << "a server's words are no markup";
+    for (const auto* label : QApplication::activeModalWidget()->findChildren<QLabel*>())
+        if (label->text().contains("192.0.2.1")) {
+            EXPECT_EQ(label->textFormat(), Qt::PlainText);
+        }
     EXPECT_TRUE(frontText().contains("192.0.2.1") && frontText().contains("Encrypt the connection"));
     EXPECT_EQ(find<QAbstractButton>("checkClose")->text(), "Close");
 }

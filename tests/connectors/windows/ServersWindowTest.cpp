@@ -94,6 +94,18 @@ TEST_F(ServersWindow, serverOnAPolicy_isDeletedAfterAQuestionOnly) {
     EXPECT_EQ(rows(), (QStringList{"a.example.com", "c.example.com"}));
 }
 
+TEST_F(ServersWindow, severalServersOnPolicies_areSpokenOfTogether) {
+    service.program().contacts = {"/LDAP/a.example.com", "/LDAP/b.example.com"};
+    configure();
+    clickRow(0);
+    clickRow(1, Qt::ControlModifier);
+    click("deleteServer");
+    EXPECT_TRUE(frontText().contains("a.example.com, b.example.com are on a search policy."));
+    EXPECT_TRUE(frontText().contains("they leave the policy"));
+    click("reallyDelete");
+    EXPECT_EQ(rows(), QStringList{"c.example.com"});
+}
+
 TEST_F(ServersWindow, questionThatIsCancelled_deletesNothing) {
     service.program().authentication = {"/LDAP/b.example.com"};
     configure();
