@@ -98,12 +98,22 @@ void fillMakers(CorvaneObjects& table) {
     };
 }
 
+/// Whether `part` is `whole` or stands somewhere in it. A container that held itself would have no end.
+bool holds(const util::Value& whole, const util::Value& part) {
+    if (whole.isSameObjectAs(part)) return true;
+    for (const auto& element : whole.as<util::Array>().elements())
+        if (holds(element, part)) return true;
+    for (const auto& [key, entry] : whole.as<util::Dictionary>().entries())
+        if (holds(entry, part)) return true;
+    return false;
+}
+
 void fillChanges(CorvaneObjects& table) {
     table.append = [](CorvaneObject* array, const CorvaneObject* value) {
         return shielded(int8_t{0}, nullptr, [&] {
             auto list = valueOf(array).as<util::Array>();
             const auto element = valueOf(value);
-            if (list.isNull() || element.isNull()) return int8_t{0};
+            if (list.isNull() || element.isNull() || holds(element, list)) return int8_t{0};
             list.append(element);
             return int8_t{1};
         });
@@ -111,8 +121,9 @@ void fillChanges(CorvaneObjects& table) {
     table.setValueForKey = [](CorvaneObject* dictionary, const char* key, const CorvaneObject* value) {
         return shielded(int8_t{0}, nullptr, [&] {
             auto entries = valueOf(dictionary).as<util::Dictionary>();
-            if (entries.isNull() || key == nullptr) return int8_t{0};
-            entries.set(key, valueOf(value));
+            const auto entry = valueOf(value);
+            if (entries.isNull() || key == nullptr || (entry && holds(entry, entries))) return int8_t{0};
+            entries.set(key, entry);
             return int8_t{1};
         });
     };

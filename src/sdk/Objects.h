@@ -65,6 +65,7 @@ typedef struct CorvaneObjects {
     CorvaneObject* (*makeArray)(void);
     CorvaneObject* (*makeDictionary)(void);
 
+    /* Both refuse a value that holds the container itself. */
     /* Adds a value at the end; false for no array, an array that can't be changed, or no value. */
     int8_t (*append)(CorvaneObject* array, const CorvaneObject* value);
     /* Stores a value under a key; a null value removes the key. False for no dictionary, or one that can't be

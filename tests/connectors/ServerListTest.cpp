@@ -89,12 +89,17 @@ TEST_F(Servers, untouchedPassword_isNotSent) {
     EXPECT_FALSE(lastPut().at(0).as<util::Dictionary>().containsKey("password"));
 }
 
-TEST_F(Servers, duplicate_standsBehindItsOriginalWithoutThePassword) {
-    EXPECT_EQ(list.duplicate(1), 2U);
-    const auto& copy = list.servers()[2];
-    EXPECT_EQ(copy.name, "b.example.com-2");
+TEST_F(Servers, copy_hasTheSettingsButNeitherNameNorPassword) {
+    auto copy = list.copyOf(1);
     EXPECT_EQ(copy.bindDN, "cn=reader");
+    EXPECT_EQ(copy.name, "");
+    EXPECT_EQ(copy.node, "");
     EXPECT_FALSE(copy.hasPassword);
+    EXPECT_FALSE(list.isDirty());
+    copy.name = list.freeName(copy.title());
+    EXPECT_EQ(copy.name, "b.example.com-2");
+    list.insert(copy, 1);
+    EXPECT_EQ(list.servers()[1].name, "b.example.com-2");
     list.save();
     EXPECT_EQ(service.servers.size(), 3U);
 }
@@ -104,7 +109,7 @@ TEST_F(Servers, duplicateOfAVeryPatientServer_waitsNoLongerThanANewOneMay) {
     list.revert();
     list.readIfClean();
     ASSERT_EQ(list.servers().back().connectTimeout, 300);
-    const auto& copy = list.servers().at(list.duplicate(list.servers().size() - 1));
+    const auto copy = list.copyOf(list.servers().size() - 1);
     EXPECT_EQ(copy.connectTimeout, 120);
     EXPECT_EQ(copy.searchTimeout, 90);
 }

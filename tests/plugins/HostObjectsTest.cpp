@@ -100,6 +100,16 @@ TEST_F(HostObjects, containers_areSharedNotCopied) {
     EXPECT_FALSE(entries.has("list"));
 }
 
+TEST_F(HostObjects, containers_neverHoldThemselves) {
+    const auto list = host.array();
+    const auto entries = host.dictionary();
+    EXPECT_FALSE(list.append(list));
+    EXPECT_TRUE(list.append(entries));
+    EXPECT_FALSE(entries.set("list", list));
+    EXPECT_FALSE(entries.set("self", entries));
+    EXPECT_TRUE(entries.set("list", host.array())) << "an equal one is another object";
+}
+
 TEST_F(HostObjects, objects_liveAsLongAsSomebodyHoldsThem) {
     auto* first = objects.makeString("here", 4);
     auto* second = objects.retain(first);

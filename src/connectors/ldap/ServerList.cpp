@@ -142,8 +142,8 @@ void ServerList::tellPolicies(const Reply& after) const {
         host_.log("the servers are saved, but the search policies that name them are not");
 }
 
-void ServerList::add(const Server& server) {
-    servers_.push_back(server);
+void ServerList::insert(const Server& server, std::size_t index) {
+    servers_.insert(servers_.begin() + static_cast<std::ptrdiff_t>(index), server);
     host_.markDirty();
 }
 
@@ -152,18 +152,16 @@ void ServerList::replace(std::size_t index, const Server& server) {
     if (isDirty()) host_.markDirty();
 }
 
-std::size_t ServerList::duplicate(std::size_t index) {
+Server ServerList::copyOf(std::size_t index) const {
     auto copy = servers_.at(index);
+    copy.name.clear();
     copy.savedName.clear();
     copy.node.clear();
     copy.hasPassword = false;
     copy.password.reset();
     copy.connectTimeout = std::min(copy.connectTimeout, longestTimeout);
     copy.searchTimeout = std::min(copy.searchTimeout, longestTimeout);
-    copy.name = freeName(copy.title());
-    servers_.insert(servers_.begin() + static_cast<std::ptrdiff_t>(index) + 1, copy);
-    host_.markDirty();
-    return index + 1;
+    return copy;
 }
 
 void ServerList::removeAt(const std::vector<std::size_t>& indexes) {

@@ -31,12 +31,14 @@ public:
     void save();
 
     /// Each marks the window as edited.
-    void add(const Server& server);
+    void add(const Server& server) { insert(server, servers_.size()); }
+    /// `index` may be the count.
+    void insert(const Server& server, std::size_t index);
     void replace(std::size_t index, const Server& server);
-    /// Behind the original, without its password and under a name of its own. Answers its index.
-    std::size_t duplicate(std::size_t index);
     void removeAt(const std::vector<std::size_t>& indexes);
 
+    /// A new server with the settings of an old one, without its password and its name.
+    [[nodiscard]] Server copyOf(std::size_t index) const;
     /// A name that none of the servers has, made from an address.
     [[nodiscard]] std::string freeName(const std::string& address) const;
     /// Whether another server than `except` has this name; capitals don't count.

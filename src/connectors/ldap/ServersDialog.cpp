@@ -117,27 +117,39 @@ void ServersDialog::keyPressEvent(QKeyEvent* event) {
     QDialog::keyPressEvent(event);
 }
 
-void ServersDialog::addServer() { edit(Server::fresh(), ServerList::none); }
+void ServersDialog::addServer() { editNew(Server::fresh(), list_.servers().size()); }
 
 void ServersDialog::editServer() {
     const auto rows = selection();
-    if (rows.size() == 1) edit(list_.servers().at(rows.front()), rows.front());
+    if (rows.size() == 1) edit(rows.front());
 }
 
-void ServersDialog::edit(const Server& server, std::size_t index) {
-    auto* dialog = new ServerDialog(host_, list_, server, index, this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    connect(dialog, &QDialog::accepted, this, [this, dialog, index] {
-        if (index != ServerList::none) list_.replace(index, dialog->server());
-        if (index == ServerList::none) list_.add(dialog->server());
-        reload(index);
-    });
-    dialog->open();
-}
-
+// A copy is of no use before something about it was changed, and it has no password: so it is edited first.
 void ServersDialog::duplicateServer() {
     const auto rows = selection();
-    if (rows.size() == 1) reload(list_.duplicate(rows.front()));
+    if (rows.size() == 1) editNew(list_.copyOf(rows.front()), rows.front() + 1);
+}
+
+void ServersDialog::edit(std::size_t index) {
+    openEditor(
+        *new ServerDialog(host_, list_, list_.servers().at(index), index, this),
+        [this, index](const Server& server) { list_.replace(index, server); }, index);
+}
+
+void ServersDialog::editNew(const Server& server, std::size_t index) {
+    openEditor(
+        *new ServerDialog(host_, list_, server, ServerList::none, this),
+        [this, index](const Server& made) { list_.insert(made, index); }, index);
+}
+
+void ServersDialog::openEditor(ServerDialog& dialog, std::function<void(const Server&)> take,
+                               std::size_t index) {
+    dialog.setAttribute(Qt::WA_DeleteOnClose);
+    connect(&dialog, &QDialog::accepted, this, [this, &dialog, take = std::move(take), index] {
+        take(dialog.server());
+        reload(index);
+    });
+    dialog.open();
 }
 
 QStringList ServersDialog::titlesOnPolicies(const std::vector<std::size_t>& indexes) const {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <QDialog>
+#include <functional>
 
 #include "connectors/ldap/ServerList.h"
 
@@ -10,6 +11,8 @@ class QListWidget;
 class QPushButton;
 
 namespace corvane::connectors::ldap {
+
+class ServerDialog;
 
 /// The list of configured servers, with what can be done to them. Changes are kept in the list until the
 /// user applies them in the main window. Main thread.
@@ -36,8 +39,11 @@ private:
     void duplicateServer();
     void deleteServers();
     void testServer();
-    /// Opens the editor; what it ends with goes into the list. `index`: `ServerList::none` for a new server.
-    void edit(const Server& server, std::size_t index);
+    /// Opens the editor on the server at `index`.
+    void edit(std::size_t index);
+    /// Opens the editor on a new server, which gets that place in the list when the user wants it.
+    void editNew(const Server& server, std::size_t index);
+    void openEditor(ServerDialog& dialog, std::function<void(const Server&)> take, std::size_t index);
     [[nodiscard]] QStringList titlesOnPolicies(const std::vector<std::size_t>& indexes) const;
 
     const sdk::Host& host_;

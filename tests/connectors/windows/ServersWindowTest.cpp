@@ -117,13 +117,27 @@ TEST_F(ServersWindow, questionThatIsCancelled_deletesNothing) {
     EXPECT_FALSE(isDirty());
 }
 
-TEST_F(ServersWindow, duplicate_standsBehindTheOriginal) {
+TEST_F(ServersWindow, duplicate_isEditedAndStandsBehindTheOriginal) {
     configure();
     click("duplicateServer");
+    EXPECT_EQ(find<QPlainTextEdit>("addresses")->toPlainText(), "a.example.com");
+    EXPECT_EQ(rows().size(), 3) << "not before it was edited";
+    click("serverOk");
     EXPECT_EQ(rows(), (QStringList{"a.example.com", "a.example.com", "b.example.com", "c.example.com"}));
     EXPECT_EQ(find<QListWidget>("servers")->currentRow(), 1);
     EXPECT_TRUE(save());
     EXPECT_TRUE(service.servers.contains("a.example.com-2"));
+}
+
+TEST_F(ServersWindow, duplicateOfAServerWithAPassword_needsOneOfItsOwn) {
+    configure();
+    clickRow(1);
+    click("duplicateServer");
+    click("serverOk");
+    EXPECT_TRUE(textOf("problem").startsWith("Signing in needs a password."));
+    click("serverCancel");
+    EXPECT_EQ(rows().size(), 3);
+    EXPECT_FALSE(isDirty());
 }
 
 TEST_F(ServersWindow, connectorsCheckBox_isAWishUntilApply) {
