@@ -3,21 +3,13 @@
 #include <algorithm>
 #include <vector>
 
+#include "util/TextFormat.h"
+
 namespace corvane::formatters {
 namespace {
 
 constexpr std::size_t partsOfAnAddress = 4;
 constexpr int firstTooGreat = 256;
-
-std::vector<std::string_view> separatedByDots(std::string_view text) {
-    std::vector<std::string_view> parts;
-    for (auto dot = text.find('.'); dot != std::string_view::npos; dot = text.find('.')) {
-        parts.push_back(text.substr(0, dot));
-        text.remove_prefix(dot + 1);
-    }
-    parts.push_back(text);
-    return parts;
-}
 
 /// The number that `part` begins with, line feeds before it aside; 0 without one, and `firstTooGreat` for
 /// whatever is greater. Only the digits 0 to 9 make a number: a digit of another script may be typed and
@@ -36,14 +28,14 @@ bool isGoodPart(std::string_view part) { return !part.empty() && integerValue(pa
 
 /// Can it still become an address? Only the last part may be empty.
 bool isBeginningOfAddress(std::string_view text) {
-    auto parts = separatedByDots(text);
+    auto parts = util::separated(text, '.');
     if (parts.size() > partsOfAnAddress) return false;
     if (parts.back().empty()) parts.pop_back();
     return std::ranges::all_of(parts, isGoodPart);
 }
 
 bool isAddress(std::string_view text) {
-    const auto parts = separatedByDots(text);
+    const auto parts = util::separated(text, '.');
     return parts.size() == partsOfAnAddress && std::ranges::all_of(parts, isGoodPart);
 }
 

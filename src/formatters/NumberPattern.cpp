@@ -3,20 +3,12 @@
 #include <algorithm>
 #include <vector>
 
+#include "util/TextFormat.h"
+
 namespace corvane::formatters {
 namespace {
 
 constexpr std::string_view patternCharacters = "#0,.";
-
-std::vector<std::string_view> sections(std::string_view format) {
-    std::vector<std::string_view> all;
-    for (auto end = format.find(';'); end != std::string_view::npos; end = format.find(';')) {
-        all.push_back(format.substr(0, end));
-        format.remove_prefix(end + 1);
-    }
-    all.push_back(format);
-    return all;
-}
 
 std::size_t count(std::string_view text, char c) {
     return static_cast<std::size_t>(std::ranges::count(text, c));
@@ -51,7 +43,7 @@ NumberPattern NumberPattern::fromSection(std::string_view section) {
 }
 
 NumberFormat NumberFormat::fromText(std::string_view format) {
-    const auto parts = sections(format);
+    const auto parts = util::separated(format, ';');
     NumberFormat result;
     result.positive = NumberPattern::fromSection(parts.front());
     result.zero = parts.size() > 2 ? NumberPattern::fromSection(parts[1]) : result.positive;

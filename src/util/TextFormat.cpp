@@ -31,4 +31,14 @@ std::string formatted(std::string_view format, std::initializer_list<std::string
     return text;
 }
 
+std::vector<std::string_view> separated(std::string_view text, char separator) {
+    std::vector<std::string_view> parts;
+    for (auto end = text.find(separator); end != std::string_view::npos; end = text.find(separator)) {
+        parts.push_back(text.substr(0, end));
+        text.remove_prefix(end + 1);
+    }
+    parts.push_back(text);
+    return parts;
+}
+
 } // namespace corvane::util

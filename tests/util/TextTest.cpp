@@ -59,3 +59,10 @@ TEST(NotificationCenter, observationMayOutliveTheCenter) {
     }
     observation.reset();
 }
+
+TEST(TextParts, areOneMoreThanTheSeparators) {
+    using Parts = std::vector<std::string_view>;
+    EXPECT_EQ(separated("a.b..c", '.'), (Parts{"a", "b", "", "c"}));
+    EXPECT_EQ(separated("", '.'), Parts{""});
+    EXPECT_EQ(separated(".", '.'), (Parts{"", ""}));
+}
