@@ -79,13 +79,6 @@ std::string schemaFrom(const std::string& text) {
     return text;
 }
 
-std::string joined(const std::vector<std::string>& parts) {
-    std::string text;
-    for (const auto& part : parts)
-        text += (text.empty() ? "" : ", ") + part;
-    return text;
-}
-
 /// Writes the lines of one section, each only where it has to be.
 class SectionWriter {
 public:
@@ -168,7 +161,7 @@ void writeSection(SssdLines& lines, const LdapServer& server, const std::optiona
     };
     const bool isOtherSecurity = differs(&LdapServer::security);
     if (isOtherSecurity || differs(&LdapServer::addresses) || differs(&LdapServer::port))
-        writer.putOrRemove("ldap_uri", joined(server.uris()));
+        writer.putOrRemove("ldap_uri", commaJoined(server.uris()));
     if (isOtherSecurity)
         writer.put("ldap_id_use_start_tls", server.security == security::startTLS ? "true" : "false",
                    "false");

@@ -17,13 +17,6 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const auto& name : names)
-        text += (text.empty() ? "" : ", ") + name;
-    return text;
-}
-
 /// Collects sections and options line by line. The grammar used for editing ends a value at "#" or ";", while
 /// SSSD takes the whole line, and passwords hold such characters.
 class OptionScanner {
@@ -100,8 +93,15 @@ std::string SssdFile::textListing(const std::vector<std::string>& names) const {
     if (tree.matches(mainSection).empty()) tree.set("target[last()+1]", "sssd");
     const std::string line = std::string(mainSection) + "[last()]/domains";
     const auto existing = tree.matches(std::string(mainSection) + "/domains");
-    tree.set(existing.empty() ? line : existing.back(), joined(names));
+    tree.set(existing.empty() ? line : existing.back(), commaJoined(names));
     return tree.text();
+}
+
+std::string commaJoined(const std::vector<std::string>& parts) {
+    std::string text;
+    for (const auto& part : parts)
+        text += (text.empty() ? "" : ", ") + part;
+    return text;
 }
 
 } // namespace corvane::haldend

@@ -52,5 +52,7 @@ private:
 
 /// The parts of a list like "a, b ,c" without blanks and empty parts.
 [[nodiscard]] std::vector<std::string> commaSeparated(std::string_view text);
+/// The other way round: "a, b, c".
+[[nodiscard]] std::string commaJoined(const std::vector<std::string>& parts);
 
 } // namespace corvane::haldend

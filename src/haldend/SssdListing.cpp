@@ -10,13 +10,6 @@ constexpr std::string_view domainsKey = "domains";
 constexpr std::string_view servicesKey = "services";
 constexpr std::string_view ourServices = "nss, pam";
 
-std::string joined(const std::vector<std::string>& names) {
-    std::string text;
-    for (const auto& name : names)
-        text += (text.empty() ? "" : ", ") + name;
-    return text;
-}
-
 void addLine(SssdLines& lines, const std::vector<std::string>& names, MachineAdditions& added) {
     if (!lines.hasSection(mainSection)) {
         if (added.file)
@@ -29,7 +22,7 @@ void addLine(SssdLines& lines, const std::vector<std::string>& names, MachineAdd
         lines.set(mainSection, servicesKey, ourServices);
         added.services = true;
     }
-    lines.set(mainSection, domainsKey, joined(names));
+    lines.set(mainSection, domainsKey, commaJoined(names));
     added.domains = true;
 }
 
@@ -61,7 +54,7 @@ std::string textListing(const std::string& text, const std::vector<std::string>&
         return SssdFile(lenses, text, path).textListing(names);
     else {
         added.emptyDomains = lines.line(mainSection, domainsKey);
-        lines.set(mainSection, domainsKey, joined(names));
+        lines.set(mainSection, domainsKey, commaJoined(names));
     }
     return lines.text();
 }
