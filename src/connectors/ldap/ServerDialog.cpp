@@ -12,6 +12,7 @@
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "connectors/ldap/CheckDialog.h"
 #include "connectors/ldap/FieldRules.h"
@@ -67,6 +68,11 @@ int seconds(const QLineEdit& field, int saved) {
     const int number = field.text().trimmed().toInt(&isNumber);
     const bool isKept = isNumber && number == saved;
     return isKept || (isNumber && number >= 1 && number <= longestTimeout) ? number : 0;
+}
+
+/// Without a scheme, a port, a path or blanks. Several colons make an IPv6 address.
+bool isAddressAlone(const std::string& address) {
+    return address.find_first_of("/@, \t") == std::string::npos && std::ranges::count(address, ':') != 1;
 }
 
 } // namespace
@@ -320,6 +326,12 @@ QString ServerDialog::complain(QWidget& field, const QString& about) {
 QString ServerDialog::problem() {
     const auto now = server();
     if (now.addresses.empty()) return complain(*addresses_, "Name at least one server.");
+    // What stands in the configuration already may look otherwise, and stays as it is.
+    const auto odd = std::ranges::find_if_not(now.addresses, isAddressAlone);
+    if (odd != now.addresses.end() && now.addresses != original_.addresses)
+        return complain(*addresses_, QString("“%1” is more than a host name or address. Encryption and port "
+                                             "have fields of their own.")
+                                         .arg(text(*odd)));
     bool isNumber = true;
     const int port = typedPort().empty() ? 0 : port_->text().trimmed().toInt(&isNumber);
     if (!isNumber || port < 0 || port > largestPort)
@@ -336,16 +348,18 @@ QString ServerDialog::problem() {
     return "";
 }
 
-void ServerDialog::accept() {
+bool ServerDialog::isInOrder() {
     const auto wrong = problem();
     showProblem(wrong);
-    if (wrong.isEmpty()) QDialog::accept();
+    return wrong.isEmpty();
+}
+
+void ServerDialog::accept() {
+    if (isInOrder()) QDialog::accept();
 }
 
 void ServerDialog::test() {
-    const auto wrong = problem();
-    showProblem(wrong);
-    if (!wrong.isEmpty()) return;
+    if (!isInOrder()) return;
     auto* dialog = new CheckDialog(host_, server(), this);
     dialog->setAttribute(Qt::WA_DeleteOnClose);
     dialog->open();

@@ -52,6 +52,8 @@ private:
     void test();
     /// The first thing that is wrong, "" when nothing is; the field gets the keyboard.
     [[nodiscard]] QString problem();
+    /// Shows the problem, if there is one.
+    [[nodiscard]] bool isInOrder();
     [[nodiscard]] QString complain(QWidget& field, const QString& about);
     [[nodiscard]] std::vector<std::string> typedAddresses() const;
     [[nodiscard]] std::string typedPort() const;

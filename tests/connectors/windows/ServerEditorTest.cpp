@@ -69,6 +69,27 @@ TEST_F(ServerEditor, withoutAnAddress_saysSoAndPutsTheKeyboardThere) {
     EXPECT_FALSE(isShown("serverDialog"));
 }
 
+TEST_F(ServerEditor, addressWithMoreInIt_isAProblemAndSaysWhich) {
+    openNew();
+    for (const auto* odd : {"ldaps://x.example", "x.example:636", "a b"}) {
+        type("addresses", QString("good.example\n") + odd);
+        click("serverOk");
+        EXPECT_TRUE(textOf("problem").contains(QString("“%1”").arg(odd))) << odd;
+        EXPECT_TRUE(find<QPlainTextEdit>("addresses")->hasFocus());
+    }
+    type("addresses", "2001:db8::1\n192.0.2.1");
+    click("serverOk");
+    EXPECT_FALSE(isShown("serverDialog"));
+}
+
+TEST_F(ServerEditor, oddAddressThatStandsInTheConfiguration_mayStay) {
+    service.serve("a.example.com", {{"addresses", util::Array{"ldap://a.example.com:1389"}}});
+    openSaved();
+    type("baseDN", "dc=new");
+    accept();
+    EXPECT_EQ(lastPut().textForKey("baseDN"), "dc=new");
+}
+
 TEST_F(ServerEditor, port_takesNothingButAPort) {
     openNew();
     type("port", "9x9");
