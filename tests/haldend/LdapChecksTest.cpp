@@ -255,6 +255,22 @@ TEST(LdapChecks, addressThatAPersonWroteOtherwise_isLeftOutAndAloneRefused) {
     EXPECT_THAT(answer.error.reason, HasSubstr("DNS"));
 }
 
+TEST(LdapChecks, savedNamesBasesAndFolderOfAuthorities_areUsedAsBySssd) {
+    const TestCertificates certificates;
+    const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
+    const TemporaryFolder authorities;
+    std::filesystem::copy(certificates.authority(), authorities.path() + "/ca.pem");
+    const Bench machine("[domain/office]\nid_provider = ldap\nldap_uri = ldaps://localhost:" +
+                        std::to_string(slapd.tlsPort()) + "\nldap_tls_cacertdir = " + authorities.path() +
+                        "\nldap_user_object_class = inetOrgPerson\nldap_user_name = mail\n"
+                        "ldap_group_search_base = ou=people,dc=example,dc=com\n");
+    const auto result =
+        machine.tried({{serverKey::name, "office"}},
+                      {{"kind", "test"}, {"user", "bertha@example.com"}, {"group", "makers"}});
+    EXPECT_EQ(result.states(), "done done done done done failed") << result.evidence();
+    EXPECT_THAT(result.evidence(), HasSubstr("ou=people,dc=example,dc=com"));
+}
+
 TEST(LdapChecks, secondAddress_isTakenWhereTheFirstDoesNotAnswer) {
     const TestSlapd slapd;
     const auto result =
