@@ -166,6 +166,25 @@ TEST(LdapChecks, expiredCertificate_isToldWithItsEnd) {
     EXPECT_EQ(result.states(), "done failed skipped skipped skipped skipped");
 }
 
+TEST(LdapChecks, certificateThatIsNotValidYet_isToldFromAnOldOne) {
+    const TestCertificates certificates("localhost", 2 * TestCertificates::day, TestCertificates::day);
+    const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
+    const auto result = Bench().tried(encrypted(slapd.tlsPort(), "ldaps", certificates.authority()));
+    expectClear(result, kind::expired);
+    EXPECT_THAT(result.failure("cause"), HasSubstr("isn't valid yet"));
+}
+
+TEST(LdapChecks, savedOptionsThatAskForNoCertificate_areFollowedAndTold) {
+    const TestSlapd slapd(0, "sizelimit unlimited", true);
+    for (const std::string demand : {"never", "allow", "demand"}) {
+        const Bench machine("[domain/office]\nid_provider = ldap\nldap_uri = ldaps://localhost:" +
+                            std::to_string(slapd.tlsPort()) + "\nldap_tls_reqcert = " + demand + "\n");
+        const auto result = machine.tried({{serverKey::name, "office"}});
+        EXPECT_EQ(result.kind(), demand == "demand" ? kind::untrusted : "") << demand << result.evidence();
+        if (demand != "demand") EXPECT_THAT(result.step("encrypt", "detail"), HasSubstr("ldap_tls_reqcert"));
+    }
+}
+
 TEST(LdapChecks, certificateOfAnotherHost_isToldWithBothNames) {
     const TestCertificates certificates("ldap.example.com");
     const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
@@ -211,6 +230,47 @@ TEST(LdapChecks, closedPortAndUnknownHost_areTold) {
                 kind::unknownHost);
 }
 
+TEST(LdapChecks, hostThatSaysNothingAtAll_isToldFromOneThatHangs) {
+    const SilentServer silent(0);
+    const int first = silent.connection(); // whoever comes behind it waits for room
+    const int second = silent.connection();
+    const auto result =
+        Bench().tried(plain(silent.port(), {{serverKey::addresses, util::Array{"127.0.0.1"}}}));
+    for (const int socket : {first, second})
+        ::close(socket);
+    expectClear(result, kind::timeout);
+    EXPECT_THAT(result.evidence(), HasSubstr("within 1 second."));
+    EXPECT_EQ(result.states(), "failed skipped skipped skipped skipped skipped");
+}
+
+TEST(LdapChecks, addressThatAPersonWroteOtherwise_isLeftOutAndAloneRefused) {
+    const TestSlapd slapd;
+    const auto port = std::to_string(slapd.port());
+    const std::string section = "[domain/office]\nid_provider = ldap\nldap_uri = ";
+    const Bench mixed(section + "ldap://localhost:" + port + ", ldaps://127.9.9.9\n");
+    EXPECT_EQ(mixed.tried({{serverKey::name, "office"}}).kind(), "");
+    const Bench unnamed(section + "_srv_\n");
+    const auto answer =
+        unnamed.ask(serverCall::startCheck, util::Dictionary{{"kind", "test"}, {"server", server("office")}});
+    EXPECT_THAT(answer.error.reason, HasSubstr("DNS"));
+}
+
+TEST(LdapChecks, savedNamesBasesAndFolderOfAuthorities_areUsedAsBySssd) {
+    const TestCertificates certificates;
+    const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
+    const TemporaryFolder authorities;
+    std::filesystem::copy(certificates.authority(), authorities.path() + "/ca.pem");
+    const Bench machine("[domain/office]\nid_provider = ldap\nldap_uri = ldaps://localhost:" +
+                        std::to_string(slapd.tlsPort()) + "\nldap_tls_cacertdir = " + authorities.path() +
+                        "\nldap_user_object_class = inetOrgPerson\nldap_user_name = mail\n"
+                        "ldap_group_search_base = ou=people,dc=example,dc=com\n");
+    const auto result =
+        machine.tried({{serverKey::name, "office"}},
+                      {{"kind", "test"}, {"user", "bertha@example.com"}, {"group", "makers"}});
+    EXPECT_EQ(result.states(), "done done done done done failed") << result.evidence();
+    EXPECT_THAT(result.evidence(), HasSubstr("ou=people,dc=example,dc=com"));
+}
+
 TEST(LdapChecks, secondAddress_isTakenWhereTheFirstDoesNotAnswer) {
     const TestSlapd slapd;
     const auto result =
@@ -243,6 +303,54 @@ TEST(LdapChecks, bases_areThoseOfTheServerWithoutAnAccount) {
     EXPECT_EQ(result.report.textForKey(reportKey::defaultBase), "dc=example,dc=com");
 }
 
+TEST(LdapChecks, baseThatTheServerPrefers_isTheDefaultOne) {
+    const TemporaryFolder folder;
+    folder.write("root.ldif", "dn:\ndefaultNamingContext: dc=preferred\n\n");
+    const TestSlapd slapd(0, "attributetype ( 1.3.6.1.4.1.55555.1 NAME 'defaultNamingContext' SYNTAX "
+                             "1.3.6.1.4.1.1466.115.121.1.12 )\nrootDSE " +
+                                 folder.path() + "/root.ldif");
+    const auto result = Bench().tried(plain(slapd.port()), {{"kind", "bases"}});
+    EXPECT_EQ(result.report.textForKey(reportKey::defaultBase), "dc=preferred") << result.evidence();
+    EXPECT_EQ(result.report.valueForKey(reportKey::bases).as<util::Array>().texts(),
+              std::vector<std::string>{"dc=example,dc=com"});
+}
+
+TEST(LdapChecks, finished_isForgottenWithItsReport) {
+    const Bench machine;
+    const auto job = machine.start(plain(unusedPort()));
+    expectClear(machine.finished(job), kind::refused);
+    const auto again = machine.about(serverCall::checkReport, job);
+    EXPECT_EQ(again.error.code, halden::ErrorCode::parameter);
+    EXPECT_THAT(again.error.description, HasSubstr("no such try"));
+}
+
+TEST(LdapChecks, endsThatNobodyAsksAbout_makeRoomTheOldestFirst) {
+    const Bench machine;
+    const auto port = unusedPort();
+    const util::Dictionary request{
+        {"kind", "test"},
+        {"server", util::Dictionary(plain(port, {{serverKey::addresses, util::Array{"127.0.0.1"}}}))}};
+    std::vector<util::Value> jobs;
+    while (jobs.size() < 20)
+        if (const auto answer = machine.ask(serverCall::startCheck, request); answer.error.code == 0)
+            jobs.push_back(answer.values.valueForKey("job"));
+    EXPECT_EQ(machine.about(serverCall::checkReport, jobs.front()).error.code, halden::ErrorCode::parameter);
+    expectClear(machine.finished(jobs.back()), kind::refused);
+}
+
+TEST(LdapChecks, passwordThatOnlySssdCanRead_isNotTakenForAMissingOne) {
+    const TestSlapd slapd;
+    const Bench machine("[domain/office]\nid_provider = ldap\nldap_uri = ldap://localhost:" +
+                        std::to_string(slapd.port()) + "\nldap_default_bind_dn = " + bound +
+                        "\nldap_default_authtok_type = obfuscated_password\nldap_default_authtok = AAAA\n");
+    const auto result = machine.tried({{serverKey::name, "office"}});
+    expectClear(result, kind::credentials);
+    EXPECT_THAT(result.evidence(), HasSubstr("only SSSD can read"));
+    EXPECT_EQ(
+        machine.tried({{serverKey::name, "office"}, {serverKey::password, password("s3cret#;x")}}).kind(),
+        "");
+}
+
 TEST(LdapChecks, savedPassword_isUsedWhereNoneIsEntered) {
     const TestSlapd slapd;
     const Bench machine("");
@@ -266,7 +374,9 @@ TEST(LdapChecks, cancelled_isForgottenAtOnceThoughTheServerHangs) {
         const auto job = machine.start(slow);
         EXPECT_EQ(machine.about(serverCall::checkReport, job).values.valueForKey(reportKey::finished),
                   util::Value(false));
-        EXPECT_EQ(machine.about(serverCall::cancelCheck, job).error.code, 0);
+        const auto cancelled = machine.about(serverCall::cancelCheck, job);
+        EXPECT_EQ(cancelled.error.code, 0);
+        EXPECT_FALSE(cancelled.values.isNull());
         EXPECT_EQ(machine.about(serverCall::checkReport, job).error.code, halden::ErrorCode::parameter);
         EXPECT_EQ(machine.about(serverCall::cancelCheck, job).error.code, 0) << "once more is harmless";
     }
@@ -288,6 +398,7 @@ TEST(LdapChecks, engineThatGoesWithChecksUnderWay_doesNotWaitForTheServer) {
         util::ValueMap fifth = plain(silent.port(), {{serverKey::addresses, util::Array{"localhost"}}});
         const auto answer = machine.ask(
             serverCall::startCheck, util::Dictionary{{"kind", "test"}, {"server", util::Dictionary(fifth)}});
+        EXPECT_EQ(answer.error.code, halden::ErrorCode::parameter);
         EXPECT_THAT(answer.error.reason, HasSubstr("tried already"));
     }
     ::alarm(0);

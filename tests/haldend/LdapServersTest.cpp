@@ -84,6 +84,35 @@ TEST(LdapServers, valueAdded_standsBehindTheLastOptionOfItsSection) {
               with("base = dc=example,dc=com\n", "base = dc=example,dc=com\nldap_id_use_start_tls = true\n"));
 }
 
+TEST(LdapServers, addressInBrackets_isToldWithoutThem) {
+    const ServerMachine machine("");
+    ASSERT_EQ(machine.write({newServer("office", "[2001:db8::1]")}).error.code, 0);
+    EXPECT_THAT(machine.sssd(), HasSubstr("ldap_uri = ldap://[2001:db8::1]\n"));
+    EXPECT_EQ(machine.described("office").valueForKey(serverKey::addresses).as<util::Array>().texts(),
+              Names{"2001:db8::1"});
+}
+
+TEST(LdapServers, securityChanged_leavesNothingOfTheOldMode) {
+    const ServerMachine machine("");
+    ASSERT_EQ(machine.write({newServer("office", "a")}).error.code, 0);
+    ASSERT_EQ(machine.write({server("office", {{serverKey::security, "ldaps"}})}).error.code, 0);
+    EXPECT_THAT(machine.sssd(), HasSubstr("ldap_uri = ldaps://a\nldap_id_use_start_tls = false\n"));
+    ASSERT_EQ(machine.write({server("office", {{serverKey::security, "none"}})}).error.code, 0);
+    EXPECT_THAT(machine.sssd(), HasSubstr("ldap_uri = ldap://a\nldap_id_use_start_tls = false\n"));
+    EXPECT_EQ(machine.described("office").textForKey(serverKey::security), "none");
+}
+
+TEST(LdapServers, passwordInPlaceOfAnObfuscatedOne_isAPlainOne) {
+    const ServerMachine machine("[domain/x]\nid_provider = ldap\nldap_uri = ldap://a\n"
+                                "ldap_default_bind_dn = cn=r\n"
+                                "ldap_default_authtok_type = obfuscated_password\n"
+                                "ldap_default_authtok = AAAA\n");
+    EXPECT_EQ(machine.described("x").valueForKey(serverKey::hasPassword), util::Value(true));
+    ASSERT_EQ(machine.write({server("x", {{serverKey::password, password("plain")}})}).error.code, 0);
+    EXPECT_THAT(machine.sssd(),
+                HasSubstr("ldap_default_authtok_type = password\nldap_default_authtok = plain\n"));
+}
+
 TEST(LdapServers, sameValuesSentBack_changeNothing) {
     const std::string odd = "[domain/x]\nid_provider=ldap\nldap_uri =LDAP://a:389/ , ldaps://b:1389\n"
                             "ldap_schema = RFC2307BIS\nldap_search_base = dc=a?subtree?\n";

@@ -14,8 +14,10 @@ class TestCertificates {
 public:
     static constexpr std::time_t day = 24 * 60 * 60;
 
-    /// `host` is a name or an IPv4 address; `end` is when the server's certificate expires, from now.
-    explicit TestCertificates(const std::string& host = "localhost", std::time_t end = 2 * day) {
+    /// `host` is a name or an IPv4 address; `end` is when the server's certificate expires and `begin` when
+    /// it becomes valid, from now.
+    explicit TestCertificates(const std::string& host = "localhost", std::time_t end = 2 * day,
+                              std::time_t begin = -3 * day) {
         auto authorityKey = newKey();
         auto serverKey = newKey();
         auto authority = certificate("CN=Test Authority", authorityKey, 1, 2 * day);
@@ -23,6 +25,7 @@ public:
         gnutls_x509_crt_set_key_usage(authority, GNUTLS_KEY_KEY_CERT_SIGN);
         sign(authority, authority, authorityKey);
         auto own = certificate("CN=" + host, serverKey, 2, end);
+        gnutls_x509_crt_set_activation_time(own, std::time(nullptr) + begin);
         gnutls_x509_crt_set_subject_alt_name(own, GNUTLS_SAN_DNSNAME, host.data(),
                                              static_cast<unsigned>(host.size()), GNUTLS_FSAN_SET);
         sign(own, authority, authorityKey);

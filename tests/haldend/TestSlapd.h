@@ -19,13 +19,14 @@ namespace corvane::haldend::test {
 /// A listening socket on loopback that accepts connections (the kernel does) and says nothing.
 class SilentServer {
 public:
-    SilentServer() : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    /// `room`: for how many connections, as listen(2) counts them.
+    explicit SilentServer(int room = 5) : socket_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
         sockaddr_in address{};
         address.sin_family = AF_INET;
         address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
         socklen_t length = sizeof address;
         EXPECT_EQ(::bind(socket_, reinterpret_cast<sockaddr*>(&address), length), 0);
-        EXPECT_EQ(::listen(socket_, 5), 0);
+        EXPECT_EQ(::listen(socket_, room), 0);
         EXPECT_EQ(::getsockname(socket_, reinterpret_cast<sockaddr*>(&address), &length), 0);
         port_ = ntohs(address.sin_port);
     }
@@ -37,6 +38,16 @@ public:
         socket_ = -1;
     }
     [[nodiscard]] int port() const { return port_; }
+    /// A socket on its way to this server, which the caller closes.
+    [[nodiscard]] int connection() const {
+        const int client = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
+        sockaddr_in address{};
+        address.sin_family = AF_INET;
+        address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
+        address.sin_port = htons(static_cast<std::uint16_t>(port_));
+        (void)::connect(client, reinterpret_cast<sockaddr*>(&address), sizeof address);
+        return client;
+    }
 
 private:
     int socket_;
