@@ -1,6 +1,7 @@
 #include "haldend/ConnectorCatalog.h"
 
 #include <algorithm>
+#include <cctype>
 #include <filesystem>
 
 namespace corvane::haldend {

@@ -6,6 +6,7 @@
 #include <cstring>
 
 #include "haldend/LdapConnection.h"
+#include "haldend/LdapSchema.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::haldend {
@@ -284,8 +285,8 @@ std::string LdapCheck::findUser() {
     return findEntry({"user",
                       plan_.user,
                       baseFor("ldap_user_search_base"),
-                      option("ldap_user_object_class", "posixAccount", "user"),
-                      option("ldap_user_name", "uid", "sAMAccountName"),
+                      name("ldap_user_object_class"),
+                      name("ldap_user_name"),
                       {"uidNumber"}});
 }
 
@@ -293,8 +294,8 @@ std::string LdapCheck::findGroup() {
     return findEntry({"group",
                       plan_.group,
                       baseFor("ldap_group_search_base"),
-                      option("ldap_group_object_class", "posixGroup", "group"),
-                      option("ldap_group_name", "cn", "sAMAccountName"),
+                      name("ldap_group_object_class"),
+                      name("ldap_group_name"),
                       {"gidNumber"}});
 }
 
@@ -322,9 +323,11 @@ std::string LdapCheck::findEntry(const Search& wanted) {
            (numbers.empty() ? "" : ", number " + numbers.front()) + ": " + nameOf(ldap_.get(), entry);
 }
 
-std::string LdapCheck::option(const char* key, const char* usual, const char* inActiveDirectory) const {
-    const bool isActiveDirectory = plan_.server.schema == sdk::ldap::schema::activeDirectory;
-    return plan_.options.option(key, isActiveDirectory ? inActiveDirectory : usual);
+// The schema is the one that is being tried, saved or not.
+std::string LdapCheck::name(const char* key) const {
+    auto tried = plan_.options;
+    tried.options["ldap_schema"] = plan_.server.schema;
+    return ldapName(tried, key);
 }
 
 std::string LdapCheck::baseFor(const char* key) const {

@@ -69,7 +69,7 @@ private:
     [[nodiscard]] Answer search(const std::string& base, int scope, const std::string& filter,
                                 const std::vector<std::string>& attributes) const;
     [[nodiscard]] std::vector<std::string> rootValues(const char* attribute) const;
-    [[nodiscard]] std::string option(const char* key, const char* usual, const char* inActiveDirectory) const;
+    [[nodiscard]] std::string name(const char* key) const;
     [[nodiscard]] std::string baseFor(const char* key) const;
 
     LdapCheckPlan plan_;

@@ -3,32 +3,33 @@
 #include <algorithm>
 #include <optional>
 
+#include "haldend/LdapSchema.h"
+
 namespace corvane::haldend {
 namespace {
 
 using namespace halden;
 
-/// Which LDAP attribute stands behind one of ours, and the SSSD option that renames it.
+/// The SSSD option that names the LDAP attribute behind one of ours.
 struct Mapping {
     std::string_view attribute;
-    std::string_view option;
-    std::string_view ldapName;
+    std::string_view option; ///< "" for the telephone number, which SSSD doesn't know
 };
 
 constexpr Mapping userMappings[] = {
-    {attribute::recordName, "ldap_user_name", "uid"},
-    {attribute::realName, "ldap_user_fullname", "cn"},
-    {attribute::uniqueID, "ldap_user_uid_number", "uidNumber"},
-    {attribute::primaryGroupID, "ldap_user_gid_number", "gidNumber"},
-    {attribute::homeDirectory, "ldap_user_home_directory", "homeDirectory"},
-    {attribute::userShell, "ldap_user_shell", "loginShell"},
-    {attribute::mail, "ldap_user_email", "mail"},
-    {attribute::phone, "", "telephoneNumber"},
+    {attribute::recordName, "ldap_user_name"},
+    {attribute::realName, "ldap_user_fullname"},
+    {attribute::uniqueID, "ldap_user_uid_number"},
+    {attribute::primaryGroupID, "ldap_user_gid_number"},
+    {attribute::homeDirectory, "ldap_user_home_directory"},
+    {attribute::userShell, "ldap_user_shell"},
+    {attribute::mail, "ldap_user_email"},
+    {attribute::phone, ""},
 };
 constexpr Mapping groupMappings[] = {
-    {attribute::recordName, "ldap_group_name", "cn"},
-    {attribute::primaryGroupID, "ldap_group_gid_number", "gidNumber"},
-    {attribute::groupMembership, "ldap_group_member", "memberUid"},
+    {attribute::recordName, "ldap_group_name"},
+    {attribute::primaryGroupID, "ldap_group_gid_number"},
+    {attribute::groupMembership, "ldap_group_member"},
 };
 
 /// One kind of record in this directory.
@@ -44,7 +45,8 @@ RecordKind kindOf(std::string_view type, std::string objectClass, std::vector<Ld
                   const Mappings& mappings, const SssdDomain& domain) {
     RecordKind kind{type, std::move(objectClass), std::move(bases), {}};
     for (const auto& mapping : mappings)
-        kind.names.emplace_back(mapping.attribute, domain.option(mapping.option, mapping.ldapName));
+        kind.names.emplace_back(mapping.attribute, mapping.option.empty() ? "telephoneNumber"
+                                                                          : ldapName(domain, mapping.option));
     return kind;
 }
 

@@ -6,6 +6,7 @@
 #include <charconv>
 
 #include "haldend/Failure.h"
+#include "haldend/LdapSchema.h"
 
 namespace corvane::haldend {
 namespace {
@@ -85,8 +86,8 @@ LdapSettings LdapSettings::from(const SssdDomain& domain, const MachineFolder& f
     const auto base = domain.option("ldap_search_base");
     settings.userBases = basesFrom(domain.option("ldap_user_search_base", base));
     settings.groupBases = basesFrom(domain.option("ldap_group_search_base", base));
-    settings.userClass = domain.option("ldap_user_object_class", "posixAccount");
-    settings.groupClass = domain.option("ldap_group_object_class", "posixGroup");
+    settings.userClass = ldapName(domain, "ldap_user_object_class");
+    settings.groupClass = ldapName(domain, "ldap_group_object_class");
     return settings;
 }
 

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "haldend/SssdFile.h"
+
+namespace corvane::haldend {
+
+/// The class or attribute name that an SSSD option about an LDAP directory stands for: its own value in the
+/// section, else what SSSD takes for the section's `ldap_schema`. "" for an option that isn't known and not
+/// set.
+[[nodiscard]] std::string ldapName(const SssdDomain& domain, std::string_view option);
+
+} // namespace corvane::haldend
