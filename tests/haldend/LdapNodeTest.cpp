@@ -88,6 +88,15 @@ TEST(LdapNode, usersAndGroups_haveTheirAttributes) {
     EXPECT_EQ(namesOf(found(machine, groups)), Names{"makers"});
 }
 
+TEST(LdapNode, schemaOfTheSection_saysWhatIsLookedFor) {
+    const TestSlapd slapd;
+    const auto any = users(halden::MatchType::any, "");
+    TestMachine other(section(slapd.uri(), "ldap_schema = ad\n"));
+    EXPECT_EQ(namesOf(found(other, any)), Names{}) << "its entries are of another class";
+    TestMachine same(section(slapd.uri(), "ldap_schema = rfc2307bis\n"));
+    EXPECT_FALSE(namesOf(found(same, any)).empty());
+}
+
 TEST(LdapNode, charactersWithAMeaningInFilters_areTakenLiterally) {
     const TestSlapd slapd;
     TestMachine machine(section(slapd.uri()));
