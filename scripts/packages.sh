@@ -11,14 +11,13 @@
 PACKAGES_BUILD=(
     g++ cmake ninja-build ccache pkgconf
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
-    libldap-dev libgnutls28-dev libaugeas-dev libsystemd-dev libexpat1-dev
+    libldap-dev libgnutls28-dev libini-config-dev libsystemd-dev libexpat1-dev
     libgtest-dev libgmock-dev
 )
 
-# To start the program: a small directory server for the sample, lenses for the editing of configuration
-# files, window-system plug-ins, SVG icons, and fonts, without which a picture has boxes instead of text.
+# To start the program: a small directory server for the sample, window-system plug-ins, SVG icons, and fonts, without which a picture has boxes instead of text.
 PACKAGES_RUN=(
-    slapd ldap-utils augeas-lenses
+    slapd ldap-utils
     qt6-qpa-plugins qt6-wayland libqt6svg6
     fontconfig fonts-dejavu-core fonts-noto-core
 )

@@ -45,6 +45,8 @@ inline constexpr std::string_view searchPolicy = "dsAttrTypeStandard:SearchPolic
 inline constexpr std::string_view automaticSearchPath = "dsAttrTypeStandard:AutomaticSearchPath";
 inline constexpr std::string_view localOnlySearchPath = "dsAttrTypeStandard:LocalOnlySearchPath";
 inline constexpr std::string_view customSearchPath = "dsAttrTypeStandard:CustomSearchPath";
+/// Of a search node: what of the machine's configuration isn't used, and why; sentences for people.
+inline constexpr std::string_view remarks = "dsAttrTypeNative:remarks";
 inline constexpr std::string_view all = "dsAttributesAll";
 } // namespace attribute
 

@@ -130,7 +130,8 @@ util::Bytes ConfigNode::call(std::int32_t code, util::BytesView request) {
     const auto found = std::ranges::find(known, code, &Connector::callCode);
     if (found == known.end()) return EngineNode::call(code, request);
     engine().requireConfigureRight(soleAuthorizationIn(request));
-    engine().machine().change([&](MachinePolicy& policy) { flip(policy, *found); });
+    engine().machine().change(Machine::View::authentication,
+                              [&](MachinePolicy& policy) { flip(policy, *found); });
     return {};
 }
 

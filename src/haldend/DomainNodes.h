@@ -18,15 +18,20 @@ inline constexpr std::string_view contactsNodeName = "/Contacts";
 
 /// A directory that the machine knows: one domain section under the name that people see.
 struct DomainNode {
-    std::string name;      ///< "/LDAP/ldap.example.com", "/AD/example.com"
-    std::string connector; ///< "LDAP" or "AD"
+    std::string name;      ///< "/LDAP/ldap.example.com", "/AD/example.com", "/IPA/corp.example.com"
+    std::string connector; ///< "LDAP", "AD", or, without a connector of that name, the provider
     SssdDomain domain;
+
+    /// False for one that another program configures, which is shown and can be put on a policy or taken off.
+    [[nodiscard]] bool isManaged() const { return connector == "LDAP" || connector == "AD"; }
 };
 
-/// The directories of a configuration in the file's order. Sections of other providers are none.
+/// The directories of a configuration in the file's order; what SSSD can't serve is none.
 /// An LDAP node is named after the host of its first URI, with the port when that isn't the usual one, or
-/// after the section when there is no host; a name that is taken gets the section behind it.
+/// after the section when there is no host; a name that is taken gets the section after it.
 [[nodiscard]] std::vector<DomainNode> domainNodes(const SssdFile& sssd);
+/// A sentence for each section that is no directory, and for each listed name without one, with the reason.
+[[nodiscard]] std::vector<std::string> skippedDomains(const SssdFile& sssd);
 
 /// "LDAP" of "/LDAP/ldap.example.com".
 [[nodiscard]] std::string connectorOf(std::string_view nodeName);

@@ -3,22 +3,8 @@
 #include "haldend/Failure.h"
 
 namespace corvane::haldend {
-namespace {
-
-std::shared_ptr<Lenses> loaded(std::shared_ptr<Lenses> lenses) {
-    if (lenses) return lenses;
-    try {
-        return std::make_shared<Lenses>();
-    } catch (const Failure& failure) {
-        throw halden::Exception(failure.error());
-    }
-}
-
-} // namespace
-
-Engine::Engine(const std::string& root, const platform::PropertyListCodec& codec, util::ProcessLog& log,
-               std::shared_ptr<Lenses> lenses)
-    : codec_(codec), log_(log), machine_(MachineFolder(root), codec, log, loaded(std::move(lenses))) {
+Engine::Engine(const std::string& root, const platform::PropertyListCodec& codec, util::ProcessLog& log)
+    : codec_(codec), log_(log), machine_(MachineFolder(root), codec, log) {
     machine_.setChangeListener([this] {
         for (std::size_t i = 0; i < listeners_.size(); ++i)
             listeners_[i]();

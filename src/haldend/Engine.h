@@ -18,10 +18,8 @@ namespace corvane::haldend {
 class Engine {
 public:
     /// `root`: "/" or a private machine folder. `codec` and `log` outlive the engine. Opening never fails for
-    /// what the folder holds (see `Machine`); it throws `halden::Exception` when the grammars of the
-    /// configuration files aren't installed.
-    Engine(const std::string& root, const platform::PropertyListCodec& codec, util::ProcessLog& log,
-           std::shared_ptr<Lenses> lenses = nullptr);
+    /// what the folder holds (see `Machine`).
+    Engine(const std::string& root, const platform::PropertyListCodec& codec, util::ProcessLog& log);
     Engine(const Engine&) = delete;
     Engine& operator=(const Engine&) = delete;
 

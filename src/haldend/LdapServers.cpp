@@ -71,7 +71,7 @@ Failure unreadable(const std::string& evidence) {
 
 SssdFile requireReadable(const std::string& text, const Machine& machine) {
     try {
-        return {machine.lenses(), text, machine.folder().pathOf(machineFile::sssd)};
+        return machine.sssdFileWith(text);
     } catch (const Failure& failure) {
         throw unreadable("The changed file would break its own rules: " + failure.error().reason);
     }
@@ -129,15 +129,13 @@ void followInPolicy(SearchPolicy& policy, const std::vector<DomainNode>& before,
 }
 
 void apply(MachineDraft& draft, const util::Dictionary& values, const Machine& machine) {
-    const auto path = machine.folder().pathOf(machineFile::sssd);
-    const SssdFile before(machine.lenses(), draft.sssd, path);
+    const auto before = machine.sssdFileWith(draft.sssd);
     const auto request = writeRequestFrom(values, before.domains());
     auto text = editedSections(draft.sssd, request);
     const auto edited = requireReadable(text, machine);
     requireMeaning(before, edited, request);
     const auto listed = listedAfter(edited.listedDomains(), request);
-    if (listed != edited.listedDomains())
-        replaceText(text, textListing(text, listed, draft.added, machine.lenses(), path));
+    if (listed != edited.listedDomains()) replaceText(text, textListing(text, listed, draft.added));
     const auto after = domainNodes(edited);
     followInPolicy(draft.policy.authentication, draft.nodes, after, request);
     followInPolicy(draft.policy.contacts, draft.nodes, after, request);

@@ -1,11 +1,10 @@
 #include "haldend/Machine.h"
 
+#include <algorithm>
 #include <random>
 
 #include "haldend/DurableFile.h"
 #include "haldend/Failure.h"
-#include "haldend/MachineTransaction.h"
-#include "haldend/PolicyStore.h"
 
 namespace corvane::haldend {
 namespace {
@@ -22,16 +21,48 @@ Failure changedElsewhere(const std::string& evidence) {
         "Look at the settings as they are now, make your change again if it is still wanted, and apply it."};
 }
 
+/// The files whose contents differ, as in "/etc/nsswitch.conf differs".
+std::string changedFiles(const MachineFolder& folder, const MachinePicture::Fingerprints& before,
+                         const MachinePicture::Fingerprints& now) {
+    constexpr const char* names[] = {machineFile::nsswitch, machineFile::sssd, machineFile::policies};
+    std::vector<std::string> changed;
+    for (std::size_t i = 0; i < before.size(); ++i)
+        if (before[i] != now[i]) changed.push_back(folder.pathOf(names[i]));
+    return commaJoined(changed) + (changed.size() > 1 ? " differ" : " differs");
+}
+
+/// A custom list counts while it is used.
+bool isOtherLogin(const MachinePolicy& policy, const MachinePolicy& known) {
+    const auto &now = policy.authentication, &then = known.authentication;
+    if (now.mode != then.mode || policy.disabled != known.disabled) return true;
+    return now.mode == PolicyMode::custom && now.custom != then.custom;
+}
+
+Failure notServable(const std::string& reason, const std::string& recovery) {
+    return {halden::ErrorCode::parameter, "SSSD would not serve these directories, so nothing was changed.",
+            reason, recovery};
+}
+
+Failure generatedFile(const MachineFolder& folder, bool isWanted) {
+    const auto path = folder.pathOf(machineFile::nsswitch);
+    return {halden::ErrorCode::storage, path + " belongs to authselect and is left as it is.",
+            "authselect generates the file from a profile and would write over any other change.",
+            std::string("Run \"authselect select ") + (isWanted ? "sssd" : "minimal") +
+                "\" as root (\"authselect list\" shows other profiles), then apply again."};
+}
+
 } // namespace
 
-Machine::Machine(MachineFolder folder, const platform::PropertyListCodec& codec, util::ProcessLog& log,
-                 std::shared_ptr<Lenses> lenses)
-    : folder_(std::move(folder)), codec_(codec), log_(log),
-      lenses_(lenses ? std::move(lenses) : std::make_shared<Lenses>()), validator_(folder_, log),
+Machine::Machine(MachineFolder folder, const platform::PropertyListCodec& codec, util::ProcessLog& log)
+    : folder_(std::move(folder)), codec_(codec), log_(log), validator_(folder_, log),
       sssd_(sssdControlFor(folder_, log)), session_(std::to_string(std::random_device()())) {
     repair();
     picture_ = read();
-    seen_ = picture_.fingerprints();
+    seen_.fill(picture_.fingerprints());
+}
+
+SssdFile Machine::sssdFileWith(const std::string& text) const {
+    return {text, picture_.ground().sssd.snippets(), folder_.pathOf(machineFile::sssd)};
 }
 
 void Machine::repair() {
@@ -46,10 +77,10 @@ void Machine::repair() {
 }
 
 MachinePicture Machine::read() {
-    auto picture = MachinePicture::read(folder_, lenses_, codec_);
+    auto picture = MachinePicture::read(folder_, codec_);
     // Another process may be renaming the files one by one; then they are read once more.
     for (int i = 0; i < 3 && picture.stampsAtReading() != MachinePicture::stamps(folder_); ++i)
-        picture = MachinePicture::read(folder_, lenses_, codec_);
+        picture = MachinePicture::read(folder_, codec_);
     return picture;
 }
 
@@ -72,8 +103,9 @@ std::string Machine::directoriesRevision() {
     return session_ + "-" + std::to_string(revision_);
 }
 
-void Machine::change(const std::function<void(MachinePolicy&)>& decide) {
-    changeLocked([this] { requireUnchangedSinceRead(); }, [&](MachineDraft& draft) { decide(draft.policy); });
+void Machine::change(View view, const std::function<void(MachinePolicy&)>& decide) {
+    changeLocked([&] { requireUnchangedSinceRead(view); },
+                 [&](MachineDraft& draft) { decide(draft.policy); });
 }
 
 void Machine::changeDirectories(std::string_view revision, const std::function<void(MachineDraft&)>& decide) {
@@ -93,8 +125,9 @@ void Machine::changeLocked(const std::function<void()>& require,
         decide(draft);
         write(lock, draft);
         adopt(read());
-        // Who hasn't seen what was there before hasn't seen this either.
-        if (seen_ == before) seen_ = picture_.fingerprints();
+        // A client with a stale view stays stale.
+        for (auto& seen : seen_)
+            if (seen == before) seen = picture_.fingerprints();
     }
     const auto& now = picture_.fingerprints();
     if (before[0] != now[0] || before[1] != now[1]) tellSssd(before);
@@ -104,24 +137,22 @@ void Machine::changeLocked(const std::function<void()>& require,
 void Machine::tellSssd(const MachinePicture::Fingerprints& before) {
     const auto ground = picture_.ground();
     const bool isChanged = before[1] != picture_.fingerprints()[1];
-    if (needsSssd(picture_.policy(), ground))
+    if (!activeDirectories(picture_.policy(), ground).empty())
         sssd_->filesChanged(SssdUse::needed);
-    else if (isChanged && ground.sssd.listedDomains().empty())
+    else if (isChanged && !ground.sssd.trouble().empty())
         sssd_->filesChanged(SssdUse::impossible);
     else
         sssd_->filesChanged(isChanged ? SssdUse::changed : SssdUse::notNeeded);
 }
 
-void Machine::requireUnchangedSinceRead() {
+void Machine::requireUnchangedSinceRead(View view) {
     auto fresh = read();
     const auto now = fresh.fingerprints();
     const bool isNews = now != picture_.fingerprints();
     adopt(std::move(fresh));
-    if (now == seen_) return;
-    seen_ = now;
+    if (now == seen(view)) return;
     if (isNews) signal();
-    throw changedElsewhere(folder_.pathOf(machineFile::nsswitch) + ", " + folder_.pathOf(machineFile::sssd) +
-                           " or the stored policy differs from what was last read.");
+    throw changedElsewhere(changedFiles(folder_, seen(view), now) + " from what was last read.");
 }
 
 void Machine::requireRevision(std::string_view revision) {
@@ -137,62 +168,114 @@ void Machine::requireRevision(std::string_view revision) {
 /// The text with the names that the policy wants on the `domains` line. Without any directory on the policy
 /// the line stays as it is.
 std::string Machine::sssdTextFor(MachineDraft& draft) const {
-    const auto path = folder_.pathOf(machineFile::sssd);
-    const SssdFile edited(lenses_, draft.sssd, path);
+    const auto edited = sssdFileWith(draft.sssd);
     const auto nodes = domainNodes(edited);
-    const auto names = domainsFor(draft.policy, {picture_.ground().nsswitch, edited, nodes});
-    return names ? textListing(draft.sssd, *names, draft.added, lenses_, path) : draft.sssd;
+    const PolicyGround ground{picture_.ground().nsswitch, edited, nodes, draft.added.takenOff};
+    const auto names = domainsFor(draft.policy, ground);
+    if (names.empty() || names == edited.listedDomains()) return draft.sssd;
+    for (const auto& node : nodes) {
+        const auto& name = node.domain.name;
+        const bool isListed = std::ranges::find(edited.listedDomains(), name) != edited.listedDomains().end();
+        const bool isWanted = std::ranges::find(names, name) != names.end();
+        if (isWanted)
+            std::erase(draft.added.takenOff, name);
+        else if (isListed && !node.isManaged())
+            draft.added.takenOff.push_back(name);
+    }
+    return textListing(draft.sssd, names, draft.added);
+}
+
+/// A last look before anything is written: what SSSD itself reads there is what was meant.
+void Machine::requireServed(const MachinePolicy& policy, const PolicyGround& ground) const {
+    const auto wanted = domainsFor(policy, ground);
+    if (wanted.empty()) return;
+    const auto snippet = ground.sssd.snippetDeciding("sssd", "domains");
+    if (wanted != ground.sssd.listedDomains() && !snippet.empty())
+        throw notServable(snippet + " sets the option \"domains\", which overrides the one in " +
+                              folder_.pathOf(machineFile::sssd) + ".",
+                          "Take the line \"domains\" out of " + snippet + ", then apply again.");
+    if (!ground.sssd.trouble().empty())
+        throw notServable("With the changed configuration SSSD would not start: " + ground.sssd.trouble(),
+                          "Correct " + folder_.pathOf(machineFile::sssd) + ", then apply again.");
+    for (const auto& name : ground.sssd.servedDomains())
+        if (std::ranges::find(wanted, name) == wanted.end())
+            throw notServable("The section [domain/" + name +
+                                  "] says \"enabled = true\", so SSSD serves it whatever else is listed.",
+                              "Take that line out of the section, then apply again.");
+    if (wanted != ground.sssd.servedDomains())
+        throw notServable("SSSD would serve " + commaJoined(ground.sssd.servedDomains()) + " instead of " +
+                              commaJoined(wanted) + ".",
+                          "Correct " + folder_.pathOf(machineFile::sssd) + ", then apply again.");
 }
 
 /// Where the last directory goes and nobody has edited anything but `sss` since the first one came,
-/// nsswitch.conf gets the octets that it had then: some distributions ask SSSD before there is a directory.
+/// nsswitch.conf gets the bytes that it had then: some distributions ask SSSD before there is a directory.
 std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyGround& ground) const {
-    const bool wanted = needsSssd(draft.policy, ground);
+    const bool wanted = !activeDirectories(draft.policy, ground).empty();
     if (draft.nodes.empty() && !ground.nodes.empty()) draft.added.nsswitch = ground.nsswitch.text();
-    auto text = ground.nsswitch.textUsingSssd(wanted);
+    const auto memory = draft.added.lines;
+    auto text = ground.nsswitch.textUsingSssd(wanted, draft.added.lines);
     if (!ground.nodes.empty() || !draft.added.nsswitch) return text;
-    const NsswitchFile former(lenses_, *std::exchange(draft.added.nsswitch, std::nullopt),
+    const NsswitchFile former(*std::exchange(draft.added.nsswitch, std::nullopt),
                               folder_.pathOf(machineFile::nsswitch));
     const bool isAllowed =
         wanted ? former.usesSssd()
                : !former.usesSssd() || draft.policy.authentication.mode != PolicyMode::localOnly;
-    const bool isSame = former.textUsingSssd(false) == ground.nsswitch.textUsingSssd(false);
+    auto now = memory, then = memory;
+    const bool isSame = former.textUsingSssd(false, then) == ground.nsswitch.textUsingSssd(false, now);
     return isAllowed && isSame ? former.text() : text;
 }
 
-void Machine::write(const FolderLock& lock, MachineDraft& draft) {
+void Machine::replaceSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
+                          StoredPolicy& stored) {
+    const auto& before = picture_.ground().sssd;
+    if (draft.added.file && SssdLines(text).isBlank()) {
+        if (picture_.hasSssdFile()) transaction.remove(machineFile::sssd, draft.added.folder);
+        stored.sssd = sssdFingerprint(std::nullopt, before.snippets());
+        stored.added = {};
+        stored.added.nsswitch = draft.added.nsswitch;
+        stored.added.lines = draft.added.lines;
+    } else if (text != before.text()) {
+        validator_.check(text, before.text());
+        stored.sssd = sssdFingerprint(text, before.snippets());
+        transaction.replace(machineFile::sssd, text, 0600, true);
+    }
+}
+
+void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored) {
     const auto before = picture_.ground();
-    const bool wasThere = picture_.fingerprints()[1].present;
-    if (!wasThere) {
-        const MachineAdditions none;
-        draft.added = {!hasFolder(folder_, machineFile::sssd),
-                       true,
-                       none.section,
-                       none.services,
-                       none.domains,
-                       none.emptyDomains,
-                       draft.added.nsswitch};
+    if (!picture_.hasSssdFile()) {
+        MachineAdditions fresh;
+        fresh.folder = !hasFolder(folder_, machineFile::sssd);
+        fresh.file = true;
+        fresh.nsswitch = draft.added.nsswitch;
+        fresh.lines = draft.added.lines;
+        draft.added = fresh;
     }
     const auto sssd = sssdTextFor(draft);
-    const bool goes = draft.added.file && SssdLines(sssd).isBlank();
-    const SssdFile after(lenses_, sssd, folder_.pathOf(machineFile::sssd));
+    const auto after = sssdFileWith(sssd);
     const auto nodes = domainNodes(after);
-    const auto nsswitch = nsswitchTextFor(draft, {before.nsswitch, after, nodes});
+    const PolicyGround ground{before.nsswitch, after, nodes, draft.added.takenOff};
+    requireServed(draft.policy, ground);
+    const auto nsswitch = nsswitchTextFor(draft, ground);
+    if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
+        throw generatedFile(folder_, !activeDirectories(draft.policy, ground).empty());
+    stored.added = draft.added;
+    replaceSssd(transaction, draft, sssd, stored);
+    if (nsswitch == before.nsswitch.text()) return;
+    stored.nsswitch = Fingerprint::of(nsswitch);
+    transaction.replace(machineFile::nsswitch, nsswitch, 0644);
+}
+
+/// The files are only looked at where something is changed that they express: whatever they say otherwise is
+/// the administrator's.
+void Machine::write(const FolderLock& lock, MachineDraft& draft) {
+    const auto& known = picture_.policy();
+    const bool isAboutFiles =
+        isOtherLogin(draft.policy, known) || draft.sssd != picture_.ground().sssd.text();
     MachineTransaction transaction(folder_, lock);
     StoredPolicy stored{draft.policy, picture_.fingerprints()[0], picture_.fingerprints()[1], draft.added};
-    if (goes) {
-        if (wasThere) transaction.remove(machineFile::sssd, draft.added.folder);
-        stored.sssd = {};
-        stored.added = {false, false, false, false, false, std::nullopt, draft.added.nsswitch};
-    } else if (sssd != before.sssd.text()) {
-        validator_.check(sssd, before.sssd.text());
-        stored.sssd = Fingerprint::of(sssd);
-        transaction.replace(machineFile::sssd, sssd, 0600, true);
-    }
-    if (nsswitch != before.nsswitch.text()) {
-        stored.nsswitch = Fingerprint::of(nsswitch);
-        transaction.replace(machineFile::nsswitch, nsswitch, 0644);
-    }
+    if (isAboutFiles) writeFiles(transaction, draft, stored);
     const auto text = storedText(stored, codec_);
     if (Fingerprint::of(text) == picture_.fingerprints()[2]) return; // nothing is new
     // For its owner alone: from the fingerprint of sssd.conf a password in it could be guessed.

@@ -15,6 +15,7 @@ inline constexpr const char* passwd = "etc/passwd";
 inline constexpr const char* group = "etc/group";
 inline constexpr const char* nsswitch = "etc/nsswitch.conf";
 inline constexpr const char* sssd = "etc/sssd/sssd.conf";
+inline constexpr const char* sssdSnippets = "etc/sssd/conf.d";
 inline constexpr const char* hostname = "etc/hostname";
 inline constexpr const char* osRelease = "etc/os-release";
 inline constexpr const char* policies = "var/lib/corvane/policies.plist";

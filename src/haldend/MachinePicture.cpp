@@ -1,7 +1,10 @@
 #include "haldend/MachinePicture.h"
 
+#include <sys/stat.h>
+
 #include "haldend/Failure.h"
 #include "haldend/PolicyStore.h"
+#include "haldend/SssdSnippets.h"
 
 namespace corvane::haldend {
 namespace {
@@ -20,54 +23,88 @@ void raise(const std::optional<halden::Error>& trouble) {
     if (trouble) throw Failure(*trouble);
 }
 
-/// The stored policy where the files are still those that it was stored with, else what the files say now.
-MachinePolicy policyFor(const std::optional<std::string>& stored, const std::string& path,
-                        const PolicyGround& ground, const MachinePicture::Fingerprints& now,
-                        const platform::PropertyListCodec& codec) {
-    if (!stored) return derivedPolicy({}, ground);
-    const auto known = storedPolicy(*stored, path, codec);
-    const bool isUntouched = known.nsswitch == now[0] && known.sssd == now[1];
-    return isUntouched ? known.policy : derivedPolicy(known.policy, ground);
+/// What the files say where nothing was ever stored.
+MachinePolicy firstPolicy(const PolicyGround& ground) {
+    MachinePolicy policy;
+    if (ground.nsswitch.usesSssd()) policy.authentication.mode = PolicyMode::automatic;
+    return derivedPolicy(policy, ground);
+}
+
+/// On the machine itself SSSD only starts with a file of root's that nobody else may read.
+std::string ownerRemark(const MachineFolder& folder) {
+    struct stat status {};
+    const auto path = folder.resolved(machineFile::sssd);
+    if (!folder.isLiveMachine() || ::stat(path.c_str(), &status) != 0) return {};
+    if (status.st_uid != 0) return path + " doesn't belong to root, so SSSD refuses to start.";
+    if ((status.st_mode & 0077U) != 0)
+        return path + " may be read by others than root, so SSSD refuses to start.";
+    return {};
 }
 
 } // namespace
+
+Fingerprint sssdFingerprint(const std::optional<std::string>& text,
+                            const std::vector<SssdSnippet>& snippets) {
+    if (snippets.empty()) return Fingerprint::of(text);
+    auto all = text.value_or("");
+    for (const auto& snippet : snippets)
+        all += '\0' + snippet.path + '\0' + snippet.text;
+    const auto fingerprint = Fingerprint::of(all);
+    util::wipe(all);
+    return fingerprint;
+}
 
 MachinePicture::Stamps MachinePicture::stamps(const MachineFolder& folder) {
     Stamps stamps;
     (void)troubleOf([&] {
         stamps = {folder.stamp(machineFile::nsswitch), folder.stamp(machineFile::sssd),
-                  folder.stamp(machineFile::policies)};
+                  folder.stamp(machineFile::policies), SssdSnippets::stamp(folder)};
     });
     return stamps;
 }
 
-MachinePicture MachinePicture::read(const MachineFolder& folder, const std::shared_ptr<Lenses>& lenses,
-                                    const platform::PropertyListCodec& codec) {
+MachinePicture MachinePicture::read(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
     MachinePicture picture;
     picture.stamps_ = stamps(folder);
-    picture.nsswitchTrouble_ = troubleOf([&] {
-        const auto text = folder.read(machineFile::nsswitch);
-        picture.fingerprints_[0] = Fingerprint::of(text);
-        picture.nsswitch_.emplace(lenses, text.value_or(""), folder.pathOf(machineFile::nsswitch));
-    });
-    picture.sssdTrouble_ = troubleOf([&] {
-        const auto text = folder.read(machineFile::sssd);
-        picture.fingerprints_[1] = Fingerprint::of(text);
-        picture.sssd_.emplace(lenses, text.value_or(""), folder.pathOf(machineFile::sssd));
-        picture.nodes_ = domainNodes(*picture.sssd_);
-    });
-    picture.policyTrouble_ = troubleOf([&] {
-        const auto stored = folder.read(machineFile::policies);
-        picture.fingerprints_[2] = Fingerprint::of(stored);
-        const auto path = folder.pathOf(machineFile::policies);
-        if (stored) {
-            const auto known = storedPolicy(*stored, path, codec);
-            picture.storedDisabled_ = known.policy.disabled;
-            picture.additions_ = known.added;
-        }
-        picture.policy_ = policyFor(stored, path, picture.ground(), picture.fingerprints_, codec);
-    });
+    picture.nsswitchTrouble_ = troubleOf([&] { picture.readNsswitch(folder); });
+    picture.sssdTrouble_ = troubleOf([&] { picture.readSssd(folder); });
+    picture.policyTrouble_ = troubleOf([&] { picture.readPolicy(folder, codec); });
     return picture;
+}
+
+void MachinePicture::readNsswitch(const MachineFolder& folder) {
+    const auto text = folder.read(machineFile::nsswitch);
+    fingerprints_[0] = Fingerprint::of(text);
+    nsswitch_.emplace(text.value_or(""), folder.pathOf(machineFile::nsswitch));
+}
+
+void MachinePicture::readSssd(const MachineFolder& folder) {
+    auto snippets = SssdSnippets::of(folder);
+    auto text = folder.read(machineFile::sssd);
+    hasSssdFile_ = text.has_value();
+    fingerprints_[1] = sssdFingerprint(text, snippets.read);
+    remarks_ = std::move(snippets.passedOver);
+    if (auto remark = ownerRemark(folder); !remark.empty()) remarks_.push_back(std::move(remark));
+    sssd_.emplace(std::move(text).value_or(""), std::move(snippets.read), folder.pathOf(machineFile::sssd));
+    nodes_ = domainNodes(*sssd_);
+    for (auto& sentence : skippedDomains(*sssd_))
+        remarks_.push_back(std::move(sentence));
+}
+
+/// The stored policy where the files are still those that it was stored with, else what the files say now.
+void MachinePicture::readPolicy(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
+    const auto stored = folder.read(machineFile::policies);
+    fingerprints_[2] = Fingerprint::of(stored);
+    if (!stored) {
+        policy_ = firstPolicy(ground());
+        return;
+    }
+    const auto known = storedPolicy(*stored, folder.pathOf(machineFile::policies), codec);
+    storedDisabled_ = known.policy.disabled;
+    additions_ = known.added;
+    const bool isUntouched = known.nsswitch == fingerprints_[0] && known.sssd == fingerprints_[1];
+    const auto inputs = ground();
+    policy_ = isUntouched ? known.policy : derivedPolicy(known.policy, inputs);
 }
 
 const std::vector<DomainNode>& MachinePicture::nodes() const {
@@ -92,7 +129,7 @@ const DisabledConnectors& MachinePicture::disabledConnectors() const {
 PolicyGround MachinePicture::ground() const {
     raise(nsswitchTrouble_);
     raise(sssdTrouble_);
-    return {*nsswitch_, *sssd_, nodes_};
+    return {*nsswitch_, *sssd_, nodes_, additions_.takenOff};
 }
 
 } // namespace corvane::haldend

@@ -16,82 +16,76 @@ const DomainNode* nodeOfSection(const std::vector<DomainNode>& nodes, const std:
     return found == nodes.end() ? nullptr : &*found;
 }
 
-/// Our nodes on the `domains` line, in its order, when the machine uses SSSD at all.
-std::vector<std::string> directoriesInFiles(const PolicyGround& ground) {
-    std::vector<std::string> names;
-    if (!ground.nsswitch.usesSssd()) return names;
-    for (const auto& section : ground.sssd.listedDomains())
-        if (const auto* node = nodeOfSection(ground.nodes, section); node && !contains(names, node->name))
-            names.push_back(node->name);
-    return names;
-}
-
-bool listsForeignDomain(const PolicyGround& ground) {
-    return std::ranges::any_of(ground.sssd.listedDomains(),
-                               [&](const auto& section) { return !nodeOfSection(ground.nodes, section); });
-}
-
 } // namespace
 
-std::vector<std::string> availableNodes(const std::vector<DomainNode>& nodes,
-                                        const DisabledConnectors& disabled) {
+std::vector<std::string> usableNodes(const std::vector<DomainNode>& nodes,
+                                     const DisabledConnectors& disabled) {
     std::vector<std::string> names;
     for (const auto& node : nodes)
         if (!disabled.contains(node.connector)) names.push_back(node.name);
     return names;
 }
 
-std::vector<std::string> activeDirectories(const MachinePolicy& policy,
-                                           const std::vector<DomainNode>& nodes) {
-    const auto available = availableNodes(nodes, policy.disabled);
-    if (policy.authentication.mode == PolicyMode::localOnly) return {};
-    if (policy.authentication.mode == PolicyMode::automatic) return available;
-    std::vector<std::string> active;
-    for (const auto& name : policy.authentication.custom)
-        if (contains(available, name) && !contains(active, name)) active.push_back(name);
-    return active;
-}
-
-bool needsSssd(const MachinePolicy& policy, const PolicyGround& ground) {
-    if (!activeDirectories(policy, ground.nodes).empty()) return true;
-    return policy.authentication.mode == PolicyMode::automatic && listsForeignDomain(ground);
-}
-
-std::optional<std::vector<std::string>> domainsFor(const MachinePolicy& policy, const PolicyGround& ground) {
-    std::vector<std::string> wanted;
-    for (const auto& name : activeDirectories(policy, ground.nodes))
-        wanted.push_back(std::ranges::find(ground.nodes, name, &DomainNode::name)->domain.name);
-    if (wanted.empty()) return std::nullopt;
+std::vector<std::string> automaticNodes(const PolicyGround& ground, const DisabledConnectors& disabled) {
+    std::vector<std::string> managed;
+    for (const auto& node : ground.nodes)
+        if (node.isManaged() && !disabled.contains(node.connector)) managed.push_back(node.name);
+    auto line = ground.sssd.listedDomains();
+    for (const auto& section : ground.sssd.servedDomains())
+        if (!contains(line, section)) line.push_back(section);
+    for (const auto& section : ground.takenOff)
+        if (!contains(line, section)) line.push_back(section);
     std::vector<std::string> names;
-    auto next = wanted.begin();
-    for (const auto& section : ground.sssd.listedDomains()) { // foreign sections keep their places
-        if (!nodeOfSection(ground.nodes, section))
-            names.push_back(section);
-        else if (next != wanted.end())
+    auto next = managed.begin();
+    for (const auto& section : line) {
+        const auto* node = nodeOfSection(ground.nodes, section);
+        if (node && !node->isManaged() && !contains(names, node->name))
+            names.push_back(node->name);
+        else if (node && node->isManaged() && next != managed.end())
             names.push_back(*next++);
     }
-    names.insert(names.end(), next, wanted.end());
+    names.insert(names.end(), next, managed.end());
     return names;
 }
 
-bool agrees(const MachinePolicy& policy, const PolicyGround& ground) {
-    const auto active = activeDirectories(policy, ground.nodes);
-    return needsSssd(policy, ground) == ground.nsswitch.usesSssd() && active == directoriesInFiles(ground);
+std::vector<std::string> activeDirectories(const MachinePolicy& policy, const PolicyGround& ground) {
+    if (policy.authentication.mode == PolicyMode::localOnly) return {};
+    if (policy.authentication.mode == PolicyMode::automatic || !policy.authentication.hasCustom)
+        return automaticNodes(ground, policy.disabled);
+    const auto usable = usableNodes(ground.nodes, policy.disabled);
+    std::vector<std::string> active;
+    for (const auto& name : policy.authentication.custom)
+        if (contains(usable, name) && !contains(active, name)) active.push_back(name);
+    return active;
+}
+
+std::vector<std::string> domainsFor(const MachinePolicy& policy, const PolicyGround& ground) {
+    std::vector<std::string> names;
+    for (const auto& name : activeDirectories(policy, ground))
+        names.push_back(std::ranges::find(ground.nodes, name, &DomainNode::name)->domain.name);
+    return names;
+}
+
+std::vector<std::string> servedNodes(const PolicyGround& ground) {
+    std::vector<std::string> names;
+    if (!ground.nsswitch.usesSssd() || !ground.sssd.trouble().empty()) return names;
+    for (const auto& section : ground.sssd.servedDomains())
+        if (const auto* node = nodeOfSection(ground.nodes, section)) names.push_back(node->name);
+    return names;
 }
 
 MachinePolicy derivedPolicy(const MachinePolicy& known, const PolicyGround& ground) {
-    if (agrees(known, ground)) return known;
+    const auto served = servedNodes(ground);
+    if (activeDirectories(known, ground) == served) return known;
     auto policy = known;
-    const auto inFiles = directoriesInFiles(ground);
-    for (const auto& name : inFiles)
+    for (const auto& name : served)
         policy.disabled.erase(connectorOf(name)); // it is on the machine, so it is on
-    if (!ground.nsswitch.usesSssd()) {
-        policy.authentication.mode = PolicyMode::localOnly;
-    } else if (inFiles == availableNodes(ground.nodes, policy.disabled)) {
+    if (served == automaticNodes(ground, policy.disabled) && ground.nsswitch.usesSssd())
         policy.authentication.mode = PolicyMode::automatic;
-    } else {
-        policy.authentication = {PolicyMode::custom, inFiles};
-    }
+    else if (served.empty())
+        policy.authentication.mode = PolicyMode::localOnly;
+    else
+        policy.authentication = {PolicyMode::custom, served, true};
     return policy;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -18,6 +17,7 @@ enum class PolicyMode { automatic = 1, localOnly = 2, custom = 3 };
 struct SearchPolicy {
     PolicyMode mode = PolicyMode::localOnly;
     std::vector<std::string> custom; ///< the administrator's list; for authentication without the local nodes
+    bool hasCustom = false; ///< false: nobody ever stored a list, and what Automatic uses is reported instead
     friend bool operator==(const SearchPolicy&, const SearchPolicy&) = default;
 };
 
@@ -34,25 +34,27 @@ struct PolicyGround {
     const NsswitchFile& nsswitch;
     const SssdFile& sssd;
     const std::vector<DomainNode>& nodes; ///< of `sssd`, whatever their connectors
+    const std::vector<std::string>&
+        takenOff; ///< sections of other programs that this service took off the line
 };
 
-/// Names of the directories whose connector is on, in the file's order.
-[[nodiscard]] std::vector<std::string> availableNodes(const std::vector<DomainNode>& nodes,
+/// Names of the directories that can be put on a policy: those whose connector is on, in the file's order.
+[[nodiscard]] std::vector<std::string> usableNodes(const std::vector<DomainNode>& nodes,
+                                                   const DisabledConnectors& disabled);
+/// Names of the directories that Automatic uses: the managed ones whose connector is on, in the file's order,
+/// and those of other programs that are served, in their places on the `domains` line.
+[[nodiscard]] std::vector<std::string> automaticNodes(const PolicyGround& ground,
                                                       const DisabledConnectors& disabled);
 /// The directories that the authentication policy consults, in order, without the local nodes.
 [[nodiscard]] std::vector<std::string> activeDirectories(const MachinePolicy& policy,
-                                                         const std::vector<DomainNode>& nodes);
-/// Whether the machine must look users up in SSSD. Sections that are no nodes of ours count in automatic
-/// mode, so that a policy that was never touched doesn't lock their users out.
-[[nodiscard]] bool needsSssd(const MachinePolicy& policy, const PolicyGround& ground);
-/// The names for the `domains` line, none when the line stays as it is (SSSD doesn't start with an empty
-/// one).
-[[nodiscard]] std::optional<std::vector<std::string>> domainsFor(const MachinePolicy& policy,
-                                                                 const PolicyGround& ground);
+                                                         const PolicyGround& ground);
+/// The names for the `domains` line, none when the line stays as it is: no directory is consulted then.
+[[nodiscard]] std::vector<std::string> domainsFor(const MachinePolicy& policy, const PolicyGround& ground);
+/// The directories that the machine consults now, by its files.
+[[nodiscard]] std::vector<std::string> servedNodes(const PolicyGround& ground);
 
-/// True when the files say what the policy says.
-[[nodiscard]] bool agrees(const MachinePolicy& policy, const PolicyGround& ground);
-/// The policy that the files stand for. What the files don't tell is taken over from `known`.
+/// The policy that the files are an expression of: `known` where they agree with it, else one derived from
+/// them. What the files don't say is taken over from `known`.
 [[nodiscard]] MachinePolicy derivedPolicy(const MachinePolicy& known, const PolicyGround& ground);
 
 } // namespace corvane::haldend

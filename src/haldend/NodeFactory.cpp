@@ -2,12 +2,12 @@
 
 #include <algorithm>
 
-#include "haldend/ActiveDirectoryNode.h"
 #include "haldend/ConfigNode.h"
 #include "haldend/Failure.h"
 #include "haldend/LdapNode.h"
 #include "haldend/LocalNode.h"
 #include "haldend/SearchNode.h"
+#include "haldend/SssdOnlyNode.h"
 
 namespace corvane::haldend {
 namespace {
@@ -26,7 +26,7 @@ std::shared_ptr<EngineNode> directoryNamed(const std::shared_ptr<Engine>& engine
     if (picture.policy().disabled.contains(found->connector))
         throw unknown(name, "The connector " + found->connector + " is switched off.",
                       "Switch it on in the Services pane.");
-    if (found->connector == "AD") return std::make_shared<ActiveDirectoryNode>(engine, *found);
+    if (found->connector != "LDAP") return std::make_shared<SssdOnlyNode>(engine, *found);
     return std::make_shared<LdapNode>(engine, *found);
 }
 
@@ -59,7 +59,7 @@ std::shared_ptr<EngineNode> nodeNamed(const std::shared_ptr<Engine>& engine, con
 std::vector<std::string> nodeNames(Engine& engine) {
     const auto& picture = engine.machine().picture();
     auto names = localNodeNames();
-    for (auto& name : availableNodes(picture.nodes(), picture.policy().disabled))
+    for (auto& name : usableNodes(picture.nodes(), picture.policy().disabled))
         names.push_back(std::move(name));
     names.emplace_back(searchNodeName);
     names.emplace_back(contactsNodeName);

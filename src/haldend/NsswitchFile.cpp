@@ -1,46 +1,204 @@
 #include "haldend/NsswitchFile.h"
 
+#include <algorithm>
+#include <array>
+
 #include "haldend/Failure.h"
 
 namespace corvane::haldend {
 namespace {
 
-constexpr const char* grammar = "Nsswitch.lns";
-constexpr const char* sssdDatabases =
-    "database[. = 'passwd' or . = 'group' or . = 'shadow' or . = 'netgroup']";
-constexpr const char* accountDatabases = "database[. = 'passwd' or . = 'group']";
-constexpr const char* sssService = "/service[. = 'sss']";
+constexpr std::array<std::string_view, 5> sssdDatabases{"passwd", "group", "shadow", "netgroup",
+                                                        "initgroups"};
+constexpr std::array<std::string_view, 3> requiredDatabases{"passwd", "group", "initgroups"};
+/// Those that the C library reads; a line about anything else is another program's.
+constexpr std::array<std::string_view, 17> libraryDatabases{
+    "aliases",    "ethers",   "group",    "group_compat", "gshadow",       "hosts",
+    "initgroups", "netgroup", "networks", "passwd",       "passwd_compat", "protocols",
+    "publickey",  "rpc",      "services", "shadow",       "shadow_compat"};
 
-void addSss(LensText& tree, const std::string& database) {
-    if (!tree.matches(database + sssService).empty()) return;
-    const auto files = tree.matches(database + "/service[. = 'files']");
-    if (files.empty()) return tree.set(database + "/service[last()+1]", "sss");
-    tree.insertAfter(files.front(), "service");
-    tree.set(database + "/service[. = 'files'][1]/following-sibling::*[1]", "sss");
+template <typename Range, typename T>
+bool contains(const Range& range, const T& value) {
+    return std::ranges::find(range, value) != std::ranges::end(range);
+}
+
+std::vector<std::string> linesOf(std::string_view text) {
+    std::vector<std::string> lines;
+    while (!text.empty()) {
+        const auto end = std::min(text.find('\n'), text.size() - 1);
+        lines.emplace_back(text.substr(0, end + 1));
+        text.remove_prefix(end + 1);
+    }
+    return lines;
+}
+
+std::string joined(const std::vector<std::string>& lines) {
+    std::string text;
+    for (const auto& line : lines)
+        text += line;
+    return text;
+}
+
+std::string shown(std::string line) {
+    while (!line.empty() && (line.back() == '\n' || line.back() == '\r'))
+        line.pop_back();
+    return line.size() > 80 ? line.substr(0, 80) + "…" : line;
+}
+
+Failure unreadable(const std::string& path, std::size_t number, const std::string& line) {
+    return {halden::ErrorCode::storage, path + " is damaged and is left as it is.",
+            "The C library doesn't know a reaction in line " + std::to_string(number) + ", \"" + shown(line) +
+                "\", and therefore ignores the whole file.",
+            "Correct the words in brackets on that line, or put an earlier version of the file back; then "
+            "try again."};
+}
+
+Failure unreachable(const std::string& path, std::size_t number, const std::string& line,
+                    const std::string& stop) {
+    return {halden::ErrorCode::storage, "The machine can't be told to look users up in a directory.",
+            "In " + path + ", line " + std::to_string(number) + ", \"" + shown(line) +
+                "\", the search ends at \"" + stop + "\", before SSSD would be asked.",
+            "Take the reaction that ends the search out of that line, then apply again."};
+}
+
+Failure wouldLose(const std::string& path, std::size_t number, const std::string& line) {
+    return {halden::ErrorCode::storage, path + " can't be changed as wanted and is left as it is.",
+            "On line " + std::to_string(number) + ", \"" + shown(line) +
+                "\", the other sources would no longer be asked as they are now.",
+            "Simplify the reactions in brackets on that line, then apply again."};
+}
+
+Failure missingDatabases(const std::string& path) {
+    return {halden::ErrorCode::storage, "The machine can't be told to look users up in a directory.",
+            path + " has no line that begins with \"passwd:\" or \"group:\".",
+            "Add the lines \"passwd: files\" and \"group: files\" to it and try again."};
+}
+
+NsswitchLinePair* pairOf(NsswitchMemory& memory, std::string_view database) {
+    const auto found = std::ranges::find(memory, database, &NsswitchLinePair::database);
+    return found == memory.end() ? nullptr : &*found;
+}
+
+/// What the administrator had for the wanted state; none when the line has been edited since.
+std::optional<std::string> formerLine(NsswitchMemory& memory, const NsswitchLine& line, bool wanted) {
+    const auto* pair = pairOf(memory, line.database());
+    if (!pair || line.text() != (wanted ? pair->without : pair->with)) return std::nullopt;
+    const auto former = NsswitchLine::parse(wanted ? pair->with : pair->without);
+    return former && former->asks("sss") == wanted ? std::make_optional(former->text()) : std::nullopt;
+}
+
+void remember(NsswitchMemory& memory, NsswitchLinePair pair) {
+    if (auto* known = pairOf(memory, pair.database))
+        *known = std::move(pair);
+    else
+        memory.push_back(std::move(pair));
 }
 
 } // namespace
 
-NsswitchFile::NsswitchFile(std::shared_ptr<Lenses> lenses, std::string text, std::string path)
-    : lenses_(std::move(lenses)), text_(std::move(text)), path_(std::move(path)) {
-    const LensText tree(*lenses_, grammar, text_, path_);
-    usesSssd_ = !tree.matches(std::string(accountDatabases) + sssService).empty();
+NsswitchFile::NsswitchFile(std::string text, std::string path)
+    : text_(std::move(text)), path_(std::move(path)), lines_(linesOf(text_)) {
+    requireReadable();
+}
+
+void NsswitchFile::requireReadable() const {
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        if (!isTerminated(i) || lines_[i].find('[') == std::string::npos) continue;
+        const auto line = NsswitchLine::parse(lines_[i]);
+        if (line && line->isRejected() && contains(libraryDatabases, line->database()))
+            throw unreadable(path_, i + 1, lines_[i]);
+    }
+}
+
+bool NsswitchFile::isTerminated(std::size_t index) const { return lines_[index].ends_with('\n'); }
+
+/// The line that counts; one without a line end only where there is no other.
+std::optional<std::size_t> NsswitchFile::lineOf(std::string_view database) const {
+    std::optional<std::size_t> found;
+    for (std::size_t i = 0; i < lines_.size(); ++i) {
+        if (lines_[i].find(database) == std::string::npos || (found && !isTerminated(i))) continue;
+        const auto line = NsswitchLine::parse(lines_[i]);
+        if (line && line->database() == database) found = i;
+    }
+    return found;
+}
+
+bool NsswitchFile::usesSssd() const {
+    const auto index = lineOf("passwd");
+    return index && isTerminated(*index) && NsswitchLine::parse(lines_[*index])->asks("sss");
+}
+
+bool NsswitchFile::isGenerated() const {
+    return std::ranges::any_of(lines_, [](const auto& line) {
+        return line.starts_with('#') && line.find("enerated by authselect") != std::string::npos;
+    });
+}
+
+/// The line as it becomes when nothing is remembered about it.
+std::string NsswitchFile::computed(std::size_t index, bool wanted) const {
+    const auto before = NsswitchLine::parse(lines_[index]);
+    if (!wanted) return before->withoutSss();
+    const auto text = before->withSss();
+    if (text) return *text;
+    if (contains(requiredDatabases, before->database()))
+        throw unreachable(path_, index + 1, lines_[index], before->stopBeforeSss());
+    return lines_[index]; // who logs in isn't decided by this one
+}
+
+std::string NsswitchFile::changed(std::size_t index, bool wanted, NsswitchMemory& memory) const {
+    const auto& line = lines_[index];
+    const auto before = NsswitchLine::parse(line);
+    auto text = computed(index, wanted);
+    if (text == line && (isTerminated(index) || !wanted)) return line;
+    if (!text.ends_with('\n')) text += '\n'; // otherwise the C library ignores it
+    const auto after = NsswitchLine::parse(text);
+    if (!after || !after->keepsOthersOf(*before)) throw wouldLose(path_, index + 1, line);
+    remember(memory, wanted ? NsswitchLinePair{before->database(), line, text}
+                            : NsswitchLinePair{before->database(), text, line});
+    return text;
+}
+
+/// A machine that finds users but not their groups, or the other way round, is half configured.
+void NsswitchFile::complete(std::vector<std::string>& lines, NsswitchMemory& memory) const {
+    const auto passwd = lineOf("passwd"), group = lineOf("group");
+    if (passwd.has_value() == group.has_value()) return;
+    const auto present = passwd ? *passwd : *group;
+    const std::string database = passwd ? "group" : "passwd";
+    const auto text = database + ": files sss\n";
+    lines[present] += text;
+    remember(memory, {database, "", text});
+}
+
+void NsswitchFile::takeBack(std::vector<std::string>& lines, NsswitchMemory& memory) const {
+    for (const auto& pair : memory)
+        if (pair.without.empty())
+            if (const auto index = lineOf(pair.database); index && lines_[*index] == pair.with)
+                lines[*index].clear();
+}
+
+std::string NsswitchFile::textUsingSssd(bool wanted, NsswitchMemory& memory) const {
+    auto lines = lines_;
+    bool isAsItWas = false; // users or groups are looked up as the administrator once had it
+    if (wanted && !lineOf("passwd") && !lineOf("group")) throw missingDatabases(path_);
+    for (const auto database : sssdDatabases)
+        if (const auto index = lineOf(database)) {
+            const auto* pair = pairOf(memory, database);
+            const bool isOurs = !wanted && pair && pair->without.empty() && lines_[*index] == pair->with;
+            if (isOurs) continue;
+            const auto former = formerLine(memory, *NsswitchLine::parse(lines_[*index]), wanted);
+            lines[*index] = former ? *former : changed(*index, wanted, memory);
+            isAsItWas = isAsItWas || (former && (database == "passwd" || database == "group"));
+        }
+    if (wanted && !isAsItWas)
+        complete(lines, memory);
+    else if (!wanted)
+        takeBack(lines, memory);
+    return joined(lines);
 }
 
 std::string NsswitchFile::textUsingSssd(bool wanted) const {
-    LensText tree(*lenses_, grammar, text_, path_);
-    if (wanted && tree.matches(accountDatabases).empty())
-        throw Failure(halden::ErrorCode::storage,
-                      "The machine can't be told to look users up in a directory.",
-                      path_ + " has no line that begins with \"passwd:\" or \"group:\".",
-                      "Add the lines \"passwd: files\" and \"group: files\" to it and try again.");
-    for (const auto& database : tree.matches(sssdDatabases)) {
-        if (wanted)
-            addSss(tree, database);
-        else if (!tree.matches(database + sssService).empty())
-            tree.remove(database + sssService);
-    }
-    return tree.text();
+    NsswitchMemory nothing;
+    return textUsingSssd(wanted, nothing);
 }
 
 } // namespace corvane::haldend

@@ -1,32 +1,58 @@
 #pragma once
 
-#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
+#include <vector>
 
-#include "haldend/Lenses.h"
+#include "haldend/NsswitchLine.h"
 
 namespace corvane::haldend {
 
-/// The text of /etc/nsswitch.conf: where the C library looks users and groups up. A value; the file itself is
-/// never touched. Throws `Failure` when the text doesn't follow the grammar.
+/// How one line of nsswitch.conf reads with and without `sss`, each with its line end; "" where the line
+/// isn't there. Remembered, so that switching back and forth gives the bytes back.
+struct NsswitchLinePair {
+    std::string database;
+    std::string without;
+    std::string with;
+    friend bool operator==(const NsswitchLinePair&, const NsswitchLinePair&) = default;
+};
+using NsswitchMemory = std::vector<NsswitchLinePair>;
+
+/// The text of /etc/nsswitch.conf: where the C library looks users and groups up. Read as the C library reads
+/// it: of several lines about one database the last counts, a last line without a line end doesn't, and one
+/// reaction that it doesn't know makes it ignore the whole file. A value; the file itself is never touched.
 class NsswitchFile {
 public:
-    NsswitchFile(std::shared_ptr<Lenses> lenses, std::string text, std::string path);
+    /// Throws `Failure`, with line and reason, when the C library would ignore the file.
+    NsswitchFile(std::string text, std::string path);
 
     [[nodiscard]] const std::string& text() const { return text_; }
-    /// True when users or groups are looked up in SSSD.
-    [[nodiscard]] bool usesSssd() const { return usesSssd_; }
-    /// The text with `sss` in, or out of, the databases passwd, group, shadow and netgroup; those that are
-    /// missing stay missing. A database that already has `sss` keeps it where it stands; otherwise it comes
-    /// right after `files`, or last where there is no `files`. Everything else keeps its octets. Throws
-    /// `Failure` when `sss` is wanted and there is neither a passwd nor a group line.
+    /// True when users that the machine's own files don't know are looked up in SSSD.
+    [[nodiscard]] bool usesSssd() const;
+    /// True when the file says that the tool authselect has made it.
+    [[nodiscard]] bool isGenerated() const;
+    /// The text with `sss` in, or out of, passwd, group, shadow, netgroup and, where it is there, initgroups.
+    /// The others that are missing stay missing, but of passwd and group the one that is missing is added
+    /// with the other. A line that reads as `memory` has it for the present state becomes what `memory` has
+    /// for the wanted one; what is changed is noted there. Everything else keeps its bytes. Throws `Failure`
+    /// when `sss` is wanted and can't be: neither passwd nor group is there, or a reaction ends the search
+    /// before it.
+    [[nodiscard]] std::string textUsingSssd(bool wanted, NsswitchMemory& memory) const;
     [[nodiscard]] std::string textUsingSssd(bool wanted) const;
 
 private:
-    std::shared_ptr<Lenses> lenses_;
+    [[nodiscard]] std::optional<std::size_t> lineOf(std::string_view database) const;
+    [[nodiscard]] bool isTerminated(std::size_t index) const;
+    [[nodiscard]] std::string changed(std::size_t index, bool wanted, NsswitchMemory& memory) const;
+    [[nodiscard]] std::string computed(std::size_t index, bool wanted) const;
+    void requireReadable() const;
+    void complete(std::vector<std::string>& lines, NsswitchMemory& memory) const;
+    void takeBack(std::vector<std::string>& lines, NsswitchMemory& memory) const;
+
     std::string text_;
     std::string path_;
-    bool usesSssd_ = false;
+    std::vector<std::string> lines_; ///< with their line ends
 };
 
 } // namespace corvane::haldend

@@ -17,6 +17,11 @@ constexpr const char* sssdKey = "SssdFingerprint";
 constexpr const char* addedKey = "Added"; // absent in files of earlier versions of the program
 constexpr const char* emptyDomainsKey = "EmptyDomainsLine";
 constexpr const char* nsswitchBeforeKey = "NsswitchBefore";
+constexpr const char* linesKey = "NsswitchLines";
+constexpr const char* databaseKey = "Database";
+constexpr const char* withoutKey = "Without";
+constexpr const char* withKey = "With";
+constexpr const char* takenOffKey = "TakenOffTheLine";
 constexpr int version = 1;
 
 constexpr std::pair<const char*, bool MachineAdditions::*> additionNames[] = {
@@ -26,18 +31,40 @@ constexpr std::pair<const char*, bool MachineAdditions::*> additionNames[] = {
     {"Services", &MachineAdditions::services},
     {"Domains", &MachineAdditions::domains}};
 
+/// Lines of files are bytes, not always text.
+util::Value dataOf(const std::string& bytes) { return util::Data(util::bytesFromText(bytes)); }
+
 void store(const MachineAdditions& added, util::ValueMap& values) {
     std::vector<std::string> names;
     for (const auto& [name, member] : additionNames)
         if (added.*member) names.emplace_back(name);
     if (!names.empty()) values.emplace(addedKey, util::Array::ofTexts(names));
-    if (added.emptyDomains) values.emplace(emptyDomainsKey, *added.emptyDomains);
-    if (added.nsswitch) values.emplace(nsswitchBeforeKey, *added.nsswitch);
+    if (added.emptyDomains) values.emplace(emptyDomainsKey, dataOf(*added.emptyDomains));
+    if (added.nsswitch) values.emplace(nsswitchBeforeKey, dataOf(*added.nsswitch));
+    util::ValueList lines;
+    for (const auto& line : added.lines)
+        lines.push_back(util::Dictionary{
+            {databaseKey, line.database}, {withoutKey, dataOf(line.without)}, {withKey, dataOf(line.with)}});
+    if (!lines.empty()) values.emplace(linesKey, util::Array(std::move(lines)));
+    if (!added.takenOff.empty()) values.emplace(takenOffKey, util::Array::ofTexts(added.takenOff));
 }
 
-std::optional<std::string> optionalText(const util::Dictionary& values, const char* key) {
-    const auto text = values.valueForKey(key).as<util::String>();
+std::optional<std::string> optionalBytes(const util::Dictionary& values, const char* key) {
+    const auto value = values.valueForKey(key);
+    if (const auto data = value.as<util::Data>(); !data.isNull()) return util::textFromBytes(data.bytes());
+    const auto text = value.as<util::String>();
     return text.isNull() ? std::nullopt : std::make_optional(text.text());
+}
+
+NsswitchMemory linesFrom(const util::Dictionary& values) {
+    NsswitchMemory lines;
+    for (const auto& element : values.valueForKey(linesKey).as<util::Array>().elements()) {
+        const auto entry = element.as<util::Dictionary>();
+        const auto without = optionalBytes(entry, withoutKey), with = optionalBytes(entry, withKey);
+        const auto database = entry.valueForKey(databaseKey).as<util::String>();
+        if (without && with && !database.isNull()) lines.push_back({database.text(), *without, *with});
+    }
+    return lines;
 }
 
 /// What isn't understood counts as not added: then it stays.
@@ -46,14 +73,17 @@ MachineAdditions additionsFrom(const util::Dictionary& values) {
     const auto names = values.valueForKey(addedKey).as<util::Array>();
     for (const auto& [name, member] : additionNames)
         added.*member = names.contains(name);
-    added.emptyDomains = optionalText(values, emptyDomainsKey);
-    added.nsswitch = optionalText(values, nsswitchBeforeKey);
+    added.emptyDomains = optionalBytes(values, emptyDomainsKey);
+    added.nsswitch = optionalBytes(values, nsswitchBeforeKey);
+    added.lines = linesFrom(values);
+    added.takenOff = values.valueForKey(takenOffKey).as<util::Array>().texts();
     return added;
 }
 
 util::Value valueOf(const SearchPolicy& policy) {
-    return util::Dictionary{{modeKey, static_cast<int>(policy.mode)},
-                            {customKey, util::Array::ofTexts(policy.custom)}};
+    util::ValueMap values{{modeKey, static_cast<int>(policy.mode)}};
+    if (policy.hasCustom) values.emplace(customKey, util::Array::ofTexts(policy.custom));
+    return util::Dictionary(std::move(values));
 }
 
 /// Why a text is none of ours; becomes the reason of the failure.
@@ -80,7 +110,8 @@ SearchPolicy policyFrom(const util::Dictionary& values, const char* key) {
     const auto entry = required(values, key, util::Kind::Dictionary).as<util::Dictionary>();
     const auto mode = required(entry, modeKey, util::Kind::Number).as<util::Number>().integerValue();
     if (mode < 1 || mode > 3) throw Damage{"A mode is " + std::to_string(mode) + ", not 1, 2 or 3."};
-    return {static_cast<PolicyMode>(mode), textsFrom(entry, customKey)};
+    if (!entry.containsKey(customKey)) return {static_cast<PolicyMode>(mode), {}, false};
+    return {static_cast<PolicyMode>(mode), textsFrom(entry, customKey), true};
 }
 
 Fingerprint fingerprintFrom(const util::Dictionary& values, const char* key) {

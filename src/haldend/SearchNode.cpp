@@ -64,20 +64,30 @@ SearchPolicy& SearchNode::policyIn(MachinePolicy& policy) const {
     return purpose_ == Purpose::authentication ? policy.authentication : policy.contacts;
 }
 
-std::vector<std::string> SearchNode::customPath(const SearchPolicy& policy) const {
+Machine::View SearchNode::view() const {
+    return purpose_ == Purpose::authentication ? Machine::View::authentication : Machine::View::contacts;
+}
+
+/// A list that nobody ever stored begins as what Automatic uses now, so that choosing Custom changes nothing
+/// yet.
+std::vector<std::string> SearchNode::customPath(const SearchPolicy& policy,
+                                                const std::vector<std::string>& automatic) const {
+    if (!policy.hasCustom) return withLocalNodes(automatic);
     return purpose_ == Purpose::authentication ? withLocalNodes(policy.custom) : policy.custom;
 }
 
 AttributeMap SearchNode::details() {
     auto& machine = engine().machine();
-    machine.noteThatPolicyWasRead();
-    auto policy = machine.picture().policy();
-    const auto available = availableNodes(machine.picture().nodes(), policy.disabled);
+    machine.noteThatPolicyWasRead(view());
+    const auto& picture = machine.picture();
+    auto policy = picture.policy();
+    const auto automatic = automaticNodes(picture.ground(), policy.disabled);
     const auto& own = policyIn(policy);
     return {{std::string(attribute::searchPolicy), {attributeOf(own.mode)}},
-            {std::string(attribute::automaticSearchPath), withLocalNodes(available)},
+            {std::string(attribute::automaticSearchPath), withLocalNodes(automatic)},
             {std::string(attribute::localOnlySearchPath), localNodeNames()},
-            {std::string(attribute::customSearchPath), customPath(own)}};
+            {std::string(attribute::customSearchPath), customPath(own, automatic)},
+            {std::string(attribute::remarks), picture.remarks()}};
 }
 
 std::vector<std::string> SearchNode::activePath() const {
@@ -85,11 +95,12 @@ std::vector<std::string> SearchNode::activePath() const {
     auto policy = picture.policy();
     const auto& own = policyIn(policy);
     if (own.mode == PolicyMode::localOnly) return localNodeNames();
-    const auto available = availableNodes(picture.nodes(), policy.disabled);
-    if (own.mode == PolicyMode::automatic) return withLocalNodes(available);
-    auto path = customPath(own);
+    const auto automatic = automaticNodes(picture.ground(), policy.disabled);
+    if (own.mode == PolicyMode::automatic) return withLocalNodes(automatic);
+    const auto usable = usableNodes(picture.nodes(), policy.disabled);
+    auto path = customPath(own, automatic);
     std::erase_if(path, [&](const auto& name) {
-        return !isLocalNode(name) && std::ranges::find(available, name) == available.end();
+        return !isLocalNode(name) && std::ranges::find(usable, name) == usable.end();
     });
     return path;
 }
@@ -133,13 +144,25 @@ util::Bytes SearchNode::call(std::int32_t code, util::BytesView request) {
 
 void SearchNode::setMode(PolicyMode mode, util::BytesView request) {
     engine().requireConfigureRight(soleAuthorizationIn(request));
-    engine().machine().change([&](MachinePolicy& policy) { policyIn(policy).mode = mode; });
+    auto& machine = engine().machine();
+    machine.change(view(), [&](MachinePolicy& policy) {
+        auto& own = policyIn(policy);
+        if (mode == PolicyMode::custom && !own.hasCustom) {
+            own.custom = customPath(own, automaticNodes(machine.picture().ground(), policy.disabled));
+            if (purpose_ == Purpose::authentication) std::erase_if(own.custom, isLocalNode);
+            own.hasCustom = true;
+        }
+        own.mode = mode;
+    });
 }
 
 void SearchNode::setCustomList(util::BytesView request) {
     engine().requireConfigureRight(authorizationIn(request));
     const auto names = listFrom(request.subspan(util::AuthorizationExternalForm::length));
-    engine().machine().change([&](MachinePolicy& policy) { policyIn(policy).custom = names; });
+    engine().machine().change(view(), [&](MachinePolicy& policy) {
+        policyIn(policy).custom = names;
+        policyIn(policy).hasCustom = true;
+    });
 }
 
 std::vector<std::string> SearchNode::listFrom(util::BytesView bytes) const {

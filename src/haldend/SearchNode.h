@@ -29,7 +29,9 @@ protected:
 
 private:
     [[nodiscard]] SearchPolicy& policyIn(MachinePolicy& policy) const;
-    [[nodiscard]] std::vector<std::string> customPath(const SearchPolicy& policy) const;
+    [[nodiscard]] Machine::View view() const;
+    [[nodiscard]] std::vector<std::string> customPath(const SearchPolicy& policy,
+                                                      const std::vector<std::string>& automatic) const;
     [[nodiscard]] std::vector<std::string> activePath() const;
     [[nodiscard]] std::vector<std::string> listFrom(util::BytesView bytes) const;
     void setMode(PolicyMode mode, util::BytesView request);

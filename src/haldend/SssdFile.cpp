@@ -1,15 +1,18 @@
 #include "haldend/SssdFile.h"
 
 #include <algorithm>
+#include <cctype>
 
-#include "util/Bytes.h"
+#include "haldend/Failure.h"
+#include "haldend/IniConfiguration.h"
 
 namespace corvane::haldend {
 namespace {
 
-constexpr const char* grammar = "Sssd.lns";
-constexpr const char* mainSection = "target[. = 'sssd']";
+constexpr std::string_view mainSection = "sssd";
 constexpr std::string_view domainPrefix = "domain/";
+constexpr std::string_view applicationPrefix = "application/";
+constexpr std::string_view providers[] = {"ldap", "ad", "ipa", "files", "proxy"};
 
 std::string_view trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(" \t\r");
@@ -17,46 +20,45 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(" \t\r") - first + 1);
 }
 
-/// Collects sections and options line by line. The grammar used for editing ends a value at "#" or ";", while
-/// SSSD takes the whole line, and passwords hold such characters.
-class OptionScanner {
-public:
-    explicit OptionScanner(std::vector<SssdDomain>& domains) : domains_(domains) {}
+Failure damaged(const std::string& path, const IniDamage& damage) {
+    const auto where = damage.line == 0 ? std::string() : "Line " + std::to_string(damage.line) + ": ";
+    return {halden::ErrorCode::storage, path + " is damaged and is left as it is.",
+            where + damage.reason + " SSSD doesn't start with this file either.",
+            "Repair the line, or put an earlier version of the file back; then try again."};
+}
 
-    void scan(std::string_view text) {
-        while (!text.empty()) {
-            const auto end = text.find('\n');
-            scanLine(trimmed(text.substr(0, end)));
-            text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
-        }
-    }
+std::string valueIn(const IniSection& section, std::string_view key) {
+    for (const auto& option : section.options)
+        if (foldedCase(option.key) == key) return option.value;
+    return {};
+}
 
-private:
-    void scanLine(std::string_view line) {
-        if (line.empty() || line.front() == '#' || line.front() == ';') return;
-        if (line.front() == '[') return startSection(line);
-        const auto equals = line.find('=');
-        if (current_ == none || equals == std::string_view::npos) return;
-        domains_[current_].options.insert_or_assign(std::string(trimmed(line.substr(0, equals))),
-                                                    std::string(trimmed(line.substr(equals + 1))));
-    }
+bool isUsualCharacter(unsigned char c) {
+    return std::isalnum(c) || c == '.' || c == '-' || c == '_' || c == '*';
+}
 
-    void startSection(std::string_view line) {
-        const auto title = trimmed(line.substr(1, line.find(']') - 1));
-        current_ = none;
-        if (!title.starts_with(domainPrefix)) return;
-        const auto name = title.substr(domainPrefix.size());
-        const auto found = std::ranges::find(domains_, name, &SssdDomain::name);
-        current_ = static_cast<std::size_t>(found - domains_.begin());
-        if (found == domains_.end()) domains_.push_back({std::string(name), {}});
-    }
-
-    static constexpr std::size_t none = static_cast<std::size_t>(-1);
-    std::vector<SssdDomain>& domains_;
-    std::size_t current_ = none;
-};
+/// The name in a title like "domain/staff" as it is written; "" when the title is about something else.
+std::string nameIn(const std::string& title, std::string_view prefix) {
+    if (!foldedTitle(title).starts_with(prefix)) return {};
+    return std::string(trimmed(std::string_view(title).substr(title.find('/') + 1)));
+}
 
 } // namespace
+
+std::string foldedCase(std::string_view text) {
+    std::string folded(text);
+    std::ranges::transform(folded, folded.begin(),
+                           [](unsigned char c) { return static_cast<char>(c < 0x80 ? std::tolower(c) : c); });
+    return folded;
+}
+
+std::string foldedTitle(std::string_view title) {
+    const auto text = foldedCase(trimmed(title));
+    const auto slash = text.find('/');
+    if (slash == std::string::npos) return text;
+    return std::string(trimmed(std::string_view(text).substr(0, slash))) + "/" +
+           std::string(trimmed(std::string_view(text).substr(slash + 1)));
+}
 
 std::vector<std::string> commaSeparated(std::string_view text) {
     std::vector<std::string> parts;
@@ -66,6 +68,21 @@ std::vector<std::string> commaSeparated(std::string_view text) {
         text = comma == std::string_view::npos ? std::string_view() : text.substr(comma + 1);
     }
     return parts;
+}
+
+std::string commaJoined(const std::vector<std::string>& parts) {
+    std::string text;
+    for (const auto& part : parts)
+        text += (text.empty() ? "" : ", ") + part;
+    return text;
+}
+
+std::vector<std::string> domainsIn(std::string_view line) {
+    auto names = commaSeparated(line);
+    for (auto& name : names)
+        if (name.size() > 2 && name.starts_with('"') && name.ends_with('"'))
+            name = name.substr(1, name.size() - 2);
+    return names;
 }
 
 SssdDomain::~SssdDomain() {
@@ -78,30 +95,112 @@ std::string SssdDomain::option(std::string_view key, std::string_view fallback) 
     return found == options.end() ? std::string(fallback) : found->second;
 }
 
-SssdFile::SssdFile(std::shared_ptr<Lenses> lenses, std::string text, std::string path)
-    : lenses_(std::move(lenses)), text_(std::move(text)), path_(std::move(path)) {
-    if (text_.empty()) return;
-    const LensText tree(*lenses_, grammar, text_, path_);
-    for (const auto& line : tree.matches(std::string(mainSection) + "/domains"))
-        listed_ = commaSeparated(tree.value(line).value_or(""));
-    OptionScanner(domains_).scan(text_);
+std::optional<bool> SssdDomain::enabled() const {
+    const auto text = foldedCase(option("enabled"));
+    if (text == "true") return true;
+    if (text == "false") return false;
+    return std::nullopt;
 }
 
-std::string SssdFile::textListing(const std::vector<std::string>& names) const {
-    if (names == listed_) return text_;
-    LensText tree(*lenses_, grammar, text_, path_);
-    if (tree.matches(mainSection).empty()) tree.set("target[last()+1]", "sssd");
-    const std::string line = std::string(mainSection) + "[last()]/domains";
-    const auto existing = tree.matches(std::string(mainSection) + "/domains");
-    tree.set(existing.empty() ? line : existing.back(), commaJoined(names));
-    return tree.text();
+std::string SssdDomain::obstacle() const {
+    if (name.empty() || !std::ranges::all_of(name, isUsualCharacter))
+        return "its name has a character that SSSD doesn't take there";
+    if (enabled() == false) return "it says \"enabled = false\"";
+    const auto provider = option("id_provider");
+    if (isApplication && provider.empty()) return {};
+    if (provider.empty()) return "it has no id_provider";
+    const bool isKnown = std::ranges::find(providers, provider) != std::end(providers);
+    return isKnown ? "" : "SSSD knows no id_provider of that name";
 }
 
-std::string commaJoined(const std::vector<std::string>& parts) {
-    std::string text;
-    for (const auto& part : parts)
-        text += (text.empty() ? "" : ", ") + part;
-    return text;
+SssdFile::SssdFile(std::string text, std::vector<SssdSnippet> snippets, std::string path)
+    : text_(std::move(text)), snippets_(std::move(snippets)), path_(std::move(path)) {
+    if (text_.empty() && snippets_.empty()) {
+        trouble_ = "There is no configuration.";
+        return;
+    }
+    try {
+        readSections();
+    } catch (const IniDamage& damage) {
+        util::wipe(text_);
+        throw damaged(path_, damage);
+    }
+    decideServed();
+}
+
+void SssdFile::readSections() {
+    IniConfiguration configuration(text_);
+    for (const auto& snippet : snippets_) {
+        try {
+            configuration.merge(IniConfiguration(snippet.text));
+        } catch (const IniDamage&) {
+            continue; // SSSD passes over it as well
+        }
+    }
+    std::string line;
+    for (const auto& section : configuration.sections()) {
+        if (foldedTitle(section.title) == mainSection) {
+            line = valueIn(section, "domains");
+            servesFiles_ = foldedCase(valueIn(section, "enable_files_domain")) == "true";
+            continue;
+        }
+        const bool isApplication = foldedTitle(section.title).starts_with(applicationPrefix);
+        const auto name = nameIn(section.title, isApplication ? applicationPrefix : domainPrefix);
+        if (name.empty() || name.find('/') != std::string::npos) continue;
+        if (!domainNamed(name)) domains_.push_back({name, {}, isApplication});
+        auto& options = const_cast<SssdDomain*>(domainNamed(name))->options;
+        for (const auto& option : section.options)
+            options.insert_or_assign(foldedCase(option.key), option.value);
+    }
+    readList(line);
+}
+
+void SssdFile::readList(const std::string& line) {
+    for (const auto& name : domainsIn(line)) {
+        const auto* domain = domainNamed(name);
+        listed_.push_back(domain ? domain->name : name);
+    }
+}
+
+void SssdFile::decideServed() {
+    for (const auto& name : listed_) {
+        const bool isRepeated = std::ranges::count(listed_, foldedCase(name), foldedCase) > 1;
+        if (isRepeated && trouble_.empty())
+            trouble_ = "The line \"domains\" names \"" + name + "\" more than once.";
+        const auto* domain = domainNamed(name);
+        if (domain && domain->obstacle().empty() && !isRepeated) served_.push_back(domain->name);
+    }
+    for (const auto& domain : domains_) {
+        const bool isListed = std::ranges::find(listed_, domain.name) != listed_.end();
+        if (domain.enabled() == true && !isListed && domain.obstacle().empty())
+            served_.push_back(domain.name);
+        if (!domain.option("enabled").empty() && !domain.enabled())
+            trouble_ = "\"enabled\" in [domain/" + domain.name + "] is neither true nor false.";
+    }
+    if (served_.empty() && !servesFiles_ && trouble_.empty())
+        trouble_ = "No domain that SSSD can serve is listed.";
+}
+
+const SssdDomain* SssdFile::domainNamed(std::string_view name) const {
+    const auto folded = foldedCase(name);
+    const auto found =
+        std::ranges::find_if(domains_, [&](const auto& one) { return foldedCase(one.name) == folded; });
+    return found == domains_.end() ? nullptr : &*found;
+}
+
+std::string SssdFile::snippetDeciding(std::string_view section, std::string_view key) const {
+    std::string path;
+    for (const auto& snippet : snippets_) {
+        try {
+            for (const auto& found : IniConfiguration(snippet.text).sections())
+                for (const auto& option : found.options)
+                    if (foldedTitle(found.title) == foldedTitle(section) && foldedCase(option.key) == key)
+                        path = snippet.path;
+        } catch (const IniDamage&) {
+            continue;
+        }
+    }
+    return path;
 }
 
 } // namespace corvane::haldend

@@ -1,58 +1,95 @@
 #pragma once
 
 #include <map>
-#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "haldend/Lenses.h"
 #include "util/Bytes.h"
 
 namespace corvane::haldend {
 
-/// One `[domain/NAME]` section: a directory that SSSD can serve. A password among its options is wiped when
-/// the object goes.
+/// One `[domain/NAME]` section, or `[application/NAME]`: something that SSSD can serve users from. A password
+/// among its options is wiped when the object is destroyed.
 struct SssdDomain {
     std::string name;
     std::map<std::string, std::string, std::less<>>
-        options; ///< as SSSD reads them: the whole rest of the line
+        options; ///< keys in lower case, values as SSSD reads them
+    bool isApplication = false;
 
     ~SssdDomain();
     friend bool operator==(const SssdDomain&, const SssdDomain&) = default;
     /// The option's value, `fallback` when it isn't set.
     [[nodiscard]] std::string option(std::string_view key, std::string_view fallback = "") const;
+    /// What `enabled` says; none when it isn't set, or is set to something else than true or false.
+    [[nodiscard]] std::optional<bool> enabled() const;
+    /// Why SSSD can't serve the section, a clause as in "its name has a character that SSSD doesn't take"; ""
+    /// when it can.
+    [[nodiscard]] std::string obstacle() const;
 };
 
-/// The text of /etc/sssd/sssd.conf. A value; the file itself is never touched. Throws `Failure` when the text
-/// doesn't follow the grammar. An empty text stands for a file that isn't there.
+/// A file of the folder conf.d, which SSSD reads after sssd.conf and which overrides it.
+struct SssdSnippet {
+    std::string path;
+    std::string text;
+    ~SssdSnippet() { util::wipe(text); }
+    friend bool operator==(const SssdSnippet&, const SssdSnippet&) = default;
+};
+
+/// /etc/sssd/sssd.conf and its snippets, read through SSSD's own library. A value; no file is ever touched.
+/// An empty text is a file that isn't there.
 class SssdFile {
 public:
-    SssdFile(std::shared_ptr<Lenses> lenses, std::string text, std::string path);
+    /// `snippets` in SSSD's order; one that the library refuses is skipped, as SSSD does. Throws `Failure`,
+    /// with line and reason, when SSSD can't read the text itself.
+    SssdFile(std::string text, std::vector<SssdSnippet> snippets, std::string path);
+    SssdFile(std::string text, std::string path) : SssdFile(std::move(text), {}, std::move(path)) {}
     SssdFile(const SssdFile&) = default;
+    SssdFile(SssdFile&&) = default;
     SssdFile& operator=(const SssdFile&) = default;
+    SssdFile& operator=(SssdFile&&) = default;
     ~SssdFile() { util::wipe(text_); } // it may hold passwords
 
     [[nodiscard]] const std::string& text() const { return text_; }
-    /// The domain sections in the file's order, a name that stands twice once.
+    [[nodiscard]] const std::vector<SssdSnippet>& snippets() const { return snippets_; }
+    /// The sections in the order of the files, sections of subdomains left out.
     [[nodiscard]] const std::vector<SssdDomain>& domains() const { return domains_; }
-    /// The names on the `domains` line of the section `[sssd]`, in its order.
+    /// None for a name without a section; case doesn't matter.
+    [[nodiscard]] const SssdDomain* domainNamed(std::string_view name) const;
+    /// The names on the `domains` line that counts, spelled like their sections where they have one.
     [[nodiscard]] const std::vector<std::string>& listedDomains() const { return listed_; }
-    /// The text with exactly `names` on that line; unchanged when they already stand there so. Everything
-    /// else keeps its octets. A missing section or line is added.
-    [[nodiscard]] std::string textListing(const std::vector<std::string>& names) const;
+    /// The sections that SSSD serves, in its order: those on the line and those that are enabled by
+    /// themselves.
+    [[nodiscard]] const std::vector<std::string>& servedDomains() const { return served_; }
+    /// Why SSSD wouldn't start, a sentence; "" when it would.
+    [[nodiscard]] const std::string& trouble() const { return trouble_; }
+    /// The snippet that decides the value of an option; "" when none does.
+    [[nodiscard]] std::string snippetDeciding(std::string_view section, std::string_view key) const;
 
 private:
-    std::shared_ptr<Lenses> lenses_;
+    void readSections();
+    void readList(const std::string& line);
+    void decideServed();
+
     std::string text_;
+    std::vector<SssdSnippet> snippets_;
     std::string path_;
     std::vector<SssdDomain> domains_;
-    std::vector<std::string> listed_;
+    std::vector<std::string> listed_, served_;
+    std::string trouble_;
+    bool servesFiles_ = false; ///< the machine's own files, which SSSD can serve beside the sections
 };
 
 /// The parts of a list like "a, b ,c" without blanks and empty parts.
 [[nodiscard]] std::vector<std::string> commaSeparated(std::string_view text);
 /// The other way round: "a, b, c".
 [[nodiscard]] std::string commaJoined(const std::vector<std::string>& parts);
+/// The names of a `domains` line: as `commaSeparated`, and a part in quotation marks is what they enclose.
+[[nodiscard]] std::vector<std::string> domainsIn(std::string_view line);
+/// Names of sections, keys and domains fold the case of ASCII letters.
+[[nodiscard]] std::string foldedCase(std::string_view text);
+/// A title as SSSD compares it: folded, without blanks at the ends and around the first slash.
+[[nodiscard]] std::string foldedTitle(std::string_view title);
 
 } // namespace corvane::haldend

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "haldend/SssdFile.h"
 #include "util/Bytes.h"
 
 namespace corvane::haldend {
@@ -15,18 +16,19 @@ std::string_view trimmed(std::string_view text) {
     return text.substr(first, text.find_last_not_of(blanks) - first + 1);
 }
 
-bool isTitle(std::string_view line) { return trimmed(line).starts_with('['); }
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
+
+/// A title begins its line; what is indented is an option.
+bool isTitle(std::string_view line) { return line.starts_with('['); }
 
 bool isTitleOf(std::string_view line, std::string_view section) {
-    const auto text = trimmed(line);
-    return text.starts_with('[') && trimmed(text.substr(1, text.find(']') - 1)) == section;
+    return isTitle(line) && foldedTitle(line.substr(1, line.rfind(']') - 1)) == foldedTitle(section);
 }
 
-std::string_view keyOf(std::string_view line) {
-    const auto text = trimmed(line);
-    if (text.empty() || text.front() == '#' || text.front() == ';' || text.front() == '[') return {};
-    const auto equals = text.find('=');
-    return equals == std::string_view::npos ? std::string_view() : trimmed(text.substr(0, equals));
+std::string keyOf(std::string_view line) {
+    if (line.empty() || line.front() == '#' || line.front() == ';' || isTitle(line)) return {};
+    const auto equals = line.find('=');
+    return equals == std::string_view::npos ? std::string() : foldedCase(trimmed(line.substr(0, equals)));
 }
 
 std::string titled(std::string_view section) { return "[" + std::string(section) + "]"; }
@@ -34,10 +36,27 @@ std::string titled(std::string_view section) { return "[" + std::string(section)
 } // namespace
 
 SssdLines::SssdLines(std::string_view text) : endsWithNewline_(text.empty() || text.ends_with('\n')) {
+    if (text.starts_with(byteOrderMark)) {
+        mark_ = byteOrderMark;
+        text.remove_prefix(byteOrderMark.size());
+    }
     while (!text.empty()) {
         const auto end = text.find('\n');
         lines_.emplace_back(text.substr(0, end));
         text = end == std::string_view::npos ? std::string_view() : text.substr(end + 1);
+    }
+    const bool hasCarriageReturns = !lines_.empty() && lines_.front().ends_with('\r');
+    if (hasCarriageReturns) lineEnd_ = "\r";
+    findComments();
+}
+
+/// Comments of several lines begin a line with "/*"; nothing in them is a title or an option.
+void SssdLines::findComments() {
+    bool isInside = false;
+    for (const auto& line : lines_) {
+        if (!isInside) isInside = line.starts_with("/*");
+        comments_.push_back(isInside || line.starts_with("//"));
+        if (isInside && trimmed(line).ends_with("*/")) isInside = false;
     }
 }
 
@@ -50,6 +69,10 @@ std::vector<SssdLines::Block> SssdLines::blocksOf(std::string_view section) cons
     std::vector<Block> blocks;
     bool isInside = false;
     for (std::size_t i = 0; i < lines_.size(); ++i) {
+        if (comments_[i]) {
+            if (isInside) blocks.back().end = i + 1;
+            continue;
+        }
         if (isTitle(lines_[i])) {
             isInside = isTitleOf(lines_[i], section);
             if (isInside) blocks.push_back({i, i, i});
@@ -63,9 +86,10 @@ std::vector<SssdLines::Block> SssdLines::blocksOf(std::string_view section) cons
 
 std::vector<std::size_t> SssdLines::linesOf(std::string_view section, std::string_view key) const {
     std::vector<std::size_t> found;
+    const auto folded = foldedCase(key);
     for (const auto& block : blocksOf(section))
         for (auto i = block.title + 1; i < block.end; ++i)
-            if (keyOf(lines_[i]) == key) found.push_back(i);
+            if (!comments_[i] && keyOf(lines_[i]) == folded) found.push_back(i);
     return found;
 }
 
@@ -95,7 +119,7 @@ void SssdLines::set(std::string_view section, std::string_view key, std::string_
     if (found.empty()) {
         const auto blocks = blocksOf(section);
         if (blocks.empty()) return;
-        insert(blocks.front().lastOption + 1, std::string(key) + " = " + std::string(value));
+        insert(blocks.front().lastOption + 1, std::string(key) + " = " + std::string(value) + lineEnd_);
         return;
     }
     auto& line = lines_[found.back()];
@@ -123,13 +147,13 @@ void SssdLines::replaceLine(std::string_view section, std::string_view key, std:
 }
 
 void SssdLines::appendSection(std::string_view section) {
-    if (!lines_.empty()) lines_.emplace_back();
-    lines_.push_back(titled(section));
+    if (!lines_.empty()) insert(lines_.size(), lineEnd_);
+    insert(lines_.size(), titled(section) + lineEnd_);
 }
 
 void SssdLines::prependSection(std::string_view section) {
-    if (!lines_.empty()) insert(0, "");
-    insert(0, titled(section));
+    if (!lines_.empty()) insert(0, lineEnd_);
+    insert(0, titled(section) + lineEnd_);
 }
 
 void SssdLines::removeSection(std::string_view section) {
@@ -149,7 +173,7 @@ void SssdLines::removeSection(std::string_view section) {
 void SssdLines::renameSection(std::string_view from, std::string_view to) {
     for (const auto& block : blocksOf(from)) {
         auto& line = lines_[block.title];
-        line.replace(line.find('['), line.find(']') - line.find('[') + 1, titled(to));
+        line.replace(0, line.rfind(']') + 1, titled(to));
     }
 }
 
@@ -158,7 +182,7 @@ bool SssdLines::isBlank() const {
 }
 
 std::string SssdLines::text() const {
-    std::string text;
+    std::string text = mark_;
     for (std::size_t i = 0; i < lines_.size(); ++i)
         text += lines_[i] + (i + 1 < lines_.size() || endsWithNewline_ ? "\n" : "");
     return text;
@@ -166,13 +190,15 @@ std::string SssdLines::text() const {
 
 void SssdLines::insert(std::size_t at, std::string line) {
     lines_.insert(lines_.begin() + static_cast<std::ptrdiff_t>(at), std::move(line));
+    comments_.insert(comments_.begin() + static_cast<std::ptrdiff_t>(at), false);
 }
 
 void SssdLines::erase(std::size_t first, std::size_t end) {
     for (auto i = first; i < end; ++i)
         util::wipe(lines_[i]);
-    lines_.erase(lines_.begin() + static_cast<std::ptrdiff_t>(first),
-                 lines_.begin() + static_cast<std::ptrdiff_t>(end));
+    const auto from = static_cast<std::ptrdiff_t>(first), to = static_cast<std::ptrdiff_t>(end);
+    lines_.erase(lines_.begin() + from, lines_.begin() + to);
+    comments_.erase(comments_.begin() + from, comments_.begin() + to);
 }
 
 } // namespace corvane::haldend

@@ -6,10 +6,10 @@
 
 namespace corvane::haldend {
 
-/// The text of sssd.conf line by line, as SSSD itself takes it: a value is the whole rest of its line. Used
-/// where sections come and go and where a value may hold "#" or ";", at which the grammar would end it; the
-/// caller lets the grammar look at the result. What isn't named in a call keeps its octets, and taking away
-/// what was added gives the text of before. A value type; what it held is wiped when it goes.
+/// The text of sssd.conf line by line, for editing. It finds lines where SSSD's own library finds them:
+/// titles and keys fold case, a value is the whole rest of its line. What isn't named in a call keeps its
+/// bytes, and taking away what was added returns the text of before. The caller has the library read the
+/// result. Value type; what it held is wiped when it is destroyed.
 class SssdLines {
 public:
     explicit SssdLines(std::string_view text);
@@ -59,7 +59,12 @@ private:
     void insert(std::size_t at, std::string line);
     void erase(std::size_t first, std::size_t end);
 
+    void findComments();
+
     std::vector<std::string> lines_;
+    std::vector<bool> comments_; ///< for each line: part of a comment of several lines
+    std::string mark_;           ///< a byte order mark
+    std::string lineEnd_;        ///< what a new line ends with before its "\n"
     bool endsWithNewline_;
 };
 

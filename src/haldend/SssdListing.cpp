@@ -1,5 +1,7 @@
 #include "haldend/SssdListing.h"
 
+#include <algorithm>
+
 #include "haldend/SssdFile.h"
 
 namespace corvane::haldend {
@@ -31,8 +33,8 @@ void takeAway(SssdLines& lines, MachineAdditions& added) {
         lines.remove(mainSection, domainsKey);
     else if (added.emptyDomains)
         lines.replaceLine(mainSection, domainsKey, *added.emptyDomains);
-    else if (lines.has(mainSection, domainsKey))
-        lines.set(mainSection, domainsKey, "");
+    else
+        lines.remove(mainSection, domainsKey);
     if (added.services && lines.value(mainSection, servicesKey) == ourServices)
         lines.remove(mainSection, servicesKey);
     if (added.section && !lines.hasOptions(mainSection)) lines.removeSection(mainSection);
@@ -43,17 +45,16 @@ void takeAway(SssdLines& lines, MachineAdditions& added) {
 } // namespace
 
 std::string textListing(const std::string& text, const std::vector<std::string>& names,
-                        MachineAdditions& added, const std::shared_ptr<Lenses>& lenses,
-                        const std::string& path) {
+                        MachineAdditions& added) {
     SssdLines lines(text);
     if (names.empty())
         takeAway(lines, added);
     else if (!lines.has(mainSection, domainsKey))
         addLine(lines, names, added);
-    else if (!lines.value(mainSection, domainsKey).empty())
-        return SssdFile(lenses, text, path).textListing(names);
-    else {
+    else if (const auto listed = lines.value(mainSection, domainsKey); listed.empty()) {
         added.emptyDomains = lines.line(mainSection, domainsKey);
+        lines.set(mainSection, domainsKey, commaJoined(names));
+    } else if (!std::ranges::equal(domainsIn(listed), names, {}, foldedCase, foldedCase)) {
         lines.set(mainSection, domainsKey, commaJoined(names));
     }
     return lines.text();

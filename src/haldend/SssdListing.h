@@ -1,11 +1,10 @@
 #pragma once
 
-#include <memory>
 #include <optional>
 #include <string>
 #include <vector>
 
-#include "haldend/Lenses.h"
+#include "haldend/NsswitchFile.h"
 #include "haldend/SssdLines.h"
 
 namespace corvane::haldend {
@@ -22,15 +21,18 @@ struct MachineAdditions {
     std::optional<std::string> emptyDomains;
     /// nsswitch.conf when the machine had no directory yet: some machines ask SSSD already then.
     std::optional<std::string> nsswitch;
+    /// How lines of nsswitch.conf read with and without SSSD.
+    NsswitchMemory lines;
+    /// Directories of providers that aren't managed here and that this service took off the `domains` line.
+    std::vector<std::string> takenOff;
     friend bool operator==(const MachineAdditions&, const MachineAdditions&) = default;
 };
 
-/// The text of sssd.conf with `names` on the `domains` line. A line that is missing comes with `services`,
-/// which SSSD needs where nothing starts its services on demand; what is added is noted in `added`. Without
-/// names what `added` notes is taken away again, and a line that isn't ours is left empty. Throws `Failure`
-/// when the grammar can't express the change.
+/// The text of sssd.conf with `names` on the `domains` line, which keeps its bytes where it lists just them
+/// already. A line that is missing is added with `services`, which SSSD needs where nothing starts its
+/// services on demand; what is added is noted in `added`. Without names what `added` notes is taken away
+/// again, and so is a line that isn't ours: SSSD doesn't start with an empty one.
 [[nodiscard]] std::string textListing(const std::string& text, const std::vector<std::string>& names,
-                                      MachineAdditions& added, const std::shared_ptr<Lenses>& lenses,
-                                      const std::string& path);
+                                      MachineAdditions& added);
 
 } // namespace corvane::haldend

@@ -44,9 +44,28 @@ TEST(ChangedElsewhere, editSinceTheLastRead_failsTheCallAndIsNeverOverwritten) {
     EXPECT_EQ(machine.folder.read("etc/sssd/sssd.conf"), listedCorp);
     EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
     EXPECT_EQ(listener.delivered(), 1);
+    (void)machine.mode(machine.search());
     EXPECT_EQ(machine.call(machine.search(), 111).code, 0) << "the next call works on the new state";
     EXPECT_NE(machine.folder.read("etc/sssd/sssd.conf").find("domains = corp, b\n# by hand"),
               std::string::npos);
+}
+
+TEST(ChangedElsewhere, refusedClient_isRefusedUntilItHasReadThatPolicyAgain) {
+    TestMachine machine;
+    (void)machine.mode(machine.search());
+    machine.folder.write("etc/sssd/sssd.conf", listedCorp);
+    const auto connectors = machine.node(halden::NodeType::configNode);
+    EXPECT_EQ(machine.setCustom(machine.search(), {staffNode}).code, halden::ErrorCode::changedElsewhere);
+    const auto again = machine.call(machine.search(), 333);
+    EXPECT_EQ(again.code, halden::ErrorCode::changedElsewhere) << "the list that goes with it was refused";
+    EXPECT_NE(again.reason.find("etc/sssd/sssd.conf differs"), std::string::npos) << again.reason;
+    EXPECT_EQ(machine.call(connectors, 1005).code, halden::ErrorCode::changedElsewhere);
+    (void)machine.mode(machine.contacts());
+    EXPECT_EQ(machine.call(machine.search(), 333).code, halden::ErrorCode::changedElsewhere)
+        << "the other policy was read";
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
+    (void)machine.mode(machine.search());
+    EXPECT_EQ(machine.call(machine.search(), 333).code, 0);
 }
 
 TEST(ChangedElsewhere, editNoticedByThePoll_isSignalledOnceAndStillFailsTheNextCall) {
@@ -106,12 +125,12 @@ TEST(ChangedElsewhere, listedNodeOfASwitchedOffConnector_switchesItOn) {
 
 TEST(ChangedElsewhere, twoServicesOnOneFolder_noticeEachOther) {
     TestMachine machine;
-    auto other =
-        std::make_shared<haldend::Engine>(machine.folder.path(), machine.codec, machine.log, sharedLenses());
+    auto other = std::make_shared<haldend::Engine>(machine.folder.path(), machine.codec, machine.log);
     Listener listener(machine);
     (void)machine.mode(machine.search());
-    other->machine().change(
-        [](haldend::MachinePolicy& policy) { policy.contacts.mode = haldend::PolicyMode::custom; });
+    other->machine().change(haldend::Machine::View::contacts, [](haldend::MachinePolicy& policy) {
+        policy.contacts.mode = haldend::PolicyMode::custom;
+    });
     machine.engine->pollForChanges();
     EXPECT_EQ(listener.delivered(), 1);
     EXPECT_EQ(machine.mode(machine.contacts()), attribute::customSearchPath);

@@ -22,10 +22,10 @@ halden::Error detailsError(const TestMachine& machine) {
 } // namespace
 
 TEST(Damage, unparsableNsswitch_failsThePolicyAndIsNeverWritten) {
-    TestMachine machine(twoDirectories, "passwd files\n");
-    expectClear(detailsError(machine), "Line 1 can't be understood: \"passwd files\"");
-    expectClear(machine.call(machine.search(), 111), "Line 1");
-    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), "passwd files\n");
+    TestMachine machine(twoDirectories, "passwd: files [FOO=return]\n");
+    expectClear(detailsError(machine), "line 1, \"passwd: files [FOO=return]\"");
+    expectClear(machine.call(machine.search(), 111), "line 1");
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), "passwd: files [FOO=return]\n");
     EXPECT_FALSE(machine.framework->defaultSession()->nodeWithName("/BSD/Files", nullptr) == nullptr);
 }
 
@@ -40,7 +40,7 @@ TEST(Damage, unparsableSssd_failsThePolicyAndIsNeverWritten) {
 }
 
 TEST(Damage, repairedFile_worksWithoutARestart) {
-    TestMachine machine(twoDirectories, "passwd files\n");
+    TestMachine machine(twoDirectories, "passwd: files [FOO=return]\n");
     (void)detailsError(machine);
     machine.folder.write("etc/nsswitch.conf", plainNsswitch);
     EXPECT_EQ(machine.mode(machine.search()), attribute::localOnlySearchPath);
@@ -61,7 +61,7 @@ TEST(Damage, damagedStoredPolicy_isReportedAndKept) {
 TEST(Damage, missingFolder_opensAndExplains) {
     plist::PropertyListCodec codec;
     RecordedLog log;
-    const auto engine = std::make_shared<haldend::Engine>("/nonexistent/machine", codec, log, sharedLenses());
+    const auto engine = std::make_shared<haldend::Engine>("/nonexistent/machine", codec, log);
     haldend::EmbeddedFramework framework(engine);
     halden::Error error;
     const auto search =

@@ -119,7 +119,7 @@ TEST(SampleDirectory, machineWithoutADirectory_getsOneThatAnswers) {
     const auto sample = SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log);
     ASSERT_NE(sample, nullptr);
     const plist::PropertyListCodec codec;
-    const auto engine = std::make_shared<Engine>(workshop.copy(), codec, workshop.log, sharedLenses());
+    const auto engine = std::make_shared<Engine>(workshop.copy(), codec, workshop.log);
     EmbeddedFramework framework(engine);
     const auto node = framework.defaultSession()->nodeWithName("/LDAP/" + sample->uri().substr(7), nullptr);
     ASSERT_NE(node, nullptr);

@@ -72,12 +72,6 @@ inline const std::string staffNode = "/LDAP/ldap.example.com";
 inline const std::string guestsNode = "/LDAP/guests.example.com:1389";
 inline const std::string corpNode = "/AD/corp.example.com";
 
-/// The grammars, loaded once for all tests of a program.
-inline std::shared_ptr<Lenses> sharedLenses() {
-    static const auto lenses = std::make_shared<Lenses>();
-    return lenses;
-}
-
 /// A machine folder with an engine on it and an authorization that may change it.
 class TestMachine {
 public:
@@ -97,7 +91,7 @@ public:
         authorization.reset();
         service.reset();
         framework.reset();
-        engine = std::make_shared<Engine>(folder.path(), codec, log, sharedLenses());
+        engine = std::make_shared<Engine>(folder.path(), codec, log);
         framework = std::make_unique<EmbeddedFramework>(engine);
         service = std::make_unique<EmbeddedAuthorizationService>(engine);
         authorization = service->createAuthorization();

@@ -137,13 +137,13 @@ TEST_F(QtApplicationTest, StoppingWithoutAModalRunDoesNothing) {
 }
 
 TEST_F(QtApplicationTest, TheAboutPanelNamesYearsVersionLicenceAndComponents) {
-    const QtApplication::About about{"Corvane", "1.2", "Summary", "Apache License 2.0", {"Qt", "Augeas"}};
+    const QtApplication::About about{"Corvane", "1.2", "Summary", "Apache License 2.0", {"Qt", "Expat"}};
     AboutPanel panel(about, {{"NoticeStartYear", "2025"}, {"NoticeEndYear", "2026"}}, qt_.guard);
     QString all;
     for (const auto* label : panel.findChildren<QLabel*>())
         all += label->text() + '\n';
     for (const char* part :
-         {"Corvane", "Version 1.2", "Summary", "2025–2026", "Apache License 2.0", "Qt", "Augeas"})
+         {"Corvane", "Version 1.2", "Summary", "2025–2026", "Apache License 2.0", "Qt", "Expat"})
         EXPECT_THAT(all.toStdString(), HasSubstr(part));
 }
 

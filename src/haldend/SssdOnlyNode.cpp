@@ -1,13 +1,13 @@
-#include "haldend/ActiveDirectoryNode.h"
+#include "haldend/SssdOnlyNode.h"
 
 #include "haldend/Failure.h"
 
 namespace corvane::haldend {
 
-ActiveDirectoryNode::ActiveDirectoryNode(std::shared_ptr<Engine> engine, const DomainNode& node)
+SssdOnlyNode::SssdOnlyNode(std::shared_ptr<Engine> engine, const DomainNode& node)
     : EngineNode(std::move(engine), node.name) {}
 
-halden::RecordList ActiveDirectoryNode::fetch(const halden::QueryParameters& parameters, bool) {
+halden::RecordList SssdOnlyNode::fetch(const halden::QueryParameters& parameters, bool) {
     if (!wantsType(parameters, halden::recordType::users) &&
         !wantsType(parameters, halden::recordType::groups))
         return {};
