@@ -24,6 +24,8 @@ std::string read(const std::string& path) {
 /// Control characters in a form that can be read.
 std::string visible(const std::string& line) {
     std::string text;
+    if (line.size() > 240)
+        return visible(line.substr(0, 200)) + " ... (" + std::to_string(line.size()) + " bytes)";
     for (const char c : line) {
         if (c == '\r')
             text += "\\r";
@@ -38,8 +40,11 @@ std::string visible(const std::string& line) {
 std::string lines(const std::string& sign, const std::string& content) {
     std::istringstream stream(content);
     std::string text;
-    for (std::string line; std::getline(stream, line);)
+    int count = 0;
+    for (std::string line; std::getline(stream, line);) {
+        if (++count > 12) return text + "      " + sign + " and more lines\n";
         text += "      " + sign + visible(line) + "\n";
+    }
     return text;
 }
 

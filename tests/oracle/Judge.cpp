@@ -97,8 +97,10 @@ SssdVerdict Judge::sssd(const Files& machine) const {
 
 std::string text(const NameVerdict& verdict) {
     return lines("all", verdict.all) + lines("sss-empty", verdict.sssEmpty) +
-           lines("sss-down", verdict.sssDown) + lines("others-down", verdict.othersDown) +
-           lines("others-busy", verdict.othersBusy);
+           lines("sss-down", verdict.sssDown) + lines("sss-empty-others-down", verdict.sssEmptyOthersDown) +
+           lines("sss-down-others-down", verdict.sssDownOthersDown) +
+           lines("sss-empty-others-busy", verdict.sssEmptyOthersBusy) +
+           lines("sss-down-others-busy", verdict.sssDownOthersBusy);
 }
 
 std::string text(const SssdVerdict& verdict) {

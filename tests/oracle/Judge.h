@@ -18,11 +18,13 @@ using Answers = std::map<std::string, Answer>; ///< by their questions
 
 /// What the C library asks and finds, by how its sources behave.
 struct NameVerdict {
-    Answers all;        ///< every source knows something
-    Answers sssEmpty;   ///< sss answers "not found" to everything
-    Answers sssDown;    ///< sss answers "unavailable": SSSD doesn't run
-    Answers othersDown; ///< sss answers "not found", all others "unavailable"
-    Answers othersBusy; ///< sss answers "not found", all others "try again"
+    Answers all;                ///< every source knows something
+    Answers sssEmpty;           ///< sss answers "not found" to everything
+    Answers sssDown;            ///< sss answers "unavailable": SSSD doesn't run
+    Answers sssEmptyOthersDown; ///< the same two while all others answer "unavailable"
+    Answers sssDownOthersDown;
+    Answers sssEmptyOthersBusy; ///< and "try again"
+    Answers sssDownOthersBusy;
 };
 
 struct ServedDomain {

@@ -25,8 +25,10 @@ struct Manner {
 const Manner manners[] = {{"all", "knows", "knows", &NameVerdict::all},
                           {"sss-empty", "nothing", "knows", &NameVerdict::sssEmpty},
                           {"sss-down", "unavail", "knows", &NameVerdict::sssDown},
-                          {"others-down", "nothing", "unavail", &NameVerdict::othersDown},
-                          {"others-busy", "nothing", "tryagain", &NameVerdict::othersBusy}};
+                          {"sss-empty-others-down", "nothing", "unavail", &NameVerdict::sssEmptyOthersDown},
+                          {"sss-down-others-down", "unavail", "unavail", &NameVerdict::sssDownOthersDown},
+                          {"sss-empty-others-busy", "nothing", "tryagain", &NameVerdict::sssEmptyOthersBusy},
+                          {"sss-down-others-busy", "unavail", "tryagain", &NameVerdict::sssDownOthersBusy}};
 
 /// The stand-ins whose names occur in the text. sss is always one of them.
 std::vector<std::string> sourcesIn(const std::string& nsswitch, const std::string& folder) {
@@ -95,7 +97,7 @@ NameVerdict namesFrom(const std::string& report) {
             if (fields[0] == manner.name)
                 (verdict.*manner.answers)[fields[1]] = {parts(fields[2], ' '), fields[3]};
     }
-    if (verdict.othersBusy.empty()) throw std::runtime_error("the C library wasn't asked: " + report);
+    if (verdict.sssDownOthersBusy.empty()) throw std::runtime_error("the C library wasn't asked: " + report);
     return verdict;
 }
 

@@ -109,14 +109,15 @@ std::string described(const std::string& domain, const std::string& said) {
            uris.substr(0, uris.find(','));
 }
 
-/// What SSSD said last, without the configuration and what the back ends report.
+/// The last of what SSSD and its back ends reported as failures.
 std::string lastWords(const std::string& said) {
+    std::vector<std::string> failures;
+    for (const auto& line : parts(said, '\n'))
+        if (line.find("(0x0010)") != std::string::npos || line.find("(0x0020)") != std::string::npos)
+            if (line.find("pidfile") == std::string::npos) failures.push_back(line.substr(line.find('[')));
     std::string words;
-    auto lines = parts(said, '\n');
-    std::erase_if(lines, [](const auto& line) { return line.find("[sssd]") == std::string::npos; });
-    for (std::size_t i = lines.size() > 3 ? lines.size() - 3 : 0; i < lines.size(); ++i)
-        words += (words.empty() ? "" : " / ") +
-                 lines[i].substr(std::min(lines[i].find("[sssd]"), lines[i].size()));
+    for (std::size_t i = failures.size() > 3 ? failures.size() - 3 : 0; i < failures.size(); ++i)
+        words += (words.empty() ? "" : " / ") + failures[i];
     std::ranges::replace(words, '\t', ' ');
     return words;
 }
