@@ -49,9 +49,10 @@ Answer withoutSss(Answer answer) {
 
 bool isAboutOurs(const std::string& question) {
     static const std::set<std::string> ours{
-        "passwd root", "passwd alice",     "passwd 0",     "passwd 1000", "initgroups root",
-        "shadow root", "initgroups alice", "shadow alice", "group root",  "group sudo",
-        "group wheel", "group 0",          "group 27",     "gshadow sudo"};
+        "passwd root",       "passwd alice",     "passwd 0",     "passwd 1000",  "initgroups root",
+        "shadow root",       "initgroups alice", "shadow alice", "group root",   "group sudo",
+        "group wheel",       "group 0",          "group 27",     "gshadow sudo", "netgroup local-crew",
+        "innetgr local-crew"};
     return ours.contains(question);
 }
 
@@ -61,7 +62,8 @@ std::string described(const Answer& answer) {
 
 /// Nothing but sss could have answered, and it didn't: what comes now can only be better.
 bool wasLost(const Answer& before) {
-    return before.asked.empty() && (before.said.starts_with("no") || before.said == "groups ");
+    return before.asked.empty() &&
+           (before.said.starts_with("no") || before.said == "groups " || before.said == "alice isn't in");
 }
 
 Answer answerTo(const Answers& answers, const std::string& question) {

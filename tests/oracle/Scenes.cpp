@@ -96,7 +96,7 @@ public:
         const auto shown = path();
         // Where nothing had to be written, the files are as good or bad as they were.
         if (now_.files == begin_.files && !begin_.sssd.starts) return;
-        add(what, sssWhereItBelongs(shown, begin_, now_));
+        if (now_.files != begin_.files) add(what, sssWhereItBelongs(shown, begin_, now_));
         if (description_.isBroken) return;
         add(what, sssdStarts(shown, begin_, now_));
         if (now_.sssd.starts) add(what, servedAsShown(shown, now_));

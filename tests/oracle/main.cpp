@@ -153,7 +153,11 @@ int runTable(const Options& options, const std::vector<Machine>& machines, const
     const Table table(options, judge, folder.path());
     int passed = 0, failed = 0, count = 0;
     Pool pool(
-        options.jobs, [&](const Machine& machine) { return table.work(machine); },
+        options.jobs,
+        [&](const Machine& machine) {
+            protectMachine(folder.path());
+            return table.work(machine);
+        },
         [&](const Machine& machine, const MachineReport& report) {
             passed += report.passed;
             failed += report.failed;
@@ -187,7 +191,6 @@ int run(const Options& options) {
         return 0;
     }
     if (options.selfcheck) return selfcheck(machinesIn(machinesFolder + "/known"), judge);
-    protectMachine(folder.path());
     return runTable(options, machines, judge, folder);
 }
 
