@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <filesystem>
 #include <fstream>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 
@@ -48,26 +49,24 @@ std::string lines(const std::string& sign, const std::string& content) {
     return text;
 }
 
-/// Both contents without the lines that they begin and end with in common.
-std::string changedLines(std::string before, std::string after) {
-    const auto cutFront = [](std::string& text, std::size_t length) { text.erase(0, length); };
-    while (true) {
-        const auto end = before.find('\n');
-        if (end == std::string::npos || before.substr(0, end) != after.substr(0, after.find('\n'))) break;
-        if (after.find('\n') == std::string::npos) break;
-        cutFront(before, end + 1);
-        cutFront(after, end + 1);
-    }
-    while (!before.empty() && !after.empty() && before.back() == after.back()) {
-        const auto line = [](const std::string& text) {
-            return text.substr(text.rfind('\n', text.size() - 2) + 1);
-        };
-        const auto shared = line(before);
-        if (before.size() < 2 || after.size() < 2 || shared != line(after)) break;
-        before.resize(before.size() - shared.size());
-        after.resize(after.size() - shared.size());
-    }
-    return lines("-", before) + lines("+", after);
+/// The lines of one content that the other hasn't.
+std::string missingLines(const std::string& from, const std::string& in) {
+    std::multiset<std::string> known;
+    std::istringstream others(in), own(from);
+    for (std::string line; std::getline(others, line);)
+        known.insert(line);
+    std::string text;
+    for (std::string line; std::getline(own, line);)
+        if (const auto found = known.find(line); found != known.end())
+            known.erase(found);
+        else
+            text += line + "\n";
+    return text;
+}
+
+std::string changedLines(const std::string& before, const std::string& after) {
+    const auto text = lines("-", missingLines(before, after)) + lines("+", missingLines(after, before));
+    return text.empty() ? "      the order of lines, or the end of the last one\n" : text;
 }
 
 std::uint64_t hash(const std::string& text) {

@@ -35,14 +35,16 @@ std::string braced(const std::string& text, std::size_t& at) {
 std::string repeated(const std::string& line, std::size_t& at) {
     at += std::string_view("repeat").size();
     const auto count = std::stoul(braced(line, at));
-    const auto what = braced(line, at);
+    auto what = braced(line, at);
+    for (auto end = what.find("\\n"); end != std::string::npos; end = what.find("\\n"))
+        what.replace(end, 2, "\n");
     std::string text;
     for (unsigned long i = 0; i < count; ++i)
         text += what;
     return text;
 }
 
-/// The line with \t, \r, \xHH, \\, \repeat{N}{TEXT} in their places. "\c" at its end: without a newline.
+/// The line with \t, \r, \xHH, \\, \repeat{N}{TEXT} (there also \n) in their places. "\c" at its end: without a newline.
 std::string unescaped(const std::string& line) {
     std::string text;
     for (std::size_t i = 0; i < line.size();) {

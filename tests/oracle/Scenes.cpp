@@ -27,9 +27,11 @@ struct Refused {
 /// Thrown where a scene has no sense on the machine.
 struct NotApplicable {};
 
-std::string textOf(const halden::Error& error) {
+std::string textOf(const halden::Error& error, const std::string& folder) {
     std::string text = error.description + " " + error.reason + " " + error.recovery;
     std::ranges::replace(text, '\n', ' ');
+    for (auto at = text.find(folder); at != std::string::npos; at = text.find(folder))
+        text.erase(at, folder.size());
     return text;
 }
 
@@ -59,7 +61,7 @@ bool isSubsequence(const Names& few, const Names& many) {
 class Stage {
 public:
     Stage(const Machine& machine, const Judge& judge, const std::string& folder)
-        : description_(machine), judge_(judge) {
+        : description_(machine), judge_(judge), folder_(folder) {
         writeFiles(machine.files, folder);
         machine_.emplace(folder);
         begin_ = now_ = look();
@@ -74,7 +76,7 @@ public:
     Names path() {
         halden::Error error;
         auto names = machine_->path(error);
-        if (error) throw Refused{textOf(error)};
+        if (error) throw Refused{textOf(error, folder_)};
         // SSSD's own view of the machine's files is no directory, whether it is shown or not.
         std::erase_if(names, [](const auto& name) { return name.ends_with("/implicit_files"); });
         return names;
@@ -152,7 +154,7 @@ private:
         requireBytes(what + " (refused)", before);
         if (error.description.empty() || error.description == "No error.")
             add(what, {"it is refused without a reason"});
-        throw Refused{textOf(error)};
+        throw Refused{textOf(error, folder_)};
     }
 
     void takeIn(const std::string& what) {
@@ -163,6 +165,7 @@ private:
 
     const Machine& description_;
     const Judge& judge_;
+    std::string folder_;
     std::optional<WorkedMachine> machine_;
     State begin_, now_;
     Complaints complaints_;
