@@ -44,7 +44,8 @@ std::string repeated(const std::string& line, std::size_t& at) {
     return text;
 }
 
-/// The line with \t, \r, \xHH, \\, \repeat{N}{TEXT} (there also \n) in their places. "\c" at its end: without a newline.
+/// The line with \t, \r, \xHH, \\, \repeat{N}{TEXT} (there also \n) in their places. "\c" at its end: without
+/// a newline.
 std::string unescaped(const std::string& line) {
     std::string text;
     for (std::size_t i = 0; i < line.size();) {

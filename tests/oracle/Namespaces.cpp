@@ -19,10 +19,14 @@
 #include <filesystem>
 #include <stdexcept>
 
+#include "oracle/Keytab.h"
+
 namespace corvane::oracle {
 namespace {
 
 using Clock = std::chrono::steady_clock;
+
+constexpr const char* hostName = "machine.example.com";
 
 void require(bool done, const std::string& what) {
     if (!done) throw std::runtime_error(what + ": " + std::strerror(errno));
@@ -52,6 +56,7 @@ void raiseLoopback() {
 Files withUsualFiles(const Files& files) {
     Files all{{"etc/hosts", {"127.0.0.1 localhost\n127.0.1.1 machine.example.com machine\n"}},
               {"etc/krb5.conf", {"[libdefaults]\ndefault_realm = EXAMPLE.COM\n"}},
+              {"etc/krb5.keytab", {keytabFor(hostName, "EXAMPLE.COM"), 0600}},
               {"etc/machine-id", {"0123456789abcdef0123456789abcdef\n"}}};
     for (const auto& [path, file] : files)
         if (path.starts_with("etc/")) all[path] = file;
@@ -73,8 +78,7 @@ void furnish(const Files& files) {
     makeRootReadOnly();
     require(::mount("proc", "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, nullptr) == 0, "/proc");
     raiseLoopback();
-    constexpr std::string_view name = "machine.example.com";
-    require(::sethostname(name.data(), name.size()) == 0, "the host's name");
+    require(::sethostname(hostName, std::strlen(hostName)) == 0, "the host's name");
 }
 
 void report(int descriptor, const std::string& text) {
