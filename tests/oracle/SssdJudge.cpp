@@ -97,7 +97,7 @@ std::string optionOf(const std::string& said, const std::string& domain, const s
             isInside = sameWithoutCase(line, "dn: cn=" + domain + ",cn=domain,cn=config");
         else if (line.starts_with("["))
             isInside = false;
-        else if (isInside && line.starts_with(key + ": "))
+        else if (isInside && sameWithoutCase(line.substr(0, key.size() + 2), key + ": "))
             return line.substr(key.size() + 2);
     }
     return {};

@@ -7,6 +7,7 @@
 //   corvane-oracle --selfcheck      whether the readers say of known files what they have to
 //   corvane-oracle --judge FOLDER   what the readers say of a machine folder
 //   corvane-oracle --list           the machines and scenes
+//   corvane-oracle --describe       what the readers say of each machine as it is, in a line
 //
 // --settle MILLISECONDS: how long SSSD has to have run before it is looked at (0: once it reports itself
 // started).
@@ -32,7 +33,7 @@ using namespace corvane::oracle;
 namespace fs = std::filesystem;
 
 struct Options {
-    bool core = false, list = false, selfcheck = false, keep = false;
+    bool core = false, list = false, describe = false, selfcheck = false, keep = false;
     std::string machine = ".*", scene = ".*", judge;
     int jobs = 10, settle = 0, random = 0;
     unsigned long seed = 0;
@@ -55,6 +56,8 @@ Options optionsFrom(int count, char** arguments) {
             options.core = true;
         else if (word == "--list")
             options.list = true;
+        else if (word == "--describe")
+            options.describe = true;
         else if (word == "--selfcheck")
             options.selfcheck = true;
         else if (word == "--keep")
@@ -87,6 +90,22 @@ void list(const std::vector<Machine>& machines) {
                     machine.about.c_str());
     for (const auto& scene : scenes())
         std::printf("scene %s  %s\n", scene.name.c_str(), scene.about.c_str());
+}
+
+/// Who is asked and what is served, as the machine is found.
+void describe(const Machine& machine, const Judge& judge) {
+    const auto names = judge.names(machine.files);
+    const auto sssd = judge.sssd(machine.files);
+    const auto asks = [&](const char* database) {
+        return asksSss(names, std::string(database) + " nobody-knows-it") ? " " + std::string(database) : "";
+    };
+    std::string served;
+    for (const auto& domain : sssd.domains)
+        served += " " + domain.name + "(" + domain.provider + ")";
+    std::printf("%s: sss is asked for:%s%s%s%s%s; SSSD %s\n", machine.name.c_str(), asks("passwd").c_str(),
+                asks("group").c_str(), asks("initgroups").c_str(), asks("shadow").c_str(),
+                asks("netgroup").c_str(),
+                sssd.starts ? ("serves" + served).c_str() : ("doesn't start: " + sssd.reason).c_str());
 }
 
 /// All scenes that were asked for, on one machine.
@@ -188,6 +207,11 @@ int run(const Options& options) {
     if (!options.judge.empty()) {
         const auto files = filesBelow(options.judge);
         std::printf("%s%s", text(judge.names(files)).c_str(), text(judge.sssd(files)).c_str());
+        return 0;
+    }
+    if (options.describe) {
+        for (const auto& machine : machines)
+            if (std::regex_search(machine.name, std::regex(options.machine))) describe(machine, judge);
         return 0;
     }
     if (options.selfcheck) return selfcheck(machinesIn(machinesFolder + "/known"), judge);
