@@ -1,0 +1,121 @@
+#include "oracle/Driver.h"
+
+#include <fcntl.h>
+#include <poll.h>
+#include <sys/prctl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstring>
+#include <filesystem>
+#include <stdexcept>
+
+#include "oracle/Namespaces.h"
+
+namespace corvane::oracle {
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr const char* prefix = "corvane-oracle.";
+
+/// Folders whose names hold the number of a process that is gone.
+void sweep(const fs::path& parent) {
+    for (const auto& entry : fs::directory_iterator(parent)) {
+        const auto name = entry.path().filename().string();
+        if (!name.starts_with(prefix)) continue;
+        const int process = std::atoi(name.c_str() + std::strlen(prefix));
+        if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH) {
+            std::error_code ignored;
+            fs::remove_all(entry.path(), ignored);
+        }
+    }
+}
+
+std::string packed(const MachineReport& report) {
+    return std::to_string(report.passed) + " " + std::to_string(report.failed) + "\n" + report.text;
+}
+
+MachineReport unpacked(const std::string& text, int status) {
+    MachineReport report;
+    const auto end = text.find('\n');
+    if (WIFEXITED(status) && WEXITSTATUS(status) == 0 && end != std::string::npos) {
+        std::sscanf(text.c_str(), "%d %d", &report.passed, &report.failed);
+        report.text = text.substr(end + 1);
+        return report;
+    }
+    report.failed = 1;
+    report.text = WIFSIGNALED(status) ? "  the process that worked it was ended by signal " +
+                                            std::to_string(WTERMSIG(status)) + "\n"
+                                      : "  the process that worked it said: " + text + "\n";
+    return report;
+}
+
+} // namespace
+
+RunFolder::RunFolder() {
+    const auto parent = fs::temp_directory_path();
+    sweep(parent);
+    path_ = (parent / (prefix + std::to_string(::getpid()) + ".XXXXXX")).string();
+    if (!::mkdtemp(path_.data())) throw std::runtime_error("no folder in " + parent.string());
+}
+
+RunFolder::~RunFolder() {
+    if (isKept_) return;
+    std::error_code ignored;
+    fs::remove_all(path_, ignored);
+}
+
+void Pool::start(const Machine& machine) {
+    while (static_cast<int>(workers_.size()) >= jobs_)
+        waitForOne();
+    int ends[2];
+    if (::pipe2(ends, O_CLOEXEC) != 0) throw std::runtime_error("no pipe");
+    const pid_t process = ::fork();
+    if (process < 0) throw std::runtime_error("no process");
+    if (process > 0) {
+        ::close(ends[1]);
+        workers_.push_back({process, ends[0], machine});
+        return;
+    }
+    ::prctl(PR_SET_PDEATHSIG, SIGKILL);
+    int status = 0;
+    std::string text;
+    try {
+        text = packed(work_(machine));
+    } catch (const std::exception& failure) {
+        text = failure.what();
+        status = 1;
+    }
+    for (std::size_t done = 0; done < text.size();) {
+        const auto length = ::write(ends[1], text.data() + done, text.size() - done);
+        if (length < 0) ::_exit(126);
+        done += static_cast<std::size_t>(length);
+    }
+    ::_exit(status);
+}
+
+void Pool::waitForOne() {
+    std::vector<pollfd> outputs;
+    for (const auto& worker : workers_)
+        outputs.push_back({worker.output, POLLIN, 0});
+    ::poll(outputs.data(), outputs.size(), -1);
+    for (std::size_t i = 0; i < outputs.size(); ++i) {
+        if (outputs[i].revents == 0) continue;
+        const auto worker = workers_[i];
+        const auto text = readAll(worker.output); // it comes at the worker's end, and all of it
+        ::close(worker.output);
+        int status = 0;
+        ::waitpid(worker.process, &status, 0);
+        workers_.erase(workers_.begin() + static_cast<std::ptrdiff_t>(i));
+        return done_(worker.machine, unpacked(text, status));
+    }
+}
+
+void Pool::finish() {
+    while (!workers_.empty())
+        waitForOne();
+}
+
+} // namespace corvane::oracle
