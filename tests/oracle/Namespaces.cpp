@@ -40,8 +40,8 @@ void keepMountsToOurselves() {
     require(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0, "private mounts");
 }
 
-/// In this namespace alone. Works where the folder is a mount, which the root of a chroot isn't; there it is a
-/// precaution missing.
+/// In this namespace alone. Works where the folder is a mount, which the root of a chroot isn't; there it is
+/// a precaution missing.
 void makeReadOnly(const char* folder) {
     (void)::mount(nullptr, folder, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr);
 }

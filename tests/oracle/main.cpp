@@ -179,22 +179,18 @@ private:
     int passed_ = 0, failed_ = 0, machines_ = 0;
 };
 
-int runTable(const Options& options, const std::vector<Machine>& machines, Pool& pool, const Tally& tally) {
+void runTable(const Options& options, const std::vector<Machine>& machines, Pool& pool) {
     for (const auto& machine : machines)
         if ((machine.isCore || !options.core) && std::regex_search(machine.name, std::regex(options.machine)))
             pool.start(machine);
-    pool.finish();
-    return tally.finish();
 }
 
-int runRandom(const Options& options, Pool& pool, const Tally& tally) {
+void runRandom(const Options& options, Pool& pool) {
     const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(options.random);
     auto seed = options.seed ? options.seed : std::random_device()() % 1000000000UL;
     std::printf("The first machine is random-%lu (--seed %lu)\n", seed, seed);
     while (std::chrono::steady_clock::now() < end)
         pool.start(randomMachine(seed++));
-    pool.finish();
-    return tally.finish();
 }
 
 int work(const Options& options, const std::vector<Machine>& machines, const Judge& judge,
@@ -212,13 +208,16 @@ int work(const Options& options, const std::vector<Machine>& machines, const Jud
             if (report.failed > 0 && options.random > 0)
                 std::printf("The machine was:\n%s\n", machineText(machine).c_str());
         });
-    const int status =
-        options.random > 0 ? runRandom(options, pool, tally) : runTable(options, machines, pool, tally);
+    if (options.random > 0)
+        runRandom(options, pool);
+    else
+        runTable(options, machines, pool);
+    pool.finish();
     if (options.keep && tally.hasFailures()) {
         folder.keep();
-        std::fprintf(stderr, "The files of the scenes that failed are in %s\n", folder.path().c_str());
+        std::printf("The files of the scenes that failed are in %s\n", folder.path().c_str());
     }
-    return status;
+    return tally.finish();
 }
 
 int run(const Options& options) {
