@@ -2,12 +2,13 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/file.h>
 #include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
-#include <cstring>
 #include <filesystem>
 #include <stdexcept>
 
@@ -20,16 +21,29 @@ namespace fs = std::filesystem;
 
 constexpr const char* prefix = "corvane-oracle.";
 
-/// Folders whose names hold the number of a process that is gone.
+/// An open folder that nobody else holds; -1 when somebody does. It is held by every process that has it
+/// open, and given up by the kernel when the last one ends.
+int held(const std::string& folder) {
+    const int descriptor = ::open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC);
+    if (descriptor >= 0 && ::flock(descriptor, LOCK_EX | LOCK_NB) == 0) return descriptor;
+    if (descriptor >= 0) ::close(descriptor);
+    return -1;
+}
+
+bool isOld(const fs::path& folder) {
+    std::error_code ignored;
+    return fs::file_time_type::clock::now() - fs::last_write_time(folder, ignored) > std::chrono::minutes(1);
+}
+
+/// Folders that no run holds.
 void sweep(const fs::path& parent) {
     for (const auto& entry : fs::directory_iterator(parent)) {
-        const auto name = entry.path().filename().string();
-        if (!name.starts_with(prefix)) continue;
-        const int process = std::atoi(name.c_str() + std::strlen(prefix));
-        if (process > 0 && ::kill(process, 0) != 0 && errno == ESRCH) {
-            std::error_code ignored;
-            fs::remove_all(entry.path(), ignored);
-        }
+        if (!entry.path().filename().string().starts_with(prefix) || !isOld(entry.path())) continue;
+        const int descriptor = held(entry.path());
+        if (descriptor < 0) continue;
+        std::error_code ignored;
+        fs::remove_all(entry.path(), ignored);
+        ::close(descriptor);
     }
 }
 
@@ -57,14 +71,23 @@ MachineReport unpacked(const std::string& text, int status) {
 RunFolder::RunFolder() {
     const auto parent = fs::temp_directory_path();
     sweep(parent);
-    path_ = (parent / (prefix + std::to_string(::getpid()) + ".XXXXXX")).string();
+    path_ = (parent / (prefix + std::string("XXXXXX"))).string();
     if (!::mkdtemp(path_.data())) throw std::runtime_error("no folder in " + parent.string());
+    descriptor_ = held(path_);
 }
 
 RunFolder::~RunFolder() {
-    if (isKept_) return;
     std::error_code ignored;
-    fs::remove_all(path_, ignored);
+    if (!isKept_) fs::remove_all(path_, ignored);
+    ::close(descriptor_);
+}
+
+void RunFolder::keep() {
+    const auto kept =
+        (fs::path(path_).parent_path() / ("corvane-oracle-kept" + fs::path(path_).extension().string()));
+    fs::rename(path_, kept);
+    path_ = kept;
+    isKept_ = true;
 }
 
 void Pool::start(const Machine& machine) {

@@ -17,10 +17,12 @@ public:
     RunFolder& operator=(const RunFolder&) = delete;
     ~RunFolder();
     [[nodiscard]] const std::string& path() const { return path_; }
-    void keep() { isKept_ = true; }
+    /// It stays, under a name that no later run sweeps away.
+    void keep();
 
 private:
     std::string path_;
+    int descriptor_ = -1; ///< by which other runs see that it is in use
     bool isKept_ = false;
 };
 

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <array>
 #include <cctype>
+#include <map>
 #include <set>
 
 #include "oracle/Reports.h"
@@ -47,13 +48,19 @@ Answer withoutSss(Answer answer) {
     return answer;
 }
 
-bool isAboutOurs(const std::string& question) {
-    static const std::set<std::string> ours{
-        "passwd root",       "passwd alice",     "passwd 0",     "passwd 1000",  "initgroups root",
-        "shadow root",       "initgroups alice", "shadow alice", "group root",   "group sudo",
-        "group wheel",       "group 0",          "group 27",     "gshadow sudo", "netgroup local-crew",
+/// The questions about root, alice and the groups that decide who administers the machine, the weightiest
+/// first.
+const Names& ourQuestions() {
+    static const Names ours{
+        "passwd root",       "initgroups root", "group sudo",   "group wheel",  "passwd alice",
+        "initgroups alice",  "passwd 0",        "passwd 1000",  "group root",   "group 0",
+        "group 27",          "shadow root",     "shadow alice", "gshadow sudo", "netgroup local-crew",
         "innetgr local-crew"};
-    return ours.contains(question);
+    return ours;
+}
+
+bool isAboutOurs(const std::string& question) {
+    return std::ranges::find(ourQuestions(), question) != ourQuestions().end();
 }
 
 std::string described(const Answer& answer) {
@@ -89,18 +96,27 @@ std::vector<Answer> allowed(const State& before, const State& after, const Weath
 }
 
 /// What differs, without when it was seen, so that each difference is named once.
-struct Differences {
-    std::set<std::string> known;
-    Complaints complaints;
-    std::size_t more = 0;
-
+class Differences {
+public:
     void add(const std::string& question, const std::string& when, const std::string& what) {
-        if (!known.insert(question + what).second) return;
-        if (complaints.size() < 4)
-            complaints.push_back(question + when + what);
-        else
-            ++more;
+        if (!known_.insert(question + what).second) return;
+        const auto place = std::ranges::find(ourQuestions(), question) - ourQuestions().begin();
+        complaints_.emplace(place, question + when + what);
     }
+    /// The weightiest, and how many more there are.
+    [[nodiscard]] Complaints complaints() const {
+        Complaints some;
+        for (const auto& [place, complaint] : complaints_)
+            if (some.size() < 5) some.push_back(complaint);
+        if (complaints_.size() > some.size())
+            some.push_back("and " + std::to_string(complaints_.size() - some.size()) +
+                           " more questions like these");
+        return some;
+    }
+
+private:
+    std::set<std::string> known_;
+    std::multimap<std::ptrdiff_t, std::string> complaints_;
 };
 
 void compare(const State& before, const State& after, const Weather& weather, Answers NameVerdict::*manner,
@@ -187,9 +203,7 @@ Complaints namesAsBefore(const State& before, const State& after) {
                 found);
     }
     compare(before, after, weathers[0], &NameVerdict::all, ", with an SSSD that answers", found);
-    if (found.more > 0)
-        found.complaints.push_back("and " + std::to_string(found.more) + " more questions like these");
-    return found.complaints;
+    return found.complaints();
 }
 
 Complaints servedAsShown(const Names& path, const State& after) {

@@ -115,8 +115,16 @@ private:
             addRefusal(machine, rest, key == "refuses");
         else if (key == "verdict")
             machine.verdict.push_back(rest);
+        else if (key == "never")
+            machine.never.push_back(rest);
+        else if (key == "path")
+            machine.path = words(rest);
+        else if (key == "complaint")
+            machine.complaints.push_back(rest);
         else if (key == "file")
-            startFile(machine, words(rest));
+            startFile(machine.files, words(rest));
+        else if (key == "after")
+            startFile(machine.after, words(rest));
         else
             throw std::runtime_error("unknown: @" + key);
     }
@@ -147,12 +155,12 @@ private:
     }
 
     /// PATH = TEXT, PATH absent, or PATH [escaped] [crlf] [MODE] and the lines that follow.
-    void startFile(Machine& machine, const std::vector<std::string>& rest) {
+    void startFile(Files& files, const std::vector<std::string>& rest) {
         if (rest.empty()) throw std::runtime_error("a file has no path");
         const auto& path = rest.front();
-        if (rest.size() == 2 && rest[1] == "absent") return void(machine.files.erase(path));
+        if (rest.size() == 2 && rest[1] == "absent") return void(files.erase(path));
         const bool isSssd = path.starts_with("etc/sssd/");
-        auto& file = machine.files[path] = {"", static_cast<mode_t>(isSssd ? 0600 : 0644)};
+        auto& file = files[path] = {"", static_cast<mode_t>(isSssd ? 0600 : 0644)};
         if (rest.size() >= 3 && rest[1] == "=") {
             for (std::size_t i = 2; i < rest.size(); ++i)
                 file.content += textNamed(rest[i]);

@@ -25,7 +25,13 @@ struct Machine {
     bool isBroken = false; ///< SSSD doesn't start on it whatever its domains are
     std::vector<Refusal> refusals;
     Files files;
-    std::vector<std::string> verdict; ///< lines that the readers' verdict must have, as regular expressions
+    /// For the self-check: lines that the readers' verdict must have and must not have, as regular
+    /// expressions.
+    std::vector<std::string> verdict, never;
+    /// Also for the self-check: the files after a change, what the window then shows, and what has to be
+    /// wrong.
+    Files after;
+    std::vector<std::string> path, complaints;
 
     /// What is said about the scene; none when nothing is.
     [[nodiscard]] const Refusal* refusalOf(std::string_view scene) const;

@@ -40,8 +40,11 @@ void keepMountsToOurselves() {
     require(::mount(nullptr, "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0, "private mounts");
 }
 
-/// Works where the root folder is a mount, which it isn't in a chroot; there it is a precaution missing.
-void makeRootReadOnly() { (void)::mount(nullptr, "/", nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr); }
+/// In this namespace alone. Works where the folder is a mount, which the root of a chroot isn't; there it is
+/// a precaution missing.
+void makeReadOnly(const char* folder) {
+    (void)::mount(nullptr, folder, nullptr, MS_REMOUNT | MS_BIND | MS_RDONLY, nullptr);
+}
 
 void raiseLoopback() {
     const int socket = ::socket(AF_INET, SOCK_DGRAM | SOCK_CLOEXEC, 0);
@@ -75,7 +78,8 @@ void furnish(const Files& files) {
         for (const auto* folder : {"db", "pipes/private", "mc", "pubconf/krb5.include.d", "gpo_cache",
                                    "keytabs", "secrets", "deskprofile"})
             fs::create_directories(std::string("/var/lib/sss/") + folder);
-    makeRootReadOnly();
+    makeReadOnly("/");
+    makeReadOnly("/dev");
     require(::mount("proc", "/proc", "proc", MS_NOSUID | MS_NODEV | MS_NOEXEC, nullptr) == 0, "/proc");
     raiseLoopback();
     require(::sethostname(hostName, std::strlen(hostName)) == 0, "the host's name");
@@ -170,7 +174,8 @@ void protectMachine(const std::string& writable) {
     for (const auto* folder : {"/run", "/var/log", "/var/tmp"})
         mountMemory(folder);
     std::filesystem::create_directory("/var/log/sssd");
-    makeRootReadOnly();
+    makeReadOnly("/");
+    makeReadOnly("/dev");
 }
 
 pid_t start(const std::vector<std::string>& arguments, const std::vector<std::string>& environment,

@@ -9,6 +9,9 @@
 //   corvane-oracle --list           the machines and scenes
 //   corvane-oracle --describe       what the readers say of each machine as it is, in a line
 //
+// A machine of a random run is printed when it fails, as it could stand in tests/oracle/machines; --seed N
+// begins with that very one.
+//
 // --settle MILLISECONDS: how long SSSD has to have run before it is looked at (0: once it reports itself
 // started).
 // --keep: the files of scenes that fail stay, and their folder is named.
@@ -17,6 +20,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <filesystem>
+#include <random>
 #include <regex>
 #include <string>
 
@@ -24,8 +28,10 @@
 #include "oracle/Judge.h"
 #include "oracle/MachineTexts.h"
 #include "oracle/Namespaces.h"
+#include "oracle/RandomMachines.h"
 #include "oracle/Reports.h"
 #include "oracle/Scenes.h"
+#include "oracle/SelfCheck.h"
 
 namespace {
 
@@ -147,30 +153,50 @@ private:
     std::string folder_;
 };
 
-/// The verdict's lines, for the machine's patterns.
-int selfcheck(const std::vector<Machine>& machines, const Judge& judge) {
-    int passed = 0, failed = 0;
-    for (const auto& machine : machines) {
-        const auto said = text(judge.names(machine.files)) + text(judge.sssd(machine.files));
-        for (const auto& pattern : machine.verdict) {
-            const std::regex wanted(pattern);
-            bool isThere = false;
-            for (const auto& line : parts(said, '\n'))
-                isThere = isThere || std::regex_search(line, wanted);
-            (isThere ? passed : failed)++;
-            if (!isThere)
-                std::printf("FAIL %s: no line of the verdict is like: %s\n%s", machine.name.c_str(),
-                            pattern.c_str(), said.c_str());
-        }
-    }
-    std::printf("%d passed, %d failed\n", passed, failed);
-    return failed == 0 && passed > 0 ? 0 : 1;
+int runSelfCheck(const std::vector<Machine>& machines, const Judge& judge) {
+    const auto check = selfCheck(machines, judge);
+    std::printf("%s%d passed, %d failed\n", check.text.c_str(), check.passed, check.failed);
+    return check.failed == 0 && check.passed > 0 ? 0 : 1;
 }
 
-int runTable(const Options& options, const std::vector<Machine>& machines, const Judge& judge,
-             RunFolder& folder) {
+/// Counts what comes back, and prints what failed as it comes.
+class Tally {
+public:
+    void add(const MachineReport& report) {
+        passed_ += report.passed;
+        failed_ += report.failed;
+        ++machines_;
+        std::printf("%s", report.text.c_str());
+        std::fflush(stdout);
+    }
+    int finish() const {
+        std::printf("%d machines\n%d passed, %d failed\n", machines_, passed_, failed_);
+        return failed_ == 0 && passed_ > 0 ? 0 : 1;
+    }
+    [[nodiscard]] bool hasFailures() const { return failed_ > 0; }
+
+private:
+    int passed_ = 0, failed_ = 0, machines_ = 0;
+};
+
+void runTable(const Options& options, const std::vector<Machine>& machines, Pool& pool) {
+    for (const auto& machine : machines)
+        if ((machine.isCore || !options.core) && std::regex_search(machine.name, std::regex(options.machine)))
+            pool.start(machine);
+}
+
+void runRandom(const Options& options, Pool& pool) {
+    const auto end = std::chrono::steady_clock::now() + std::chrono::seconds(options.random);
+    auto seed = options.seed ? options.seed : std::random_device()() % 1000000000UL;
+    std::printf("The first machine is random-%lu (--seed %lu)\n", seed, seed);
+    while (std::chrono::steady_clock::now() < end)
+        pool.start(randomMachine(seed++));
+}
+
+int work(const Options& options, const std::vector<Machine>& machines, const Judge& judge,
+         RunFolder& folder) {
     const Table table(options, judge, folder.path());
-    int passed = 0, failed = 0, count = 0;
+    Tally tally;
     Pool pool(
         options.jobs,
         [&](const Machine& machine) {
@@ -178,23 +204,20 @@ int runTable(const Options& options, const std::vector<Machine>& machines, const
             return table.work(machine);
         },
         [&](const Machine& machine, const MachineReport& report) {
-            passed += report.passed;
-            failed += report.failed;
-            ++count;
-            if (report.failed > 0) std::printf("%s", report.text.c_str());
-            std::fflush(stdout);
-            (void)machine;
+            tally.add(report);
+            if (report.failed > 0 && options.random > 0)
+                std::printf("The machine was:\n%s\n", machineText(machine).c_str());
         });
-    for (const auto& machine : machines)
-        if ((machine.isCore || !options.core) && std::regex_search(machine.name, std::regex(options.machine)))
-            pool.start(machine);
+    if (options.random > 0)
+        runRandom(options, pool);
+    else
+        runTable(options, machines, pool);
     pool.finish();
-    if (options.keep && failed > 0) {
+    if (options.keep && tally.hasFailures()) {
         folder.keep();
         std::printf("The files of the scenes that failed are in %s\n", folder.path().c_str());
     }
-    std::printf("%d machines\n%d passed, %d failed\n", count, passed, failed);
-    return failed == 0 && passed > 0 ? 0 : 1;
+    return tally.finish();
 }
 
 int run(const Options& options) {
@@ -214,8 +237,8 @@ int run(const Options& options) {
             if (std::regex_search(machine.name, std::regex(options.machine))) describe(machine, judge);
         return 0;
     }
-    if (options.selfcheck) return selfcheck(machinesIn(machinesFolder + "/known"), judge);
-    return runTable(options, machines, judge, folder);
+    if (options.selfcheck) return runSelfCheck(machinesIn(machinesFolder + "/known"), judge);
+    return work(options, machines, judge, folder);
 }
 
 } // namespace
