@@ -44,8 +44,9 @@ void rename(SssdLines& lines, const LdapServersRequest& request) {
         lines.renameSection(passing(i), "domain/" + request.put[i].server.name);
 }
 
-std::string editedSections(const std::string& text, const LdapServersRequest& request) {
-    SssdLines lines(text);
+std::string editedSections(const SssdFile& before, const LdapServersRequest& request) {
+    SssdLines lines(before.text());
+    lines.setLastSection(before.readingEnd());
     for (const auto& name : request.remove)
         lines.removeSection("domain/" + name);
     rename(lines, request);
@@ -67,6 +68,19 @@ Failure unreadable(const std::string& evidence) {
     return {halden::ErrorCode::parameter,
             "The servers can't be written to sssd.conf, so nothing was changed.", evidence,
             "Look for unusual characters, such as quotation marks, in what was entered, and choose others."};
+}
+
+Failure overridden(const std::string& name, const std::string& snippet) {
+    return {halden::ErrorCode::parameter,
+            "The server " + name + " can't be changed here, so nothing was changed.",
+            snippet + " has a section [domain/" + name + "] too, which overrides the one in sssd.conf.",
+            "Change the server in " + snippet + ", or move its section to sssd.conf."};
+}
+
+Failure dependent(const std::string& name, const std::string& why) {
+    return {halden::ErrorCode::parameter, "The server is needed by " + name + ", so nothing was changed.",
+            "Without it SSSD couldn't use \"" + name + "\": " + why + ".",
+            "Take the section of " + name + " out of sssd.conf first."};
 }
 
 SssdFile requireReadable(const std::string& text, const Machine& machine) {
@@ -95,9 +109,16 @@ void requireMeaning(const SssdFile& before, const SssdFile& after, const LdapSer
     };
     for (const auto& put : request.put) {
         const auto found = sectionIn(after, put.server.name);
+        if (const auto snippet = after.snippetDeciding("domain/" + put.server.name); !snippet.empty())
+            throw overridden(put.server.name, snippet);
         if (found == after.domains().end() || !reads(*found, put))
             throw unreadable("The section [domain/" + put.server.name + "] would not read as it was meant.");
+        if (const auto why = found->obstacle(); !why.empty())
+            throw unreadable("SSSD couldn't use the section [domain/" + put.server.name + "]: " + why + ".");
     }
+    for (const auto& name : request.remove)
+        if (const auto snippet = after.snippetDeciding("domain/" + name); !snippet.empty())
+            throw overridden(name, snippet);
     for (const auto& domain : before.domains()) {
         const bool isSpokenOf = request.nameAfter(domain.name) != domain.name ||
                                 std::ranges::any_of(request.put, [&](const auto& put) {
@@ -105,8 +126,10 @@ void requireMeaning(const SssdFile& before, const SssdFile& after, const LdapSer
                                 });
         if (isSpokenOf) continue;
         const auto found = sectionIn(after, domain.name);
-        if (found == after.domains().end() || !(*found == domain))
+        if (found == after.domains().end() || found->options != domain.options)
             throw unreadable("The section [domain/" + domain.name + "] would change as well.");
+        if (domain.obstacle().empty() && !found->obstacle().empty())
+            throw dependent(domain.name, found->obstacle());
     }
 }
 
@@ -131,7 +154,7 @@ void followInPolicy(SearchPolicy& policy, const std::vector<DomainNode>& before,
 void apply(MachineDraft& draft, const util::Dictionary& values, const Machine& machine) {
     const auto before = machine.sssdFileWith(draft.sssd);
     const auto request = writeRequestFrom(values, before.domains());
-    auto text = editedSections(draft.sssd, request);
+    auto text = editedSections(before, request);
     const auto edited = requireReadable(text, machine);
     requireMeaning(before, edited, request);
     const auto listed = listedAfter(edited.listedDomains(), request);

@@ -170,18 +170,15 @@ void Machine::requireRevision(std::string_view revision) {
 std::string Machine::sssdTextFor(MachineDraft& draft) const {
     const auto edited = sssdFileWith(draft.sssd);
     const auto nodes = domainNodes(edited);
-    const PolicyGround ground{picture_.ground().nsswitch, edited, nodes, draft.added.takenOff};
+    const PolicyGround ground{picture_.ground().nsswitch, edited, nodes, draft.added.formerList};
     const auto names = domainsFor(draft.policy, ground);
-    if (names.empty() || names == edited.listedDomains()) return draft.sssd;
-    for (const auto& node : nodes) {
-        const auto& name = node.domain.name;
-        const bool isListed = std::ranges::find(edited.listedDomains(), name) != edited.listedDomains().end();
-        const bool isWanted = std::ranges::find(names, name) != names.end();
-        if (isWanted)
-            std::erase(draft.added.takenOff, name);
-        else if (isListed && !node.isManaged())
-            draft.added.takenOff.push_back(name);
-    }
+    const bool isServedAlready = names == edited.servedDomains() && edited.trouble().empty();
+    if (names.empty() || isServedAlready) return draft.sssd;
+    if (edited.servedDomains().empty() && !draft.added.domains && !draft.added.emptyDomains)
+        draft.added.emptyDomains = lineListing(draft.sssd); // nothing on it can be served
+    auto full = fullList(names, fullList(edited.listedDomains(), draft.added.formerList));
+    std::erase_if(full, [&](const auto& name) { return !edited.domainNamed(name); });
+    draft.added.formerList = full == names ? std::vector<std::string>() : full;
     return textListing(draft.sssd, names, draft.added);
 }
 
@@ -214,7 +211,9 @@ std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyGround& gr
     const bool wanted = !activeDirectories(draft.policy, ground).empty();
     if (draft.nodes.empty() && !ground.nodes.empty()) draft.added.nsswitch = ground.nsswitch.text();
     const auto memory = draft.added.lines;
-    auto text = ground.nsswitch.textUsingSssd(wanted, draft.added.lines);
+    const bool isIdle = !wanted && activeDirectories(picture_.policy(), picture_.ground()).empty() &&
+                        servedNodes(ground).empty();
+    auto text = isIdle ? ground.nsswitch.text() : ground.nsswitch.textUsingSssd(wanted, draft.added.lines);
     if (!ground.nodes.empty() || !draft.added.nsswitch) return text;
     const NsswitchFile former(*std::exchange(draft.added.nsswitch, std::nullopt),
                               folder_.pathOf(machineFile::nsswitch));
@@ -255,7 +254,7 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
     const auto sssd = sssdTextFor(draft);
     const auto after = sssdFileWith(sssd);
     const auto nodes = domainNodes(after);
-    const PolicyGround ground{before.nsswitch, after, nodes, draft.added.takenOff};
+    const PolicyGround ground{before.nsswitch, after, nodes, draft.added.formerList};
     requireServed(draft.policy, ground);
     const auto nsswitch = nsswitchTextFor(draft, ground);
     if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())

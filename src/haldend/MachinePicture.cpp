@@ -129,7 +129,7 @@ const DisabledConnectors& MachinePicture::disabledConnectors() const {
 PolicyGround MachinePicture::ground() const {
     raise(nsswitchTrouble_);
     raise(sssdTrouble_);
-    return {*nsswitch_, *sssd_, nodes_, additions_.takenOff};
+    return {*nsswitch_, *sssd_, nodes_, additions_.formerList};
 }
 
 } // namespace corvane::haldend

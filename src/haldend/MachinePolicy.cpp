@@ -26,6 +26,20 @@ std::vector<std::string> usableNodes(const std::vector<DomainNode>& nodes,
     return names;
 }
 
+std::vector<std::string> fullList(const std::vector<std::string>& now,
+                                  const std::vector<std::string>& formerList) {
+    auto next = formerList.begin();
+    const bool isPart = std::ranges::all_of(now, [&](const auto& name) {
+        next = std::find(next, formerList.end(), name);
+        return next != formerList.end() && (++next, true);
+    });
+    if (isPart) return formerList.empty() ? now : formerList;
+    auto names = now;
+    for (const auto& name : formerList)
+        if (!contains(names, name)) names.push_back(name);
+    return names;
+}
+
 std::vector<std::string> automaticNodes(const PolicyGround& ground, const DisabledConnectors& disabled) {
     std::vector<std::string> managed;
     for (const auto& node : ground.nodes)
@@ -33,8 +47,7 @@ std::vector<std::string> automaticNodes(const PolicyGround& ground, const Disabl
     auto line = ground.sssd.listedDomains();
     for (const auto& section : ground.sssd.servedDomains())
         if (!contains(line, section)) line.push_back(section);
-    for (const auto& section : ground.takenOff)
-        if (!contains(line, section)) line.push_back(section);
+    line = fullList(line, ground.formerList);
     std::vector<std::string> names;
     auto next = managed.begin();
     for (const auto& section : line) {

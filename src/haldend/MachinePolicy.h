@@ -33,9 +33,8 @@ struct MachinePolicy {
 struct PolicyGround {
     const NsswitchFile& nsswitch;
     const SssdFile& sssd;
-    const std::vector<DomainNode>& nodes; ///< of `sssd`, whatever their connectors
-    const std::vector<std::string>&
-        takenOff; ///< sections of other programs that this service took off the line
+    const std::vector<DomainNode>& nodes;       ///< of `sssd`, whatever their connectors
+    const std::vector<std::string>& formerList; ///< names on the line before this service took some off
 };
 
 /// Names of the directories that can be put on a policy: those whose connector is on, in the file's order.
@@ -50,6 +49,10 @@ struct PolicyGround {
                                                          const PolicyGround& ground);
 /// The names for the `domains` line, none when the line stays as it is: no directory is consulted then.
 [[nodiscard]] std::vector<std::string> domainsFor(const MachinePolicy& policy, const PolicyGround& ground);
+/// The names of the line in their full order: those on it now, with those of `formerList` in their places
+/// where the order hasn't been changed since, else after them.
+[[nodiscard]] std::vector<std::string> fullList(const std::vector<std::string>& now,
+                                                const std::vector<std::string>& formerList);
 /// The directories that the machine consults now, by its files.
 [[nodiscard]] std::vector<std::string> servedNodes(const PolicyGround& ground);
 

@@ -8,8 +8,7 @@
 namespace corvane::haldend {
 namespace {
 
-constexpr std::array<std::string_view, 5> sssdDatabases{"passwd", "group", "shadow", "netgroup",
-                                                        "initgroups"};
+constexpr std::array<std::string_view, 2> accountDatabases{"passwd", "group"};
 constexpr std::array<std::string_view, 3> requiredDatabases{"passwd", "group", "initgroups"};
 /// Those that the C library reads; a line about anything else is another program's.
 constexpr std::array<std::string_view, 17> libraryDatabases{
@@ -56,8 +55,8 @@ Failure unreadable(const std::string& path, std::size_t number, const std::strin
 Failure unreachable(const std::string& path, std::size_t number, const std::string& line,
                     const std::string& stop) {
     return {halden::ErrorCode::storage, "The machine can't be told to look users up in a directory.",
-            "In " + path + ", line " + std::to_string(number) + ", \"" + shown(line) +
-                "\", the search ends at \"" + stop + "\", before SSSD would be asked.",
+            "SSSD would not be reached: in " + path + ", line " + std::to_string(number) + ", \"" +
+                shown(line) + "\", the search ends at \"" + stop + "\".",
             "Take the reaction that ends the search out of that line, then apply again."};
 }
 
@@ -79,12 +78,12 @@ NsswitchLinePair* pairOf(NsswitchMemory& memory, std::string_view database) {
     return found == memory.end() ? nullptr : &*found;
 }
 
-/// What the administrator had for the wanted state; none when the line has been edited since.
-std::optional<std::string> formerLine(NsswitchMemory& memory, const NsswitchLine& line, bool wanted) {
-    const auto* pair = pairOf(memory, line.database());
-    if (!pair || line.text() != (wanted ? pair->without : pair->with)) return std::nullopt;
-    const auto former = NsswitchLine::parse(wanted ? pair->with : pair->without);
-    return former && former->asks("sss") == wanted ? std::make_optional(former->text()) : std::nullopt;
+/// What the line was in the wanted state before; none when it has been edited since.
+std::optional<std::string> formerLine(NsswitchMemory& memory, const std::string& database,
+                                      const std::string& line, bool wanted) {
+    const auto* pair = pairOf(memory, database);
+    if (!pair || pair->without.empty() || line != (wanted ? pair->without : pair->with)) return std::nullopt;
+    return wanted ? pair->with : pair->without;
 }
 
 void remember(NsswitchMemory& memory, NsswitchLinePair pair) {
@@ -159,17 +158,20 @@ std::string NsswitchFile::changed(std::size_t index, bool wanted, NsswitchMemory
 }
 
 /// A machine that finds users but not their groups, or the other way round, is half configured.
-void NsswitchFile::complete(std::vector<std::string>& lines, NsswitchMemory& memory) const {
+void NsswitchFile::complete(std::vector<std::string>& lines, NsswitchMemory& memory, bool isAsItWas) const {
     const auto passwd = lineOf("passwd"), group = lineOf("group");
     if (passwd.has_value() == group.has_value()) return;
-    const auto present = passwd ? *passwd : *group;
     const std::string database = passwd ? "group" : "passwd";
-    const auto text = database + ": files sss\n";
-    lines[present] += text;
+    const auto* pair = pairOf(memory, database);
+    const bool wasAdded = pair && pair->without.empty();
+    if (isAsItWas && !wasAdded) return;
+    const auto text = wasAdded ? pair->with : database + ": files sss\n";
+    lines[passwd ? *passwd : *group] += text;
     remember(memory, {database, "", text});
 }
 
-void NsswitchFile::takeBack(std::vector<std::string>& lines, NsswitchMemory& memory) const {
+/// The lines that were added to complete the file.
+void NsswitchFile::takeBack(std::vector<std::string>& lines, const NsswitchMemory& memory) const {
     for (const auto& pair : memory)
         if (pair.without.empty())
             if (const auto index = lineOf(pair.database); index && lines_[*index] == pair.with)
@@ -178,21 +180,23 @@ void NsswitchFile::takeBack(std::vector<std::string>& lines, NsswitchMemory& mem
 
 std::string NsswitchFile::textUsingSssd(bool wanted, NsswitchMemory& memory) const {
     auto lines = lines_;
+    const bool isTurned = usesSssd() != wanted;
     bool isAsItWas = false; // users or groups are looked up as the administrator once had it
     if (wanted && !lineOf("passwd") && !lineOf("group")) throw missingDatabases(path_);
-    for (const auto database : sssdDatabases)
-        if (const auto index = lineOf(database)) {
-            const auto* pair = pairOf(memory, database);
-            const bool isOurs = !wanted && pair && pair->without.empty() && lines_[*index] == pair->with;
-            if (isOurs) continue;
-            const auto former = formerLine(memory, *NsswitchLine::parse(lines_[*index]), wanted);
-            lines[*index] = former ? *former : changed(*index, wanted, memory);
-            isAsItWas = isAsItWas || (former && (database == "passwd" || database == "group"));
+    if (!wanted) takeBack(lines, memory);
+    for (const std::string database : {"passwd", "group", "shadow", "netgroup", "initgroups"}) {
+        const auto index = lineOf(database);
+        if (!index || lines[*index].empty()) continue;
+        auto& line = lines[*index];
+        if (auto former = formerLine(memory, database, line, wanted)) {
+            line = std::move(*former);
+            isAsItWas = isAsItWas || contains(accountDatabases, database);
+            continue;
         }
-    if (wanted && !isAsItWas)
-        complete(lines, memory);
-    else if (!wanted)
-        takeBack(lines, memory);
+        line = changed(*index, wanted, memory);
+        if (isTurned && line == lines_[*index]) remember(memory, {database, line, line});
+    }
+    if (wanted) complete(lines, memory, isAsItWas);
     return joined(lines);
 }
 

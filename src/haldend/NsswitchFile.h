@@ -47,8 +47,8 @@ private:
     [[nodiscard]] std::string changed(std::size_t index, bool wanted, NsswitchMemory& memory) const;
     [[nodiscard]] std::string computed(std::size_t index, bool wanted) const;
     void requireReadable() const;
-    void complete(std::vector<std::string>& lines, NsswitchMemory& memory) const;
-    void takeBack(std::vector<std::string>& lines, NsswitchMemory& memory) const;
+    void complete(std::vector<std::string>& lines, NsswitchMemory& memory, bool isAsItWas) const;
+    void takeBack(std::vector<std::string>& lines, const NsswitchMemory& memory) const;
 
     std::string text_;
     std::string path_;

@@ -41,6 +41,9 @@ public:
         return true;
     }
 
+    /// Where the meaning ends: at a bracket that follows no source, or at the end.
+    [[nodiscard]] std::size_t end() const { return at_; }
+
 private:
     [[nodiscard]] bool isAtEnd() const { return at_ >= text_.size(); }
     [[nodiscard]] bool isAt(char c) const { return !isAtEnd() && text_[at_] == c; }
@@ -103,6 +106,8 @@ private:
     std::size_t numberSign_;
 };
 
+bool isSss(const NsswitchSource& source) { return source.name == sss; }
+
 constexpr std::size_t mostVaried = 6; // 4 to the 6th combinations; longer lines are comments in disguise
 
 using Answers = std::vector<LookupStatus>;
@@ -161,7 +166,9 @@ std::optional<NsswitchLine> NsswitchLine::parse(std::string_view text) {
     while (at < whole.size() && (isBlank(whole[at]) || whole[at] == ':'))
         ++at;
     line.sourcesBegin_ = at;
-    line.isRejected_ = !SourceReader(whole, at).read(line.sources_);
+    SourceReader reader(whole, at);
+    line.isRejected_ = !reader.read(line.sources_);
+    line.meaningEnd_ = reader.end();
     return line;
 }
 
@@ -171,16 +178,16 @@ NsswitchLine::Search NsswitchLine::search(const std::vector<LookupStatus>& answe
     for (std::size_t i = 0; i < sources_.size(); ++i) {
         result.asked.push_back(i);
         auto status = answers[i];
-        // Only groups can be added up; for others a second record is an error, which counts as no answer.
-        if (isMerging && status == LookupStatus::success && !mergesGroups()) return {result.asked, false};
-        const auto action = sources_[i].reactionTo(status);
-        const bool isLast = i + 1 == sources_.size();
-        result.isFound = status == LookupStatus::success || isMerging || (addsUp() && result.isFound);
-        if (status == LookupStatus::success && action == LookupAction::merge) {
-            isMerging = true;
-            if (isLast && !mergesGroups()) result.isFound = false; // what was kept is never given back
+        if (isMerging) { // what was kept is given back; a second record can only be added for groups
+            const bool isRefused = status == LookupStatus::success && !mergesGroups();
+            status = isRefused ? LookupStatus::unavailable : LookupStatus::success;
+            isMerging = false;
         }
+        const auto action = sources_[i].reactionTo(status);
+        result.isFound = status == LookupStatus::success || (addsUp() && result.isFound);
         if (action == LookupAction::stop) return result;
+        isMerging = status == LookupStatus::success && action == LookupAction::merge;
+        if (isMerging && i + 1 == sources_.size() && !mergesGroups()) result.isFound = false;
     }
     return result;
 }
@@ -208,7 +215,19 @@ std::string NsswitchLine::stopBeforeSss() const {
     return {};
 }
 
+/// What comes after the end of the meaning would come to life again behind another source.
+NsswitchLine NsswitchLine::cutToMeaning() const {
+    if (meaningEnd_ >= text_.size()) return *this;
+    const auto lineEnd = text_.substr(std::min(text_.find_last_not_of("\r\n") + 1, text_.size()));
+    auto kept = text_.substr(0, text_.find_last_not_of(" \t", meaningEnd_ - 1) + 1);
+    return *parse(kept + lineEnd);
+}
+
 std::optional<std::string> NsswitchLine::withSss() const {
+    if (meaningEnd_ < text_.size() && std::ranges::none_of(sources_, isSss)) {
+        const auto cut = cutToMeaning();
+        if (cut.meaningEnd_ == cut.text_.size()) return cut.withSss();
+    }
     const auto real = realSources();
     const auto named = [&](std::string_view name) {
         return std::ranges::find_if(real, [&](auto index) { return sources_[index].name == name; });
@@ -229,13 +248,15 @@ std::string NsswitchLine::withSssAfter(std::size_t anchor, bool isLast) const {
     const auto& source = sources_[anchor];
     auto text = text_;
     if (!isLast) {
-        const bool merges = mergesGroups() && source.reactionTo(LookupStatus::success) == LookupAction::merge;
+        const bool merges = source.reactionTo(LookupStatus::success) == LookupAction::merge;
         const auto next = sources_[anchor + 1].begin;
-        const std::string word = merges ? "sss [SUCCESS=merge] " : "sss ";
+        const std::string word = merges     ? "sss [SUCCESS=merge] "
+                                 : addsUp() ? "sss [SUCCESS=continue] "
+                                            : "sss ";
         return text.insert(next, isBlank(text[next - 1]) ? word : " " + word);
     }
     // With a line of their own the groups of a user end with the first source that knows one.
-    const bool isGroupList = database_ == "initgroups" && !source.hasReactions();
+    const bool isGroupList = addsUp() && !source.hasReactions();
     return text.insert(source.end, isGroupList ? " [SUCCESS=continue] sss" : " sss");
 }
 
@@ -262,14 +283,15 @@ std::string NsswitchLine::withSssErased() const {
 }
 
 std::string NsswitchLine::withoutSss() const {
-    if (std::ranges::find(sources_, sss, &NsswitchSource::name) == sources_.end()) return text_;
+    if (std::ranges::none_of(sources_, isSss)) return text_;
+    if (meaningEnd_ < text_.size()) return cutToMeaning().withoutSss();
     auto text = withSssErased();
     const auto line = parse(text);
-    if (!line || line->sources_.empty() || line->keepsOthersOf(*this)) return text;
-    // A reaction that passed on to `sss` has nothing left to pass on to.
-    const auto real = line->realSources();
-    if (real.empty()) return text;
+    const auto real = line ? line->realSources() : std::vector<std::size_t>();
+    if (real.empty() || !isSss(sources_[realSources().back()])) return text;
+    // A reaction that passed a success on to `sss` has nothing left to pass it on to.
     const auto& last = line->sources_[real.back()];
+    if (last.reactionTo(LookupStatus::success) == LookupAction::stop) return text;
     return text.erase(last.nameEnd, last.end - last.nameEnd);
 }
 

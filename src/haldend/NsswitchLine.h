@@ -77,11 +77,13 @@ private:
     [[nodiscard]] bool mergesGroups() const { return database_ == "group"; }
     [[nodiscard]] std::string withSssAfter(std::size_t anchor, bool isLast) const;
     [[nodiscard]] std::string withSssErased() const;
+    [[nodiscard]] NsswitchLine cutToMeaning() const;
 
     std::string text_;
     std::string database_;
     std::vector<NsswitchSource> sources_;
     std::size_t sourcesBegin_ = 0;
+    std::size_t meaningEnd_ = 0;
     bool isRejected_ = false;
 };
 

@@ -21,7 +21,7 @@ constexpr const char* linesKey = "NsswitchLines";
 constexpr const char* databaseKey = "Database";
 constexpr const char* withoutKey = "Without";
 constexpr const char* withKey = "With";
-constexpr const char* takenOffKey = "TakenOffTheLine";
+constexpr const char* formerListKey = "FormerDomains";
 constexpr int version = 1;
 
 constexpr std::pair<const char*, bool MachineAdditions::*> additionNames[] = {
@@ -46,7 +46,7 @@ void store(const MachineAdditions& added, util::ValueMap& values) {
         lines.push_back(util::Dictionary{
             {databaseKey, line.database}, {withoutKey, dataOf(line.without)}, {withKey, dataOf(line.with)}});
     if (!lines.empty()) values.emplace(linesKey, util::Array(std::move(lines)));
-    if (!added.takenOff.empty()) values.emplace(takenOffKey, util::Array::ofTexts(added.takenOff));
+    if (!added.formerList.empty()) values.emplace(formerListKey, util::Array::ofTexts(added.formerList));
 }
 
 std::optional<std::string> optionalBytes(const util::Dictionary& values, const char* key) {
@@ -76,7 +76,7 @@ MachineAdditions additionsFrom(const util::Dictionary& values) {
     added.emptyDomains = optionalBytes(values, emptyDomainsKey);
     added.nsswitch = optionalBytes(values, nsswitchBeforeKey);
     added.lines = linesFrom(values);
-    added.takenOff = values.valueForKey(takenOffKey).as<util::Array>().texts();
+    added.formerList = values.valueForKey(formerListKey).as<util::Array>().texts();
     return added;
 }
 

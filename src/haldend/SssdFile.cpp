@@ -37,6 +37,14 @@ bool isUsualCharacter(unsigned char c) {
     return std::isalnum(c) || c == '.' || c == '-' || c == '_' || c == '*';
 }
 
+/// True for a title with a sign that separates names in SSSD's own data base: it reads nothing from there on.
+bool endsReading(std::string_view title) {
+    const bool isQuoted = std::ranges::count(title, '"') == 2 && title.ends_with('"') &&
+                          title.find("/\"") != std::string_view::npos;
+    return title.find_first_of(",=+;<>") != std::string_view::npos ||
+           (!isQuoted && title.find('"') != std::string_view::npos);
+}
+
 /// The name in a title like "domain/staff" as it is written; "" when the title is about something else.
 std::string nameIn(const std::string& title, std::string_view prefix) {
     if (!foldedTitle(title).starts_with(prefix)) return {};
@@ -105,7 +113,9 @@ std::optional<bool> SssdDomain::enabled() const {
 std::string SssdDomain::obstacle() const {
     if (name.empty() || !std::ranges::all_of(name, isUsualCharacter))
         return "its name has a character that SSSD doesn't take there";
+    if (!outside.empty()) return outside;
     if (enabled() == false) return "it says \"enabled = false\"";
+    if (option("ldap_search_base").starts_with('"')) return "its ldap_search_base is in quotation marks";
     const auto provider = option("id_provider");
     if (isApplication && provider.empty()) return {};
     if (provider.empty()) return "it has no id_provider";
@@ -137,22 +147,40 @@ void SssdFile::readSections() {
             continue; // SSSD passes over it as well
         }
     }
-    std::string line;
     for (const auto& section : configuration.sections()) {
-        if (foldedTitle(section.title) == mainSection) {
-            line = valueIn(section, "domains");
-            servesFiles_ = foldedCase(valueIn(section, "enable_files_domain")) == "true";
-            continue;
-        }
-        const bool isApplication = foldedTitle(section.title).starts_with(applicationPrefix);
-        const auto name = nameIn(section.title, isApplication ? applicationPrefix : domainPrefix);
-        if (name.empty() || name.find('/') != std::string::npos) continue;
-        if (!domainNamed(name)) domains_.push_back({name, {}, isApplication});
-        auto& options = const_cast<SssdDomain*>(domainNamed(name))->options;
-        for (const auto& option : section.options)
-            options.insert_or_assign(foldedCase(option.key), option.value);
+        if (readingEnd_.empty() && endsReading(section.title)) readingEnd_ = section.title;
+        readSection(section);
     }
-    readList(line);
+    findOrphans();
+    readList(line_);
+}
+
+void SssdFile::readSection(const IniSection& section) {
+    const auto title = foldedTitle(section.title);
+    if (title == mainSection && readingEnd_.empty()) {
+        line_ = valueIn(section, "domains");
+        servesFiles_ = foldedCase(valueIn(section, "enable_files_domain")) == "true";
+    }
+    if (title == domainPrefix) trouble_ = "A section [domain/] has no name.";
+    const bool isApplication = title.starts_with(applicationPrefix);
+    const auto name = nameIn(section.title, isApplication ? applicationPrefix : domainPrefix);
+    if (name.empty() || name.find('/') != std::string::npos) return;
+    auto found =
+        std::ranges::find(domains_, foldedCase(name), [](const auto& one) { return foldedCase(one.name); });
+    if (found == domains_.end()) {
+        const bool isRead = readingEnd_.empty() || readingEnd_ == section.title;
+        const auto outside = isRead ? "" : "SSSD stops reading at [" + readingEnd_ + "]";
+        found = domains_.insert(domains_.end(), {name, {}, isApplication, outside});
+    }
+    for (const auto& option : section.options)
+        found->options.insert_or_assign(foldedCase(option.key), option.value);
+}
+
+void SssdFile::findOrphans() {
+    for (auto& domain : domains_)
+        if (const auto parent = domain.option("inherit_from");
+            domain.isApplication && !parent.empty() && !domainNamed(parent))
+            domain.outside = "it inherits from [domain/" + parent + "], which isn't there";
 }
 
 void SssdFile::readList(const std::string& line) {
@@ -192,10 +220,12 @@ std::string SssdFile::snippetDeciding(std::string_view section, std::string_view
     std::string path;
     for (const auto& snippet : snippets_) {
         try {
-            for (const auto& found : IniConfiguration(snippet.text).sections())
-                for (const auto& option : found.options)
-                    if (foldedTitle(found.title) == foldedTitle(section) && foldedCase(option.key) == key)
-                        path = snippet.path;
+            for (const auto& found : IniConfiguration(snippet.text).sections()) {
+                const bool isSet = std::ranges::any_of(
+                    found.options, [&](const auto& option) { return foldedCase(option.key) == key; });
+                if (foldedTitle(found.title) == foldedTitle(section) && (key.empty() || isSet))
+                    path = snippet.path;
+            }
         } catch (const IniDamage&) {
             continue;
         }

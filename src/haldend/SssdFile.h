@@ -10,6 +10,8 @@
 
 namespace corvane::haldend {
 
+struct IniSection;
+
 /// One `[domain/NAME]` section, or `[application/NAME]`: something that SSSD can serve users from. A password
 /// among its options is wiped when the object is destroyed.
 struct SssdDomain {
@@ -17,6 +19,7 @@ struct SssdDomain {
     std::map<std::string, std::string, std::less<>>
         options; ///< keys in lower case, values as SSSD reads them
     bool isApplication = false;
+    std::string outside{}; ///< why SSSD doesn't get to the section, a clause; "" when it does
 
     ~SssdDomain();
     friend bool operator==(const SssdDomain&, const SssdDomain&) = default;
@@ -62,13 +65,18 @@ public:
     /// The sections that SSSD serves, in its order: those on the line and those that are enabled by
     /// themselves.
     [[nodiscard]] const std::vector<std::string>& servedDomains() const { return served_; }
+    /// The title after which SSSD reads nothing more; "" for none.
+    [[nodiscard]] const std::string& readingEnd() const { return readingEnd_; }
     /// Why SSSD wouldn't start, a sentence; "" when it would.
     [[nodiscard]] const std::string& trouble() const { return trouble_; }
-    /// The snippet that decides the value of an option; "" when none does.
-    [[nodiscard]] std::string snippetDeciding(std::string_view section, std::string_view key) const;
+    /// The snippet that decides the value of an option; "" when none does. Without a key: the last one that
+    /// has the section.
+    [[nodiscard]] std::string snippetDeciding(std::string_view section, std::string_view key = {}) const;
 
 private:
     void readSections();
+    void readSection(const IniSection& section);
+    void findOrphans();
     void readList(const std::string& line);
     void decideServed();
 
@@ -76,8 +84,9 @@ private:
     std::vector<SssdSnippet> snippets_;
     std::string path_;
     std::vector<SssdDomain> domains_;
+    std::string line_; ///< the value of `domains`
     std::vector<std::string> listed_, served_;
-    std::string trouble_;
+    std::string readingEnd_, trouble_;
     bool servesFiles_ = false; ///< the machine's own files, which SSSD can serve beside the sections
 };
 

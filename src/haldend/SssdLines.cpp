@@ -147,8 +147,10 @@ void SssdLines::replaceLine(std::string_view section, std::string_view key, std:
 }
 
 void SssdLines::appendSection(std::string_view section) {
-    if (!lines_.empty()) insert(lines_.size(), lineEnd_);
-    insert(lines_.size(), titled(section) + lineEnd_);
+    const auto last = lastSection_.empty() ? std::vector<Block>() : blocksOf(lastSection_);
+    const auto at = last.empty() ? lines_.size() : last.front().title;
+    insert(at, titled(section) + lineEnd_);
+    if (lines_.size() > 1) insert(at, lineEnd_);
 }
 
 void SssdLines::prependSection(std::string_view section) {

@@ -34,7 +34,9 @@ public:
     /// Puts another line in its place; nothing happens when there is none.
     void replaceLine(std::string_view section, std::string_view key, std::string_view line);
 
-    /// At the end, behind an empty line.
+    /// From here on sections are added before this one; "" for none.
+    void setLastSection(std::string section) { lastSection_ = std::move(section); }
+    /// At the end, after an empty line.
     void appendSection(std::string_view section);
     /// At the start, before an empty line.
     void prependSection(std::string_view section);
@@ -65,6 +67,7 @@ private:
     std::vector<bool> comments_; ///< for each line: part of a comment of several lines
     std::string mark_;           ///< a byte order mark
     std::string lineEnd_;        ///< what a new line ends with before its "\n"
+    std::string lastSection_;
     bool endsWithNewline_;
 };
 

@@ -29,9 +29,7 @@ void addLine(SssdLines& lines, const std::vector<std::string>& names, MachineAdd
 }
 
 void takeAway(SssdLines& lines, MachineAdditions& added) {
-    if (added.domains)
-        lines.remove(mainSection, domainsKey);
-    else if (added.emptyDomains)
+    if (added.emptyDomains && !added.domains)
         lines.replaceLine(mainSection, domainsKey, *added.emptyDomains);
     else
         lines.remove(mainSection, domainsKey);
@@ -51,13 +49,16 @@ std::string textListing(const std::string& text, const std::vector<std::string>&
         takeAway(lines, added);
     else if (!lines.has(mainSection, domainsKey))
         addLine(lines, names, added);
-    else if (const auto listed = lines.value(mainSection, domainsKey); listed.empty()) {
-        added.emptyDomains = lines.line(mainSection, domainsKey);
+    else if (!std::ranges::equal(domainsIn(lines.value(mainSection, domainsKey)), names, {}, foldedCase,
+                                 foldedCase))
         lines.set(mainSection, domainsKey, commaJoined(names));
-    } else if (!std::ranges::equal(domainsIn(listed), names, {}, foldedCase, foldedCase)) {
-        lines.set(mainSection, domainsKey, commaJoined(names));
-    }
     return lines.text();
+}
+
+std::optional<std::string> lineListing(const std::string& text) {
+    const SssdLines lines(text);
+    if (!lines.has(mainSection, domainsKey)) return std::nullopt;
+    return lines.line(mainSection, domainsKey);
 }
 
 } // namespace corvane::haldend

@@ -17,14 +17,14 @@ struct MachineAdditions {
     bool section = false;  ///< its section `[sssd]`
     bool services = false; ///< the line `services` there
     bool domains = false;  ///< the line `domains` there
-    /// That line as it was found without a name.
+    /// That line as it was found, without a name that can be served.
     std::optional<std::string> emptyDomains;
     /// nsswitch.conf when the machine had no directory yet: some machines ask SSSD already then.
     std::optional<std::string> nsswitch;
     /// How lines of nsswitch.conf read with and without SSSD.
     NsswitchMemory lines;
-    /// Directories of providers that aren't managed here and that this service took off the `domains` line.
-    std::vector<std::string> takenOff;
+    /// The names that were on the `domains` line, in their order, before this service took some off.
+    std::vector<std::string> formerList;
     friend bool operator==(const MachineAdditions&, const MachineAdditions&) = default;
 };
 
@@ -34,5 +34,8 @@ struct MachineAdditions {
 /// again, and so is a line that isn't ours: SSSD doesn't start with an empty one.
 [[nodiscard]] std::string textListing(const std::string& text, const std::vector<std::string>& names,
                                       MachineAdditions& added);
+
+/// The line `domains` as it is; none when there is none.
+[[nodiscard]] std::optional<std::string> lineListing(const std::string& text);
 
 } // namespace corvane::haldend

@@ -42,6 +42,13 @@ std::string problemsIn(const std::string& report) {
     return problems;
 }
 
+/// The folder has another name each time.
+std::string without(std::string text, const std::string& part) {
+    for (auto at = text.find(part); at != std::string::npos; at = text.find(part, at))
+        text.erase(at, part.size());
+    return text;
+}
+
 std::string newLines(const std::string& found, const std::string& known) {
     std::istringstream lines(found);
     std::string result;
@@ -74,12 +81,14 @@ std::string SssdValidator::findings(const std::string& text) const {
     const auto outcome =
         runProcess({tool_, "config-check", "-c", candidate, "-s", snippets}, std::chrono::seconds(10));
     if (outcome.status == 0) return {};
-    const auto problems = problemsIn(outcome.output);
-    return problems.empty() ? "[sssctl] " + outcome.output + "\n" : problems;
+    const auto output = without(outcome.output, folder.path() + "/");
+    const auto problems = problemsIn(output);
+    return problems.empty() ? "[sssctl] " + output + "\n" : problems;
 }
 
 void SssdValidator::check(const std::string& candidate, const std::string& current) {
-    if (!isUsable()) return;
+    const bool isBlank = candidate.find_first_not_of(" \t\r\n") == std::string::npos;
+    if (isBlank || !isUsable()) return; // with nothing in it SSSD isn't started at all
     const auto found = findings(candidate);
     if (found.empty()) return;
     const auto news = newLines(found, findings(current));

@@ -107,8 +107,8 @@ TEST(MachinesAsTheyAre, directoryOfAnotherProviderTakenOff_comesBackWithAutomati
     EXPECT_EQ(domainsLine(machine), "domains = staff");
     machine.start();
     EXPECT_EQ(machine.call(machine.search(), 111).code, 0);
-    EXPECT_EQ(active(machine), (Names{"/LDAP/staff", "/IPA/ipa.example"}));
-    EXPECT_EQ(domainsLine(machine), "domains = staff, ipa.example");
+    EXPECT_EQ(active(machine), (Names{"/IPA/ipa.example", "/LDAP/staff"}));
+    EXPECT_EQ(domainsLine(machine), "domains = ipa.example, staff");
 }
 
 TEST(MachinesAsTheyAre, snippetThatOverridesTheList_isNamedAndNothingIsWritten) {

@@ -119,7 +119,7 @@ TEST(NsswitchFile, initgroups_isAskedTooWhereItIsThere) {
     EXPECT_EQ(with("passwd: files\ngroup: files\ninitgroups: files\n"),
               "passwd: files sss\ngroup: files sss\ninitgroups: files [SUCCESS=continue] sss\n");
     EXPECT_EQ(with("passwd: files\ngroup: files\ninitgroups: files nis\n"),
-              "passwd: files sss\ngroup: files sss\ninitgroups: files sss nis\n");
+              "passwd: files sss\ngroup: files sss\ninitgroups: files sss [SUCCESS=continue] nis\n");
     EXPECT_EQ(without("passwd: files\ninitgroups: files sss\n"), "passwd: files\ninitgroups: files\n");
 }
 

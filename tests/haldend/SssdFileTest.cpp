@@ -96,15 +96,16 @@ TEST(SssdFile, enabled_overrulesTheList) {
 
 TEST(SssdFile, sectionsThatSssdCantServe_areNoNodesAndSayWhy) {
     const auto conf =
-        file("[sssd]\ndomains = a, gone\n" + ldap("a") + ldap("b,c") + ldap("d#e") + ldap("\"f\"") +
-             "[domain/g]\nldap_uri = ldap://g\n[domain/h]\nid_provider = LDAP\n" + ldap("a/sub"));
+        file("[sssd]\ndomains = a, gone\n" + ldap("a") + ldap("a/sub") + ldap("d#e") + ldap("\"f\"") +
+             "[domain/g]\nldap_uri = ldap://g\n[domain/h]\nid_provider = LDAP\n" + ldap("b,c") + ldap("i"));
     EXPECT_EQ(nodesOf(conf), Names{"/LDAP/a"});
     const auto why = skippedDomains(conf);
-    ASSERT_EQ(why.size(), 6U);
-    EXPECT_EQ(why[0], "[domain/b,c] can't be used: its name has a character that SSSD doesn't take there.");
-    EXPECT_EQ(why[3], "[domain/g] can't be used: it has no id_provider.");
-    EXPECT_EQ(why[4], "[domain/h] can't be used: SSSD knows no id_provider of that name.");
-    EXPECT_EQ(why[5], "\"gone\" is listed but has no section [domain/gone].");
+    ASSERT_EQ(why.size(), 7U);
+    EXPECT_EQ(why[0], "[domain/d#e] can't be used: its name has a character that SSSD doesn't take there.");
+    EXPECT_EQ(why[2], "[domain/g] can't be used: it has no id_provider.");
+    EXPECT_EQ(why[3], "[domain/h] can't be used: SSSD knows no id_provider of that name.");
+    EXPECT_EQ(why[5], "[domain/i] can't be used: SSSD stops reading at [domain/b,c].");
+    EXPECT_EQ(why[6], "\"gone\" is listed but has no section [domain/gone].");
 }
 
 TEST(SssdFile, directoriesOfOtherProviders_areNodes) {
