@@ -128,8 +128,9 @@ void requireMeaning(const SssdFile& before, const SssdFile& after, const LdapSer
         const auto found = sectionIn(after, domain.name);
         if (found == after.domains().end() || found->options != domain.options)
             throw unreadable("The section [domain/" + domain.name + "] would change as well.");
-        if (domain.obstacle().empty() && !found->obstacle().empty())
-            throw dependent(domain.name, found->obstacle());
+        const bool isServed =
+            std::ranges::find(before.servedDomains(), domain.name) != before.servedDomains().end();
+        if (isServed && !found->obstacle().empty()) throw dependent(domain.name, found->obstacle());
     }
 }
 

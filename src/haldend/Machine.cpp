@@ -209,20 +209,20 @@ void Machine::requireServed(const MachinePolicy& policy, const PolicyGround& gro
 /// nsswitch.conf gets the bytes that it had then: some distributions ask SSSD before there is a directory.
 std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyGround& ground) const {
     const bool wanted = !activeDirectories(draft.policy, ground).empty();
-    if (draft.nodes.empty() && !ground.nodes.empty()) draft.added.nsswitch = ground.nsswitch.text();
+    const bool wasWanted = !activeDirectories(picture_.policy(), picture_.ground()).empty();
+    const auto& text = ground.nsswitch.text();
+    if (!wanted && !wasWanted && servedNodes(ground).empty()) return text;
+    if (wanted && !wasWanted && ground.nsswitch.usesSssd()) draft.added.nsswitch = text;
     const auto memory = draft.added.lines;
-    const bool isIdle = !wanted && activeDirectories(picture_.policy(), picture_.ground()).empty() &&
-                        servedNodes(ground).empty();
-    auto text = isIdle ? ground.nsswitch.text() : ground.nsswitch.textUsingSssd(wanted, draft.added.lines);
-    if (!ground.nodes.empty() || !draft.added.nsswitch) return text;
+    auto changed = ground.nsswitch.textUsingSssd(wanted, draft.added.lines);
+    if (wanted || !draft.added.nsswitch || draft.policy.authentication.mode == PolicyMode::localOnly)
+        return changed;
     const NsswitchFile former(*std::exchange(draft.added.nsswitch, std::nullopt),
                               folder_.pathOf(machineFile::nsswitch));
-    const bool isAllowed =
-        wanted ? former.usesSssd()
-               : !former.usesSssd() || draft.policy.authentication.mode != PolicyMode::localOnly;
     auto now = memory, then = memory;
     const bool isSame = former.textUsingSssd(false, then) == ground.nsswitch.textUsingSssd(false, now);
-    return isAllowed && isSame ? former.text() : text;
+    const bool isIdle = servedNodes({former, ground.sssd, ground.nodes, ground.formerList}).empty();
+    return isSame && isIdle ? former.text() : changed;
 }
 
 void Machine::replaceSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,

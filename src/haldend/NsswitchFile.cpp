@@ -67,6 +67,14 @@ Failure wouldLose(const std::string& path, std::size_t number, const std::string
             "Simplify the reactions in brackets on that line, then apply again."};
 }
 
+Failure unterminated(const std::string& path, std::size_t number, const std::string& line) {
+    return {halden::ErrorCode::storage, path + " can't be changed as wanted and is left as it is.",
+            "The last line, number " + std::to_string(number) + ", \"" + shown(line) +
+                "\", has no line end, so the C library ignores it. With one, sources would be asked that "
+                "aren't now.",
+            "Add a line end to that line, or take the line out, and check who can log in; then apply again."};
+}
+
 Failure missingDatabases(const std::string& path) {
     return {halden::ErrorCode::storage, "The machine can't be told to look users up in a directory.",
             path + " has no line that begins with \"passwd:\" or \"group:\".",
@@ -146,11 +154,17 @@ std::string NsswitchFile::computed(std::size_t index, bool wanted) const {
 
 std::string NsswitchFile::changed(std::size_t index, bool wanted, NsswitchMemory& memory) const {
     const auto& line = lines_[index];
-    const auto before = NsswitchLine::parse(line);
+    const auto written = NsswitchLine::parse(line);
+    // What the C library ignores stays ignored, or says no more than what it does by default.
+    const bool isOurs = wanted && contains(accountDatabases, written->database());
+    if (!isTerminated(index) && !isOurs) return line;
+    const auto before =
+        isTerminated(index) ? written : NsswitchLine::parse(written->database() + ": files\n");
     auto text = computed(index, wanted);
     if (text == line && (isTerminated(index) || !wanted)) return line;
     if (!text.ends_with('\n')) text += '\n'; // otherwise the C library ignores it
     const auto after = NsswitchLine::parse(text);
+    if (!isTerminated(index) && !before->keepsOthersOf(*after)) throw unterminated(path_, index + 1, line);
     if (!after || !after->keepsOthersOf(*before)) throw wouldLose(path_, index + 1, line);
     remember(memory, wanted ? NsswitchLinePair{before->database(), line, text}
                             : NsswitchLinePair{before->database(), text, line});

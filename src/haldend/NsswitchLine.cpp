@@ -241,7 +241,13 @@ std::optional<std::string> NsswitchLine::withSss() const {
     const auto anchor = named("files") == real.end() ? real.end() - 1 : named("files");
     for (auto before = real.begin(); before <= anchor; ++before)
         if (sources_[*before].reactionTo(LookupStatus::notFound) == LookupAction::stop) return std::nullopt;
-    return withSssAfter(*anchor, anchor + 1 == real.end());
+    // What a merge at the end keeps is lost but for groups; with `sss` behind it, it would be found.
+    const auto& source = sources_[*anchor];
+    const bool isLast = anchor + 1 == real.end();
+    const bool isLost =
+        isLast && !mergesGroups() && source.reactionTo(LookupStatus::success) == LookupAction::merge;
+    if (isLost && database_ != "passwd") return std::nullopt;
+    return withSssAfter(*anchor, isLast);
 }
 
 std::string NsswitchLine::withSssAfter(std::size_t anchor, bool isLast) const {
@@ -260,39 +266,55 @@ std::string NsswitchLine::withSssAfter(std::size_t anchor, bool isLast) const {
     return text.insert(source.end, isGroupList ? " [SUCCESS=continue] sss" : " sss");
 }
 
-std::string NsswitchLine::withSssErased() const {
-    auto text = text_;
-    const auto real = realSources();
-    for (auto index = sources_.size(); index-- > 0;) {
-        const auto& source = sources_[index];
-        if (source.name != sss) continue;
+/// Where `sss` and what belongs to it begins and ends; a blank goes with it.
+std::vector<NsswitchLine::Range> NsswitchLine::rangesOfSss() const {
+    std::vector<Range> ranges;
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+        const auto& source = sources_[i];
+        if (!isSss(source)) continue;
         const bool isFollowed =
-            index + 1 < sources_.size() && sources_[index + 1].isAfterNumberSign == source.isAfterNumberSign;
-        const bool isPreceded = index > 0 && sources_[index - 1].name != sss;
+            i + 1 < sources_.size() && sources_[i + 1].isAfterNumberSign == source.isAfterNumberSign;
+        const bool isPreceded = i > 0 && !isSss(sources_[i - 1]);
         if (isFollowed)
-            text.erase(source.begin, sources_[index + 1].begin - source.begin);
-        else if (isPreceded)
-            text.erase(sources_[index - 1].end, source.end - sources_[index - 1].end);
+            ranges.push_back({source.begin, sources_[i + 1].begin});
         else
-            text.erase(source.begin, source.end - source.begin);
+            ranges.push_back({isPreceded ? sources_[i - 1].end : source.begin, source.end});
     }
-    const bool isEmptied =
-        !real.empty() && std::ranges::all_of(real, [&](auto index) { return sources_[index].name == sss; });
-    if (isEmptied) text.insert(sources_[real.front()].begin, "files");
-    return text;
+    return ranges;
 }
 
 std::string NsswitchLine::withoutSss() const {
     if (std::ranges::none_of(sources_, isSss)) return text_;
     if (meaningEnd_ < text_.size()) return cutToMeaning().withoutSss();
-    auto text = withSssErased();
-    const auto line = parse(text);
-    const auto real = line ? line->realSources() : std::vector<std::size_t>();
-    if (real.empty() || !isSss(sources_[realSources().back()])) return text;
-    // A reaction that passed a success on to `sss` has nothing left to pass it on to.
-    const auto& last = line->sources_[real.back()];
-    if (last.reactionTo(LookupStatus::success) == LookupAction::stop) return text;
-    return text.erase(last.nameEnd, last.end - last.nameEnd);
+    auto ranges = rangesOfSss();
+    // A success that was passed on to `sss`, where the search ended, has nothing left to be passed on to.
+    for (const auto index : passingOnToSss())
+        ranges.push_back({sources_[index].nameEnd, sources_[index].end});
+    std::ranges::sort(ranges, std::ranges::greater(), &Range::begin);
+    auto text = text_;
+    for (const auto& range : ranges)
+        text.erase(range.begin, range.end - range.begin);
+    const auto real = realSources();
+    const bool isEmptied =
+        !real.empty() && std::ranges::all_of(real, [&](auto i) { return isSss(sources_[i]); });
+    return isEmptied ? text.insert(sources_[real.front()].begin, "files") : text;
+}
+
+/// The sources whose success goes on to `sss` and no further.
+std::vector<std::size_t> NsswitchLine::passingOnToSss() const {
+    std::vector<std::size_t> found;
+    for (std::size_t i = 0; i + 1 < sources_.size(); ++i) {
+        const auto& next = sources_[i + 1];
+        if (isSss(sources_[i]) || !isSss(next) || sources_[i].isAfterNumberSign) continue;
+        const auto action = sources_[i].reactionTo(LookupStatus::success);
+        const bool isLast =
+            std::ranges::all_of(sources_.begin() + static_cast<std::ptrdiff_t>(i) + 1, sources_.end(),
+                                [](const auto& one) { return isSss(one) || one.isAfterNumberSign; });
+        const bool endsThere = next.reactionTo(LookupStatus::success) != LookupAction::merge;
+        if (action != LookupAction::stop && (isLast || (action == LookupAction::merge && endsThere)))
+            found.push_back(i);
+    }
+    return found;
 }
 
 bool NsswitchLine::keepsOthersOf(const NsswitchLine& before) const {

@@ -76,8 +76,12 @@ private:
     [[nodiscard]] bool addsUp() const { return database_ == "initgroups"; }
     [[nodiscard]] bool mergesGroups() const { return database_ == "group"; }
     [[nodiscard]] std::string withSssAfter(std::size_t anchor, bool isLast) const;
-    [[nodiscard]] std::string withSssErased() const;
+    struct Range {
+        std::size_t begin, end;
+    };
+    [[nodiscard]] std::vector<Range> rangesOfSss() const;
     [[nodiscard]] NsswitchLine cutToMeaning() const;
+    [[nodiscard]] std::vector<std::size_t> passingOnToSss() const;
 
     std::string text_;
     std::string database_;

@@ -40,10 +40,10 @@ bool isBefore(const std::string& line) { return !line.empty() && (line[0] == ' '
 /// The lines of sssd.conf that a change of policy has to keep: all but the list of domains. Lines that begin
 /// with a blank may go on with that list.
 Names keptLines(const Files& files) {
-    static const std::regex list("^\\s*domains\\s*=[^]*", std::regex::icase);
+    static const std::regex list("^\\s*domains\\s*=", std::regex::icase);
     Names lines;
     for (const auto& line : parts(contentOf(files, "etc/sssd/sssd.conf"), '\n'))
-        if (!isBefore(line) && !std::regex_match(line, list)) lines.push_back(line);
+        if (!isBefore(line) && !std::regex_search(line, list)) lines.push_back(line);
     return lines;
 }
 
