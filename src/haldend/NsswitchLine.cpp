@@ -186,7 +186,7 @@ NsswitchLine::Search NsswitchLine::search(const std::vector<LookupStatus>& answe
         const auto action = sources_[i].reactionTo(status);
         result.isFound = status == LookupStatus::success || (addsUp() && result.isFound);
         if (action == LookupAction::stop) return result;
-        isMerging = status == LookupStatus::success && action == LookupAction::merge;
+        isMerging = !addsUp() && status == LookupStatus::success && action == LookupAction::merge;
         if (isMerging && i + 1 == sources_.size() && !mergesGroups()) result.isFound = false;
     }
     return result;
@@ -254,7 +254,7 @@ std::string NsswitchLine::withSssAfter(std::size_t anchor, bool isLast) const {
     const auto& source = sources_[anchor];
     auto text = text_;
     if (!isLast) {
-        const bool merges = source.reactionTo(LookupStatus::success) == LookupAction::merge;
+        const bool merges = !addsUp() && source.reactionTo(LookupStatus::success) == LookupAction::merge;
         const auto next = sources_[anchor + 1].begin;
         const std::string word = merges     ? "sss [SUCCESS=merge] "
                                  : addsUp() ? "sss [SUCCESS=continue] "
@@ -310,7 +310,7 @@ std::vector<std::size_t> NsswitchLine::passingOnToSss() const {
         const bool isLast =
             std::ranges::all_of(sources_.begin() + static_cast<std::ptrdiff_t>(i) + 1, sources_.end(),
                                 [](const auto& one) { return isSss(one) || one.isAfterNumberSign; });
-        const bool endsThere = next.reactionTo(LookupStatus::success) != LookupAction::merge;
+        const bool endsThere = !addsUp() && next.reactionTo(LookupStatus::success) != LookupAction::merge;
         if (action != LookupAction::stop && (isLast || (action == LookupAction::merge && endsThere)))
             found.push_back(i);
     }

@@ -73,6 +73,11 @@ bool wasLost(const Answer& before) {
            (before.said.starts_with("no") || before.said == "groups " || before.said == "alice isn't in");
 }
 
+/// What another source knew and was asked for was hidden only because sss, asked after it, knew nothing.
+bool wasHiddenBySss(const Answer& before, const Answer& now) {
+    return before.said.starts_with("no") && before.asked == now.asked;
+}
+
 Answer answerTo(const Answers& answers, const std::string& question) {
     const auto found = answers.find(question);
     return found == answers.end() ? Answer{{}, "the question no longer makes sense"}
@@ -130,6 +135,7 @@ void compare(const State& before, const State& after, const Weather& weather, An
         const auto isSame = [&](const Answer& one) { return sssAnswers ? one.said == now.said : one == now; };
         if (std::ranges::any_of(then, isSame)) continue;
         if (isAboutOurs(question) && wasLost(then.front())) continue;
+        if (then.size() > 1 && wasHiddenBySss(then.front(), now)) continue;
         differences.add(question, when, ": was " + described(then.front()) + ", is " + described(now));
     }
 }
