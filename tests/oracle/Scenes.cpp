@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "oracle/Reports.h"
+#include "oracle/Window.h"
 #include "oracle/WorkedMachine.h"
 
 namespace corvane::oracle {
@@ -67,6 +68,15 @@ public:
         begin_ = now_ = look();
     }
 
+    [[nodiscard]] bool isForWindow() const { return description_.isForWindow; }
+    [[nodiscard]] const std::string& folder() const { return folder_; }
+    /// A folder for what isn't the machine's.
+    [[nodiscard]] std::string scratch() const {
+        auto path = folder_ + ".scratch";
+        std::filesystem::create_directories(path);
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        return path;
+    }
     [[nodiscard]] WorkedMachine& machine() { return *machine_; }
     [[nodiscard]] const Complaints& complaints() const { return complaints_; }
     [[nodiscard]] const Files& files() const { return now_.files; }
@@ -289,12 +299,32 @@ void playConnector(Stage& stage) {
     stage.requirePath("LDAP on", path);
 }
 
+/// The same by hand: what is chosen, deleted and applied in the real window, which has to show what is
+/// served.
+void playWindow(Stage& stage) {
+    if (!stage.isForWindow()) throw NotApplicable{};
+    Window window(stage.folder(), stage.scratch());
+    const auto apply = [&](const std::string& what, const Names& steps) {
+        stage.change("window: " + what, [&] { return window.take(steps); });
+        stage.requirePath("window: " + what, window.shown());
+        stage.requireLines("window: " + what);
+    };
+    apply("Automatic", {"Automatic", "apply"});
+    apply("Local", {"Local", "apply"});
+    apply("Automatic again", {"Automatic", "apply"});
+    const auto files = stage.files();
+    stage.changeElsewhere("window: nothing is done", [&] { return window.take({}); });
+    apply("Custom with one less", {"Custom", "less", "apply"});
+    apply("Automatic at last", {"Automatic", "apply"});
+    stage.requireBytes("window: Automatic at last", files);
+}
+
 const std::map<std::string, void (*)(Stage&)>& plays() {
     static const std::map<std::string, void (*)(Stage&)> all{
-        {"look", playLook},     {"contacts", playContacts},  {"automatic", playAutomatic},
-        {"local", playLocal},   {"again", playAgain},        {"more", playMore},
-        {"less", playLess},     {"order", playOrder},        {"server", playServer},
-        {"delete", playDelete}, {"connector", playConnector}};
+        {"look", playLook},     {"contacts", playContacts},   {"automatic", playAutomatic},
+        {"local", playLocal},   {"again", playAgain},         {"more", playMore},
+        {"less", playLess},     {"order", playOrder},         {"server", playServer},
+        {"delete", playDelete}, {"connector", playConnector}, {"window", playWindow}};
     return all;
 }
 
@@ -336,7 +366,9 @@ const std::vector<Scene>& scenes() {
         {"order", "Custom with the directories the other way round"},
         {"server", "a server is added, put on the policy, taken off and deleted"},
         {"delete", "a server that was there is deleted"},
-        {"connector", "LDAP is switched off and on"}};
+        {"connector", "LDAP is switched off and on"},
+        {"window",
+         "Automatic, Local, Automatic, Custom with one less and Automatic by hand (some machines)"}};
     return all;
 }
 
@@ -356,7 +388,9 @@ Outcome play(const std::string& scene, const Machine& machine, const Judge& judg
     } catch (const NotApplicable&) {
         outcome.kind = Outcome::Kind::notApplicable;
     }
-    if (outcome.kind != Outcome::Kind::failed) std::filesystem::remove_all(folder);
+    if (outcome.kind == Outcome::Kind::failed) return outcome;
+    std::filesystem::remove_all(folder);
+    std::filesystem::remove_all(folder + ".scratch");
     return outcome;
 }
 
