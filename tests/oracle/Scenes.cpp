@@ -61,11 +61,16 @@ bool isSubsequence(const Names& few, const Names& many) {
 /// One scene on one machine: its steps, each followed by a look at everything that has to hold.
 class Stage {
 public:
+    /// What a change is about: the login policy, or the servers.
+    enum class Kind { policy, servers };
+
     Stage(const Machine& machine, const Judge& judge, const std::string& folder)
         : description_(machine), judge_(judge), folder_(folder) {
         writeFiles(machine.files, folder);
         machine_.emplace(folder);
         begin_ = now_ = look();
+        halden::Error ignored; // the first look at the policy itself reports it
+        beginsEmpty_ = directories(ignored).empty();
     }
 
     [[nodiscard]] bool isForWindow() const { return description_.isForWindow; }
@@ -85,10 +90,8 @@ public:
 
     Names path() {
         halden::Error error;
-        auto names = machine_->path(error);
+        auto names = directories(error);
         if (error) throw Refused{textOf(error, folder_)};
-        // SSSD's own view of the machine's files is no directory, whether it is shown or not.
-        std::erase_if(names, [](const auto& name) { return name.ends_with("/implicit_files"); });
         return names;
     }
 
@@ -103,15 +106,24 @@ public:
     }
 
     /// A change of the login policy, of a connector or of the servers.
-    void change(const std::string& what, const std::function<halden::Error()>& call) {
+    void change(const std::string& what, const std::function<halden::Error()>& call,
+                Kind kind = Kind::policy) {
         step(what, call);
         const auto shown = path();
         // Where nothing had to be written, the files are as good or bad as they were.
         if (now_.files == begin_.files && !begin_.sssd.starts) return;
-        if (now_.files != begin_.files) add(what, sssWhereItBelongs(shown, begin_, now_));
+        if (!isAsFound(kind, shown)) add(what, sssWhereItBelongs(shown, begin_, now_));
         if (description_.isBroken) return;
         add(what, sssdStarts(shown, begin_, now_));
         if (now_.sssd.starts) add(what, servedAsShown(shown, now_));
+    }
+
+    /// Whether nothing asks sss otherwise than on the machine as it was found, and nothing had to change
+    /// that: where SSSD was asked for nothing it still may be after a change that isn't one of the policy.
+    [[nodiscard]] bool isAsFound(Kind kind, const Names& shown) const {
+        if (now_.files == begin_.files) return true;
+        const auto line = [](const State& state) { return contentOf(state.files, "etc/nsswitch.conf"); };
+        return kind == Kind::servers && shown.empty() && beginsEmpty_ && line(begin_) == line(now_);
     }
 
     /// Something that may not touch the machine's files, whatever comes of it.
@@ -151,6 +163,14 @@ public:
     }
 
 private:
+    /// What the window shows. SSSD's own view of the machine's files is no directory, whether it is shown or
+    /// not.
+    Names directories(halden::Error& error) const {
+        auto names = machine_->path(error);
+        std::erase_if(names, [](const auto& name) { return name.ends_with("/implicit_files"); });
+        return names;
+    }
+
     [[nodiscard]] State look() const {
         const auto files = machine_->files();
         return {files, judge_.names(files), judge_.sssd(files)};
@@ -178,6 +198,7 @@ private:
     std::string folder_;
     std::optional<WorkedMachine> machine_;
     State begin_, now_;
+    bool beginsEmpty_ = false; ///< no directory was on the policy
     Complaints complaints_;
     std::set<std::string> known_; ///< those, without their steps: what is wrong is named once
 };
@@ -265,13 +286,16 @@ void playServer(Stage& stage) {
     const bool isFirst = machine.automaticPath().empty();
     const int before = machine.mode();
     const auto path = stage.path();
-    stage.change("server added", [&] { return machine.addServer(newServer, "orchard.example"); });
+    stage.change(
+        "server added", [&] { return machine.addServer(newServer, "orchard.example"); },
+        Stage::Kind::servers);
     if (machine.nodeOfServer(newServer).empty()) stage.add("server added", {"the service doesn't list it"});
     stage.change("Automatic with the server", [&] { return machine.setMode(automatic); });
     if (!stage.now().sssd.serves(newServer))
         stage.add("Automatic with the server", {"SSSD doesn't serve it"});
     stage.change("the mode before", [&] { return machine.setMode(before); });
-    stage.change("server deleted", [&] { return machine.removeServer(newServer); });
+    stage.change(
+        "server deleted", [&] { return machine.removeServer(newServer); }, Stage::Kind::servers);
     stage.requirePath("server deleted", path);
     if (isFirst) stage.requireBytes("first server deleted", stage.begin().files);
 }
@@ -283,7 +307,8 @@ void playDelete(Stage& stage) {
     if (servers.empty()) throw NotApplicable{};
     auto wanted = stage.path();
     std::erase(wanted, machine.nodeOfServer(servers.back()));
-    stage.change("server deleted", [&] { return machine.removeServer(servers.back()); });
+    stage.change(
+        "server deleted", [&] { return machine.removeServer(servers.back()); }, Stage::Kind::servers);
     stage.requirePath("server deleted", wanted);
 }
 
