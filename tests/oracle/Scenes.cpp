@@ -10,6 +10,7 @@
 #include <stdexcept>
 
 #include "oracle/Reports.h"
+#include "oracle/Window.h"
 #include "oracle/WorkedMachine.h"
 
 namespace corvane::oracle {
@@ -60,13 +61,27 @@ bool isSubsequence(const Names& few, const Names& many) {
 /// One scene on one machine: its steps, each followed by a look at everything that has to hold.
 class Stage {
 public:
+    /// What a change is about: the login policy, or the servers.
+    enum class Kind { policy, servers };
+
     Stage(const Machine& machine, const Judge& judge, const std::string& folder)
         : description_(machine), judge_(judge), folder_(folder) {
         writeFiles(machine.files, folder);
         machine_.emplace(folder);
         begin_ = now_ = look();
+        halden::Error ignored; // the first look at the policy itself reports it
+        beginsEmpty_ = directories(ignored).empty();
     }
 
+    [[nodiscard]] bool isForWindow() const { return description_.isForWindow; }
+    [[nodiscard]] const std::string& folder() const { return folder_; }
+    /// A folder for what isn't the machine's.
+    [[nodiscard]] std::string scratch() const {
+        auto path = folder_ + ".scratch";
+        std::filesystem::create_directories(path);
+        std::filesystem::permissions(path, std::filesystem::perms::owner_all);
+        return path;
+    }
     [[nodiscard]] WorkedMachine& machine() { return *machine_; }
     [[nodiscard]] const Complaints& complaints() const { return complaints_; }
     [[nodiscard]] const Files& files() const { return now_.files; }
@@ -75,10 +90,8 @@ public:
 
     Names path() {
         halden::Error error;
-        auto names = machine_->path(error);
+        auto names = directories(error);
         if (error) throw Refused{textOf(error, folder_)};
-        // SSSD's own view of the machine's files is no directory, whether it is shown or not.
-        std::erase_if(names, [](const auto& name) { return name.ends_with("/implicit_files"); });
         return names;
     }
 
@@ -93,15 +106,24 @@ public:
     }
 
     /// A change of the login policy, of a connector or of the servers.
-    void change(const std::string& what, const std::function<halden::Error()>& call) {
+    void change(const std::string& what, const std::function<halden::Error()>& call,
+                Kind kind = Kind::policy) {
         step(what, call);
         const auto shown = path();
         // Where nothing had to be written, the files are as good or bad as they were.
         if (now_.files == begin_.files && !begin_.sssd.starts) return;
-        if (now_.files != begin_.files) add(what, sssWhereItBelongs(shown, begin_, now_));
+        if (!isAsFound(kind, shown)) add(what, sssWhereItBelongs(shown, begin_, now_));
         if (description_.isBroken) return;
         add(what, sssdStarts(shown, begin_, now_));
         if (now_.sssd.starts) add(what, servedAsShown(shown, now_));
+    }
+
+    /// Whether nothing asks sss otherwise than on the machine as it was found, and nothing had to change
+    /// that: where SSSD was asked for nothing it still may be after a change that isn't one of the policy.
+    [[nodiscard]] bool isAsFound(Kind kind, const Names& shown) const {
+        if (now_.files == begin_.files) return true;
+        const auto line = [](const State& state) { return contentOf(state.files, "etc/nsswitch.conf"); };
+        return kind == Kind::servers && shown.empty() && beginsEmpty_ && line(begin_) == line(now_);
     }
 
     /// Something that may not touch the machine's files, whatever comes of it.
@@ -141,6 +163,14 @@ public:
     }
 
 private:
+    /// What the window shows. SSSD's own view of the machine's files is no directory, whether it is shown or
+    /// not.
+    Names directories(halden::Error& error) const {
+        auto names = machine_->path(error);
+        std::erase_if(names, [](const auto& name) { return name.ends_with("/implicit_files"); });
+        return names;
+    }
+
     [[nodiscard]] State look() const {
         const auto files = machine_->files();
         return {files, judge_.names(files), judge_.sssd(files)};
@@ -168,6 +198,7 @@ private:
     std::string folder_;
     std::optional<WorkedMachine> machine_;
     State begin_, now_;
+    bool beginsEmpty_ = false; ///< no directory was on the policy
     Complaints complaints_;
     std::set<std::string> known_; ///< those, without their steps: what is wrong is named once
 };
@@ -255,13 +286,16 @@ void playServer(Stage& stage) {
     const bool isFirst = machine.automaticPath().empty();
     const int before = machine.mode();
     const auto path = stage.path();
-    stage.change("server added", [&] { return machine.addServer(newServer, "orchard.example"); });
+    stage.change(
+        "server added", [&] { return machine.addServer(newServer, "orchard.example"); },
+        Stage::Kind::servers);
     if (machine.nodeOfServer(newServer).empty()) stage.add("server added", {"the service doesn't list it"});
     stage.change("Automatic with the server", [&] { return machine.setMode(automatic); });
     if (!stage.now().sssd.serves(newServer))
         stage.add("Automatic with the server", {"SSSD doesn't serve it"});
     stage.change("the mode before", [&] { return machine.setMode(before); });
-    stage.change("server deleted", [&] { return machine.removeServer(newServer); });
+    stage.change(
+        "server deleted", [&] { return machine.removeServer(newServer); }, Stage::Kind::servers);
     stage.requirePath("server deleted", path);
     if (isFirst) stage.requireBytes("first server deleted", stage.begin().files);
 }
@@ -273,7 +307,8 @@ void playDelete(Stage& stage) {
     if (servers.empty()) throw NotApplicable{};
     auto wanted = stage.path();
     std::erase(wanted, machine.nodeOfServer(servers.back()));
-    stage.change("server deleted", [&] { return machine.removeServer(servers.back()); });
+    stage.change(
+        "server deleted", [&] { return machine.removeServer(servers.back()); }, Stage::Kind::servers);
     stage.requirePath("server deleted", wanted);
 }
 
@@ -289,12 +324,32 @@ void playConnector(Stage& stage) {
     stage.requirePath("LDAP on", path);
 }
 
+/// The same by hand: what is chosen, deleted and applied in the real window, which has to show what is
+/// served.
+void playWindow(Stage& stage) {
+    if (!stage.isForWindow()) throw NotApplicable{};
+    Window window(stage.folder(), stage.scratch());
+    const auto apply = [&](const std::string& what, const Names& steps) {
+        stage.change("window: " + what, [&] { return window.take(steps); });
+        stage.requirePath("window: " + what, window.shown());
+        stage.requireLines("window: " + what);
+    };
+    apply("Automatic", {"Automatic", "apply"});
+    apply("Local", {"Local", "apply"});
+    apply("Automatic again", {"Automatic", "apply"});
+    const auto files = stage.files();
+    stage.changeElsewhere("window: nothing is done", [&] { return window.take({}); });
+    apply("Custom with one less", {"Custom", "less", "apply"});
+    apply("Automatic at last", {"Automatic", "apply"});
+    stage.requireBytes("window: Automatic at last", files);
+}
+
 const std::map<std::string, void (*)(Stage&)>& plays() {
     static const std::map<std::string, void (*)(Stage&)> all{
-        {"look", playLook},     {"contacts", playContacts},  {"automatic", playAutomatic},
-        {"local", playLocal},   {"again", playAgain},        {"more", playMore},
-        {"less", playLess},     {"order", playOrder},        {"server", playServer},
-        {"delete", playDelete}, {"connector", playConnector}};
+        {"look", playLook},     {"contacts", playContacts},   {"automatic", playAutomatic},
+        {"local", playLocal},   {"again", playAgain},         {"more", playMore},
+        {"less", playLess},     {"order", playOrder},         {"server", playServer},
+        {"delete", playDelete}, {"connector", playConnector}, {"window", playWindow}};
     return all;
 }
 
@@ -336,7 +391,9 @@ const std::vector<Scene>& scenes() {
         {"order", "Custom with the directories the other way round"},
         {"server", "a server is added, put on the policy, taken off and deleted"},
         {"delete", "a server that was there is deleted"},
-        {"connector", "LDAP is switched off and on"}};
+        {"connector", "LDAP is switched off and on"},
+        {"window",
+         "Automatic, Local, Automatic, Custom with one less and Automatic by hand (some machines)"}};
     return all;
 }
 
@@ -356,7 +413,9 @@ Outcome play(const std::string& scene, const Machine& machine, const Judge& judg
     } catch (const NotApplicable&) {
         outcome.kind = Outcome::Kind::notApplicable;
     }
-    if (outcome.kind != Outcome::Kind::failed) std::filesystem::remove_all(folder);
+    if (outcome.kind == Outcome::Kind::failed) return outcome;
+    std::filesystem::remove_all(folder);
+    std::filesystem::remove_all(folder + ".scratch");
     return outcome;
 }
 
