@@ -114,7 +114,7 @@ std::string SssdDomain::obstacle() const {
     if (name.empty() || !std::ranges::all_of(name, isUsualCharacter))
         return "its name has a character that SSSD doesn't take there";
     if (!outside.empty()) return outside;
-    if (enabled() == false) return "it says \"enabled = false\"";
+    if (enabled() == false && !isListedInQuotes) return "it says \"enabled = false\"";
     if (option("ldap_search_base").starts_with('"')) return "its ldap_search_base is in quotation marks";
     const auto provider = option("id_provider");
     if (isApplication && provider.empty()) return {};
@@ -170,7 +170,7 @@ void SssdFile::readSection(const IniSection& section) {
     if (found == domains_.end()) {
         const bool isRead = readingEnd_.empty() || readingEnd_ == section.title;
         const auto outside = isRead ? "" : "SSSD stops reading at [" + readingEnd_ + "]";
-        found = domains_.insert(domains_.end(), {name, {}, isApplication, outside});
+        found = domains_.insert(domains_.end(), {name, {}, isApplication, false, outside});
     }
     for (const auto& option : section.options)
         found->options.insert_or_assign(foldedCase(option.key), option.value);
@@ -188,6 +188,9 @@ void SssdFile::readList(const std::string& line) {
         const auto* domain = domainNamed(name);
         listed_.push_back(domain ? domain->name : name);
     }
+    for (auto& domain : domains_)
+        domain.isListedInQuotes =
+            foldedCase(line).find('"' + foldedCase(domain.name) + '"') != std::string::npos;
 }
 
 void SssdFile::decideServed() {

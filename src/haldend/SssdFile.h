@@ -19,7 +19,8 @@ struct SssdDomain {
     std::map<std::string, std::string, std::less<>>
         options; ///< keys in lower case, values as SSSD reads them
     bool isApplication = false;
-    std::string outside{}; ///< why SSSD doesn't get to the section, a clause; "" when it does
+    bool isListedInQuotes = false; ///< SSSD then overlooks `enabled = false`
+    std::string outside{};         ///< why SSSD doesn't get to the section, a clause; "" when it does
 
     ~SssdDomain();
     friend bool operator==(const SssdDomain&, const SssdDomain&) = default;

@@ -94,6 +94,12 @@ TEST(SssdFile, enabled_overrulesTheList) {
     EXPECT_EQ(skippedDomains(conf), Names{"[domain/a] can't be used: it says \"enabled = false\"."});
 }
 
+TEST(SssdFile, disabledDomainListedInQuotes_isServedAllTheSame) {
+    const auto conf = file("[sssd]\ndomains = \"a\"\n" + ldap("a") + "enabled = false\n");
+    EXPECT_EQ(conf.servedDomains(), Names{"a"}) << "SSSD compares the name with its quotation marks";
+    EXPECT_EQ(nodesOf(conf), Names{"/LDAP/a"});
+}
+
 TEST(SssdFile, sectionsThatSssdCantServe_areNoNodesAndSayWhy) {
     const auto conf =
         file("[sssd]\ndomains = a, gone\n" + ldap("a") + ldap("a/sub") + ldap("d#e") + ldap("\"f\"") +
