@@ -28,8 +28,7 @@ struct State {
 /// with the same outcomes, whether sss knows nothing or is down and however the others behave.
 [[nodiscard]] Complaints namesAsBefore(const State& before, const State& after);
 
-/// Exactly the directories of `path`, in its order, answer: sss is asked and SSSD serves them. Where SSSD
-/// doesn't start on either file this isn't told.
+/// Exactly the directories of `path`, in its order, answer: sss is asked and SSSD serves them.
 [[nodiscard]] Complaints servedAsShown(const std::vector<std::string>& path, const State& after);
 
 /// After a change that was accepted: no lookup of accounts asks sss without a directory to be served, and all
