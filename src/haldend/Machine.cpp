@@ -165,13 +165,16 @@ void Machine::requireRevision(std::string_view revision) {
                                " differ from what was last read.");
 }
 
-/// The text with the names that the policy wants on the `domains` line. Without any directory on the policy
-/// the line stays as it is.
-std::string Machine::sssdTextFor(MachineDraft& draft) const {
+std::vector<std::string> Machine::wantedDomains(const MachineDraft& draft) const {
     const auto edited = sssdFileWith(draft.sssd);
     const auto nodes = domainNodes(edited);
-    const PolicyGround ground{picture_.ground().nsswitch, edited, nodes, draft.added.formerList};
-    const auto names = domainsFor(draft.policy, ground);
+    return domainsFor(draft.policy, {picture_.ground().nsswitch, edited, nodes, draft.added.formerList});
+}
+
+/// The text with the names that the policy wants on the `domains` line. Without any directory on the policy
+/// the line stays as it is.
+std::string Machine::sssdTextFor(MachineDraft& draft, const std::vector<std::string>& names) const {
+    const auto edited = sssdFileWith(draft.sssd);
     const bool isServedAlready = names == edited.servedDomains() && edited.trouble().empty();
     if (names.empty() || isServedAlready) return draft.sssd;
     if (edited.servedDomains().empty() && !draft.added.domains && !draft.added.emptyDomains)
@@ -183,8 +186,7 @@ std::string Machine::sssdTextFor(MachineDraft& draft) const {
 }
 
 /// A last look before anything is written: what SSSD itself reads there is what was meant.
-void Machine::requireServed(const MachinePolicy& policy, const PolicyGround& ground) const {
-    const auto wanted = domainsFor(policy, ground);
+void Machine::requireServed(const std::vector<std::string>& wanted, const PolicyGround& ground) const {
     if (wanted.empty()) return;
     const auto snippet = ground.sssd.snippetDeciding("sssd", "domains");
     if (wanted != ground.sssd.listedDomains() && !snippet.empty())
@@ -251,11 +253,12 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
         fresh.lines = draft.added.lines;
         draft.added = fresh;
     }
-    const auto sssd = sssdTextFor(draft);
+    const auto wanted = wantedDomains(draft);
+    const auto sssd = sssdTextFor(draft, wanted);
     const auto after = sssdFileWith(sssd);
     const auto nodes = domainNodes(after);
     const PolicyGround ground{before.nsswitch, after, nodes, draft.added.formerList};
-    requireServed(draft.policy, ground);
+    requireServed(wanted, ground);
     const auto nsswitch = nsswitchTextFor(draft, ground);
     if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
         throw generatedFile(folder_, !activeDirectories(draft.policy, ground).empty());

@@ -81,9 +81,10 @@ private:
     void writeFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored);
     void replaceSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
                      StoredPolicy& stored);
-    [[nodiscard]] std::string sssdTextFor(MachineDraft& draft) const;
+    [[nodiscard]] std::vector<std::string> wantedDomains(const MachineDraft& draft) const;
+    [[nodiscard]] std::string sssdTextFor(MachineDraft& draft, const std::vector<std::string>& names) const;
     [[nodiscard]] std::string nsswitchTextFor(MachineDraft& draft, const PolicyGround& ground) const;
-    void requireServed(const MachinePolicy& policy, const PolicyGround& ground) const;
+    void requireServed(const std::vector<std::string>& wanted, const PolicyGround& ground) const;
     [[nodiscard]] Fingerprints& seen(View view) { return seen_[static_cast<std::size_t>(view)]; }
     void tellSssd(const MachinePicture::Fingerprints& before);
     void signal() const;

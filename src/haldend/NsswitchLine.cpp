@@ -106,6 +106,19 @@ private:
     std::size_t numberSign_;
 };
 
+/// The reactions in brackets to everything but a success, with a blank before them; "" when they are the
+/// usual ones.
+std::string failureReactions(const NsswitchSource& source) {
+    constexpr std::pair<LookupStatus, const char*> names[] = {{LookupStatus::notFound, "NOTFOUND"},
+                                                              {LookupStatus::unavailable, "UNAVAIL"},
+                                                              {LookupStatus::tryAgain, "TRYAGAIN"}};
+    std::string text;
+    for (const auto& [status, name] : names)
+        if (source.reactionTo(status) == LookupAction::stop)
+            text += (text.empty() ? " [" : " ") + std::string(name) + "=return";
+    return text.empty() ? text : text + "]";
+}
+
 bool isSss(const NsswitchSource& source) { return source.name == sss; }
 
 constexpr std::size_t mostVaried = 6; // 4 to the 6th combinations; longer lines are comments in disguise
@@ -276,9 +289,9 @@ std::vector<NsswitchLine::Range> NsswitchLine::rangesOfSss() const {
             i + 1 < sources_.size() && sources_[i + 1].isAfterNumberSign == source.isAfterNumberSign;
         const bool isPreceded = i > 0 && !isSss(sources_[i - 1]);
         if (isFollowed)
-            ranges.push_back({source.begin, sources_[i + 1].begin});
+            ranges.push_back({source.begin, sources_[i + 1].begin, ""});
         else
-            ranges.push_back({isPreceded ? sources_[i - 1].end : source.begin, source.end});
+            ranges.push_back({isPreceded ? sources_[i - 1].end : source.begin, source.end, ""});
     }
     return ranges;
 }
@@ -289,11 +302,11 @@ std::string NsswitchLine::withoutSss() const {
     auto ranges = rangesOfSss();
     // A success that was passed on to `sss`, where the search ended, has nothing left to be passed on to.
     for (const auto index : passingOnToSss())
-        ranges.push_back({sources_[index].nameEnd, sources_[index].end});
+        ranges.push_back({sources_[index].nameEnd, sources_[index].end, failureReactions(sources_[index])});
     std::ranges::sort(ranges, std::ranges::greater(), &Range::begin);
     auto text = text_;
     for (const auto& range : ranges)
-        text.erase(range.begin, range.end - range.begin);
+        text.replace(range.begin, range.end - range.begin, range.instead);
     const auto real = realSources();
     const bool isEmptied =
         !real.empty() && std::ranges::all_of(real, [&](auto i) { return isSss(sources_[i]); });

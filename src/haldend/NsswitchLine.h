@@ -78,6 +78,7 @@ private:
     [[nodiscard]] std::string withSssAfter(std::size_t anchor, bool isLast) const;
     struct Range {
         std::size_t begin, end;
+        std::string instead;
     };
     [[nodiscard]] std::vector<Range> rangesOfSss() const;
     [[nodiscard]] NsswitchLine cutToMeaning() const;

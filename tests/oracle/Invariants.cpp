@@ -128,6 +128,8 @@ void compare(const State& before, const State& after, const Weather& weather, An
              const std::string& when, Differences& differences) {
     for (const auto& [question, first] : before.names.*manner) {
         if (question.find(" sss-") != std::string::npos) continue;
+        if (!(after.names.*manner).contains(question))
+            continue; // about a source that is no longer written anywhere
         const bool sssAnswers = manner == &NameVerdict::all;
         if (sssAnswers && !isAboutOurs(question)) continue;
         auto now = answerTo(after.names.*manner, question);
