@@ -64,12 +64,15 @@ public:
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void startDrag(Qt::DropActions actions) override;
 
 private:
+    [[nodiscard]] QModelIndexList draggedIndexes() const;
     [[nodiscard]] int nextSelectableRow(int from, int step) const;
     void drawRows(QPaintEvent* event);
     void describe();
@@ -82,6 +85,8 @@ private:
     void setNeedsDisplay() override;
 
     views::EmptyMessageTableView emptyMessage_{*this};
+    QPersistentModelIndex pressed_;   ///< where the mouse button went down last
+    bool dragRefused_ = false;        ///< what was taken hold of there can't be dragged
     QPaintEvent* painting_ = nullptr; ///< the event that is being drawn for
     QPainter* painter_ = nullptr;     ///< at work on the viewport once the rows are drawn
 };
