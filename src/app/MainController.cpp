@@ -81,6 +81,10 @@ void MainController::connectActions() {
     outlets_.deleteNode.setAction([this](toolkit::Control& sender) { deleteNodeAction(sender); });
     outlets_.deleteNodeContact.setAction(
         [this](toolkit::Control& sender) { deleteNodeContactAction(sender); });
+    outlets_.selectNode.setDeleteAction(
+        [this](toolkit::Control&) { authenticationPane_.deleteKeyPressed(); });
+    outlets_.selectNodeContact.setDeleteAction(
+        [this](toolkit::Control&) { contactsPane_.deleteKeyPressed(); });
     outlets_.applyButton.setAction([this](toolkit::Control&) { applyAction(); });
     outlets_.helpButton.setAction([this](toolkit::Control&) { mainWindowHelpButtonHit(); });
     outlets_.configPlugIn.setAction([this](toolkit::Control& sender) { configPlugInAction(&sender); });

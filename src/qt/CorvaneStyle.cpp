@@ -344,6 +344,8 @@ int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* data) const {
     if (hint == SH_ItemView_ShowDecorationSelected) return 1;
+    // Somebody who scrolls past a closed pop-up doesn't mean to choose another item.
+    if (hint == SH_ComboBox_AllowWheelScrolling) return 0;
     // As in alerts, the default button stands where the eye ends, on the right.
     if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
     return QProxyStyle::styleHint(hint, option, widget, data);

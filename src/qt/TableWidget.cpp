@@ -130,6 +130,10 @@ void TableWidget::keyPressEvent(QKeyEvent* event) {
         (void)moveSelectedRow(event->key() == Qt::Key_Up ? -1 : 1);
         return event->accept();
     }
+    if (event->matches(QKeySequence::Delete) && pressDelete) {
+        pressDelete();
+        return event->accept();
+    }
     if (event->key() == Qt::Key_Space && press && press(currentIndex())) return event->accept();
     QTreeView::keyPressEvent(event);
 }

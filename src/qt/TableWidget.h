@@ -54,6 +54,7 @@ public:
 
     std::function<bool(int row)> mayUserSelect;
     std::function<void()> activate;                ///< double click or return key on a selected row
+    std::function<void()> pressDelete;             ///< the delete key
     std::function<bool(const QModelIndex&)> press; ///< space on a cell; true when that was something
     std::function<bool(int step)> moveSelectedRow; ///< Alt and an arrow key: one up (-1) or down (1)
 

@@ -4,6 +4,7 @@
 
 #include "searchpolicy/NodeName.h"
 #include "searchpolicy/NodePaneController.h"
+#include "util/TextFormat.h"
 
 namespace corvane::searchpolicy {
 namespace {
@@ -70,9 +71,22 @@ void SearchPolicyPane::deleteNodeAction(toolkit::Control& sender) {
     deleteSheet_ = toolkit_.makeAlert();
     deleteSheet_->setMessageText(localized("Delete directory domain?"));
     deleteSheet_->setInformativeText(localized("Please confirm deletion."));
+    deleteSheet_->setSpokenText(spokenDeleteQuestion());
     deleteSheet_->addButton(localized("OK"));
     deleteSheet_->addButton(localized("Cancel"));
     deleteSheet_->beginSheet(*window, [this](int returnCode) { deleteSheetDidEnd(returnCode); });
+}
+
+void SearchPolicyPane::deleteKeyPressed() {
+    if (outlets_.deleteNode.isEnabled() && !outlets_.deleteNode.isHidden())
+        deleteNodeAction(outlets_.deleteNode);
+}
+
+std::string SearchPolicyPane::spokenDeleteQuestion() const {
+    std::string names;
+    for (const int row : outlets_.nodeTable.selectedRows())
+        names += (names.empty() ? "" : ", ") + policy_.customList().textAt(index(row));
+    return util::formatted(localized("Please confirm deletion: %@"), {names});
 }
 
 void SearchPolicyPane::deleteSheetDidEnd(int returnCode) {

@@ -67,6 +67,8 @@ public:
     virtual void setDataSource(TableDataSource* source) = 0;
     virtual void setDelegate(TableDelegate* delegate) = 0;
     virtual void setDoubleAction(Action action) = 0;
+    /// What the delete key does while the table has the keyboard.
+    virtual void setDeleteAction(Action action) = 0;
 
     /// Null when there is no such column.
     [[nodiscard]] virtual TableColumn* tableColumnWithIdentifier(std::string_view identifier) = 0;

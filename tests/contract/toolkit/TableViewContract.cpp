@@ -194,6 +194,21 @@ TEST_F(TableViewContract, ADoubleClickOnARowThatMayNotBeSelectedRunsNothing) {
     EXPECT_EQ(table_.selectedRow(), -1);
 }
 
+TEST_F(TableViewContract, TheDeleteKeyRunsTheDeleteAction_WhateverIsSelected) {
+    int runs = 0;
+    table_.setDeleteAction([&](toolkit::Control& sender) {
+        EXPECT_EQ(&sender, &table_);
+        ++runs;
+    });
+    driver_->pressDelete(table_);
+    table_.selectRow(1, false);
+    driver_->pressDelete(table_);
+    EXPECT_EQ(runs, 2);
+    table_.setEnabled(false);
+    driver_->pressDelete(table_);
+    EXPECT_EQ(runs, 2);
+}
+
 TEST_F(TableViewContract, ColumnsAreFoundByIdentifierAndCanBeRemoved) {
     auto* column = table_.tableColumnWithIdentifier("On");
     ASSERT_NE(column, nullptr);

@@ -59,6 +59,7 @@ public:
                           int place) = 0;
     /// Presses Alt and the arrow up (-1) or down (1).
     virtual void pressAltArrow(toolkit::TableView& table, int step) = 0;
+    virtual void pressDelete(toolkit::TableView& table) = 0;
     /// Clicks the check box in column "On".
     virtual void clickCheckBox(toolkit::TableView& table, int row) = 0;
     /// The text that column "Name" shows in a row.
@@ -71,6 +72,8 @@ public:
     virtual void willAnswerModalAlert(int button) = 0;
     virtual void answerAlertSheet(int button) = 0;
     [[nodiscard]] virtual bool alertSheetIsOpen() = 0;
+    /// What is read out of the open alert's sheet behind its message.
+    [[nodiscard]] virtual std::string spokenTextOfAlertSheet() = 0;
 };
 
 /// Defined once for each toolkit and linked in.

@@ -188,6 +188,19 @@ TEST_F(AlertContract, ASheetReturnsAtOnceAndAnswersOnce) {
     EXPECT_FALSE(driver_->alertSheetIsOpen());
 }
 
+TEST_F(AlertContract, TheInformativeTextIsReadOutUnlessThereIsASpokenOne) {
+    const auto plain = saveQuestion();
+    plain->setInformativeText("It can't be undone.");
+    plain->beginSheet(driver_->window(), [](int) {});
+    EXPECT_EQ(driver_->spokenTextOfAlertSheet(), "It can't be undone.");
+    driver_->answerAlertSheet(1);
+    const auto spoken = saveQuestion();
+    spoken->setInformativeText("It can't be undone.");
+    spoken->setSpokenText("Ash and beech can't be had back.");
+    spoken->beginSheet(driver_->window(), [](int) {});
+    EXPECT_EQ(driver_->spokenTextOfAlertSheet(), "Ash and beech can't be had back.");
+}
+
 TEST_F(AlertContract, ClosingASheetIsAnAnswer) {
     std::vector<int> answers;
     const auto alert = saveQuestion();

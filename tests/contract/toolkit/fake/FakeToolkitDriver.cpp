@@ -66,6 +66,7 @@ public:
     void pressAltArrow(toolkit::TableView& table, int step) override {
         (void)static_cast<FakeTableView&>(table).pressAltArrow(step);
     }
+    void pressDelete(toolkit::TableView& table) override { static_cast<FakeTableView&>(table).pressDelete(); }
     void clickCheckBox(toolkit::TableView& table, int row) override {
         auto& fake = static_cast<FakeTableView&>(table);
         fake.toggleCheckBox("On", row, !fake.isCheckedAt("On", row));
@@ -85,6 +86,10 @@ public:
     void willAnswerModalAlert(int button) override { toolkit_.willAnswer(button); }
     void answerAlertSheet(int button) override { toolkit_.answerSheet(button); }
     bool alertSheetIsOpen() override { return toolkit_.sheetIsOpen(); }
+    std::string spokenTextOfAlertSheet() override {
+        const auto& shown = toolkit_.alerts().back();
+        return shown.spoken.empty() ? shown.information : shown.spoken;
+    }
 
 private:
     /// The stand-ins fail the test when they can't be operated; here that is an answer.

@@ -144,6 +144,11 @@ public:
         view.setFocus();
         QTest::keyClick(&view, step < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
     }
+    void pressDelete(toolkit::TableView& table) override {
+        auto& view = treeOf(table);
+        view.setFocus();
+        QTest::keyClick(&view, Qt::Key_Delete);
+    }
     void clickCheckBox(toolkit::TableView& table, int row) override {
         auto& view = treeOf(table);
         QStyleOptionViewItem option;
@@ -187,6 +192,10 @@ public:
         settle();
     }
     bool alertSheetIsOpen() override { return openPanel() != nullptr; }
+    std::string spokenTextOfAlertSheet() override {
+        const auto* panel = openPanel();
+        return panel ? qt::toUtf8(panel->accessibleDescription()) : "no alert is open as a sheet";
+    }
 
 private:
     static bool operable(const QWidget& widget) { return widget.isEnabled() && widget.isVisible(); }
