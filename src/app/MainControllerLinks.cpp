@@ -65,7 +65,10 @@ void MainController::Links::openNodePane(const util::Array& list, int index) {
     panel.setParentController(this);
     panel.setCustomNodeIndex(index);
     panel.buildNodePaneData();
-    c_.outlets_.window.beginSheet(panel.window(), [](toolkit::Window& sheet, int) { sheet.orderOut(); });
+    c_.outlets_.window.beginSheet(panel.window(), [&panel](toolkit::Window& sheet, int) {
+        sheet.orderOut();
+        panel.forgetCustomNodeArray();
+    });
 }
 
 void MainController::Links::rereadEditedSearchPolicies() {

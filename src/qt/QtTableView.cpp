@@ -82,6 +82,10 @@ void QtTableView::reloadData() {
     selectionMayHaveChanged();
 }
 
+void QtTableView::setEmptyMessage(std::string_view message) {
+    widget_.emptyMessage().setMesageForEmptyList(message);
+}
+
 void QtTableView::setAllowsMultipleSelection(bool allows) {
     widget_.setSelectionMode(allows ? QAbstractItemView::ExtendedSelection
                                     : QAbstractItemView::SingleSelection);

@@ -35,6 +35,7 @@ public:
 
     void reloadData() override;
     [[nodiscard]] int numberOfRows() const override { return model_.rowCount(); }
+    void setEmptyMessage(std::string_view message) override;
 
     void setAllowsEmptySelection(bool allows) override { selection_.allowsEmpty = allows; }
     void setAllowsMultipleSelection(bool allows) override;

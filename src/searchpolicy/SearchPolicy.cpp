@@ -45,12 +45,15 @@ void SearchPolicy::buildPaneData() {
     try {
         readDetails();
         readMode();
+        outlets_.nodeTable.setEmptyMessage(environment_.strings.localized("No directory domains"));
         selectModeInChooser();
         outlets_.nodeTable.reloadData();
         outlets_.modeChooser.synchronizeTitleAndSelectedItem();
         loaded_ = true;
     } catch (const std::exception& failure) {
         loaded_ = false;
+        outlets_.nodeTable.setEmptyMessage(
+            environment_.strings.localized("This search policy can’t be read"));
         outlets_.nodeTable.reloadData(); // rows of a policy that could be read once
         needs_.hideProgressBar();
         showAlert(message, failure.what(), button);

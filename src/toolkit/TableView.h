@@ -82,6 +82,8 @@ public:
     /// Asks the data source for everything again. Selected rows that are gone are no longer selected.
     virtual void reloadData() = 0;
     [[nodiscard]] virtual int numberOfRows() const = 0;
+    /// What the table says, and reads out, while it has no rows; "" for nothing.
+    virtual void setEmptyMessage(std::string_view message) = 0;
 
     virtual void setAllowsEmptySelection(bool allows) = 0;
     virtual void setAllowsMultipleSelection(bool allows) = 0;

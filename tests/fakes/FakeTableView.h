@@ -90,6 +90,9 @@ public:
         if (std::erase_if(selection_, [this](int row) { return row >= rows_; }) > 0) tellSelectionChanged();
     }
     [[nodiscard]] int numberOfRows() const override { return rows_; }
+    void setEmptyMessage(std::string_view message) override { emptyMessage_ = message; }
+    /// What is to be read in place of rows; "" while there are some.
+    [[nodiscard]] std::string shownEmptyMessage() const { return rows_ == 0 ? emptyMessage_ : ""; }
 
     void setAllowsEmptySelection(bool allows) override { note(allows ? "allowEmpty" : "forbidEmpty"); }
     void setAllowsMultipleSelection(bool allows) override {

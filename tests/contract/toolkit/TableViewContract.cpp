@@ -73,6 +73,19 @@ TEST_F(TableViewContract, RowsAreCountedWhenTheTableIsLoaded) {
     EXPECT_EQ(table_.numberOfRows(), 5);
 }
 
+TEST_F(TableViewContract, ATableWithoutRowsSaysItsMessage_AndOneWithRowsDoesNot) {
+    table_.setEmptyMessage("no trees");
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "");
+    names_.names.clear();
+    table_.reloadData();
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "no trees");
+    table_.setEmptyMessage("the trees can't be read");
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "the trees can't be read");
+    names_.names = {"ash"};
+    table_.reloadData();
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "");
+}
+
 TEST_F(TableViewContract, NothingIsSelectedAtFirst) {
     EXPECT_EQ(table_.selectedRow(), -1);
     EXPECT_THAT(table_.selectedRows(), IsEmpty());

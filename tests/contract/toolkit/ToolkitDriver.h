@@ -64,6 +64,8 @@ public:
     virtual void clickCheckBox(toolkit::TableView& table, int row) = 0;
     /// The text that column "Name" shows in a row.
     [[nodiscard]] virtual std::string shownText(toolkit::TableView& table, int row) = 0;
+    /// What stands in place of rows, as it is read out; "" while there are some.
+    [[nodiscard]] virtual std::string shownEmptyMessage(toolkit::TableView& table) = 0;
     virtual void clickTab(toolkit::TabView& tabView, const std::string& identifier) = 0;
     virtual void clickToolbarItem(toolkit::Toolbar& toolbar, const std::string& identifier) = 0;
     /// The window's close button; false when it stays open.

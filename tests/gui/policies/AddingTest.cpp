@@ -30,6 +30,17 @@ TEST_F(Adding, panel_offersTheServersThatAreNotOnTheList_firstOneSelected) {
     EXPECT_EQ(selection(panelTable), std::vector{0});
 }
 
+/// There the window lists every connector, and the connectors of the two policies themselves are among them.
+TEST_F(Adding, onAMachineWithoutAVersion_thePoliciesThemselvesAreNotOffered) {
+    machine_.folder.write("etc/os-release", "NAME=\"Homemade\"\n");
+    open();
+    openPanel();
+    EXPECT_EQ(nodes(panelTable), Names({"alpha", "bravo", "foxtrot"}));
+    user().answer("Cancel");
+    user().click("kServices");
+    EXPECT_TRUE(user().rowsOf("selectPlugIn").contains("Search"));
+}
+
 TEST_F(Adding, threeNodesBehindASelectedRow_keepTheOrderOfTheirRows) {
     open();
     user().clickRow(authenticationTable, 3);

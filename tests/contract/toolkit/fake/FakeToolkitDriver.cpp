@@ -74,6 +74,9 @@ public:
     std::string shownText(toolkit::TableView& table, int row) override {
         return static_cast<FakeTableView&>(table).textAt("Name", row);
     }
+    std::string shownEmptyMessage(toolkit::TableView& table) override {
+        return static_cast<FakeTableView&>(table).shownEmptyMessage();
+    }
     void clickTab(toolkit::TabView& tabView, const std::string& identifier) override {
         static_cast<FakeTabView&>(tabView).clickTab(identifier);
     }

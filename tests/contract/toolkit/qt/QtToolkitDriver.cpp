@@ -162,6 +162,9 @@ public:
         auto& view = treeOf(table);
         return qt::toUtf8(view.model()->index(row, 0).data().toString());
     }
+    std::string shownEmptyMessage(toolkit::TableView& table) override {
+        return qt::toUtf8(treeOf(table).accessibleDescription());
+    }
 
     void clickTab(toolkit::TabView& tabView, const std::string& identifier) override {
         auto& bar = *static_cast<qt::QtTabView&>(tabView).tabBar();
