@@ -51,8 +51,14 @@ void AppDelegate::applicationWillTerminate() {
     if (mMainWindow != nullptr) mMainWindow->disconnect();
 }
 
+// What the service refused to save is asked about last: saving and reverting may have settled it.
 bool AppDelegate::applicationShouldSaveChanges(bool quitting) {
-    if (mMainWindow == nullptr || !mMainWindow->isDirty()) return true;
+    if (mMainWindow == nullptr) return true;
+    return savePromptAllows(quitting) && mMainWindow->mayLeaveUnsaved(quitting);
+}
+
+bool AppDelegate::savePromptAllows(bool quitting) {
+    if (!mMainWindow->isDirty()) return true;
     switch (runSavePrompt(quitting)) {
     case saveButton:
         return saveBefore(quitting);

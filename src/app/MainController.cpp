@@ -56,6 +56,8 @@ MainController::MainController(Environment& environment)
                     {outlets_.selectContactPolicy, outlets_.selectNodeContact, outlets_.addNodeContact,
                      outlets_.deleteNodeContact, outlets_.dragMessageContact},
                     *links_),
+      unsavedNotices_(authenticationPolicy_, outlets_.unsaved, contactsPolicy_, outlets_.unsavedContact,
+                      environment.platform, environment.toolkit, *links_),
       lockEffect_(outlets_, *links_), mainWindow_(environment, outlets_, *links_) {
     connectActions();
     (void)listenForSearchPolicyChanges(); // without it the panes just don't follow changes made elsewhere
@@ -188,12 +190,16 @@ void MainController::loadConfigWithSheet() { modifiedState_.loadConfigWithSheet(
 void MainController::setPluginModified(bool modified) { modifiedState_.setPluginModified(modified); }
 void MainController::setSearchPolicyModified(bool modified) {
     modifiedState_.setSearchPolicyModified(modified);
+    unsavedNotices_.update();
 }
 void MainController::updateModifiedState() { modifiedState_.updateModifiedState(); }
 bool MainController::isDirty() { return modifiedState_.isDirty(); }
 bool MainController::save() { return modifiedState_.save(); }
 void MainController::applyAction() { modifiedState_.applyAction(); }
 void MainController::revertAction() { modifiedState_.revertAction(); }
+bool MainController::mayLeaveUnsaved(bool quitting) {
+    return modifiedState_.isQuitting() || unsavedNotices_.mayLeave(quitting);
+}
 bool MainController::applicationWillQuitSavingChanges(bool save) {
     return modifiedState_.applicationWillQuitSavingChanges(save);
 }
@@ -202,9 +208,19 @@ bool MainController::applicationWillLockSavingChanges(bool save) {
 }
 
 // Search policies
-void MainController::buildDSSearchPaneData() { authenticationPolicy_.buildPaneData(); }
-void MainController::buildDSContactsPaneData() { contactsPolicy_.buildPaneData(); }
-bool MainController::saveSearchPolicies() { return policies_.saveSearchPolicies(); }
+void MainController::buildDSSearchPaneData() {
+    authenticationPolicy_.buildPaneData();
+    unsavedNotices_.update();
+}
+void MainController::buildDSContactsPaneData() {
+    contactsPolicy_.buildPaneData();
+    unsavedNotices_.update();
+}
+bool MainController::saveSearchPolicies() {
+    const bool saved = policies_.saveSearchPolicies();
+    unsavedNotices_.update();
+    return saved;
+}
 void MainController::reloadSearchPolicies() { policies_.reloadSearchPolicies(); }
 void MainController::searchPolicyChange() { policies_.searchPolicyChange(); }
 bool MainController::isNodeOnAuthSearchPolicy(const std::string& nodeName) {

@@ -15,6 +15,7 @@
 #include "searchpolicy/NodePaneController.h"
 #include "searchpolicy/SearchPolicies.h"
 #include "searchpolicy/SearchPolicyPane.h"
+#include "searchpolicy/UnsavedNotices.h"
 #include "services/ModifiedState.h"
 #include "services/ServicesList.h"
 #include "services/ServicesTable.h"
@@ -87,6 +88,8 @@ public:
     bool save();
     void applyAction();
     void revertAction();
+    /// Asks whether to quit, or to lock, although the service refused to save something. True to go on.
+    [[nodiscard]] bool mayLeaveUnsaved(bool quitting);
     [[nodiscard]] bool applicationWillQuitSavingChanges(bool save);
     [[nodiscard]] bool applicationWillLockSavingChanges(bool save);
 
@@ -185,6 +188,7 @@ private:
     searchpolicy::SearchPolicies policies_;
     searchpolicy::SearchPolicyPane authenticationPane_;
     searchpolicy::SearchPolicyPane contactsPane_;
+    searchpolicy::UnsavedNotices unsavedNotices_;
     std::unique_ptr<searchpolicy::NodePaneController> nodePaneController_;
     LockEffect lockEffect_;
     MainWindow mainWindow_;

@@ -8,6 +8,7 @@ void MainController::Links::sessionWasReplaced() {
     c_.authorization_.deauthToLocalNode();
     c_.authenticationPolicy_.forgetDetails();
     c_.contactsPolicy_.forgetDetails();
+    c_.unsavedNotices_.update();
 }
 
 void MainController::Links::invalidateLoadedPanes() {
@@ -69,6 +70,16 @@ void MainController::Links::openNodePane(const util::Array& list, int index) {
         sheet.orderOut();
         panel.forgetCustomNodeArray();
     });
+}
+
+// Where nothing else of the policies is unsaved, their mark goes, too.
+void MainController::Links::showSavedPolicy(searchpolicy::SearchPolicy& policy) {
+    policy.dropEdits();
+    c_.adjustCustomBox();
+    c_.adjustCustomBoxContact();
+    if (!c_.authenticationPolicy_.hasUnsavedEdits() && !c_.contactsPolicy_.hasUnsavedEdits())
+        c_.setSearchPolicyModified(false);
+    c_.unsavedNotices_.update();
 }
 
 void MainController::Links::rereadEditedSearchPolicies() {

@@ -20,6 +20,7 @@ class MainController::Links final : public auth::DirectoryConnection::Needs,
                                     public searchpolicy::SearchPolicies::Needs,
                                     public searchpolicy::SearchPolicyPane::Needs,
                                     public searchpolicy::NodePaneController::Parent,
+                                    public searchpolicy::UnsavedNotices::Needs,
                                     public LockEffect::Needs,
                                     public MainWindow::Needs {
 public:
@@ -52,7 +53,10 @@ public:
     void setUnlocked(bool unlocked) override { c_.setUnlocked(unlocked); }
 
     // auth::LocalAuthorization
-    void lockStateChanged(bool unlocked) override { c_.lockEffect_.lockStateChanged(unlocked); }
+    void lockStateChanged(bool unlocked) override {
+        c_.lockEffect_.lockStateChanged(unlocked);
+        c_.unsavedNotices_.update();
+    }
     bool applicationShouldSaveChangesBeforeLocking() override {
         return c_.owner_ == nullptr || c_.owner_->applicationShouldSaveChanges(false);
     }
@@ -134,6 +138,10 @@ public:
     }
     void refreshTable() override { c_.refreshTable(); }
     void endSheet(toolkit::Window& sheet) override { c_.outlets_.window.endSheet(sheet, 0); }
+
+    // searchpolicy::UnsavedNotices
+    void saveChanges() override { c_.applyAction(); }
+    void showSavedPolicy(searchpolicy::SearchPolicy& policy) override;
 
     // LockEffect
     void updateConfigEnable() override { c_.updateConfigEnable(); }

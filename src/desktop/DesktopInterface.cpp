@@ -26,6 +26,8 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .addNodeContact = w.addNodeContact,
             .deleteNodeContact = w.deleteNodeContact,
             .dragMessageContact = w.dragMessageContact,
+            .unsaved = {w.unsaved, w.tryAgain, w.showSaved},
+            .unsavedContact = {w.unsavedContact, w.tryAgainContact, w.showSavedContact},
             .authorizationView = w.authorizationView};
 }
 

@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPainter>
+#include <tuple>
 
 #include "qt/Appearance.h"
 #include "qt/Icons.h"
@@ -44,6 +45,40 @@ void asSign(QToolButton& button, const char* sign) {
     button.setFocusPolicy(Qt::StrongFocus);
 }
 
+/// The strip about what wasn't saved gets its two buttons.
+std::pair<QPushButton*, QPushButton*> equip(NoticeStrip& strip, const char* tryAgain, const char* showSaved) {
+    strip.hide();
+    return {&strip.addButton(tr("&Try Again"), tryAgain),
+            &strip.addButton(tr("Show &What Is Saved"), showSaved)};
+}
+
+/// The strip takes the place of what is explained above the list.
+class TakesPlace final : public QObject {
+public:
+    TakesPlace(QWidget& strip, QWidget& other) : QObject(&strip), strip_(strip), other_(other) {
+        strip.installEventFilter(this);
+    }
+    bool eventFilter(QObject* /*strip*/, QEvent* event) override {
+        const bool changes = event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent;
+        if (changes) other_.setVisible(strip_.isHidden());
+        return false;
+    }
+
+private:
+    QWidget& strip_;
+    QWidget& other_;
+};
+
+/// The tab key takes them between two others.
+void standBetween(QWidget& before, std::initializer_list<QWidget*> widgets, QWidget& after) {
+    auto* last = &before;
+    for (auto* each : widgets) {
+        QWidget::setTabOrder(last, each);
+        last = each;
+    }
+    QWidget::setTabOrder(last, &after);
+}
+
 } // namespace
 
 struct MainWindowInterface::Form {
@@ -59,6 +94,10 @@ struct MainWindowInterface::Form {
 
     QMainWindow shell;
     Ui::MainWindow ui;
+    QPushButton* tryAgain = nullptr;
+    QPushButton* showSaved = nullptr;
+    QPushButton* tryAgainContact = nullptr;
+    QPushButton* showSavedContact = nullptr;
 
 private:
     void dress() {
@@ -75,6 +114,16 @@ private:
         asSign(*ui.deleteNodeContact, "Minus");
         asSign(*ui.helpButton, "Help");
         ui.helpButton->setProperty("round", true);
+        constexpr int headingAndOneRow = 52;
+        for (auto* list : {ui.selectNode, ui.selectNodeContact})
+            list->setMinimumHeight(headingAndOneRow); // what is left beside a strip
+        new TakesPlace(*ui.unsaved, *ui.policyExplanation);
+        new TakesPlace(*ui.unsavedContact, *ui.contactExplanation);
+        std::tie(tryAgain, showSaved) = equip(*ui.unsaved, "tryAgain", "showSaved");
+        std::tie(tryAgainContact, showSavedContact) =
+            equip(*ui.unsavedContact, "tryAgainContact", "showSavedContact");
+        standBetween(*ui.selectSearchPolicy, {tryAgain, showSaved}, *ui.selectNode);
+        standBetween(*ui.selectContactPolicy, {tryAgainContact, showSavedContact}, *ui.selectNodeContact);
         ui.authorizationView->setFocusPolicy(Qt::StrongFocus);
         ui.editorSign->setPixmap(icon("Halden_32").pixmap(QSize(64, 64), shell.devicePixelRatioF()));
         explainChoice(*ui.selectSearchPolicy, *ui.policyExplanation,
@@ -105,7 +154,10 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       selectNodeContact(*form_->ui.selectNodeContact, nodeColumns(), guard),
       addNodeContact(*form_->ui.addNodeContact, guard),
       deleteNodeContact(*form_->ui.deleteNodeContact, guard),
-      dragMessageContact(*form_->ui.dragMessageContact),
+      dragMessageContact(*form_->ui.dragMessageContact), unsaved(*form_->ui.unsaved),
+      tryAgain(*form_->tryAgain, guard), showSaved(*form_->showSaved, guard),
+      unsavedContact(*form_->ui.unsavedContact), tryAgainContact(*form_->tryAgainContact, guard),
+      showSavedContact(*form_->showSavedContact, guard),
       authorizationView(*form_->ui.authorizationView, authorization, guard),
       menu(*form_->shell.menuBar(), application, guard) {
     window.setTitle("Corvane");

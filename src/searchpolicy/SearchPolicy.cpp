@@ -50,6 +50,7 @@ void SearchPolicy::buildPaneData() {
         outlets_.nodeTable.reloadData();
         outlets_.modeChooser.synchronizeTitleAndSelectedItem();
         loaded_ = true;
+        refusal_.reset(); // the edits that it was about are gone
     } catch (const std::exception& failure) {
         loaded_ = false;
         outlets_.nodeTable.setEmptyMessage(
@@ -178,6 +179,7 @@ bool SearchPolicy::save(const util::AuthorizationExternalForm& authForm) {
         (void)succeeded(error);
         return false;
     }
+    refusal_.reset();
     // The edited list is gone when another session has come since: then there is nothing to write, and least
     // of all an empty list over the one that the service has.
     const auto list = customListToWrite();
@@ -209,20 +211,47 @@ bool SearchPolicy::saveSearchPolicy(halden::Node& node, const util::Authorizatio
     request.insert(request.end(), list->begin(), list->end());
     (void)node.customCall(code::replaceCustomList, request, &error);
     util::wipe(request);
-    return succeeded(error);
+    return wasTaken(error, &Refusal::customList);
 }
 
 bool SearchPolicy::changePolicy(std::int32_t code, const util::AuthorizationExternalForm& authForm,
                                 halden::Node& node) {
     halden::Error error;
     (void)directory::customCall(node, code, authForm, &error);
-    return succeeded(error);
+    return wasTaken(error, &Refusal::mode);
 }
 
 bool SearchPolicy::succeeded(const halden::Error& error) {
     if (!error) return true;
     showAlert(error.description, error.details(), environment_.strings.localized("OK"));
     return false;
+}
+
+bool SearchPolicy::wasTaken(const halden::Error& error, bool Refusal::*part) {
+    if (succeeded(error)) return true;
+    if (!refusal_) refusal_ = Refusal{.error = error};
+    (*refusal_).*part = true;
+    return false;
+}
+
+const SearchPolicy::Refusal* SearchPolicy::refusal() const {
+    const bool unsaved = refusal_ && ((refusal_->customList && customListChanged_) ||
+                                      (refusal_->mode && selectedMode_ != pastMode_));
+    return unsaved ? &*refusal_ : nullptr;
+}
+
+void SearchPolicy::acknowledgeOtherChanges() {
+    try {
+        halden::Error ignored;
+        if (const auto node = openSearchNode(&ignored)) (void)node->nodeDetails(std::nullopt, &ignored);
+    } catch (const std::exception&) {
+        return;
+    }
+}
+
+void SearchPolicy::dropEdits() {
+    buildPaneData();
+    if (loaded_) customListChanged_ = false;
 }
 
 void SearchPolicy::showAlert(const std::string& message, const std::string& information,

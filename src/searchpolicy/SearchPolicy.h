@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "halden/Session.h"
@@ -36,13 +37,23 @@ public:
 
     [[nodiscard]] const SearchPolicyTraits& traits() const { return traits_; }
 
+    /// What the service refused when the policy was saved last, as far as it is still unsaved.
+    struct Refusal {
+        bool customList = false;
+        bool mode = false;
+        halden::Error error; ///< of the first call that was refused
+    };
+
     /// Reads the policy from its search node and shows it; an unsaved choice of mode is lost. A failure is
     /// shown in an alert and leaves the policy not loaded.
     void buildPaneData();
     [[nodiscard]] bool isLoaded() const { return loaded_; }
     void invalidate() { loaded_ = false; }
     /// The session is another one: what was read is void.
-    void forgetDetails() { details_ = {}; }
+    void forgetDetails() {
+        details_ = {};
+        refusal_.reset();
+    }
 
     /// Null until the first read.
     [[nodiscard]] const util::Dictionary& details() const { return details_; }
@@ -59,6 +70,13 @@ public:
     [[nodiscard]] bool customListChanged() const { return customListChanged_; }
     void setCustomListChanged() { customListChanged_ = true; }
     [[nodiscard]] bool hasUnsavedEdits() const { return customListChanged_ || selectedMode_ != pastMode_; }
+    /// Null when nothing was refused, or nothing of it is unsaved any longer.
+    [[nodiscard]] const Refusal* refusal() const;
+    /// Lets the service know that another program's change was read, after which it takes changes again; what
+    /// is edited stays as it is. A failure is left to the next save to report.
+    void acknowledgeOtherChanges();
+    /// Shows the policy as the service has it. Where it can't be read the edits stay.
+    void dropEdits();
     /// Shows the chosen mode in the pop-up.
     void selectModeInChooser();
 
@@ -92,6 +110,7 @@ private:
     [[nodiscard]] bool changePolicy(std::int32_t code, const util::AuthorizationExternalForm& authForm,
                                     halden::Node& node);
     [[nodiscard]] bool succeeded(const halden::Error& error);
+    [[nodiscard]] bool wasTaken(const halden::Error& error, bool Refusal::*part);
     void showAlert(const std::string& message, const std::string& information, const std::string& button);
 
     const SearchPolicyTraits& traits_;
@@ -102,6 +121,7 @@ private:
     util::Dictionary details_;
     Mode selectedMode_ = Mode::notYetKnown;
     Mode pastMode_ = Mode::notYetKnown;
+    std::optional<Refusal> refusal_;
     bool customListChanged_ = false;
     bool loaded_ = false;
 };

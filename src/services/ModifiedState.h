@@ -38,6 +38,7 @@ public:
     void updateModifiedState();
     /// The window is closing: from here on nothing counts as unsaved.
     void setQuitting() { quitting_ = true; }
+    [[nodiscard]] bool isQuitting() const { return quitting_; }
 
     [[nodiscard]] bool isDirty() const;
     /// The search policies first, then each connector in the list's order up to the first that fails.

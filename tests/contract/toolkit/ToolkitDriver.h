@@ -28,6 +28,7 @@ public:
     [[nodiscard]] virtual toolkit::PopUpButton& popUp() = 0;
     [[nodiscard]] virtual toolkit::TextField& textField() = 0;
     [[nodiscard]] virtual toolkit::ProgressIndicator& progressIndicator() = 0;
+    [[nodiscard]] virtual toolkit::Notice& notice() = 0;
     /// Columns "Name" and "On".
     [[nodiscard]] virtual toolkit::TableView& table() = 0;
     /// Column "Name".
@@ -51,6 +52,8 @@ public:
     [[nodiscard]] virtual std::string shownText(toolkit::TextField& field) = 0;
     /// What stands beside the field about a refused text; "" for nothing.
     [[nodiscard]] virtual std::string shownDescription(toolkit::TextField& field) = 0;
+    /// What stands on the strip, one text behind the other; "" while it is hidden.
+    [[nodiscard]] virtual std::string shownText(toolkit::Notice& notice) = 0;
     virtual bool clickRow(toolkit::TableView& table, int row, bool extending = false) = 0;
     virtual void doubleClickRow(toolkit::TableView& table, int row) = 0;
     /// Drags rows and drops them above the row `place`, or behind the last where that is the count. False

@@ -24,6 +24,7 @@ public:
     toolkit::PopUpButton& popUp() override { return popUp_; }
     toolkit::TextField& textField() override { return textField_; }
     toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
+    toolkit::Notice& notice() override { return notice_; }
     toolkit::TableView& table() override { return table_; }
     toolkit::TableView& otherTable() override { return otherTable_; }
     toolkit::Canvas& canvas() override { return canvas_; }
@@ -52,6 +53,10 @@ public:
     }
     std::string shownDescription(toolkit::TextField& field) override {
         return static_cast<FakeTextField&>(field).shownDescription();
+    }
+    std::string shownText(toolkit::Notice& notice) override {
+        auto& fake = static_cast<FakeNotice&>(notice);
+        return fake.shownMessage() + fake.shownInformation();
     }
     bool clickRow(toolkit::TableView& table, int row, bool extending) override {
         return static_cast<FakeTableView&>(table).clickRow(row, extending);
@@ -111,6 +116,7 @@ private:
     FakePopUpButton popUp_{journal_, "popUp", {"One", "Two", "Three"}};
     FakeTextField textField_{journal_, "textField"};
     FakeProgressIndicator bar_{journal_, "bar"};
+    FakeNotice notice_{journal_, "notice"};
     RecordingCanvas canvas_;
     FakeConstrainedView constrainedView_{journal_, "constrainedView"};
     FakeTableView table_{journal_, "table", {"Name", "On"}};
