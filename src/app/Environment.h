@@ -14,6 +14,8 @@ struct Environment {
     toolkit::Toolkit& toolkit;
     halden::Framework& halden;
     InterfaceLoader& interfaces;
+    /// The program works on a private folder made for trials, not on the machine itself.
+    bool worksOnTrialFolder = false;
 };
 
 } // namespace corvane::app

@@ -1,6 +1,7 @@
 #include "app/MainController.h"
 
 #include "app/MainControllerLinks.h"
+#include "util/TextFormat.h"
 
 namespace corvane::app {
 namespace {
@@ -115,7 +116,19 @@ void MainController::showWindow(MainControllerOwner& sender) {
     mainWindow_.showWindow();
 }
 
+// Says from the first moment on which machine is worked on.
+void MainController::showMachine() {
+    const auto& strings = environment_.platform.strings;
+    if (const auto host = hostName(); !host.empty())
+        outlets_.window.setTitle(util::formatted(strings.localized("Corvane: %@"), {host}));
+    if (environment_.worksOnTrialFolder)
+        outlets_.trialNotice.setMessageText(
+            strings.localized("Trial folder: nothing on this machine changes"));
+    outlets_.trialNotice.setHidden(!environment_.worksOnTrialFolder);
+}
+
 void MainController::awakeFromNib() {
+    showMachine();
     servicesTable_.setUpTable();
     outlets_.selectNode.registerForDraggedTypes({searchpolicy::SearchPolicyPane::draggedType});
     outlets_.selectNodeContact.registerForDraggedTypes({searchpolicy::SearchPolicyPane::draggedType});

@@ -167,6 +167,7 @@ private:
     class Links;
 
     void awakeFromNib();
+    void showMachine();
     void connectActions();
     [[nodiscard]] bool listenForSearchPolicyChanges();
 

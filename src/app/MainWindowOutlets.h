@@ -29,6 +29,7 @@ struct MainWindowOutlets {
     toolkit::ProgressIndicator& progressBar;
     toolkit::Button& applyButton;
     toolkit::Button& helpButton;
+    toolkit::Notice& trialNotice; ///< seen in every pane
 
     toolkit::TableView& selectPlugIn; ///< columns "Name", "Version" and "On-Off"
     toolkit::Button& configPlugIn;

@@ -14,6 +14,7 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .progressBar = w.progressBar,
             .applyButton = w.applyButton,
             .helpButton = w.helpButton,
+            .trialNotice = w.trialNotice,
             .selectPlugIn = w.selectPlugIn,
             .configPlugIn = w.configPlugIn,
             .selectSearchPolicy = w.selectSearchPolicy,

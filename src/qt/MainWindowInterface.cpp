@@ -3,6 +3,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPainter>
+#include <QStatusBar>
 #include <tuple>
 
 #include "qt/Appearance.h"
@@ -52,22 +53,40 @@ std::pair<QPushButton*, QPushButton*> equip(NoticeStrip& strip, const char* tryA
             &strip.addButton(tr("Show &What Is Saved"), showSaved)};
 }
 
-/// The strip takes the place of what is explained above the list.
-class TakesPlace final : public QObject {
+/// Shows or hides a widget together with a strip, or in its place.
+class Follows final : public QObject {
 public:
-    TakesPlace(QWidget& strip, QWidget& other) : QObject(&strip), strip_(strip), other_(other) {
+    enum class How { together, inItsPlace };
+    Follows(QWidget& strip, QWidget& other, How how = How::together)
+        : QObject(&strip), strip_(strip), other_(other), how_(how) {
         strip.installEventFilter(this);
     }
     bool eventFilter(QObject* /*strip*/, QEvent* event) override {
         const bool changes = event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent;
-        if (changes) other_.setVisible(strip_.isHidden());
+        if (changes) other_.setVisible(strip_.isHidden() == (how_ == How::inItsPlace));
         return false;
     }
 
 private:
     QWidget& strip_;
     QWidget& other_;
+    How how_;
 };
+
+/// A strip below everything else, which takes no room from the panes.
+NoticeStrip& addFootStrip(QMainWindow& shell) {
+    auto* foot = new QStatusBar(&shell);
+    foot->setSizeGripEnabled(false);
+    foot->setContentsMargins(22, 0, 22, 6);
+    auto* strip = new NoticeStrip(foot);
+    strip->setObjectName("trialNotice");
+    strip->keepMessageOnOneLine();
+    foot->addWidget(strip, 1);
+    shell.setStatusBar(foot);
+    new Follows(*strip, *foot);
+    strip->hide();
+    return *strip;
+}
 
 /// The tab key takes them between two others.
 void standBetween(QWidget& before, std::initializer_list<QWidget*> widgets, QWidget& after) {
@@ -94,6 +113,7 @@ struct MainWindowInterface::Form {
 
     QMainWindow shell;
     Ui::MainWindow ui;
+    NoticeStrip* trialNotice = nullptr;
     QPushButton* tryAgain = nullptr;
     QPushButton* showSaved = nullptr;
     QPushButton* tryAgainContact = nullptr;
@@ -114,11 +134,12 @@ private:
         asSign(*ui.deleteNodeContact, "Minus");
         asSign(*ui.helpButton, "Help");
         ui.helpButton->setProperty("round", true);
+        trialNotice = &addFootStrip(shell);
         constexpr int headingAndOneRow = 52;
         for (auto* list : {ui.selectNode, ui.selectNodeContact})
             list->setMinimumHeight(headingAndOneRow); // what is left beside a strip
-        new TakesPlace(*ui.unsaved, *ui.policyExplanation);
-        new TakesPlace(*ui.unsavedContact, *ui.contactExplanation);
+        new Follows(*ui.unsaved, *ui.policyExplanation, Follows::How::inItsPlace);
+        new Follows(*ui.unsavedContact, *ui.contactExplanation, Follows::How::inItsPlace);
         std::tie(tryAgain, showSaved) = equip(*ui.unsaved, "tryAgain", "showSaved");
         std::tie(tryAgainContact, showSavedContact) =
             equip(*ui.unsavedContact, "tryAgainContact", "showSavedContact");
@@ -154,8 +175,8 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       selectNodeContact(*form_->ui.selectNodeContact, nodeColumns(), guard),
       addNodeContact(*form_->ui.addNodeContact, guard),
       deleteNodeContact(*form_->ui.deleteNodeContact, guard),
-      dragMessageContact(*form_->ui.dragMessageContact), unsaved(*form_->ui.unsaved),
-      tryAgain(*form_->tryAgain, guard), showSaved(*form_->showSaved, guard),
+      dragMessageContact(*form_->ui.dragMessageContact), trialNotice(*form_->trialNotice),
+      unsaved(*form_->ui.unsaved), tryAgain(*form_->tryAgain, guard), showSaved(*form_->showSaved, guard),
       unsavedContact(*form_->ui.unsavedContact), tryAgainContact(*form_->tryAgainContact, guard),
       showSavedContact(*form_->showSavedContact, guard),
       authorizationView(*form_->ui.authorizationView, authorization, guard),

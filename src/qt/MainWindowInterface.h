@@ -59,6 +59,7 @@ public:
     QtButton deleteNodeContact;
     QtPlainView dragMessageContact;
 
+    QtNotice trialNotice; ///< at the window's foot
     QtNotice unsaved;
     QtButton tryAgain;
     QtButton showSaved;

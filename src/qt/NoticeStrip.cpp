@@ -120,8 +120,10 @@ void NoticeStrip::fitTexts() {
     information_->setText(shown);
     information_->setToolTip(shown == wholeInformation_ ? QString() : wholeInformation_);
     for (auto* label : {message_, information_})
-        label->setFixedHeight(heightOf(*label, label->text(), room));
+        if (label->wordWrap()) label->setFixedHeight(heightOf(*label, label->text(), room));
 }
+
+void NoticeStrip::keepMessageOnOneLine() { message_->setWordWrap(false); }
 
 void NoticeStrip::announce() {
     if (!isVisible()) return;

@@ -18,6 +18,8 @@ public:
     void setInformativeText(const QString& text);
     [[nodiscard]] QString messageText() const;
     [[nodiscard]] QString informativeText() const;
+    /// For a strip whose height mustn't depend on its width.
+    void keepMessageOnOneLine();
     /// A new button below those that are there; owned by the strip.
     [[nodiscard]] QPushButton& addButton(const QString& title, const char* name);
 

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStatusBar>
 #include <QToolBar>
 #include <algorithm>
 #include <cmath>
@@ -156,7 +157,9 @@ int QtWindow::heightOfBars() const {
     const bool menuInside = menu && !menu->isHidden() && !menu->isNativeMenuBar();
     const int menuHeight = menuInside ? menu->sizeHint().height() : 0;
     const bool toolbarShown = toolbar_ && !toolbar_->isHidden();
-    return menuHeight + (toolbarShown ? toolbar_->parentWidget()->sizeHint().height() : 0);
+    const auto* foot = main->findChild<const QStatusBar*>(QString(), Qt::FindDirectChildrenOnly);
+    const int footHeight = foot && !foot->isHidden() ? foot->sizeHint().height() : 0;
+    return menuHeight + footHeight + (toolbarShown ? toolbar_->parentWidget()->sizeHint().height() : 0);
 }
 
 // The larger limit first: Qt moves one limit when the other passes it.

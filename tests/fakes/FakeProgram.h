@@ -96,9 +96,10 @@ struct FakeInterface final : app::InterfaceLoader {
           selectNodeContact(journal, "selectNodeContact", {"NodeName"}),
           addNodeContact(journal, "addNodeContact", &window),
           deleteNodeContact(journal, "deleteNodeContact", &window),
-          dragMessageContact(journal, "dragMessageContact"), unsaved(journal, "unsaved"),
-          tryAgain(journal, "tryAgain", &window), showSaved(journal, "showSaved", &window),
-          unsavedContact(journal, "unsavedContact"), tryAgainContact(journal, "tryAgainContact", &window),
+          dragMessageContact(journal, "dragMessageContact"), trialNotice(journal, "trialNotice"),
+          unsaved(journal, "unsaved"), tryAgain(journal, "tryAgain", &window),
+          showSaved(journal, "showSaved", &window), unsavedContact(journal, "unsavedContact"),
+          tryAgainContact(journal, "tryAgainContact", &window),
           showSavedContact(journal, "showSavedContact", &window),
           authorizationView(journal, std::move(authorization)) {
         for (const auto* page : {"1", "2", "3"})
@@ -120,6 +121,7 @@ struct FakeInterface final : app::InterfaceLoader {
                 progressBar,
                 applyButton,
                 helpButton,
+                trialNotice,
                 selectPlugIn,
                 configPlugIn,
                 selectSearchPolicy,
@@ -170,6 +172,7 @@ public:
     FakeButton addNodeContact;
     FakeButton deleteNodeContact;
     FakeView dragMessageContact;
+    FakeNotice trialNotice;
     FakeNotice unsaved;
     FakeButton tryAgain;
     FakeButton showSaved;

@@ -1,4 +1,6 @@
 // What the tables of the two policies show, in which colour, and which rows may be selected: the real window.
+#include <QSysInfo>
+
 #include "gui/policies/PolicyWindow.h"
 #include "qt/Appearance.h"
 
@@ -135,6 +137,20 @@ TEST_F(Showing, anotherMode_marksDeselectsAndHidesTheEditingControls) {
     for (const auto* control : {"addNode", "deleteNode", "dragMessage"})
         EXPECT_TRUE(user().isVisible(control)) << control;
     EXPECT_EQ(selection(), std::vector<int>());
+}
+
+TEST_F(Showing, theWindow_saysWhichMachineItWorksOnInEveryPane) {
+    open();
+    const auto& shell = *view(authenticationTable).window();
+    EXPECT_TRUE(shell.windowTitle().contains(QSysInfo::machineHostName()))
+        << shell.windowTitle().toStdString();
+    for (const auto* pane : {"kServices", "kSearchPaths", "kDebug"}) {
+        user().click(pane);
+        EXPECT_TRUE(user().visibleText().contains("Trial folder: nothing on this machine changes")) << pane;
+    }
+    user().click("kServices");
+    const auto& content = *shell.findChild<QWidget*>("contentView");
+    EXPECT_EQ(content.size(), QSize(590, 365)); // the strip takes nothing from the panes
 }
 
 TEST_F(Showing, aListWithoutNodes_saysSo) {
