@@ -84,8 +84,9 @@ int AppDelegate::runSavePrompt(bool quitting) {
 bool AppDelegate::saveBefore(bool quitting) {
     const bool agreed = quitting ? mMainWindow->applicationWillQuitSavingChanges(true)
                                  : mMainWindow->applicationWillLockSavingChanges(true);
-    if (agreed) mMainWindow->applyAction();
-    return agreed;
+    if (!agreed) return false;
+    mMainWindow->applyAction();
+    return !mMainWindow->saveWasCancelled();
 }
 
 bool AppDelegate::discardBefore(bool quitting) {

@@ -59,6 +59,7 @@ MainController::MainController(Environment& environment)
                     *links_),
       unsavedNotices_(authenticationPolicy_, outlets_.unsaved, contactsPolicy_, outlets_.unsavedContact,
                       environment.platform, environment.toolkit, *links_),
+      leavingQuestion_(authenticationPolicy_, environment.platform, environment.toolkit, *links_),
       lockEffect_(outlets_, *links_), mainWindow_(environment, outlets_, *links_) {
     connectActions();
     (void)listenForSearchPolicyChanges(); // without it the panes just don't follow changes made elsewhere

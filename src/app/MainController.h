@@ -12,6 +12,7 @@
 #include "directory/NetworkLocations.h"
 #include "directory/RootUser.h"
 #include "plugins/PluginAPIImplementor.h"
+#include "searchpolicy/LeavingQuestion.h"
 #include "searchpolicy/NodePaneController.h"
 #include "searchpolicy/SearchPolicies.h"
 #include "searchpolicy/SearchPolicyPane.h"
@@ -87,6 +88,7 @@ public:
     [[nodiscard]] bool isDirty();
     bool save();
     void applyAction();
+    [[nodiscard]] bool saveWasCancelled() const { return modifiedState_.saveWasCancelled(); }
     void revertAction();
     /// Asks whether to quit, or to lock, although the service refused to save something. True to go on.
     [[nodiscard]] bool mayLeaveUnsaved(bool quitting);
@@ -190,6 +192,7 @@ private:
     searchpolicy::SearchPolicyPane authenticationPane_;
     searchpolicy::SearchPolicyPane contactsPane_;
     searchpolicy::UnsavedNotices unsavedNotices_;
+    searchpolicy::LeavingQuestion leavingQuestion_;
     std::unique_ptr<searchpolicy::NodePaneController> nodePaneController_;
     LockEffect lockEffect_;
     MainWindow mainWindow_;

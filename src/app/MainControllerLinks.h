@@ -21,6 +21,7 @@ class MainController::Links final : public auth::DirectoryConnection::Needs,
                                     public searchpolicy::SearchPolicyPane::Needs,
                                     public searchpolicy::NodePaneController::Parent,
                                     public searchpolicy::UnsavedNotices::Needs,
+                                    public searchpolicy::LeavingQuestion::Needs,
                                     public LockEffect::Needs,
                                     public MainWindow::Needs {
 public:
@@ -124,6 +125,7 @@ public:
     // services::ServicesList, services::ModifiedState
     bool legacyDS() override { return c_.legacyDS(); }
     std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() override { return c_.apiImplementor_; }
+    bool agreesToDirectoriesLeaving() override { return c_.leavingQuestion_.agreed(); }
     bool saveSearchPolicies() override { return c_.saveSearchPolicies(); }
     void rereadEditedSearchPolicies() override;
 
@@ -138,6 +140,11 @@ public:
     }
     void refreshTable() override { c_.refreshTable(); }
     void endSheet(toolkit::Window& sheet) override { c_.outlets_.window.endSheet(sheet, 0); }
+
+    // searchpolicy::LeavingQuestion
+    const std::vector<std::shared_ptr<plugins::PluginItem>>* pluginItems() override {
+        return c_.servicesList_.items();
+    }
 
     // searchpolicy::UnsavedNotices
     void saveChanges() override { c_.applyAction(); }

@@ -69,6 +69,19 @@ void SearchPolicy::readDetails() {
     const auto details = node->nodeDetails(std::nullopt, &error);
     if (!details) throw halden::Exception(error);
     details_ = util::deepMutableCopy(details);
+    savedCustomList_ = util::Array::ofTexts(customList().texts());
+}
+
+void SearchPolicy::readIfStale() {
+    if (loaded_ || hasUnsavedEdits()) return;
+    try {
+        readDetails();
+        readMode();
+        selectModeInChooser();
+    } catch (const std::exception&) {
+        details_ = {};
+    }
+    outlets_.nodeTable.reloadData();
 }
 
 void SearchPolicy::readMode() {
@@ -99,8 +112,14 @@ util::Array SearchPolicy::automaticList() const { return list(attribute::automat
 util::Array SearchPolicy::localOnlyList() const { return list(attribute::localOnlySearchPath); }
 util::Array SearchPolicy::customList() const { return list(attribute::customSearchPath); }
 
-util::Array SearchPolicy::shownList() const {
-    switch (selectedMode_) {
+util::Array SearchPolicy::shownList() const { return listOf(selectedMode_); }
+
+util::Array SearchPolicy::listInService() const {
+    return pastMode_ == Mode::custom && details_ ? savedCustomList_ : listOf(pastMode_);
+}
+
+util::Array SearchPolicy::listOf(Mode mode) const {
+    switch (mode) {
     case Mode::automatic:
         return automaticList();
     case Mode::local:
@@ -183,7 +202,10 @@ bool SearchPolicy::save(const util::AuthorizationExternalForm& authForm) {
     // The edited list is gone when another session has come since: then there is nothing to write, and least
     // of all an empty list over the one that the service has.
     const auto list = customListToWrite();
-    if (customListChanged_ && list && saveSearchPolicy(*node, authForm, list)) customListChanged_ = false;
+    if (customListChanged_ && list && saveSearchPolicy(*node, authForm, list)) {
+        customListChanged_ = false;
+        savedCustomList_ = util::Array::ofTexts(customList().texts());
+    }
     if (selectedMode_ != pastMode_) saveMode(*node, authForm);
     return true;
 }

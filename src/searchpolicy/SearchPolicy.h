@@ -63,6 +63,10 @@ public:
     [[nodiscard]] util::Array customList() const;
     /// The list that the chosen mode uses; empty in no mode.
     [[nodiscard]] util::Array shownList() const;
+    /// The list that the service uses, as it was last read or written.
+    [[nodiscard]] util::Array listInService() const;
+    /// Reads the policy unless it is loaded or has edits that must stay; nobody is shown a failure.
+    void readIfStale();
 
     [[nodiscard]] Mode selectedMode() const { return selectedMode_; }
     void setSelectedMode(Mode mode) { selectedMode_ = mode; }
@@ -100,6 +104,7 @@ private:
     void readMode();
     void readIfNeeded();
     void markCustomListEdited();
+    [[nodiscard]] util::Array listOf(Mode mode) const;
     [[nodiscard]] util::Array list(std::string_view attribute) const;
     [[nodiscard]] std::shared_ptr<halden::Node> openSearchNode(halden::Error* error);
     /// Null when there is no list.
@@ -119,6 +124,7 @@ private:
     Outlets outlets_;
     Needs& needs_;
     util::Dictionary details_;
+    util::Array savedCustomList_; ///< as the service has it; the one in the details is edited
     Mode selectedMode_ = Mode::notYetKnown;
     Mode pastMode_ = Mode::notYetKnown;
     std::optional<Refusal> refusal_;

@@ -77,7 +77,7 @@ TEST_F(Adding, whatWasAdded_isInTheFilesAfterApply) {
     openPanel();
     selectInPanel({0, 2});
     user().answer("Add");
-    user().click("applyButton");
+    apply();
     EXPECT_FALSE(edited());
     EXPECT_NE(machine_.folder.read("etc/sssd/sssd.conf")
                   .find("domains = charlie, alpha, foxtrot, delta, echo, corp.example"),

@@ -103,7 +103,7 @@ TEST_F(Showing, otherModesAndTheLock_areGray) {
     for (int row = 0; row < int(nodes().size()); ++row)
         expectColor(authenticationTable, row, TextColor::gray);
     user().choose("selectSearchPolicy", "Custom");
-    user().click("applyButton");
+    apply();
     user().click("authorizationView");
     for (const int row : {0, 2, 5})
         expectColor(authenticationTable, row, TextColor::gray);

@@ -3,12 +3,12 @@
 //   corvane-gui-steps --machine DIR STEP...
 //
 // Steps: lock (click the padlock), services, search, editor (toolbar), authentication, contacts (sub-tabs),
-// mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, alsorow=TABLE:N (with Ctrl),
-// open=TABLE:N (double click), drag=TABLE:FROM:TO, click=NAME, type=FIELD:TEXT, menu=MENU/ITEM,
-// edit=FILE (another program adds a comment to that file of the machine), answer=BUTTON, key=KEY (as in
-// Ctrl+S), rows=TABLE and text (print), picture=FILE (the window with its sheets), dialogue=FILE (a picture
-// of the dialogue that is open), wait=MILLISECONDS. Ends with 0 when every step could be done.
-// CORVANE_COLORS=dark shows the window in its dark colours.
+// mode=Automatic|Local|Custom, contactsmode=..., apply (with a yes to directories that leave the login
+// policy), row=TABLE:N, alsorow=TABLE:N (with Ctrl), open=TABLE:N (double click), drag=TABLE:FROM:TO,
+// click=NAME, type=FIELD:TEXT, menu=MENU/ITEM, edit=FILE (another program adds a comment to that file of the
+// machine), answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the window with
+// its sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS. Ends with 0 when
+// every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
 #include <QApplication>
 #include <QKeySequence>
 #include <QMainWindow>
@@ -45,6 +45,16 @@ void editAsAnotherProgram(gui::WindowUser& /*user*/, const QString& file) {
         << "# changed by another program\n";
 }
 
+void apply(gui::WindowUser& user, const QString& /*value*/) {
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (user.visibleText().contains("off the login policy?")) user.answer("Save Anyway");
+    });
+    constexpr int lookEvery = 50; // milliseconds
+    watch.start(lookEvery);
+    user.click("applyButton");
+}
+
 void pressKeys(gui::WindowUser& user, const QString& keys) {
     const auto combination = QKeySequence(keys)[0];
     user.press(combination.key(), combination.keyboardModifiers());
@@ -63,7 +73,7 @@ const std::map<QString, Step>& steps() {
         {"contacts", [](User& user, const QString&) { user.clickTab("Contacts"); }},
         {"mode", [](User& user, const QString& item) { user.choose("selectSearchPolicy", item); }},
         {"contactsmode", [](User& user, const QString& item) { user.choose("selectContactPolicy", item); }},
-        {"apply", [](User& user, const QString&) { user.click("applyButton"); }},
+        {"apply", apply},
         {"row",
          [](User& user, const QString& value) {
              user.clickRow(tableAndRow(value).first, tableAndRow(value).second);
