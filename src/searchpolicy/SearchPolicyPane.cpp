@@ -120,11 +120,14 @@ void SearchPolicyPane::setObjectValue(const toolkit::TableView& /*table*/, bool 
 
 void SearchPolicyPane::willDisplayCell(const toolkit::TableView& /*table*/, toolkit::Cell& cell,
                                        const toolkit::TableColumn& column, int row) {
+    cell.note.clear();
     if (!policy_.details() || column.identifier() != nodeNameColumn) return;
     try {
         cell.textColor = colorOfRow(row);
+        // For those who don't tell the colours apart.
+        cell.note = cell.textColor == toolkit::TextColor::red ? localized("switched off") : "";
     } catch (const std::exception&) {
-        return; // the cell keeps the colour it had: drawing must not fail
+        return; // the cell keeps what it had: drawing must not fail
     }
 }
 

@@ -26,6 +26,7 @@ struct Cell {
     bool enabled = true;
     bool on = false; ///< state of a check box
     TextColor textColor = TextColor::black;
+    std::string note; ///< beside a text, secondary; read out behind it
 };
 
 class TableColumn {

@@ -83,6 +83,11 @@ TEST_F(Showing, nodesOfASwitchedOffConnector_areRed) {
     for (const int row : {2, 3, 4})
         expectColor(authenticationTable, row, TextColor::black);
     expectColor(authenticationTable, 5, TextColor::red);
+    const auto spoken = [&](int row) {
+        return view(authenticationTable).model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
+    };
+    EXPECT_EQ(spoken(5), "/AD/corp.example, switched off");
+    EXPECT_EQ(spoken(2), "/LDAP/charlie.example");
     showContacts();
     for (const int row : {0, 1, 2, 3}) // no gray head here
         expectColor(contactsTable, row, TextColor::black);
