@@ -160,12 +160,14 @@ void AppDelegate::showAboutWindow() {
 
 bool AppDelegate::validateMenuItem(toolkit::MenuItem& item) {
     const auto action = item.action();
+    if (action == "connect" && !environment_.canConnectToServers) return false;
     if (action == "connect") return !isConnectedOrPending() && !hasSheet();
     if (action == "disconnect") return mConnected && !hasSheet();
     if (action == "saveChanges") return mMainWindow != nullptr && mMainWindow->window().isDocumentEdited();
-    if (action == "enableRootUser") return validateRootUserItem(item);
+    if (action == "enableRootUser") return validateRootUserItem(item) && environment_.canChangeRootUser;
     if (action == "changeRootPassword")
-        return mMainWindow != nullptr && mMainWindow->rootUserIsEnabled(nullptr) && mMainWindow->isAuthed();
+        return environment_.canChangeRootUser && mMainWindow != nullptr &&
+               mMainWindow->rootUserIsEnabled(nullptr) && mMainWindow->isAuthed();
     return true;
 }
 

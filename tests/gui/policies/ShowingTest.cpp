@@ -158,6 +158,20 @@ TEST_F(Showing, theWindow_saysWhichMachineItWorksOnInEveryPane) {
     EXPECT_EQ(content.size(), QSize(590, 365)); // the strip takes nothing from the panes
 }
 
+TEST_F(Showing, menus_dontOfferWhatThisVersionCantDo) {
+    open();
+    for (const auto& [menu, item] : {std::pair("File", "Connect"), std::pair("Edit", "Change Root")}) {
+        try {
+            user().chooseFromMenu(menu, item);
+            ADD_FAILURE() << item << " can be chosen";
+        } catch (const std::runtime_error& refusal) {
+            EXPECT_NE(std::string(refusal.what()).find("can't be chosen"), std::string::npos)
+                << refusal.what();
+        }
+        user().press(Qt::Key_Escape);
+    }
+}
+
 TEST_F(Showing, aListWithoutNodes_saysSo) {
     EXPECT_FALSE(machine_.setCustom(machine_.contacts(), {}));
     open();
