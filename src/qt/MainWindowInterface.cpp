@@ -50,7 +50,7 @@ void asSign(QToolButton& button, const char* sign) {
 std::pair<QPushButton*, QPushButton*> equip(NoticeStrip& strip, const char* tryAgain, const char* showSaved) {
     strip.hide();
     return {&strip.addButton(tr("&Try Again"), tryAgain),
-            &strip.addButton(tr("Show &What Is Saved"), showSaved)};
+            &strip.addButton(tr("Show What Is &Saved"), showSaved)};
 }
 
 /// Shows or hides a widget together with a strip, or in its place.

@@ -96,6 +96,8 @@ private:
     /// The user wants to close the window; false keeps it.
     [[nodiscard]] bool userMayClose();
     void willClose();
+    [[nodiscard]] QSize decoration() const;
+    [[nodiscard]] QSize room() const;
     void moveTopLeft(QPoint point);
     void applySizeLimits();
     void resizeContent(QSize size);

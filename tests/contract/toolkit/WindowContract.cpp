@@ -49,8 +49,8 @@ TEST_F(WindowContract, MovingByEitherCornerKeepsTheSize) {
     const auto size = window_.frame().size;
     window_.setFrameOrigin({50, 60});
     EXPECT_EQ(window_.frame(), (toolkit::Rect{{50, 60}, size}));
-    window_.setFrameTopLeftPoint({70, 580});
-    EXPECT_EQ(window_.frame(), (toolkit::Rect{{70, 580 - size.height}, size}));
+    window_.setFrameTopLeftPoint({70, 720});
+    EXPECT_EQ(window_.frame(), (toolkit::Rect{{70, 720 - size.height}, size}));
 }
 
 TEST_F(WindowContract, AGrowingContentKeepsTheUpperEdgeWhereTheProgramPutsIt) {
