@@ -192,6 +192,7 @@ QWidget& MainWindowInterface::directoryEditorPage() const { return *form_->ui.di
 QMainWindow& MainWindowInterface::shell() const { return form_->shell; }
 
 void prepareForPictures() {
+    QtWindow::forgetScreen();
     if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) qputenv("QT_SCALE_FACTOR", "2");
 }
 
