@@ -51,8 +51,14 @@ void AppDelegate::applicationWillTerminate() {
     if (mMainWindow != nullptr) mMainWindow->disconnect();
 }
 
+// What the service refused to save is asked about last: saving and reverting may have settled it.
 bool AppDelegate::applicationShouldSaveChanges(bool quitting) {
-    if (mMainWindow == nullptr || !mMainWindow->isDirty()) return true;
+    if (mMainWindow == nullptr) return true;
+    return savePromptAllows(quitting) && mMainWindow->mayLeaveUnsaved(quitting);
+}
+
+bool AppDelegate::savePromptAllows(bool quitting) {
+    if (!mMainWindow->isDirty()) return true;
     switch (runSavePrompt(quitting)) {
     case saveButton:
         return saveBefore(quitting);
@@ -78,8 +84,9 @@ int AppDelegate::runSavePrompt(bool quitting) {
 bool AppDelegate::saveBefore(bool quitting) {
     const bool agreed = quitting ? mMainWindow->applicationWillQuitSavingChanges(true)
                                  : mMainWindow->applicationWillLockSavingChanges(true);
-    if (agreed) mMainWindow->applyAction();
-    return agreed;
+    if (!agreed) return false;
+    mMainWindow->applyAction();
+    return !mMainWindow->saveWasCancelled();
 }
 
 bool AppDelegate::discardBefore(bool quitting) {
@@ -153,12 +160,14 @@ void AppDelegate::showAboutWindow() {
 
 bool AppDelegate::validateMenuItem(toolkit::MenuItem& item) {
     const auto action = item.action();
+    if (action == "connect" && !environment_.canConnectToServers) return false;
     if (action == "connect") return !isConnectedOrPending() && !hasSheet();
     if (action == "disconnect") return mConnected && !hasSheet();
     if (action == "saveChanges") return mMainWindow != nullptr && mMainWindow->window().isDocumentEdited();
-    if (action == "enableRootUser") return validateRootUserItem(item);
+    if (action == "enableRootUser") return validateRootUserItem(item) && environment_.canChangeRootUser;
     if (action == "changeRootPassword")
-        return mMainWindow != nullptr && mMainWindow->rootUserIsEnabled(nullptr) && mMainWindow->isAuthed();
+        return environment_.canChangeRootUser && mMainWindow != nullptr &&
+               mMainWindow->rootUserIsEnabled(nullptr) && mMainWindow->isAuthed();
     return true;
 }
 

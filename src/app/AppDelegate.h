@@ -49,6 +49,7 @@ public:
 
 private:
     void showHelp();
+    [[nodiscard]] bool savePromptAllows(bool quitting);
     [[nodiscard]] int runSavePrompt(bool quitting);
     [[nodiscard]] bool saveBefore(bool quitting);
     [[nodiscard]] bool discardBefore(bool quitting);

@@ -14,6 +14,11 @@ struct Environment {
     toolkit::Toolkit& toolkit;
     halden::Framework& halden;
     InterfaceLoader& interfaces;
+    /// The program works on a private folder made for trials, not on the machine itself.
+    bool worksOnTrialFolder = false;
+    /// What isn't there yet isn't offered: the menus show it grey.
+    bool canConnectToServers = true;
+    bool canChangeRootUser = true;
 };
 
 } // namespace corvane::app

@@ -1,6 +1,7 @@
 #include "app/MainController.h"
 
 #include "app/MainControllerLinks.h"
+#include "util/TextFormat.h"
 
 namespace corvane::app {
 namespace {
@@ -56,6 +57,9 @@ MainController::MainController(Environment& environment)
                     {outlets_.selectContactPolicy, outlets_.selectNodeContact, outlets_.addNodeContact,
                      outlets_.deleteNodeContact, outlets_.dragMessageContact},
                     *links_),
+      unsavedNotices_(authenticationPolicy_, outlets_.unsaved, contactsPolicy_, outlets_.unsavedContact,
+                      environment.platform, environment.toolkit, *links_),
+      leavingQuestion_(authenticationPolicy_, environment.platform, environment.toolkit, *links_),
       lockEffect_(outlets_, *links_), mainWindow_(environment, outlets_, *links_) {
     connectActions();
     (void)listenForSearchPolicyChanges(); // without it the panes just don't follow changes made elsewhere
@@ -81,6 +85,10 @@ void MainController::connectActions() {
     outlets_.deleteNode.setAction([this](toolkit::Control& sender) { deleteNodeAction(sender); });
     outlets_.deleteNodeContact.setAction(
         [this](toolkit::Control& sender) { deleteNodeContactAction(sender); });
+    outlets_.selectNode.setDeleteAction(
+        [this](toolkit::Control&) { authenticationPane_.deleteKeyPressed(); });
+    outlets_.selectNodeContact.setDeleteAction(
+        [this](toolkit::Control&) { contactsPane_.deleteKeyPressed(); });
     outlets_.applyButton.setAction([this](toolkit::Control&) { applyAction(); });
     outlets_.helpButton.setAction([this](toolkit::Control&) { mainWindowHelpButtonHit(); });
     outlets_.configPlugIn.setAction([this](toolkit::Control& sender) { configPlugInAction(&sender); });
@@ -109,7 +117,19 @@ void MainController::showWindow(MainControllerOwner& sender) {
     mainWindow_.showWindow();
 }
 
+// Says from the first moment on which machine is worked on.
+void MainController::showMachine() {
+    const auto& strings = environment_.platform.strings;
+    if (const auto host = hostName(); !host.empty())
+        outlets_.window.setTitle(util::formatted(strings.localized("Corvane: %@"), {host}));
+    if (environment_.worksOnTrialFolder)
+        outlets_.trialNotice.setMessageText(
+            strings.localized("Trial folder: nothing on this machine changes"));
+    outlets_.trialNotice.setHidden(!environment_.worksOnTrialFolder);
+}
+
 void MainController::awakeFromNib() {
+    showMachine();
     servicesTable_.setUpTable();
     outlets_.selectNode.registerForDraggedTypes({searchpolicy::SearchPolicyPane::draggedType});
     outlets_.selectNodeContact.registerForDraggedTypes({searchpolicy::SearchPolicyPane::draggedType});
@@ -184,12 +204,16 @@ void MainController::loadConfigWithSheet() { modifiedState_.loadConfigWithSheet(
 void MainController::setPluginModified(bool modified) { modifiedState_.setPluginModified(modified); }
 void MainController::setSearchPolicyModified(bool modified) {
     modifiedState_.setSearchPolicyModified(modified);
+    unsavedNotices_.update();
 }
 void MainController::updateModifiedState() { modifiedState_.updateModifiedState(); }
 bool MainController::isDirty() { return modifiedState_.isDirty(); }
 bool MainController::save() { return modifiedState_.save(); }
 void MainController::applyAction() { modifiedState_.applyAction(); }
 void MainController::revertAction() { modifiedState_.revertAction(); }
+bool MainController::mayLeaveUnsaved(bool quitting) {
+    return modifiedState_.isQuitting() || unsavedNotices_.mayLeave(quitting);
+}
 bool MainController::applicationWillQuitSavingChanges(bool save) {
     return modifiedState_.applicationWillQuitSavingChanges(save);
 }
@@ -198,9 +222,19 @@ bool MainController::applicationWillLockSavingChanges(bool save) {
 }
 
 // Search policies
-void MainController::buildDSSearchPaneData() { authenticationPolicy_.buildPaneData(); }
-void MainController::buildDSContactsPaneData() { contactsPolicy_.buildPaneData(); }
-bool MainController::saveSearchPolicies() { return policies_.saveSearchPolicies(); }
+void MainController::buildDSSearchPaneData() {
+    authenticationPolicy_.buildPaneData();
+    unsavedNotices_.update();
+}
+void MainController::buildDSContactsPaneData() {
+    contactsPolicy_.buildPaneData();
+    unsavedNotices_.update();
+}
+bool MainController::saveSearchPolicies() {
+    const bool saved = policies_.saveSearchPolicies();
+    unsavedNotices_.update();
+    return saved;
+}
 void MainController::reloadSearchPolicies() { policies_.reloadSearchPolicies(); }
 void MainController::searchPolicyChange() { policies_.searchPolicyChange(); }
 bool MainController::isNodeOnAuthSearchPolicy(const std::string& nodeName) {

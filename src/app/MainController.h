@@ -12,9 +12,11 @@
 #include "directory/NetworkLocations.h"
 #include "directory/RootUser.h"
 #include "plugins/PluginAPIImplementor.h"
+#include "searchpolicy/LeavingQuestion.h"
 #include "searchpolicy/NodePaneController.h"
 #include "searchpolicy/SearchPolicies.h"
 #include "searchpolicy/SearchPolicyPane.h"
+#include "searchpolicy/UnsavedNotices.h"
 #include "services/ModifiedState.h"
 #include "services/ServicesList.h"
 #include "services/ServicesTable.h"
@@ -86,7 +88,10 @@ public:
     [[nodiscard]] bool isDirty();
     bool save();
     void applyAction();
+    [[nodiscard]] bool saveWasCancelled() const { return modifiedState_.saveWasCancelled(); }
     void revertAction();
+    /// Asks whether to quit, or to lock, although the service refused to save something. True to go on.
+    [[nodiscard]] bool mayLeaveUnsaved(bool quitting);
     [[nodiscard]] bool applicationWillQuitSavingChanges(bool save);
     [[nodiscard]] bool applicationWillLockSavingChanges(bool save);
 
@@ -164,6 +169,7 @@ private:
     class Links;
 
     void awakeFromNib();
+    void showMachine();
     void connectActions();
     [[nodiscard]] bool listenForSearchPolicyChanges();
 
@@ -185,6 +191,8 @@ private:
     searchpolicy::SearchPolicies policies_;
     searchpolicy::SearchPolicyPane authenticationPane_;
     searchpolicy::SearchPolicyPane contactsPane_;
+    searchpolicy::UnsavedNotices unsavedNotices_;
+    searchpolicy::LeavingQuestion leavingQuestion_;
     std::unique_ptr<searchpolicy::NodePaneController> nodePaneController_;
     LockEffect lockEffect_;
     MainWindow mainWindow_;

@@ -8,6 +8,7 @@ void MainController::Links::sessionWasReplaced() {
     c_.authorization_.deauthToLocalNode();
     c_.authenticationPolicy_.forgetDetails();
     c_.contactsPolicy_.forgetDetails();
+    c_.unsavedNotices_.update();
 }
 
 void MainController::Links::invalidateLoadedPanes() {
@@ -65,7 +66,20 @@ void MainController::Links::openNodePane(const util::Array& list, int index) {
     panel.setParentController(this);
     panel.setCustomNodeIndex(index);
     panel.buildNodePaneData();
-    c_.outlets_.window.beginSheet(panel.window(), [](toolkit::Window& sheet, int) { sheet.orderOut(); });
+    c_.outlets_.window.beginSheet(panel.window(), [&panel](toolkit::Window& sheet, int) {
+        sheet.orderOut();
+        panel.forgetCustomNodeArray();
+    });
+}
+
+// Where nothing else of the policies is unsaved, their mark goes, too.
+void MainController::Links::showSavedPolicy(searchpolicy::SearchPolicy& policy) {
+    policy.dropEdits();
+    c_.adjustCustomBox();
+    c_.adjustCustomBoxContact();
+    if (!c_.authenticationPolicy_.hasUnsavedEdits() && !c_.contactsPolicy_.hasUnsavedEdits())
+        c_.setSearchPolicyModified(false);
+    c_.unsavedNotices_.update();
 }
 
 void MainController::Links::rereadEditedSearchPolicies() {

@@ -20,6 +20,8 @@ class MainController::Links final : public auth::DirectoryConnection::Needs,
                                     public searchpolicy::SearchPolicies::Needs,
                                     public searchpolicy::SearchPolicyPane::Needs,
                                     public searchpolicy::NodePaneController::Parent,
+                                    public searchpolicy::UnsavedNotices::Needs,
+                                    public searchpolicy::LeavingQuestion::Needs,
                                     public LockEffect::Needs,
                                     public MainWindow::Needs {
 public:
@@ -52,7 +54,10 @@ public:
     void setUnlocked(bool unlocked) override { c_.setUnlocked(unlocked); }
 
     // auth::LocalAuthorization
-    void lockStateChanged(bool unlocked) override { c_.lockEffect_.lockStateChanged(unlocked); }
+    void lockStateChanged(bool unlocked) override {
+        c_.lockEffect_.lockStateChanged(unlocked);
+        c_.unsavedNotices_.update();
+    }
     bool applicationShouldSaveChangesBeforeLocking() override {
         return c_.owner_ == nullptr || c_.owner_->applicationShouldSaveChanges(false);
     }
@@ -120,6 +125,7 @@ public:
     // services::ServicesList, services::ModifiedState
     bool legacyDS() override { return c_.legacyDS(); }
     std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() override { return c_.apiImplementor_; }
+    bool agreesToDirectoriesLeaving() override { return c_.leavingQuestion_.agreed(); }
     bool saveSearchPolicies() override { return c_.saveSearchPolicies(); }
     void rereadEditedSearchPolicies() override;
 
@@ -134,6 +140,15 @@ public:
     }
     void refreshTable() override { c_.refreshTable(); }
     void endSheet(toolkit::Window& sheet) override { c_.outlets_.window.endSheet(sheet, 0); }
+
+    // searchpolicy::LeavingQuestion
+    const std::vector<std::shared_ptr<plugins::PluginItem>>* pluginItems() override {
+        return c_.servicesList_.items();
+    }
+
+    // searchpolicy::UnsavedNotices
+    void saveChanges() override { c_.applyAction(); }
+    void showSavedPolicy(searchpolicy::SearchPolicy& policy) override;
 
     // LockEffect
     void updateConfigEnable() override { c_.updateConfigEnable(); }

@@ -4,6 +4,7 @@
 #include "auth/DirectoryEditor.h"
 #include "platform/AuthorizationView.h"
 #include "searchpolicy/NodePaneController.h"
+#include "searchpolicy/UnsavedNotices.h"
 #include "toolkit/Controls.h"
 #include "toolkit/TabView.h"
 #include "toolkit/TableView.h"
@@ -28,6 +29,7 @@ struct MainWindowOutlets {
     toolkit::ProgressIndicator& progressBar;
     toolkit::Button& applyButton;
     toolkit::Button& helpButton;
+    toolkit::Notice& trialNotice; ///< seen in every pane
 
     toolkit::TableView& selectPlugIn; ///< columns "Name", "Version" and "On-Off"
     toolkit::Button& configPlugIn;
@@ -43,6 +45,10 @@ struct MainWindowOutlets {
     toolkit::Button& addNodeContact;
     toolkit::Button& deleteNodeContact;
     toolkit::View& dragMessageContact;
+
+    /// Above the list of each policy.
+    searchpolicy::UnsavedNotices::Outlets unsaved;
+    searchpolicy::UnsavedNotices::Outlets unsavedContact;
 
     platform::AuthorizationView& authorizationView;
 };

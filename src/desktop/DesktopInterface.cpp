@@ -14,6 +14,7 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .progressBar = w.progressBar,
             .applyButton = w.applyButton,
             .helpButton = w.helpButton,
+            .trialNotice = w.trialNotice,
             .selectPlugIn = w.selectPlugIn,
             .configPlugIn = w.configPlugIn,
             .selectSearchPolicy = w.selectSearchPolicy,
@@ -26,6 +27,8 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .addNodeContact = w.addNodeContact,
             .deleteNodeContact = w.deleteNodeContact,
             .dragMessageContact = w.dragMessageContact,
+            .unsaved = {w.unsaved, w.tryAgain, w.showSaved},
+            .unsavedContact = {w.unsavedContact, w.tryAgainContact, w.showSavedContact},
             .authorizationView = w.authorizationView};
 }
 

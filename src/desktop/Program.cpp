@@ -51,8 +51,9 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
           runLoop_, defaults_,     workspace_,     strings_, authorizationService_, dynamicStore_, codec_,
           bundles_, networkFiles_, notifications_, log},
       window_(application_, authorizationService_, settingsFile_, guard_),
-      interfaces_(window_, toolkit_, strings_, settingsFile_, guard_), environment_{platform_, toolkit_,
-                                                                                    framework_, interfaces_},
+      interfaces_(window_, toolkit_, strings_, settingsFile_, guard_),
+      environment_{platform_, toolkit_, framework_, interfaces_, !engine_->machine().folder().isLiveMachine(),
+                   false,     false},
       delegate_(environment_, [this]() -> app::MainController& { return controller(); }) {
     if (!settings.sharedController) ownPlugins_ = std::make_unique<plugins::PluginController>(platform_);
     defaults_.registerBool("FirstLaunch", true);

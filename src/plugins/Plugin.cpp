@@ -47,6 +47,20 @@ std::optional<std::string> Plugin::pluginName() const {
     return name;
 }
 
+std::vector<std::string> Plugin::nodesToRemove() const {
+    constexpr std::uint32_t most = 10'000; // a plug-in that never comes to an end
+    std::vector<std::string> names;
+    if (!implements(&CorvanePlugin::nodesToRemove)) return names;
+    contain("nodesToRemove", [&] {
+        while (names.size() < most) {
+            const char* name = table_.nodesToRemove(self_, static_cast<std::uint32_t>(names.size()));
+            if (name == nullptr) break;
+            names.emplace_back(name);
+        }
+    });
+    return names;
+}
+
 void Plugin::contain(const char* operation, const std::function<void()>& call) const {
     try {
         call();

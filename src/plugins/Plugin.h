@@ -4,6 +4,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <vector>
 
 #include "sdk/PluginTable.h"
 
@@ -58,6 +59,8 @@ public:
 
     /// None when it isn't implemented, fails, or gives no text.
     [[nodiscard]] std::optional<std::string> pluginName() const;
+    /// None when it isn't implemented or fails.
+    [[nodiscard]] std::vector<std::string> nodesToRemove() const;
 
 private:
     Plugin(const CorvanePlugin& table, void* self) : table_(table), self_(self) {}

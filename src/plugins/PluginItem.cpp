@@ -36,6 +36,8 @@ std::string PluginItem::pluginVersion() const { return descriptionText(service::
 
 bool PluginItem::isEnabled() const { return descriptionText(service::userSetLoaded) == service::active; }
 
+bool PluginItem::isActive() const { return descriptionText(service::loaded) == service::active; }
+
 bool PluginItem::isEnabledForLocation(const char* location) const {
     const auto answer =
         mPlugin ? mPlugin->ask("isEnabledForLocation", &CorvanePlugin::isEnabledForLocation, location)
@@ -147,6 +149,10 @@ bool PluginItem::saveEnableState() {
     if (error) return false;
     mDictionary.set(service::loaded, desired);
     return true;
+}
+
+std::vector<std::string> PluginItem::nodesToRemove() const {
+    return mPlugin ? mPlugin->nodesToRemove() : std::vector<std::string>();
 }
 
 bool PluginItem::revertChanges() {

@@ -42,6 +42,8 @@ public:
 
     /// The user's wish, not yet what the service does.
     [[nodiscard]] bool isEnabled() const;
+    /// What the service does.
+    [[nodiscard]] bool isActive() const;
     [[nodiscard]] bool isEnabledForLocation(const char* location) const;
     [[nodiscard]] bool canSetEnabledForLocation(const char* location) const;
     void setEnabledForLocation(bool enabled, const char* location);
@@ -62,6 +64,8 @@ public:
     /// Writes a changed enabled state to the service. False when the authorization can't be externalized
     /// (even if nothing has changed) or the service refuses.
     [[nodiscard]] bool saveEnableState();
+    /// The directory nodes that `saveChanges` will take away.
+    [[nodiscard]] std::vector<std::string> nodesToRemove() const;
     bool revertChanges();
     [[nodiscard]] bool applicationWillQuitSavingChanges(bool save);
     [[nodiscard]] bool applicationWillLockSavingChanges(bool save);

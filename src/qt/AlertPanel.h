@@ -29,7 +29,7 @@ private:
     QLabel* information_;
     QHBoxLayout* row_;
     std::vector<QPushButton*> buttons_;
-    QString mnemonics_;
+    QString mnemonics_ = "cfewh"; ///< taken by the menus, beside which a sheet stands, and by the buttons
 };
 
 } // namespace corvane::qt

@@ -1,7 +1,10 @@
 #include "qt/Appearance.h"
 
 #include <QApplication>
+#include <QEvent>
 #include <QLabel>
+#include <algorithm>
+#include <cmath>
 
 #include "qt/CorvaneStyle.h"
 #include "qt/Icons.h"
@@ -16,9 +19,9 @@ struct Scheme {
 };
 
 constexpr Scheme lightScheme = {"#f4f5f7", "#ffffff", "#f8f9fa", "#1d2630", "#5a6675", "#98a1ad",
-                                "#ffffff", "#c6ccd4", "#2563c9", "#ffffff", "#1f57b3", "#ffffff"};
+                                "#ffffff", "#858d98", "#2563c9", "#ffffff", "#1f57b3", "#ffffff"};
 constexpr Scheme darkScheme = {"#22262c", "#191c21", "#1e2227", "#e6e9ed", "#9fa9b6", "#68727f",
-                               "#343a43", "#464e59", "#3b7de0", "#ffffff", "#7fb0ff", "#343a43"};
+                               "#343a43", "#7d8693", "#3272d9", "#ffffff", "#7fb0ff", "#343a43"};
 
 bool desktopHasTheme() {
     return qEnvironmentVariableIsSet("XDG_CURRENT_DESKTOP") ||
@@ -61,12 +64,104 @@ QPalette ownPalette(bool dark) {
 
 bool isDark(const QPalette& palette) { return palette.color(QPalette::Window).lightness() < 128; }
 
+namespace {
+
+double luminance(const QColor& color) {
+    const auto linear = [](double part) {
+        return part <= 0.03928 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+    };
+    return 0.2126 * linear(color.redF()) + 0.7152 * linear(color.greenF()) + 0.0722 * linear(color.blueF());
+}
+
+QColor between(const QColor& a, const QColor& b, double part) {
+    const auto channel = [part](float x, float y) { return float(x + (y - x) * part); };
+    return QColor::fromRgbF(channel(a.redF(), b.redF()), channel(a.greenF(), b.greenF()),
+                            channel(a.blueF(), b.blueF()));
+}
+
+double leastContrast(const QColor& color, const QList<QColor>& grounds) {
+    double least = 21;
+    for (const auto& ground : grounds)
+        least = std::min(least, contrast(color, ground));
+    return least;
+}
+
+} // namespace
+
+double contrast(const QColor& color, const QColor& ground) {
+    const double one = luminance(between(ground, color, color.alphaF()));
+    const double other = luminance(ground);
+    return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
+}
+
+QColor strengthened(const QColor& color, const QList<QColor>& grounds, double wanted) {
+    if (leastContrast(color, grounds) >= wanted) return color;
+    const auto opaque = between(grounds.front(), color, color.alphaF());
+    const bool blackIsBetter = leastContrast(Qt::black, grounds) >= leastContrast(Qt::white, grounds);
+    const QColor strongest = blackIsBetter ? Qt::black : Qt::white;
+    constexpr int steps = 20;
+    for (int step = 1; step < steps; ++step)
+        if (const auto tried = between(opaque, strongest, double(step) / steps);
+            leastContrast(tried, grounds) >= wanted)
+            return tried;
+    return strongest;
+}
+
+QPalette readable(QPalette palette) {
+    using Role = QPalette::ColorRole;
+    const auto raise = [&palette](QPalette::ColorGroup group, Role role, const QList<Role>& on,
+                                  double wanted) {
+        QList<QColor> grounds;
+        for (const auto ground : on)
+            grounds << palette.color(group, ground);
+        const auto before = palette.color(group, role);
+        if (const auto now = strengthened(before, grounds, wanted); now != before)
+            palette.setColor(group, role, now);
+    };
+    for (const auto group : {QPalette::Active, QPalette::Inactive}) {
+        raise(group, Role::WindowText, {Role::Window}, readableText);
+        raise(group, Role::Text, {Role::Base, Role::AlternateBase}, readableText);
+        raise(group, Role::ButtonText, {Role::Button}, readableText);
+        raise(group, Role::PlaceholderText, {Role::Window, Role::Base, Role::AlternateBase}, readableText);
+        raise(group, Role::ToolTipText, {Role::ToolTipBase}, readableText);
+        raise(group, Role::Link, {Role::Window, Role::Base}, readableText);
+        raise(group, Role::HighlightedText, {Role::Highlight}, readableText);
+        raise(group, Role::Mid, {Role::Window, Role::Base, Role::Button}, visibleBorder);
+    }
+    return palette;
+}
+
+namespace {
+
+/// Keeps what the desktop's colours lack in contrast mended, also after another theme was chosen.
+class ContrastKeeper final : public QObject {
+public:
+    explicit ContrastKeeper(QApplication& application) : QObject(&application) {
+        application.installEventFilter(this);
+        mend();
+    }
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == qApp && event->type() == QEvent::ThemeChange) {
+            QApplication::setPalette(QPalette()); // the theme's own again
+            mend();
+        }
+        return false;
+    }
+
+private:
+    static void mend() { QApplication::setPalette(readable(QApplication::palette())); }
+};
+
+} // namespace
+
 QColor textColor(toolkit::TextColor color, const QPalette& palette) {
     switch (color) {
     case toolkit::TextColor::gray:
         return palette.color(QPalette::PlaceholderText);
     case toolkit::TextColor::red:
-        return isDark(palette) ? QColor("#ff8f85") : QColor("#b3261e");
+        return strengthened(isDark(palette) ? QColor("#ff8f85") : QColor("#b3261e"),
+                            {palette.color(QPalette::Base), palette.color(QPalette::AlternateBase)},
+                            readableText);
     case toolkit::TextColor::black:
         break;
     }
@@ -77,6 +172,8 @@ void installAppearance(QApplication& application, ColorScheme scheme) {
     QApplication::setStyle(new CorvaneStyle);
     if (scheme != ColorScheme::automatic || !desktopHasTheme())
         QApplication::setPalette(ownPalette(scheme == ColorScheme::dark));
+    else
+        new ContrastKeeper(application);
     application.setWindowIcon(icon("Corvane"));
 }
 

@@ -42,6 +42,17 @@ void drawRound(QPainter& painter, const QRectF& place, const QColor& fill, const
     painter.restore();
 }
 
+/// A line that parts what belongs together; no border of anything that can be operated.
+QColor separator(const QPalette& palette) {
+    return mixed(palette.color(QPalette::Window), palette.color(QPalette::WindowText), 0.22);
+}
+
+/// The border of a field, with or without the keyboard.
+QColor border(const QPalette& palette, bool focus) {
+    return strengthened(palette.color(focus ? QPalette::Highlight : QPalette::Mid),
+                        {palette.color(QPalette::Window), palette.color(QPalette::Base)}, visibleBorder);
+}
+
 void drawFocusRing(QPainter& painter, const QRectF& place, const QPalette& palette, double corner) {
     painter.save();
     painter.setRenderHint(QPainter::Antialiasing);
@@ -215,8 +226,7 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
     case PE_PanelLineEdit:
         if (const auto* panel = qstyleoption_cast<const QStyleOptionFrame*>(option);
             panel && panel->lineWidth > 0) {
-            const bool focus = option->state & State_HasFocus;
-            const auto line = option->palette.color(focus ? QPalette::Highlight : QPalette::Mid);
+            const auto line = border(option->palette, option->state & State_HasFocus);
             // A field that can't be typed into has no ground of its own.
             const auto ground = option->state & State_Enabled ? QPalette::Base : QPalette::Window;
             return drawRound(*painter, option->rect, option->palette.color(ground), line, radius);
@@ -231,9 +241,8 @@ void CorvaneStyle::drawPrimitive(PrimitiveElement element, const QStyleOption* o
         // Buttons and boxes draw their ring with their face, and a list marks its rows by the selection.
         return;
     case PE_Frame: {
-        const bool focus = option->state & State_HasFocus;
         drawRound(*painter, option->rect, Qt::transparent,
-                  option->palette.color(focus ? QPalette::Highlight : QPalette::Mid), 2);
+                  border(option->palette, option->state & State_HasFocus), 2);
         return;
     }
     default:
@@ -267,7 +276,7 @@ void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* optio
     }
     if (const auto* frame = qstyleoption_cast<const QStyleOptionFrame*>(option);
         frame && element == CE_ShapedFrame && frame->frameShape == QFrame::HLine)
-        return painter->fillRect(lowerEdge(option->rect), option->palette.color(QPalette::Mid));
+        return painter->fillRect(lowerEdge(option->rect), separator(option->palette));
     if (element == CE_MenuBarEmptyArea)
         return painter->fillRect(option->rect, option->palette.color(QPalette::Window));
     if (const auto* item = qstyleoption_cast<const QStyleOptionMenuItem*>(option);
@@ -275,11 +284,11 @@ void CorvaneStyle::drawControl(ControlElement element, const QStyleOption* optio
         return drawMenuBarItem(*item, *painter);
     if (element == CE_ToolBar) {
         painter->fillRect(option->rect, option->palette.color(QPalette::Window));
-        return painter->fillRect(lowerEdge(option->rect), option->palette.color(QPalette::Mid));
+        return painter->fillRect(lowerEdge(option->rect), separator(option->palette));
     }
     if (element == CE_HeaderSection || element == CE_HeaderEmptyArea) {
         painter->fillRect(option->rect, option->palette.color(QPalette::AlternateBase));
-        painter->fillRect(lowerEdge(option->rect), option->palette.color(QPalette::Mid));
+        painter->fillRect(lowerEdge(option->rect), separator(option->palette));
         return;
     }
     if (const auto* header = qstyleoption_cast<const QStyleOptionHeader*>(option);
@@ -306,6 +315,9 @@ void CorvaneStyle::drawComplexControl(ComplexControl control, const QStyleOption
     const auto* box = qstyleoption_cast<const QStyleOptionComboBox*>(option);
     if (control == CC_ComboBox && box && !box->editable) return drawComboBox(*box, *painter);
     QProxyStyle::drawComplexControl(control, option, painter, widget);
+    // A button without a face at rest gets none drawn for the keyboard's sake: its ring is drawn here.
+    if (control == CC_ToolButton && (option->state & State_AutoRaise) && showsFocus(*option))
+        drawFocusRing(*painter, option->rect, option->palette, radius);
 }
 
 QRect CorvaneStyle::subControlRect(ComplexControl control, const QStyleOptionComplex* option, SubControl part,
@@ -344,6 +356,8 @@ int CorvaneStyle::pixelMetric(PixelMetric metric, const QStyleOption* option, co
 int CorvaneStyle::styleHint(StyleHint hint, const QStyleOption* option, const QWidget* widget,
                             QStyleHintReturn* data) const {
     if (hint == SH_ItemView_ShowDecorationSelected) return 1;
+    // Somebody who scrolls past a closed pop-up doesn't mean to choose another item.
+    if (hint == SH_ComboBox_AllowWheelScrolling) return 0;
     // As in alerts, the default button stands where the eye ends, on the right.
     if (hint == SH_DialogButtonLayout) return QDialogButtonBox::GnomeLayout;
     return QProxyStyle::styleHint(hint, option, widget, data);

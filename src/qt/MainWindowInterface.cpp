@@ -3,6 +3,8 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QPainter>
+#include <QStatusBar>
+#include <tuple>
 
 #include "qt/Appearance.h"
 #include "qt/Icons.h"
@@ -44,6 +46,58 @@ void asSign(QToolButton& button, const char* sign) {
     button.setFocusPolicy(Qt::StrongFocus);
 }
 
+/// The strip about what wasn't saved gets its two buttons.
+std::pair<QPushButton*, QPushButton*> equip(NoticeStrip& strip, const char* tryAgain, const char* showSaved) {
+    strip.hide();
+    return {&strip.addButton(tr("&Try Again"), tryAgain),
+            &strip.addButton(tr("Show What Is &Saved"), showSaved)};
+}
+
+/// Shows or hides a widget together with a strip, or in its place.
+class Follows final : public QObject {
+public:
+    enum class How { together, inItsPlace };
+    Follows(QWidget& strip, QWidget& other, How how = How::together)
+        : QObject(&strip), strip_(strip), other_(other), how_(how) {
+        strip.installEventFilter(this);
+    }
+    bool eventFilter(QObject* /*strip*/, QEvent* event) override {
+        const bool changes = event->type() == QEvent::ShowToParent || event->type() == QEvent::HideToParent;
+        if (changes) other_.setVisible(strip_.isHidden() == (how_ == How::inItsPlace));
+        return false;
+    }
+
+private:
+    QWidget& strip_;
+    QWidget& other_;
+    How how_;
+};
+
+/// A strip below everything else, which takes no room from the panes.
+NoticeStrip& addFootStrip(QMainWindow& shell) {
+    auto* foot = new QStatusBar(&shell);
+    foot->setSizeGripEnabled(false);
+    foot->setContentsMargins(22, 0, 22, 6);
+    auto* strip = new NoticeStrip(foot);
+    strip->setObjectName("trialNotice");
+    strip->keepMessageOnOneLine();
+    foot->addWidget(strip, 1);
+    shell.setStatusBar(foot);
+    new Follows(*strip, *foot);
+    strip->hide();
+    return *strip;
+}
+
+/// The tab key takes them between two others.
+void standBetween(QWidget& before, std::initializer_list<QWidget*> widgets, QWidget& after) {
+    auto* last = &before;
+    for (auto* each : widgets) {
+        QWidget::setTabOrder(last, each);
+        last = each;
+    }
+    QWidget::setTabOrder(last, &after);
+}
+
 } // namespace
 
 struct MainWindowInterface::Form {
@@ -59,6 +113,11 @@ struct MainWindowInterface::Form {
 
     QMainWindow shell;
     Ui::MainWindow ui;
+    NoticeStrip* trialNotice = nullptr;
+    QPushButton* tryAgain = nullptr;
+    QPushButton* showSaved = nullptr;
+    QPushButton* tryAgainContact = nullptr;
+    QPushButton* showSavedContact = nullptr;
 
 private:
     void dress() {
@@ -75,6 +134,17 @@ private:
         asSign(*ui.deleteNodeContact, "Minus");
         asSign(*ui.helpButton, "Help");
         ui.helpButton->setProperty("round", true);
+        trialNotice = &addFootStrip(shell);
+        constexpr int headingAndOneRow = 52;
+        for (auto* list : {ui.selectNode, ui.selectNodeContact})
+            list->setMinimumHeight(headingAndOneRow); // what is left beside a strip
+        new Follows(*ui.unsaved, *ui.policyExplanation, Follows::How::inItsPlace);
+        new Follows(*ui.unsavedContact, *ui.contactExplanation, Follows::How::inItsPlace);
+        std::tie(tryAgain, showSaved) = equip(*ui.unsaved, "tryAgain", "showSaved");
+        std::tie(tryAgainContact, showSavedContact) =
+            equip(*ui.unsavedContact, "tryAgainContact", "showSavedContact");
+        standBetween(*ui.selectSearchPolicy, {tryAgain, showSaved}, *ui.selectNode);
+        standBetween(*ui.selectContactPolicy, {tryAgainContact, showSavedContact}, *ui.selectNodeContact);
         ui.authorizationView->setFocusPolicy(Qt::StrongFocus);
         ui.editorSign->setPixmap(icon("Halden_32").pixmap(QSize(64, 64), shell.devicePixelRatioF()));
         explainChoice(*ui.selectSearchPolicy, *ui.policyExplanation,
@@ -105,7 +175,10 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       selectNodeContact(*form_->ui.selectNodeContact, nodeColumns(), guard),
       addNodeContact(*form_->ui.addNodeContact, guard),
       deleteNodeContact(*form_->ui.deleteNodeContact, guard),
-      dragMessageContact(*form_->ui.dragMessageContact),
+      dragMessageContact(*form_->ui.dragMessageContact), trialNotice(*form_->trialNotice),
+      unsaved(*form_->ui.unsaved), tryAgain(*form_->tryAgain, guard), showSaved(*form_->showSaved, guard),
+      unsavedContact(*form_->ui.unsavedContact), tryAgainContact(*form_->tryAgainContact, guard),
+      showSavedContact(*form_->showSavedContact, guard),
       authorizationView(*form_->ui.authorizationView, authorization, guard),
       menu(*form_->shell.menuBar(), application, guard) {
     window.setTitle("Corvane");
@@ -119,6 +192,7 @@ QWidget& MainWindowInterface::directoryEditorPage() const { return *form_->ui.di
 QMainWindow& MainWindowInterface::shell() const { return form_->shell; }
 
 void prepareForPictures() {
+    QtWindow::forgetScreen();
     if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) qputenv("QT_SCALE_FACTOR", "2");
 }
 

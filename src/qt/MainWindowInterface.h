@@ -9,6 +9,7 @@
 #include "qt/QtApplication.h"
 #include "qt/QtAuthorizationView.h"
 #include "qt/QtButton.h"
+#include "qt/QtNotice.h"
 #include "qt/QtPopUpButton.h"
 #include "qt/QtProgressIndicator.h"
 #include "qt/QtTabView.h"
@@ -57,6 +58,14 @@ public:
     QtButton addNodeContact;
     QtButton deleteNodeContact;
     QtPlainView dragMessageContact;
+
+    QtNotice trialNotice; ///< at the window's foot
+    QtNotice unsaved;
+    QtButton tryAgain;
+    QtButton showSaved;
+    QtNotice unsavedContact;
+    QtButton tryAgainContact;
+    QtButton showSavedContact;
 
     QtAuthorizationView authorizationView;
     MainMenu menu;

@@ -31,6 +31,8 @@ void QtAlert::setMessageText(std::string_view text) { panel_->setMessageText(fro
 
 void QtAlert::setInformativeText(std::string_view text) { panel_->setInformativeText(fromUtf8(text)); }
 
+void QtAlert::setSpokenText(std::string_view text) { panel_->setAccessibleDescription(fromUtf8(text)); }
+
 void QtAlert::addButton(std::string_view title) { panel_->addButton(fromUtf8(title)); }
 
 void QtAlert::arrange() {

@@ -21,6 +21,7 @@ public:
 
     void setMessageText(std::string_view text) override;
     void setInformativeText(std::string_view text) override;
+    void setSpokenText(std::string_view text) override;
     void addButton(std::string_view title) override;
     [[nodiscard]] int runModal() override;
     void beginSheet(toolkit::Window& parent, std::function<void(int answer)> ended) override;

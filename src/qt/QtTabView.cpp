@@ -63,7 +63,21 @@ void QtTabView::addTabViewItem(std::shared_ptr<toolkit::TabViewItem> item) {
         bar_->addTab(withoutMnemonics(ours->title()));
     }
     if (selected_ < 0) selected_ = 0;
+    if (bar_ && items_.size() == 1) takeTabKeyBefore(ours->page());
     showSelected();
+}
+
+// The bar stands above the pages and was made after what is on them.
+void QtTabView::takeTabKeyBefore(QWidget& page) {
+    const auto takesTabKey = [](const QWidget* widget) { return widget->focusPolicy() & Qt::TabFocus; };
+    for (auto* at = page.nextInFocusChain(); at != &page; at = at->nextInFocusChain()) {
+        if (!page.isAncestorOf(at) || !takesTabKey(at)) continue;
+        auto* before = at->previousInFocusChain();
+        while (before != at && !takesTabKey(before))
+            before = before->previousInFocusChain();
+        QWidget::setTabOrder(before, bar_);
+        return QWidget::setTabOrder(bar_, at);
+    }
 }
 
 std::shared_ptr<toolkit::TabViewItem> QtTabView::tabViewItemWithIdentifier(std::string_view identifier) {

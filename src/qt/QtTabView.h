@@ -61,6 +61,7 @@ public:
 private:
     void tabChosen(int index);
     /// Shows the page of the selected item and marks its tab.
+    void takeTabKeyBefore(QWidget& page);
     void showSelected();
 
     QPointer<QWidget> root_;

@@ -14,6 +14,7 @@ QtTableView::QtTableView(TableWidget& table, const std::vector<Column>& columns,
     table.setItemDelegate(&cells_);
     selection_.mayUserSelect = table.mayUserSelect = [this](int row) { return mayUserSelect(row); };
     table.activate = [this] { runDoubleAction(); };
+    table.pressDelete = [this] { runDeleteAction(); };
     table.press = [this](const QModelIndex& index) { return toggleCheckBox(index); };
     QObject::connect(&selection_, &QItemSelectionModel::selectionChanged, &context_, [this] {
         if (selection_.isProgramChange()) return;
@@ -25,6 +26,7 @@ QtTableView::QtTableView(TableWidget& table, const std::vector<Column>& columns,
 QtTableView::~QtTableView() {
     widget_.mayUserSelect = nullptr;
     widget_.activate = nullptr;
+    widget_.pressDelete = nullptr;
     widget_.press = nullptr;
     widget_.moveSelectedRow = nullptr;
     model_.dragHandler = nullptr;
@@ -78,6 +80,10 @@ void QtTableView::reloadData() {
         model_.reload();
     }
     selectionMayHaveChanged();
+}
+
+void QtTableView::setEmptyMessage(std::string_view message) {
+    widget_.emptyMessage().setMesageForEmptyList(message);
 }
 
 void QtTableView::setAllowsMultipleSelection(bool allows) {
@@ -141,6 +147,12 @@ bool QtTableView::mayUserSelect(int row) {
 void QtTableView::runDoubleAction() {
     guard_.run("a double click", [this] {
         if (const auto action = doubleAction_) action(*this);
+    });
+}
+
+void QtTableView::runDeleteAction() {
+    guard_.run("the delete key", [this] {
+        if (const auto action = deleteAction_) action(*this);
     });
 }
 

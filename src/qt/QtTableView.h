@@ -20,6 +20,7 @@ public:
     void setDataSource(toolkit::TableDataSource* source) override;
     void setDelegate(toolkit::TableDelegate* delegate) override;
     void setDoubleAction(Action action) override { doubleAction_ = std::move(action); }
+    void setDeleteAction(Action action) override { deleteAction_ = std::move(action); }
     [[nodiscard]] toolkit::TableColumn* tableColumnWithIdentifier(std::string_view identifier) override;
     void removeTableColumn(toolkit::TableColumn& column) override;
     void sizeToFit() override;
@@ -34,6 +35,7 @@ public:
 
     void reloadData() override;
     [[nodiscard]] int numberOfRows() const override { return model_.rowCount(); }
+    void setEmptyMessage(std::string_view message) override;
 
     void setAllowsEmptySelection(bool allows) override { selection_.allowsEmpty = allows; }
     void setAllowsMultipleSelection(bool allows) override;
@@ -46,6 +48,7 @@ public:
 private:
     [[nodiscard]] bool mayUserSelect(int row);
     void runDoubleAction();
+    void runDeleteAction();
     bool toggleCheckBox(const QModelIndex& where);
     void changeSelection(int row, QItemSelectionModel::SelectionFlags command);
     /// Works out what is selected now and tells the delegate if that is news.
@@ -56,6 +59,7 @@ private:
     TableSelectionModel selection_;
     TableCellDelegate cells_;
     Action doubleAction_;
+    Action deleteAction_;
     std::vector<int> known_; ///< the selection that the delegate knows of
     int lastSelected_ = -1;
 };

@@ -6,6 +6,7 @@
 #include <QMainWindow>
 #include <QMenuBar>
 #include <QScreen>
+#include <QStatusBar>
 #include <QToolBar>
 #include <algorithm>
 #include <cmath>
@@ -124,19 +125,31 @@ void QtWindow::setFrameOrigin(const toolkit::Point& origin) {
     setFrameTopLeftPoint({origin.x, origin.y + frame().size.height});
 }
 
+// Wholly onto the screen that it is on, as far as it has room there; onto the first one when it is on none.
 void QtWindow::moveTopLeft(QPoint point) {
-    constexpr int mustShow = 64; // enough of the title bar to take hold of
-    const QRect edge(point, QSize(shell_.width(), 1));
-    const auto shows = [&](const QScreen* screen) {
-        return screen->availableGeometry().intersected(edge).width() >= std::min(mustShow, shell_.width());
-    };
-    const auto screens = QGuiApplication::screens();
-    if (!screens.isEmpty() && std::ranges::none_of(screens, shows)) {
-        const auto area = QGuiApplication::primaryScreen()->availableGeometry();
-        point.setX(std::clamp(point.x(), area.left(), std::max(area.left(), area.right() - shell_.width())));
-        point.setY(std::clamp(point.y(), area.top(), std::max(area.top(), area.bottom() - shell_.height())));
+    const QRect wanted(point, shell_.size() + decoration());
+    const QScreen* screen = QGuiApplication::primaryScreen();
+    for (const auto* each : QGuiApplication::screens())
+        if (each->geometry().contains(wanted.center())) screen = each;
+    if (screen && fitsScreen_) {
+        const auto area = screen->availableGeometry();
+        const auto last = [](int start, int length, int size) {
+            return std::max(start, start + length - size);
+        };
+        point.setX(std::clamp(point.x(), area.left(), last(area.left(), area.width(), wanted.width())));
+        point.setY(std::clamp(point.y(), area.top(), last(area.top(), area.height(), wanted.height())));
     }
     shell_.move(point);
+}
+
+/// What the window system puts around the window.
+QSize QtWindow::decoration() const { return shell_.frameGeometry().size() - shell_.size(); }
+
+/// The largest size that the window can have on its screen.
+QSize QtWindow::room() const {
+    const auto* screen = shell_.screen();
+    return screen && fitsScreen_ ? screen->availableGeometry().size() - decoration()
+                                 : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
 }
 
 void QtWindow::setContentMinSize(const toolkit::Size& size) {
@@ -156,7 +169,9 @@ int QtWindow::heightOfBars() const {
     const bool menuInside = menu && !menu->isHidden() && !menu->isNativeMenuBar();
     const int menuHeight = menuInside ? menu->sizeHint().height() : 0;
     const bool toolbarShown = toolbar_ && !toolbar_->isHidden();
-    return menuHeight + (toolbarShown ? toolbar_->parentWidget()->sizeHint().height() : 0);
+    const auto* foot = main->findChild<const QStatusBar*>(QString(), Qt::FindDirectChildrenOnly);
+    const int footHeight = foot && !foot->isHidden() ? foot->sizeHint().height() : 0;
+    return menuHeight + footHeight + (toolbarShown ? toolbar_->parentWidget()->sizeHint().height() : 0);
 }
 
 // The larger limit first: Qt moves one limit when the other passes it.
@@ -164,8 +179,11 @@ void QtWindow::applySizeLimits() {
     const QSize bars(0, heightOfBars());
     const auto bounded = [](QSize size) { return size.boundedTo({QWIDGETSIZE_MAX, QWIDGETSIZE_MAX}); };
     shell_.setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
-    shell_.setMinimumSize(bounded(minimum_ + bars));
-    shell_.setMaximumSize(bounded(maximum_.expandedTo(minimum_) + bars));
+    // On a screen that is too small for a pane, the pane gives way and not its buttons.
+    shell_.setMinimumSize(bounded(minimum_ + bars).boundedTo(room()));
+    const bool fixed = maximum_ == minimum_;
+    const auto largest = bounded(maximum_.expandedTo(minimum_) + bars);
+    shell_.setMaximumSize(fixed ? largest.boundedTo(room()) : largest);
     if (auto* layout = shell_.layout()) layout->activate();
 }
 
@@ -175,7 +193,7 @@ void QtWindow::resizeContent(QSize size) {
         maximum_ = {QWIDGETSIZE_MAX, QWIDGETSIZE_MAX};
     minimum_ = minimum_.boundedTo(size);
     applySizeLimits();
-    shell_.resize(size + QSize(0, heightOfBars()));
+    shell_.resize((size + QSize(0, heightOfBars())).boundedTo(room()));
     if (auto* layout = shell_.layout()) layout->activate();
 }
 

@@ -1,7 +1,8 @@
 #include "qt/TableModel.h"
 
-#include <QGuiApplication>
+#include <QApplication>
 #include <QMimeData>
+#include <QPainter>
 #include <QPalette>
 #include <algorithm>
 #include <optional>
@@ -85,14 +86,19 @@ int TableModel::columnCount(const QModelIndex& parent) const {
 
 QVariant TableModel::data(const QModelIndex& index, int role) const {
     if (!index.isValid()) return {};
-    if (role != Qt::DisplayRole && role != Qt::CheckStateRole && role != Qt::ForegroundRole) return {};
+    if (role != Qt::DisplayRole && role != Qt::CheckStateRole && role != Qt::ForegroundRole &&
+        role != Qt::AccessibleTextRole && role != noteRole)
+        return {};
     const auto shown = appearance(index);
     const bool isCheckBox = shown.cell.type == toolkit::CellType::checkBox;
     if (role == Qt::ForegroundRole)
         return QBrush(textColor(shown.cell.textColor, QGuiApplication::palette()));
     if (role == Qt::CheckStateRole)
         return isCheckBox ? QVariant(shown.cell.on ? Qt::Checked : Qt::Unchecked) : QVariant();
-    return fromUtf8(isCheckBox ? shown.cell.title : shown.text);
+    if (role == noteRole) return fromUtf8(shown.cell.note);
+    const auto text = fromUtf8(isCheckBox ? shown.cell.title : shown.text);
+    const bool adds = role == Qt::AccessibleTextRole && !shown.cell.note.empty();
+    return adds ? text + ", " + fromUtf8(shown.cell.note) : text;
 }
 
 QVariant TableModel::headerData(int section, Qt::Orientation orientation, int role) const {
@@ -216,6 +222,29 @@ bool TableModel::moveRowByOne(int row, int step) {
 QSize TableCellDelegate::sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const {
     const auto size = QStyledItemDelegate::sizeHint(option, index);
     return {size.width() + 16, std::max(size.height(), option.fontMetrics.height() + 8)};
+}
+
+// The note stands at the row's end, and the text gets what room is left.
+void TableCellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                              const QModelIndex& index) const {
+    const auto note = index.data(TableModel::noteRole).toString();
+    if (note.isEmpty()) return QStyledItemDelegate::paint(painter, option, index);
+    constexpr int margin = 8;
+    const int width = option.fontMetrics.horizontalAdvance(note) + 2 * margin;
+    QStyleOptionViewItem ground(option);
+    initStyleOption(&ground, index);
+    ground.text.clear();
+    const auto* style = option.widget ? option.widget->style() : QApplication::style();
+    style->drawControl(QStyle::CE_ItemViewItem, &ground, painter, option.widget);
+    QStyleOptionViewItem text(option);
+    text.rect.setRight(text.rect.right() - width);
+    QStyledItemDelegate::paint(painter, text, index);
+    const bool selected = option.state & QStyle::State_Selected;
+    painter->save();
+    painter->setPen(selected ? option.palette.color(QPalette::HighlightedText)
+                             : textColor(toolkit::TextColor::gray, option.palette));
+    painter->drawText(option.rect.adjusted(0, 0, -margin, 0), Qt::AlignRight | Qt::AlignVCenter, note);
+    painter->restore();
 }
 
 void TableCellDelegate::initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const {

@@ -38,6 +38,9 @@ class TableModel final : public QAbstractTableModel {
 public:
     TableModel(toolkit::TableView& table, HandlerGuard& guard, QObject* parent);
 
+    /// What stands beside a cell's text.
+    static constexpr int noteRole = Qt::UserRole + 1;
+
     toolkit::TableDataSource* source = nullptr;
     toolkit::TableDelegate* delegate = nullptr;
     toolkit::TableDragHandler* dragHandler = nullptr;
@@ -87,6 +90,9 @@ class TableCellDelegate final : public QStyledItemDelegate {
 public:
     using QStyledItemDelegate::QStyledItemDelegate;
     [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option, const QModelIndex& index) const override;
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override;
 
 protected:
     void initStyleOption(QStyleOptionViewItem* option, const QModelIndex& index) const override;

@@ -130,8 +130,23 @@ void TableWidget::keyPressEvent(QKeyEvent* event) {
         (void)moveSelectedRow(event->key() == Qt::Key_Up ? -1 : 1);
         return event->accept();
     }
+    if (event->matches(QKeySequence::Delete) && pressDelete) {
+        pressDelete();
+        return event->accept();
+    }
     if (event->key() == Qt::Key_Space && press && press(currentIndex())) return event->accept();
     QTreeView::keyPressEvent(event);
+}
+
+void TableWidget::mousePressEvent(QMouseEvent* event) {
+    pressed_ = indexAt(event->position().toPoint());
+    dragRefused_ = false;
+    QTreeView::mousePressEvent(event);
+}
+
+// After a drag that was refused, Qt would select the rows that the pointer goes over.
+void TableWidget::mouseMoveEvent(QMouseEvent* event) {
+    if (!dragRefused_ || event->buttons() == Qt::NoButton) QTreeView::mouseMoveEvent(event);
 }
 
 void TableWidget::mouseDoubleClickEvent(QMouseEvent* event) {
@@ -200,10 +215,20 @@ void TableWidget::drawRows(QPaintEvent* event) {
     painter.fillRect(QRect(0, y - thickness / 2, viewport()->width(), thickness), palette().highlight());
 }
 
-// As Qt's own, but for the end: the program has moved the rows itself, so none is taken out here.
+// What is dragged is what lies under the pointer: the selection if that row is part of it, otherwise the row
+// alone. A row that can't be selected leaves the selection where it was, which nobody has taken hold of.
+QModelIndexList TableWidget::draggedIndexes() const {
+    if (!pressed_.isValid()) return {};
+    if (selectionModel()->isRowSelected(pressed_.row())) return selectedIndexes();
+    return {pressed_};
+}
+
+// As Qt's own, but for the beginning and the end: the program has moved the rows itself, so none is taken out
+// here.
 void TableWidget::startDrag(Qt::DropActions actions) {
-    QModelIndexList indexes = selectedIndexes();
+    const auto indexes = draggedIndexes();
     auto* dragged = indexes.isEmpty() ? nullptr : model()->mimeData(indexes);
+    dragRefused_ = !dragged;
     if (!dragged) return;
     auto* drag = new QDrag(this);
     drag->setMimeData(dragged);

@@ -54,6 +54,7 @@ public:
 
     std::function<bool(int row)> mayUserSelect;
     std::function<void()> activate;                ///< double click or return key on a selected row
+    std::function<void()> pressDelete;             ///< the delete key
     std::function<bool(const QModelIndex&)> press; ///< space on a cell; true when that was something
     std::function<bool(int step)> moveSelectedRow; ///< Alt and an arrow key: one up (-1) or down (1)
 
@@ -64,12 +65,15 @@ public:
 protected:
     QModelIndex moveCursor(CursorAction action, Qt::KeyboardModifiers modifiers) override;
     void keyPressEvent(QKeyEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
     void mouseDoubleClickEvent(QMouseEvent* event) override;
     void focusInEvent(QFocusEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
     void startDrag(Qt::DropActions actions) override;
 
 private:
+    [[nodiscard]] QModelIndexList draggedIndexes() const;
     [[nodiscard]] int nextSelectableRow(int from, int step) const;
     void drawRows(QPaintEvent* event);
     void describe();
@@ -82,6 +86,8 @@ private:
     void setNeedsDisplay() override;
 
     views::EmptyMessageTableView emptyMessage_{*this};
+    QPersistentModelIndex pressed_;   ///< where the mouse button went down last
+    bool dragRefused_ = false;        ///< what was taken hold of there can't be dragged
     QPaintEvent* painting_ = nullptr; ///< the event that is being drawn for
     QPainter* painter_ = nullptr;     ///< at work on the viewport once the rows are drawn
 };

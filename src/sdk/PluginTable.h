@@ -195,6 +195,10 @@ typedef struct CorvanePlugin {
     int8_t (*applicationWillLockSavingChanges)(void* self, int8_t save);
     /* May this node of the connector's be put on a search policy? Default: true. */
     int8_t (*shouldAllowNodeNameOnSearchPolicy)(void* self, const char* nodeName);
+    /* The names of the connector's nodes that saveChanges will take away, one by one: asked with 0, 1, 2 and
+     * so on until the answer is null. Before anything is saved, the user is asked about those that are used
+     * for logging in. Default: none. */
+    const char* (*nodesToRemove)(void* self, uint32_t index);
 } CorvanePlugin;
 
 typedef const CorvanePlugin* (*CorvanePluginFactory)(void);

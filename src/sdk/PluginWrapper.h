@@ -5,6 +5,7 @@
 #include <string>
 #include <string_view>
 #include <type_traits>
+#include <vector>
 
 #include "PluginTable.h"
 
@@ -23,7 +24,8 @@
 /// void setEnabledForLocation(bool, const char*), bool canConfigure(), void configureButtonClicked(void*),
 /// bool selfTest(), bool isDirty(), bool saveChanges(), bool revertChanges(),
 /// bool applicationWillQuitSavingChanges(bool), bool applicationWillLockSavingChanges(bool),
-/// bool shouldAllowNodeNameOnSearchPolicy(std::string_view). All are called on the main thread.
+/// bool shouldAllowNodeNameOnSearchPolicy(std::string_view), std::vector<std::string> nodesToRemove(). All
+/// are called on the main thread.
 namespace corvane::sdk {
 
 /// The object behind `self`.
@@ -32,6 +34,7 @@ struct Instance {
     P plugin{};
     const CorvaneHost* host = nullptr;
     std::string returnedName;
+    std::vector<std::string> returnedNodes;
 };
 
 template <typename P>
@@ -122,6 +125,11 @@ concept HasLockAnswer = requires(P& p) {
 template <typename P>
 concept HasAdmission = requires(P& p, std::string_view n) {
     { p.shouldAllowNodeNameOnSearchPolicy(n) } -> std::same_as<bool>;
+};
+
+template <typename P>
+concept HasNodesToRemove = requires(P& p) {
+    { p.nodesToRemove() } -> std::same_as<std::vector<std::string>>;
 };
 
 template <typename P>
@@ -228,6 +236,19 @@ void fillSaving(CorvanePlugin& table) {
         }));
 }
 
+template <typename P>
+void fillRemoval(CorvanePlugin& table) {
+    CORVANE_SDK_ENTRY(nodesToRemove, HasNodesToRemove<P>, ([](void* self, uint32_t index) noexcept {
+                          auto& instance = as<P>(self);
+                          constexpr const char* none = nullptr;
+                          return guard(instance.host, "nodesToRemove", none, [&] {
+                              if (index == 0) instance.returnedNodes = instance.plugin.nodesToRemove();
+                              const auto& nodes = instance.returnedNodes;
+                              return index < nodes.size() ? nodes[index].c_str() : none;
+                          });
+                      }));
+}
+
 #undef CORVANE_SDK_ENTRY
 #undef CORVANE_SDK_LACKS
 #undef CORVANE_SDK_ANSWER
@@ -243,6 +264,7 @@ const CorvanePlugin* tableFor() noexcept {
         fillEnabledState<P>(made);
         fillConfiguration<P>(made);
         fillSaving<P>(made);
+        fillRemoval<P>(made);
         return made;
     }();
     return &table;

@@ -63,6 +63,10 @@ void NodePaneController::setOmittedNodes(const util::Array& list) {
 }
 
 void NodePaneController::buildNodePaneData() {
+    if (!cspNodeArray_) {
+        fullNodeArray_.clear();
+        return showRows();
+    }
     try {
         const auto session = parent_->haldenSession();
         if (!session) return;

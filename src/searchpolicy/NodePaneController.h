@@ -54,8 +54,11 @@ public:
     void setOmittedNodes(const util::Array& list);
     /// Where the next chosen node goes, or `appendAtEnd`.
     void setCustomNodeIndex(int index) { cspNodeInsertIndex_ = index; }
-    /// Reads the session's nodes and shows those that may be chosen. A failure leaves the panel as it is.
+    /// Reads the session's nodes and shows those that may be chosen; none without a list to add them to. A
+    /// failure leaves the panel as it is.
     void buildNodePaneData();
+    /// The panel is closed: from here on it adds to no list until it is given one.
+    void forgetCustomNodeArray() { cspNodeArray_ = {}; }
 
     /// Inserts the selected nodes in the order of their rows, tells of duplicates, and ends the sheet.
     void addNodeAction();

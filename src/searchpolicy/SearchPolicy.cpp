@@ -45,12 +45,16 @@ void SearchPolicy::buildPaneData() {
     try {
         readDetails();
         readMode();
+        outlets_.nodeTable.setEmptyMessage(environment_.strings.localized("No directory domains"));
         selectModeInChooser();
         outlets_.nodeTable.reloadData();
         outlets_.modeChooser.synchronizeTitleAndSelectedItem();
         loaded_ = true;
+        refusal_.reset(); // the edits that it was about are gone
     } catch (const std::exception& failure) {
         loaded_ = false;
+        outlets_.nodeTable.setEmptyMessage(
+            environment_.strings.localized("This search policy can’t be read"));
         outlets_.nodeTable.reloadData(); // rows of a policy that could be read once
         needs_.hideProgressBar();
         showAlert(message, failure.what(), button);
@@ -65,6 +69,19 @@ void SearchPolicy::readDetails() {
     const auto details = node->nodeDetails(std::nullopt, &error);
     if (!details) throw halden::Exception(error);
     details_ = util::deepMutableCopy(details);
+    savedCustomList_ = util::Array::ofTexts(customList().texts());
+}
+
+void SearchPolicy::readIfStale() {
+    if (loaded_ || hasUnsavedEdits()) return;
+    try {
+        readDetails();
+        readMode();
+        selectModeInChooser();
+    } catch (const std::exception&) {
+        details_ = {};
+    }
+    outlets_.nodeTable.reloadData();
 }
 
 void SearchPolicy::readMode() {
@@ -95,8 +112,14 @@ util::Array SearchPolicy::automaticList() const { return list(attribute::automat
 util::Array SearchPolicy::localOnlyList() const { return list(attribute::localOnlySearchPath); }
 util::Array SearchPolicy::customList() const { return list(attribute::customSearchPath); }
 
-util::Array SearchPolicy::shownList() const {
-    switch (selectedMode_) {
+util::Array SearchPolicy::shownList() const { return listOf(selectedMode_); }
+
+util::Array SearchPolicy::listInService() const {
+    return pastMode_ == Mode::custom && details_ ? savedCustomList_ : listOf(pastMode_);
+}
+
+util::Array SearchPolicy::listOf(Mode mode) const {
+    switch (mode) {
     case Mode::automatic:
         return automaticList();
     case Mode::local:
@@ -175,10 +198,14 @@ bool SearchPolicy::save(const util::AuthorizationExternalForm& authForm) {
         (void)succeeded(error);
         return false;
     }
+    refusal_.reset();
     // The edited list is gone when another session has come since: then there is nothing to write, and least
     // of all an empty list over the one that the service has.
     const auto list = customListToWrite();
-    if (customListChanged_ && list && saveSearchPolicy(*node, authForm, list)) customListChanged_ = false;
+    if (customListChanged_ && list && saveSearchPolicy(*node, authForm, list)) {
+        customListChanged_ = false;
+        savedCustomList_ = util::Array::ofTexts(customList().texts());
+    }
     if (selectedMode_ != pastMode_) saveMode(*node, authForm);
     return true;
 }
@@ -206,20 +233,47 @@ bool SearchPolicy::saveSearchPolicy(halden::Node& node, const util::Authorizatio
     request.insert(request.end(), list->begin(), list->end());
     (void)node.customCall(code::replaceCustomList, request, &error);
     util::wipe(request);
-    return succeeded(error);
+    return wasTaken(error, &Refusal::customList);
 }
 
 bool SearchPolicy::changePolicy(std::int32_t code, const util::AuthorizationExternalForm& authForm,
                                 halden::Node& node) {
     halden::Error error;
     (void)directory::customCall(node, code, authForm, &error);
-    return succeeded(error);
+    return wasTaken(error, &Refusal::mode);
 }
 
 bool SearchPolicy::succeeded(const halden::Error& error) {
     if (!error) return true;
     showAlert(error.description, error.details(), environment_.strings.localized("OK"));
     return false;
+}
+
+bool SearchPolicy::wasTaken(const halden::Error& error, bool Refusal::*part) {
+    if (succeeded(error)) return true;
+    if (!refusal_) refusal_ = Refusal{.error = error};
+    (*refusal_).*part = true;
+    return false;
+}
+
+const SearchPolicy::Refusal* SearchPolicy::refusal() const {
+    const bool unsaved = refusal_ && ((refusal_->customList && customListChanged_) ||
+                                      (refusal_->mode && selectedMode_ != pastMode_));
+    return unsaved ? &*refusal_ : nullptr;
+}
+
+void SearchPolicy::acknowledgeOtherChanges() {
+    try {
+        halden::Error ignored;
+        if (const auto node = openSearchNode(&ignored)) (void)node->nodeDetails(std::nullopt, &ignored);
+    } catch (const std::exception&) {
+        return;
+    }
+}
+
+void SearchPolicy::dropEdits() {
+    buildPaneData();
+    if (loaded_) customListChanged_ = false;
 }
 
 void SearchPolicy::showAlert(const std::string& message, const std::string& information,

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "halden/Session.h"
@@ -36,13 +37,23 @@ public:
 
     [[nodiscard]] const SearchPolicyTraits& traits() const { return traits_; }
 
+    /// What the service refused when the policy was saved last, as far as it is still unsaved.
+    struct Refusal {
+        bool customList = false;
+        bool mode = false;
+        halden::Error error; ///< of the first call that was refused
+    };
+
     /// Reads the policy from its search node and shows it; an unsaved choice of mode is lost. A failure is
     /// shown in an alert and leaves the policy not loaded.
     void buildPaneData();
     [[nodiscard]] bool isLoaded() const { return loaded_; }
     void invalidate() { loaded_ = false; }
     /// The session is another one: what was read is void.
-    void forgetDetails() { details_ = {}; }
+    void forgetDetails() {
+        details_ = {};
+        refusal_.reset();
+    }
 
     /// Null until the first read.
     [[nodiscard]] const util::Dictionary& details() const { return details_; }
@@ -52,6 +63,10 @@ public:
     [[nodiscard]] util::Array customList() const;
     /// The list that the chosen mode uses; empty in no mode.
     [[nodiscard]] util::Array shownList() const;
+    /// The list that the service uses, as it was last read or written.
+    [[nodiscard]] util::Array listInService() const;
+    /// Reads the policy unless it is loaded or has edits that must stay; nobody is shown a failure.
+    void readIfStale();
 
     [[nodiscard]] Mode selectedMode() const { return selectedMode_; }
     void setSelectedMode(Mode mode) { selectedMode_ = mode; }
@@ -59,6 +74,13 @@ public:
     [[nodiscard]] bool customListChanged() const { return customListChanged_; }
     void setCustomListChanged() { customListChanged_ = true; }
     [[nodiscard]] bool hasUnsavedEdits() const { return customListChanged_ || selectedMode_ != pastMode_; }
+    /// Null when nothing was refused, or nothing of it is unsaved any longer.
+    [[nodiscard]] const Refusal* refusal() const;
+    /// Lets the service know that another program's change was read, after which it takes changes again; what
+    /// is edited stays as it is. A failure is left to the next save to report.
+    void acknowledgeOtherChanges();
+    /// Shows the policy as the service has it. Where it can't be read the edits stay.
+    void dropEdits();
     /// Shows the chosen mode in the pop-up.
     void selectModeInChooser();
 
@@ -82,6 +104,7 @@ private:
     void readMode();
     void readIfNeeded();
     void markCustomListEdited();
+    [[nodiscard]] util::Array listOf(Mode mode) const;
     [[nodiscard]] util::Array list(std::string_view attribute) const;
     [[nodiscard]] std::shared_ptr<halden::Node> openSearchNode(halden::Error* error);
     /// Null when there is no list.
@@ -92,6 +115,7 @@ private:
     [[nodiscard]] bool changePolicy(std::int32_t code, const util::AuthorizationExternalForm& authForm,
                                     halden::Node& node);
     [[nodiscard]] bool succeeded(const halden::Error& error);
+    [[nodiscard]] bool wasTaken(const halden::Error& error, bool Refusal::*part);
     void showAlert(const std::string& message, const std::string& information, const std::string& button);
 
     const SearchPolicyTraits& traits_;
@@ -100,8 +124,10 @@ private:
     Outlets outlets_;
     Needs& needs_;
     util::Dictionary details_;
+    util::Array savedCustomList_; ///< as the service has it; the one in the details is edited
     Mode selectedMode_ = Mode::notYetKnown;
     Mode pastMode_ = Mode::notYetKnown;
+    std::optional<Refusal> refusal_;
     bool customListChanged_ = false;
     bool loaded_ = false;
 };

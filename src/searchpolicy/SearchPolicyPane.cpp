@@ -4,6 +4,7 @@
 
 #include "searchpolicy/NodeName.h"
 #include "searchpolicy/NodePaneController.h"
+#include "util/TextFormat.h"
 
 namespace corvane::searchpolicy {
 namespace {
@@ -70,9 +71,22 @@ void SearchPolicyPane::deleteNodeAction(toolkit::Control& sender) {
     deleteSheet_ = toolkit_.makeAlert();
     deleteSheet_->setMessageText(localized("Delete directory domain?"));
     deleteSheet_->setInformativeText(localized("Please confirm deletion."));
+    deleteSheet_->setSpokenText(spokenDeleteQuestion());
     deleteSheet_->addButton(localized("OK"));
     deleteSheet_->addButton(localized("Cancel"));
     deleteSheet_->beginSheet(*window, [this](int returnCode) { deleteSheetDidEnd(returnCode); });
+}
+
+void SearchPolicyPane::deleteKeyPressed() {
+    if (outlets_.deleteNode.isEnabled() && !outlets_.deleteNode.isHidden())
+        deleteNodeAction(outlets_.deleteNode);
+}
+
+std::string SearchPolicyPane::spokenDeleteQuestion() const {
+    std::string names;
+    for (const int row : outlets_.nodeTable.selectedRows())
+        names += (names.empty() ? "" : ", ") + policy_.customList().textAt(index(row));
+    return util::formatted(localized("Please confirm deletion: %@"), {names});
 }
 
 void SearchPolicyPane::deleteSheetDidEnd(int returnCode) {
@@ -106,11 +120,14 @@ void SearchPolicyPane::setObjectValue(const toolkit::TableView& /*table*/, bool 
 
 void SearchPolicyPane::willDisplayCell(const toolkit::TableView& /*table*/, toolkit::Cell& cell,
                                        const toolkit::TableColumn& column, int row) {
+    cell.note.clear();
     if (!policy_.details() || column.identifier() != nodeNameColumn) return;
     try {
         cell.textColor = colorOfRow(row);
+        // For those who don't tell the colours apart.
+        cell.note = cell.textColor == toolkit::TextColor::red ? localized("switched off") : "";
     } catch (const std::exception&) {
-        return; // the cell keeps the colour it had: drawing must not fail
+        return; // the cell keeps what it had: drawing must not fail
     }
 }
 

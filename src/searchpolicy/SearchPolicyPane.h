@@ -46,6 +46,8 @@ public:
     void addNodeAction();
     /// Asks for confirmation in a sheet on the sender's window, then deletes every selected row.
     void deleteNodeAction(toolkit::Control& sender);
+    /// Does what a press of the delete button does, if it can be pressed.
+    void deleteKeyPressed();
 
     [[nodiscard]] int numberOfRowsInTableView(const toolkit::TableView& table) override;
     [[nodiscard]] toolkit::ObjectValue objectValueForTableColumn(const toolkit::TableView& table,
@@ -72,6 +74,8 @@ private:
     [[nodiscard]] toolkit::TextColor colorOfRow(int row);
     [[nodiscard]] bool equalsLocalNodeAtSameRow(int row) const;
     [[nodiscard]] bool mayDelete(int row) const;
+    /// The question for those who don't see the selected rows.
+    [[nodiscard]] std::string spokenDeleteQuestion() const;
     void deleteSheetDidEnd(int returnCode);
     [[nodiscard]] bool mayDrag(int row) const;
     /// Moves the first entry of that name to `row`; the row that it ends up in.

@@ -35,7 +35,10 @@ bool ModifiedState::isDirty() const {
 bool ModifiedState::save() {
     const auto title = environment_.strings.localized("An unexpected error occurred");
     const auto button = environment_.strings.localized("OK");
+    cancelled_ = false;
     try {
+        cancelled_ = !needs_.agreesToDirectoriesLeaving();
+        if (cancelled_) return false;
         const bool ok = needs_.saveSearchPolicies() && saveItems();
         outlets_.selectPlugIn.reloadData();
         if (ok) setPluginModified(false);

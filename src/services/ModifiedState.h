@@ -15,6 +15,9 @@ class ModifiedState {
 public:
     struct Needs {
         virtual ~Needs() = default;
+        /// Asks about directories that the save would take off the login policy; false when the user wants
+        /// none of it.
+        [[nodiscard]] virtual bool agreesToDirectoriesLeaving() = 0;
         [[nodiscard]] virtual bool saveSearchPolicies() = 0;
         /// Reads each search policy again whose custom list or mode has unsaved edits.
         virtual void rereadEditedSearchPolicies() = 0;
@@ -38,10 +41,14 @@ public:
     void updateModifiedState();
     /// The window is closing: from here on nothing counts as unsaved.
     void setQuitting() { quitting_ = true; }
+    [[nodiscard]] bool isQuitting() const { return quitting_; }
 
     [[nodiscard]] bool isDirty() const;
-    /// The search policies first, then each connector in the list's order up to the first that fails.
+    /// The search policies first, then each connector in the list's order up to the first that fails. Before
+    /// that, the user may be asked, and may cancel: nothing is written then.
     bool save();
+    /// The last save was cancelled by the user.
+    [[nodiscard]] bool saveWasCancelled() const { return cancelled_; }
     void applyAction() { (void)save(); }
     /// Does nothing unless the window is marked as edited.
     void revertAction();
@@ -67,6 +74,7 @@ private:
     bool pluginModified_ = false;
     bool searchPolicyModified_ = false;
     bool quitting_ = false;
+    bool cancelled_ = false;
 };
 
 } // namespace corvane::services

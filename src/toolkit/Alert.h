@@ -16,6 +16,8 @@ public:
     virtual ~Alert() = default;
     virtual void setMessageText(std::string_view text) = 0;
     virtual void setInformativeText(std::string_view text) = 0;
+    /// What is read out instead of the informative text to those who don't see what the alert is about.
+    virtual void setSpokenText(std::string_view text) = 0;
     virtual void addButton(std::string_view title) = 0;
     /// Blocks until answered: the button's number counting from 1, or `closed`.
     [[nodiscard]] virtual int runModal() = 0;

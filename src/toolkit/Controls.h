@@ -43,6 +43,15 @@ public:
     [[nodiscard]] virtual std::string stringValue() const = 0;
 };
 
+/// A strip in a pane that says what is the case until something is done about it; its buttons are controls of
+/// their own. Read out when it appears, and when its texts change while it is there.
+class Notice : public View {
+public:
+    virtual void setMessageText(std::string_view text) = 0;
+    /// Smaller, below the message; "" for none.
+    virtual void setInformativeText(std::string_view text) = 0;
+};
+
 class ProgressIndicator : public View {
 public:
     virtual void setIndeterminate(bool indeterminate) = 0;

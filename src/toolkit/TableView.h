@@ -26,6 +26,7 @@ struct Cell {
     bool enabled = true;
     bool on = false; ///< state of a check box
     TextColor textColor = TextColor::black;
+    std::string note; ///< beside a text, secondary; read out behind it
 };
 
 class TableColumn {
@@ -67,6 +68,8 @@ public:
     virtual void setDataSource(TableDataSource* source) = 0;
     virtual void setDelegate(TableDelegate* delegate) = 0;
     virtual void setDoubleAction(Action action) = 0;
+    /// What the delete key does while the table has the keyboard.
+    virtual void setDeleteAction(Action action) = 0;
 
     /// Null when there is no such column.
     [[nodiscard]] virtual TableColumn* tableColumnWithIdentifier(std::string_view identifier) = 0;
@@ -80,6 +83,8 @@ public:
     /// Asks the data source for everything again. Selected rows that are gone are no longer selected.
     virtual void reloadData() = 0;
     [[nodiscard]] virtual int numberOfRows() const = 0;
+    /// What the table says, and reads out, while it has no rows; "" for nothing.
+    virtual void setEmptyMessage(std::string_view message) = 0;
 
     virtual void setAllowsEmptySelection(bool allows) = 0;
     virtual void setAllowsMultipleSelection(bool allows) = 0;

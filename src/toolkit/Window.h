@@ -29,7 +29,8 @@ public:
 };
 
 /// Where rectangles and points are given, see `Geometry.h`. The frame includes title bar and toolbar, as far
-/// as the window system tells their size.
+/// as the window system tells their size. What would lie outside of the screen is moved onto it, and a
+/// content that is too large for it is made smaller, as far as the toolkit knows the screen.
 class Window {
 public:
     virtual ~Window() = default;

@@ -257,6 +257,13 @@ TEST_F(Delegate, withASheet_connectAndDisconnectAreDisabledAndOthersNot) {
     EXPECT_FALSE(enabled("disconnect"));
 }
 
+TEST_F(Delegate, whatThisVersionCantDo_isNotOfferedEvenUnlocked) {
+    program.environment.canConnectToServers = false;
+    program.environment.canChangeRootUser = false;
+    for (const auto* action : {"connect", "enableRootUser", "changeRootPassword"})
+        EXPECT_FALSE(enabled(action)) << action;
+}
+
 TEST_F(Delegate, rootItem_saysWhatItWouldDo) {
     auto root = std::make_shared<fakes::FakeRecord>(std::string(halden::recordType::users), "root");
     program.framework.session->local().records = {root};

@@ -34,6 +34,19 @@ TEST_F(MainWindow, launch_showsServicesAt590By365WithItsItemSelected) {
     EXPECT_TRUE(ui.window.isVisible());
 }
 
+TEST_F(MainWindow, title_namesTheMachine) {
+    program.platform.network.host = "workstation";
+    program.launch();
+    EXPECT_EQ(ui.window.title(), "Corvane: workstation");
+    EXPECT_TRUE(ui.trialNotice.isHidden());
+}
+
+TEST_F(MainWindow, onATrialFolder_aStripSaysThatNothingOfThisMachineChanges) {
+    program.environment.worksOnTrialFolder = true;
+    program.launch();
+    EXPECT_EQ(ui.trialNotice.shownMessage(), "Trial folder: nothing on this machine changes");
+}
+
 TEST_F(MainWindow, setUp_happensInItsOrder) {
     program.launch();
     const Names steps = {"selectPlugIn.sizeToFit",

@@ -126,6 +126,15 @@ TEST_F(Servers, removedServer_leavesBothPolicies) {
     EXPECT_EQ(done, (Texts{"modified", "save policies"}));
 }
 
+TEST_F(Servers, nodesToRemove_areThoseOfDeletedServersUntilTheyAreSaved) {
+    EXPECT_TRUE(list.nodesToRemove().empty());
+    list.add(list.copyOf(0)); // a new one has no node
+    list.removeAt({1, 2});
+    EXPECT_EQ(list.nodesToRemove(), Texts{"/LDAP/b.example.com"});
+    list.save();
+    EXPECT_TRUE(list.nodesToRemove().empty());
+}
+
 TEST_F(Servers, serverOnNoPolicy_isRemovedWithoutTouchingThem) {
     service.program().authentication = {};
     service.program().contacts = {};

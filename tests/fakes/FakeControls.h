@@ -168,6 +168,20 @@ private:
     std::string description_;
 };
 
+class FakeNotice final : public FakeViewOf<toolkit::Notice> {
+public:
+    using FakeViewOf::FakeViewOf;
+    void setMessageText(std::string_view text) override { message_ = text; }
+    void setInformativeText(std::string_view text) override { information_ = text; }
+    /// What is to be read; "" while it is hidden.
+    [[nodiscard]] std::string shownMessage() const { return isHidden() ? "" : message_; }
+    [[nodiscard]] std::string shownInformation() const { return isHidden() ? "" : information_; }
+
+private:
+    std::string message_;
+    std::string information_;
+};
+
 class FakeProgressIndicator final : public FakeViewOf<toolkit::ProgressIndicator> {
 public:
     using FakeViewOf::FakeViewOf;

@@ -96,7 +96,11 @@ struct FakeInterface final : app::InterfaceLoader {
           selectNodeContact(journal, "selectNodeContact", {"NodeName"}),
           addNodeContact(journal, "addNodeContact", &window),
           deleteNodeContact(journal, "deleteNodeContact", &window),
-          dragMessageContact(journal, "dragMessageContact"),
+          dragMessageContact(journal, "dragMessageContact"), trialNotice(journal, "trialNotice"),
+          unsaved(journal, "unsaved"), tryAgain(journal, "tryAgain", &window),
+          showSaved(journal, "showSaved", &window), unsavedContact(journal, "unsavedContact"),
+          tryAgainContact(journal, "tryAgainContact", &window),
+          showSavedContact(journal, "showSavedContact", &window),
           authorizationView(journal, std::move(authorization)) {
         for (const auto* page : {"1", "2", "3"})
             mainTabView.addTabViewItem(std::make_shared<FakeTabViewItem>(page));
@@ -117,6 +121,7 @@ struct FakeInterface final : app::InterfaceLoader {
                 progressBar,
                 applyButton,
                 helpButton,
+                trialNotice,
                 selectPlugIn,
                 configPlugIn,
                 selectSearchPolicy,
@@ -129,6 +134,8 @@ struct FakeInterface final : app::InterfaceLoader {
                 addNodeContact,
                 deleteNodeContact,
                 dragMessageContact,
+                {unsaved, tryAgain, showSaved},
+                {unsavedContact, tryAgainContact, showSavedContact},
                 authorizationView};
     }
     [[nodiscard]] searchpolicy::NodePaneController::Outlets loadAddNodes() override {
@@ -165,6 +172,13 @@ public:
     FakeButton addNodeContact;
     FakeButton deleteNodeContact;
     FakeView dragMessageContact;
+    FakeNotice trialNotice;
+    FakeNotice unsaved;
+    FakeButton tryAgain;
+    FakeButton showSaved;
+    FakeNotice unsavedContact;
+    FakeButton tryAgainContact;
+    FakeButton showSavedContact;
     FakeAuthorizationView authorizationView;
     FakeWindow panel{journal_, "panel"};
     FakeTableView panelNodes{journal_, "panelNodes", {"NodeName"}};

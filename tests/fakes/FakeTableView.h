@@ -61,6 +61,7 @@ public:
     void setDataSource(toolkit::TableDataSource* source) override { source_ = source; }
     void setDelegate(toolkit::TableDelegate* delegate) override { delegate_ = delegate; }
     void setDoubleAction(toolkit::Control::Action action) override { doubleAction_ = std::move(action); }
+    void setDeleteAction(toolkit::Control::Action action) override { deleteAction_ = std::move(action); }
 
     [[nodiscard]] toolkit::TableColumn* tableColumnWithIdentifier(std::string_view identifier) override {
         const auto found = std::ranges::find_if(
@@ -89,6 +90,9 @@ public:
         if (std::erase_if(selection_, [this](int row) { return row >= rows_; }) > 0) tellSelectionChanged();
     }
     [[nodiscard]] int numberOfRows() const override { return rows_; }
+    void setEmptyMessage(std::string_view message) override { emptyMessage_ = message; }
+    /// What is to be read in place of rows; "" while there are some.
+    [[nodiscard]] std::string shownEmptyMessage() const { return rows_ == 0 ? emptyMessage_ : ""; }
 
     void setAllowsEmptySelection(bool allows) override { note(allows ? "allowEmpty" : "forbidEmpty"); }
     void setAllowsMultipleSelection(bool allows) override {
@@ -135,6 +139,9 @@ public:
     }
     void doubleClickRow(int row) {
         if (clickRow(row) && doubleAction_) doubleAction_(*this);
+    }
+    void pressDelete() {
+        if (isEnabled() && deleteAction_) deleteAction_(*this);
     }
     /// The user drags rows of this table to a place between rows of `target` (or onto one). False when the
     /// drag can't begin, the target doesn't take it there, or nothing comes of it.
@@ -204,8 +211,10 @@ private:
     toolkit::TableDelegate* delegate_ = nullptr;
     toolkit::TableDragHandler* dragHandler_ = nullptr;
     toolkit::Control::Action doubleAction_;
+    toolkit::Control::Action deleteAction_;
     std::vector<std::string> draggedTypes_;
     std::vector<int> selection_;
+    std::string emptyMessage_;
     int rows_ = 0;
     bool multiple_ = false;
 };

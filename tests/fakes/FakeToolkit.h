@@ -11,6 +11,7 @@ struct ShownAlert {
     std::string information;
     std::vector<std::string> buttons;
     bool asSheet = false;
+    std::string spoken; ///< "" where the information is what is read out
 };
 
 class FakeStateCoder final : public toolkit::StateCoder {
@@ -109,6 +110,7 @@ private:
 
         void setMessageText(std::string_view text) override { shown_.message = text; }
         void setInformativeText(std::string_view text) override { shown_.information = text; }
+        void setSpokenText(std::string_view text) override { shown_.spoken = text; }
         void addButton(std::string_view title) override { shown_.buttons.emplace_back(title); }
         [[nodiscard]] int runModal() override {
             toolkit_.alerts_.push_back(shown_);

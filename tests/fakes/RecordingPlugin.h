@@ -15,6 +15,7 @@ struct PluginScript {
     std::string name = "Shown Name";
     std::string throwsIn; ///< the operation that raises an exception
     std::vector<std::string> calls;
+    std::vector<std::string> nodesToRemove;
     const CorvaneHost* host = nullptr;
     int alive = 0;
 
@@ -78,6 +79,8 @@ public:
     bool shouldAllowNodeNameOnSearchPolicy(std::string_view name) {
         return script().answer("shouldAllowNodeNameOnSearchPolicy", std::string(name));
     }
+
+    std::vector<std::string> nodesToRemove() { return script().nodesToRemove; }
 
 private:
     static std::string text(const char* location) { return location == nullptr ? "null" : location; }

@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cstddef>
+
 #include "fakes/FakeHost.h"
 #include "fakes/FakeProgram.h"
 #include "fakes/RecordingPlugin.h"
@@ -49,6 +51,38 @@ struct Item : testing::Test {
 };
 
 } // namespace
+
+TEST_F(Item, nodesToRemove_areThePluginsOrNone) {
+    EXPECT_TRUE(make()->nodesToRemove().empty());
+    useRecordingPlugin();
+    Recording::script().nodesToRemove = {"/LDAP/one", "/LDAP/two"};
+    EXPECT_EQ(make()->nodesToRemove(), (std::vector<std::string>{"/LDAP/one", "/LDAP/two"}));
+}
+
+TEST_F(Item, nodesToRemoveOfAPluginThatNeverEnds_areCutOff) {
+    static CorvanePlugin endless = [] {
+        auto table = *sdk::tableFor<fakes::EmptyPlugin>();
+        table.nodesToRemove = [](void*, uint32_t) { return "/LDAP/again"; };
+        return table;
+    }();
+    platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug",
+                         reinterpret_cast<void*>(+[]() -> const CorvanePlugin* { return &endless; }));
+    controller.loadPlugins();
+    EXPECT_EQ(make()->nodesToRemove().size(), 10'000U);
+}
+
+TEST_F(Item, nodesToRemoveOfAPluginOfBeforeThatEntry_areNone) {
+    static CorvanePlugin older = [] {
+        auto table = *sdk::tableFor<fakes::RecordingPlugin<3>>();
+        table.size = offsetof(CorvanePlugin, nodesToRemove);
+        return table;
+    }();
+    fakes::RecordingPlugin<3>::script().nodesToRemove = {"/LDAP/one"};
+    platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug",
+                         reinterpret_cast<void*>(+[]() -> const CorvanePlugin* { return &older; }));
+    controller.loadPlugins();
+    EXPECT_TRUE(make()->nodesToRemove().empty());
+}
 
 TEST_F(Item, withoutPlugin_everyDefaultApplies) {
     const auto item = make();

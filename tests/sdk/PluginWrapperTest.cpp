@@ -35,7 +35,8 @@ int filledEntries(const CorvanePlugin& t) {
                            t.revertChanges != nullptr,
                            t.applicationWillQuitSavingChanges != nullptr,
                            t.applicationWillLockSavingChanges != nullptr,
-                           t.shouldAllowNodeNameOnSearchPolicy != nullptr};
+                           t.shouldAllowNodeNameOnSearchPolicy != nullptr,
+                           t.nodesToRemove != nullptr};
     return static_cast<int>(std::count(std::begin(filled), std::end(filled), true));
 }
 
@@ -45,7 +46,7 @@ TEST(PluginWrapper, classWithEveryMethod_fillsEveryEntry) {
     const auto& table = *sdk::tableFor<Recording>();
     EXPECT_EQ(table.size, sizeof(CorvanePlugin));
     EXPECT_EQ(table.version, static_cast<std::uint32_t>(CORVANE_PLUGIN_VERSION));
-    EXPECT_EQ(filledEntries(table), 14);
+    EXPECT_EQ(filledEntries(table), 15);
 }
 
 TEST(PluginWrapper, classWithoutMethods_fillsWhatTheWrapperNeedsAlone) {
@@ -76,6 +77,19 @@ TEST(PluginWrapper, whatIsThrown_becomesAReportAndFalse) {
 
 TEST(PluginWrapper, objectThatCantBeMade_isNull) {
     EXPECT_EQ(sdk::tableFor<CantBeMade>()->create(), nullptr);
+}
+
+TEST(PluginWrapper, nodesToRemove_comeOneByOneUntilNull_andAreAskedForOnce) {
+    Recording::script() = {};
+    Recording::script().nodesToRemove = {"/L/one", "/L/two"};
+    const auto& table = *sdk::tableFor<Recording>();
+    void* self = table.create();
+    EXPECT_STREQ(table.nodesToRemove(self, 0), "/L/one");
+    Recording::script().nodesToRemove.clear();
+    EXPECT_STREQ(table.nodesToRemove(self, 1), "/L/two");
+    EXPECT_EQ(table.nodesToRemove(self, 2), nullptr);
+    EXPECT_EQ(table.nodesToRemove(self, 0), nullptr);
+    table.destroy(self);
 }
 
 TEST(PluginWrapper, nameThatFails_isNull) {

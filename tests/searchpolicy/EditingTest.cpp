@@ -112,6 +112,38 @@ TEST_F(Editing, delete_asksInASheetAndDeletesOnConfirmation) {
     EXPECT_EQ(calls444(search), 1U);
 }
 
+TEST_F(Editing, delete_readsOutWhichRowsWouldGo) {
+    nodes.selectRow(3, false);
+    nodes.selectRow(5, true);
+    remove.click();
+    EXPECT_EQ(program.toolkit.alerts().at(0).spoken, "Please confirm deletion: /L/3, /L/5");
+}
+
+TEST_F(Editing, deleteKey_asksWhatTheButtonAsks) {
+    nodes.selectRow(3, false);
+    nodes.pressDelete();
+    ASSERT_EQ(program.toolkit.alerts().size(), 1U);
+    EXPECT_EQ(program.toolkit.alerts()[0].message, "Delete directory domain?");
+    program.toolkit.answerSheet(1);
+    EXPECT_EQ(std::ranges::count(list(), "/L/3"), 0);
+    contactNodes.selectRow(1, false);
+    contactNodes.pressDelete();
+    EXPECT_EQ(program.toolkit.alerts().size(), 2U);
+}
+
+TEST_F(Editing, deleteKeyWhereTheButtonCantBePressed_doesNothing) {
+    nodes.pressDelete(); // nothing is selected
+    contactNodes.pressDelete();
+    nodes.selectRow(3, false);
+    program.interface.selectSearchPolicy.choose(0); // the button is hidden
+    nodes.pressDelete();
+    program.interface.selectSearchPolicy.choose(2);
+    program.interface.authorizationView.click(); // prompts for the mode, and is cancelled
+    nodes.pressDelete();
+    for (const auto& alert : program.toolkit.alerts())
+        EXPECT_NE(alert.message, "Delete directory domain?");
+}
+
 TEST_F(Editing, deleteNotConfirmed_changesNothing) {
     EXPECT_TRUE(nodes.clickRow(3));
     remove.click();

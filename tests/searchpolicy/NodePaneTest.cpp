@@ -213,6 +213,29 @@ TEST_F(NodePane, nullParentAndNullList_areIgnored) {
     EXPECT_EQ(list().back(), "/L/zulu");
 }
 
+TEST_F(NodePane, openingWithoutAList_offersNothingAndLeavesTheListOfTheOpeningBefore) {
+    open();
+    program.interface.panelDone.click();
+    program.setPolicy(program.framework.session->contacts(), attribute::customSearchPath, {"/L/one"});
+    controller.loadCurrentTabIfNeeded("3");
+    program.framework.session->contacts().raisesOnDetails = true;
+    controller.buildDSContactsPaneData();
+    program.interface.addNodeContact.click();
+    EXPECT_EQ(offered(), Names{});
+    program.interface.panelAdd.click();
+    controller.refreshTable();
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/two"}));
+    EXPECT_FALSE(program.interface.window.hasAttachedSheet());
+}
+
+TEST_F(NodePane, afterItHasClosed_addsToNoList) {
+    open();
+    program.interface.panelDone.click();
+    select({0});
+    controller.sharedNodePaneController().addNodeAction();
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/two"}));
+}
+
 TEST_F(NodePane, closingItsWindow_stopsAModalRun) {
     controller.sharedNodePaneController().windowWillClose();
     EXPECT_TRUE(program.journal.contains("application.stopModal 0"));

@@ -83,6 +83,13 @@ TEST_F(Panes, authenticationColours_inCustomMode) {
     EXPECT_EQ(colour(nodes, 3), TextColor::red); // its connector is switched off
 }
 
+TEST_F(Panes, aNodeWhoseConnectorIsSwitchedOff_saysSoInWords) {
+    EXPECT_EQ(nodes.drawnCell("NodeName", 3).note, "switched off");
+    toolkit::Cell ofTheRowBefore;
+    ofTheRowBefore.note = "switched off";
+    EXPECT_EQ(nodes.drawnCell("NodeName", 2, ofTheRowBefore).note, "");
+}
+
 TEST_F(Panes, contactsColours_haveNoGrayHeadInCustomMode) {
     EXPECT_EQ(colour(contactNodes, 0), TextColor::black);
     EXPECT_EQ(colour(contactNodes, 2), TextColor::black);

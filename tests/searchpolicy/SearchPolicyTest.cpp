@@ -113,6 +113,18 @@ TEST_F(SearchPolicy, searchNodeThatCantBeOpened_isShownAndTriedAgainAtTheNextVis
     EXPECT_EQ(shown(), authCustom);
 }
 
+TEST_F(SearchPolicy, policyThatCantBeRead_saysSoInPlaceOfRows_andNoLongerOnceItCan) {
+    controller.reloadSearchPolicies();
+    search.raisesOnDetails = true;
+    controller.buildDSSearchPaneData();
+    EXPECT_EQ(program.interface.selectNode.shownEmptyMessage(), "This search policy can’t be read");
+    search.raisesOnDetails = false;
+    program.setPolicy(search, attribute::automaticSearchPath, {});
+    search.details.set(attribute::automaticSearchPath, util::Array::ofTexts({}));
+    controller.buildDSSearchPaneData();
+    EXPECT_EQ(program.interface.selectNode.shownEmptyMessage(), "No directory domains");
+}
+
 TEST_F(SearchPolicy, exceptionWhileReading_hidesTheProgressAndShowsTheReason) {
     search.raisesOnDetails = true;
     controller.showProgressBar();

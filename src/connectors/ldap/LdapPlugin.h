@@ -20,6 +20,7 @@ public:
     /// False when the service refuses; the user has been told, and the changes are kept.
     bool saveChanges();
     bool revertChanges();
+    std::vector<std::string> nodesToRemove() { return list_.nodesToRemove(); }
     /// Tries every server, with any user and group: true when all of them work. Blocks as long as that takes,
     /// a minute for each server at most.
     bool selfTest();

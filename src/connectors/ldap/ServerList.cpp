@@ -77,6 +77,13 @@ std::vector<std::string> ServerList::removedNames() const {
     return names;
 }
 
+std::vector<std::string> ServerList::nodesToRemove() const {
+    std::vector<std::string> nodes;
+    for (const auto& name : removedNames())
+        if (const auto& node = savedNamed(name)->node; !node.empty()) nodes.push_back(node);
+    return nodes;
+}
+
 ServerList::Reply ServerList::write(const std::string& revision) const {
     auto put = host_.array();
     for (const auto& server : servers_)

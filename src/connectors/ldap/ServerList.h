@@ -21,6 +21,9 @@ public:
     /// Something was changed and not saved.
     [[nodiscard]] bool isDirty() const { return servers_ != saved_; }
 
+    /// The nodes of the servers that are deleted with the next `save`.
+    [[nodiscard]] std::vector<std::string> nodesToRemove() const;
+
     /// Reads the servers unless there are unsaved changes. Throws `sdk::CallError`.
     void readIfClean();
     /// Forgets the changes.

@@ -26,6 +26,7 @@ using ButtonContract = ControlsContract;
 using PopUpButtonContract = ControlsContract;
 using TextFieldContract = ControlsContract;
 using ProgressIndicatorContract = ControlsContract;
+using NoticeContract = ControlsContract;
 
 TEST_F(ButtonContract, ClickRunsTheActionOnceWithTheButtonAsSender) {
     auto& button = driver_->button();
@@ -208,6 +209,21 @@ TEST_F(TextFieldContract, WhatTheProgramSetsIsTakenAsItIsAndClearsTheReason) {
     field.setFormatter(nullptr);
     EXPECT_TRUE(driver_->type(field, "any text"));
     EXPECT_EQ(field.stringValue(), "any text");
+}
+
+TEST_F(NoticeContract, ANoticeShowsItsTextsWhileItIsNotHidden) {
+    auto& notice = driver_->notice();
+    notice.setMessageText("The list was not saved.");
+    EXPECT_EQ(driver_->shownText(notice), "The list was not saved.");
+    notice.setInformativeText("The disk is full.");
+    EXPECT_EQ(driver_->shownText(notice), "The list was not saved.The disk is full.");
+    notice.setHidden(true);
+    EXPECT_EQ(driver_->shownText(notice), "");
+    notice.setMessageText("The choice was not saved.");
+    notice.setInformativeText("");
+    EXPECT_EQ(driver_->shownText(notice), "");
+    notice.setHidden(false);
+    EXPECT_EQ(driver_->shownText(notice), "The choice was not saved.");
 }
 
 TEST_F(ProgressIndicatorContract, KeepsItsKindWhileItRunsAndStops) {

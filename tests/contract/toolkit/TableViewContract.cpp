@@ -73,6 +73,19 @@ TEST_F(TableViewContract, RowsAreCountedWhenTheTableIsLoaded) {
     EXPECT_EQ(table_.numberOfRows(), 5);
 }
 
+TEST_F(TableViewContract, ATableWithoutRowsSaysItsMessage_AndOneWithRowsDoesNot) {
+    table_.setEmptyMessage("no trees");
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "");
+    names_.names.clear();
+    table_.reloadData();
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "no trees");
+    table_.setEmptyMessage("the trees can't be read");
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "the trees can't be read");
+    names_.names = {"ash"};
+    table_.reloadData();
+    EXPECT_EQ(driver_->shownEmptyMessage(table_), "");
+}
+
 TEST_F(TableViewContract, NothingIsSelectedAtFirst) {
     EXPECT_EQ(table_.selectedRow(), -1);
     EXPECT_THAT(table_.selectedRows(), IsEmpty());
@@ -192,6 +205,21 @@ TEST_F(TableViewContract, ADoubleClickOnARowThatMayNotBeSelectedRunsNothing) {
     table_.setDoubleAction([](toolkit::Control&) { FAIL() << "the row isn't selected"; });
     driver_->doubleClickRow(table_, 3);
     EXPECT_EQ(table_.selectedRow(), -1);
+}
+
+TEST_F(TableViewContract, TheDeleteKeyRunsTheDeleteAction_WhateverIsSelected) {
+    int runs = 0;
+    table_.setDeleteAction([&](toolkit::Control& sender) {
+        EXPECT_EQ(&sender, &table_);
+        ++runs;
+    });
+    driver_->pressDelete(table_);
+    table_.selectRow(1, false);
+    driver_->pressDelete(table_);
+    EXPECT_EQ(runs, 2);
+    table_.setEnabled(false);
+    driver_->pressDelete(table_);
+    EXPECT_EQ(runs, 2);
 }
 
 TEST_F(TableViewContract, ColumnsAreFoundByIdentifierAndCanBeRemoved) {

@@ -28,6 +28,7 @@ public:
     [[nodiscard]] virtual toolkit::PopUpButton& popUp() = 0;
     [[nodiscard]] virtual toolkit::TextField& textField() = 0;
     [[nodiscard]] virtual toolkit::ProgressIndicator& progressIndicator() = 0;
+    [[nodiscard]] virtual toolkit::Notice& notice() = 0;
     /// Columns "Name" and "On".
     [[nodiscard]] virtual toolkit::TableView& table() = 0;
     /// Column "Name".
@@ -51,6 +52,8 @@ public:
     [[nodiscard]] virtual std::string shownText(toolkit::TextField& field) = 0;
     /// What stands beside the field about a refused text; "" for nothing.
     [[nodiscard]] virtual std::string shownDescription(toolkit::TextField& field) = 0;
+    /// What stands on the strip, one text behind the other; "" while it is hidden.
+    [[nodiscard]] virtual std::string shownText(toolkit::Notice& notice) = 0;
     virtual bool clickRow(toolkit::TableView& table, int row, bool extending = false) = 0;
     virtual void doubleClickRow(toolkit::TableView& table, int row) = 0;
     /// Drags rows and drops them above the row `place`, or behind the last where that is the count. False
@@ -59,10 +62,13 @@ public:
                           int place) = 0;
     /// Presses Alt and the arrow up (-1) or down (1).
     virtual void pressAltArrow(toolkit::TableView& table, int step) = 0;
+    virtual void pressDelete(toolkit::TableView& table) = 0;
     /// Clicks the check box in column "On".
     virtual void clickCheckBox(toolkit::TableView& table, int row) = 0;
     /// The text that column "Name" shows in a row.
     [[nodiscard]] virtual std::string shownText(toolkit::TableView& table, int row) = 0;
+    /// What stands in place of rows, as it is read out; "" while there are some.
+    [[nodiscard]] virtual std::string shownEmptyMessage(toolkit::TableView& table) = 0;
     virtual void clickTab(toolkit::TabView& tabView, const std::string& identifier) = 0;
     virtual void clickToolbarItem(toolkit::Toolbar& toolbar, const std::string& identifier) = 0;
     /// The window's close button; false when it stays open.
@@ -71,6 +77,8 @@ public:
     virtual void willAnswerModalAlert(int button) = 0;
     virtual void answerAlertSheet(int button) = 0;
     [[nodiscard]] virtual bool alertSheetIsOpen() = 0;
+    /// What is read out of the open alert's sheet behind its message.
+    [[nodiscard]] virtual std::string spokenTextOfAlertSheet() = 0;
 };
 
 /// Defined once for each toolkit and linked in.

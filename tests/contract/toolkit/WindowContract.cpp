@@ -49,8 +49,8 @@ TEST_F(WindowContract, MovingByEitherCornerKeepsTheSize) {
     const auto size = window_.frame().size;
     window_.setFrameOrigin({50, 60});
     EXPECT_EQ(window_.frame(), (toolkit::Rect{{50, 60}, size}));
-    window_.setFrameTopLeftPoint({70, 580});
-    EXPECT_EQ(window_.frame(), (toolkit::Rect{{70, 580 - size.height}, size}));
+    window_.setFrameTopLeftPoint({70, 720});
+    EXPECT_EQ(window_.frame(), (toolkit::Rect{{70, 720 - size.height}, size}));
 }
 
 TEST_F(WindowContract, AGrowingContentKeepsTheUpperEdgeWhereTheProgramPutsIt) {
@@ -186,6 +186,19 @@ TEST_F(AlertContract, ASheetReturnsAtOnceAndAnswersOnce) {
     EXPECT_THAT(answers, ElementsAre(2));
     EXPECT_FALSE(driver_->window().hasAttachedSheet());
     EXPECT_FALSE(driver_->alertSheetIsOpen());
+}
+
+TEST_F(AlertContract, TheInformativeTextIsReadOutUnlessThereIsASpokenOne) {
+    const auto plain = saveQuestion();
+    plain->setInformativeText("It can't be undone.");
+    plain->beginSheet(driver_->window(), [](int) {});
+    EXPECT_EQ(driver_->spokenTextOfAlertSheet(), "It can't be undone.");
+    driver_->answerAlertSheet(1);
+    const auto spoken = saveQuestion();
+    spoken->setInformativeText("It can't be undone.");
+    spoken->setSpokenText("Ash and beech can't be had back.");
+    spoken->beginSheet(driver_->window(), [](int) {});
+    EXPECT_EQ(driver_->spokenTextOfAlertSheet(), "Ash and beech can't be had back.");
 }
 
 TEST_F(AlertContract, ClosingASheetIsAnAnswer) {

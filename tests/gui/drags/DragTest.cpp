@@ -56,6 +56,22 @@ TEST_F(Dragging, inContacts_selectsInTheAuthenticationTable) {
     EXPECT_EQ(selection(authenticationTable), std::vector{3});
 }
 
+TEST_F(Dragging, ofAProtectedRowWhileAnotherIsSelected_leavesTheSelectedOneWhereItIs) {
+    open();
+    user().clickRow(authenticationTable, 3);
+    user().dragRow(authenticationTable, 1, 5);
+    EXPECT_EQ(nodes(), asOpened_);
+    EXPECT_FALSE(edited());
+}
+
+TEST_F(Dragging, ofAContactsRowThatCantBeSelected_movesThatRow) {
+    open();
+    showContacts();
+    user().clickRow(contactsTable, 3);
+    user().dragRow(contactsTable, 0, 2);
+    EXPECT_EQ(nodes(contactsTable), Names({"delta", head1, head2, "echo", ad}));
+}
+
 TEST_F(Dragging, ofSeveralSelectedRows_changesNothing) {
     open();
     user().clickRow(authenticationTable, 2);

@@ -30,6 +30,17 @@ TEST_F(Adding, panel_offersTheServersThatAreNotOnTheList_firstOneSelected) {
     EXPECT_EQ(selection(panelTable), std::vector{0});
 }
 
+/// There the window lists every connector, and the connectors of the two policies themselves are among them.
+TEST_F(Adding, onAMachineWithoutAVersion_thePoliciesThemselvesAreNotOffered) {
+    machine_.folder.write("etc/os-release", "NAME=\"Homemade\"\n");
+    open();
+    openPanel();
+    EXPECT_EQ(nodes(panelTable), Names({"alpha", "bravo", "foxtrot"}));
+    user().answer("Cancel");
+    user().click("kServices");
+    EXPECT_TRUE(user().rowsOf("selectPlugIn").contains("Search"));
+}
+
 TEST_F(Adding, threeNodesBehindASelectedRow_keepTheOrderOfTheirRows) {
     open();
     user().clickRow(authenticationTable, 3);
@@ -66,7 +77,7 @@ TEST_F(Adding, whatWasAdded_isInTheFilesAfterApply) {
     openPanel();
     selectInPanel({0, 2});
     user().answer("Add");
-    user().click("applyButton");
+    apply();
     EXPECT_FALSE(edited());
     EXPECT_NE(machine_.folder.read("etc/sssd/sssd.conf")
                   .find("domains = charlie, alpha, foxtrot, delta, echo, corp.example"),

@@ -73,7 +73,7 @@ TEST_F(Deleting, button_isDisabledAgainBehindADeletionAndByTheLock) {
     user().click("deleteNode");
     user().answer("OK");
     EXPECT_FALSE(user().isEnabled("deleteNode"));
-    user().click("applyButton");
+    apply();
     user().clickRow(authenticationTable, 2);
     EXPECT_TRUE(user().isEnabled("deleteNode"));
     user().click("authorizationView");

@@ -146,7 +146,7 @@ TEST_F(Moving, lockedOrAutomatic_nothingIsDragged) {
     EXPECT_FALSE(drag(authenticationTable, 2, authenticationTable, 3));
     user().choose("selectSearchPolicy", "Custom");
     EXPECT_TRUE(drag(authenticationTable, 2, authenticationTable, 4));
-    user().click("applyButton");
+    apply();
     user().click("authorizationView");
     const auto before = nodes();
     EXPECT_FALSE(drag(authenticationTable, 2, authenticationTable, 4));

@@ -98,4 +98,13 @@ QString PolicyWindow::answered(const std::function<void()>& gesture, const QStri
     return text;
 }
 
+void PolicyWindow::apply() {
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (user().visibleText().contains("off the login policy?")) user().answer("Save Anyway");
+    });
+    watch.start(20);
+    user().click("applyButton");
+}
+
 } // namespace corvane::gui

@@ -51,6 +51,9 @@ protected:
     /// it.
     [[nodiscard]] QString answered(const std::function<void()>& gesture, const QString& button);
 
+    /// Clicks Apply, and says yes if directories leave the login policy by it.
+    void apply();
+
     static inline const std::string head1 = "/Local/Accounts";
     static inline const std::string head2 = "/BSD/Files";
     static inline const std::string ad = "/AD/corp.example";

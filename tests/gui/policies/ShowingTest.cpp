@@ -1,4 +1,6 @@
 // What the tables of the two policies show, in which colour, and which rows may be selected: the real window.
+#include <QSysInfo>
+
 #include "gui/policies/PolicyWindow.h"
 #include "qt/Appearance.h"
 
@@ -81,6 +83,11 @@ TEST_F(Showing, nodesOfASwitchedOffConnector_areRed) {
     for (const int row : {2, 3, 4})
         expectColor(authenticationTable, row, TextColor::black);
     expectColor(authenticationTable, 5, TextColor::red);
+    const auto spoken = [&](int row) {
+        return view(authenticationTable).model()->index(row, 0).data(Qt::AccessibleTextRole).toString();
+    };
+    EXPECT_EQ(spoken(5), "/AD/corp.example, switched off");
+    EXPECT_EQ(spoken(2), "/LDAP/charlie.example");
     showContacts();
     for (const int row : {0, 1, 2, 3}) // no gray head here
         expectColor(contactsTable, row, TextColor::black);
@@ -101,7 +108,7 @@ TEST_F(Showing, otherModesAndTheLock_areGray) {
     for (int row = 0; row < int(nodes().size()); ++row)
         expectColor(authenticationTable, row, TextColor::gray);
     user().choose("selectSearchPolicy", "Custom");
-    user().click("applyButton");
+    apply();
     user().click("authorizationView");
     for (const int row : {0, 2, 5})
         expectColor(authenticationTable, row, TextColor::gray);
@@ -135,6 +142,34 @@ TEST_F(Showing, anotherMode_marksDeselectsAndHidesTheEditingControls) {
     for (const auto* control : {"addNode", "deleteNode", "dragMessage"})
         EXPECT_TRUE(user().isVisible(control)) << control;
     EXPECT_EQ(selection(), std::vector<int>());
+}
+
+TEST_F(Showing, theWindow_saysWhichMachineItWorksOnInEveryPane) {
+    open();
+    const auto& shell = *view(authenticationTable).window();
+    EXPECT_TRUE(shell.windowTitle().contains(QSysInfo::machineHostName()))
+        << shell.windowTitle().toStdString();
+    for (const auto* pane : {"kServices", "kSearchPaths", "kDebug"}) {
+        user().click(pane);
+        EXPECT_TRUE(user().visibleText().contains("Trial folder: nothing on this machine changes")) << pane;
+    }
+    user().click("kServices");
+    const auto& content = *shell.findChild<QWidget*>("contentView");
+    EXPECT_EQ(content.size(), QSize(590, 365)); // the strip takes nothing from the panes
+}
+
+TEST_F(Showing, menus_dontOfferWhatThisVersionCantDo) {
+    open();
+    for (const auto& [menu, item] : {std::pair("File", "Connect"), std::pair("Edit", "Change Root")}) {
+        try {
+            user().chooseFromMenu(menu, item);
+            ADD_FAILURE() << item << " can be chosen";
+        } catch (const std::runtime_error& refusal) {
+            EXPECT_NE(std::string(refusal.what()).find("can't be chosen"), std::string::npos)
+                << refusal.what();
+        }
+        user().press(Qt::Key_Escape);
+    }
 }
 
 TEST_F(Showing, aListWithoutNodes_saysSo) {

@@ -3,11 +3,12 @@
 //   corvane-gui-steps --machine DIR STEP...
 //
 // Steps: lock (click the padlock), services, search, editor (toolbar), authentication, contacts (sub-tabs),
-// mode=Automatic|Local|Custom, contactsmode=..., apply, row=TABLE:N, alsorow=TABLE:N (with Ctrl),
-// open=TABLE:N (double click), drag=TABLE:FROM:TO, click=NAME, type=FIELD:TEXT, menu=MENU/ITEM,
-// answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the window with its
-// sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS.
-// Ends with 0 when every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
+// mode=Automatic|Local|Custom, contactsmode=..., apply (with a yes to directories that leave the login
+// policy), row=TABLE:N, alsorow=TABLE:N (with Ctrl), open=TABLE:N (double click), drag=TABLE:FROM:TO,
+// click=NAME, type=FIELD:TEXT, menu=MENU/ITEM, edit=FILE (another program adds a comment to that file of the
+// machine), answer=BUTTON, key=KEY (as in Ctrl+S), rows=TABLE and text (print), picture=FILE (the window with
+// its sheets), dialogue=FILE (a picture of the dialogue that is open), wait=MILLISECONDS. Ends with 0 when
+// every step could be done. CORVANE_COLORS=dark shows the window in its dark colours.
 #include <QApplication>
 #include <QKeySequence>
 #include <QMainWindow>
@@ -15,6 +16,7 @@
 #include <QTimer>
 #include <algorithm>
 #include <cstdlib>
+#include <fstream>
 #include <functional>
 #include <iostream>
 #include <map>
@@ -35,6 +37,24 @@ std::pair<QString, int> tableAndRow(const QString& value) {
     return {value.section(':', 0, 0), value.section(':', 1).toInt()};
 }
 
+/// The folder that the window works on.
+std::string machineFolder;
+
+void editAsAnotherProgram(gui::WindowUser& /*user*/, const QString& file) {
+    std::ofstream(machineFolder + "/" + file.toStdString(), std::ios::app)
+        << "# changed by another program\n";
+}
+
+void apply(gui::WindowUser& user, const QString& /*value*/) {
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        if (user.visibleText().contains("off the login policy?")) user.answer("Save Anyway");
+    });
+    constexpr int lookEvery = 50; // milliseconds
+    watch.start(lookEvery);
+    user.click("applyButton");
+}
+
 void pressKeys(gui::WindowUser& user, const QString& keys) {
     const auto combination = QKeySequence(keys)[0];
     user.press(combination.key(), combination.keyboardModifiers());
@@ -53,7 +73,7 @@ const std::map<QString, Step>& steps() {
         {"contacts", [](User& user, const QString&) { user.clickTab("Contacts"); }},
         {"mode", [](User& user, const QString& item) { user.choose("selectSearchPolicy", item); }},
         {"contactsmode", [](User& user, const QString& item) { user.choose("selectContactPolicy", item); }},
-        {"apply", [](User& user, const QString&) { user.click("applyButton"); }},
+        {"apply", apply},
         {"row",
          [](User& user, const QString& value) {
              user.clickRow(tableAndRow(value).first, tableAndRow(value).second);
@@ -67,6 +87,7 @@ const std::map<QString, Step>& steps() {
              user.dragRow(value.section(':', 0, 0), value.section(':', 1, 1).toInt(),
                           value.section(':', 2).toInt());
          }},
+        {"edit", editAsAnotherProgram},
         {"click", [](User& user, const QString& name) { user.click(name); }},
         {"type", [](User& user,
                     const QString& value) { user.type(value.section(':', 0, 0), value.section(':', 1)); }},
@@ -165,11 +186,11 @@ int main(int count, char** arguments) {
         std::cerr << "Usage: corvane-gui-steps --machine DIR STEP...\n";
         return 2;
     }
-    const auto machine = steps.takeFirst().toStdString();
+    machineFolder = steps.takeFirst().toStdString();
     const auto files = desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString());
     linux_::SystemLog log;
     try {
-        desktop::Program program(application, {machine, files, "/dev/null", false}, log);
+        desktop::Program program(application, {machineFolder, files, "/dev/null", false}, log);
         return work(program, steps);
     } catch (const std::exception& problem) {
         std::cerr << problem.what() << '\n';

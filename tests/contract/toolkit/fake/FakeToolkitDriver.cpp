@@ -24,6 +24,7 @@ public:
     toolkit::PopUpButton& popUp() override { return popUp_; }
     toolkit::TextField& textField() override { return textField_; }
     toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
+    toolkit::Notice& notice() override { return notice_; }
     toolkit::TableView& table() override { return table_; }
     toolkit::TableView& otherTable() override { return otherTable_; }
     toolkit::Canvas& canvas() override { return canvas_; }
@@ -53,6 +54,10 @@ public:
     std::string shownDescription(toolkit::TextField& field) override {
         return static_cast<FakeTextField&>(field).shownDescription();
     }
+    std::string shownText(toolkit::Notice& notice) override {
+        auto& fake = static_cast<FakeNotice&>(notice);
+        return fake.shownMessage() + fake.shownInformation();
+    }
     bool clickRow(toolkit::TableView& table, int row, bool extending) override {
         return static_cast<FakeTableView&>(table).clickRow(row, extending);
     }
@@ -66,12 +71,16 @@ public:
     void pressAltArrow(toolkit::TableView& table, int step) override {
         (void)static_cast<FakeTableView&>(table).pressAltArrow(step);
     }
+    void pressDelete(toolkit::TableView& table) override { static_cast<FakeTableView&>(table).pressDelete(); }
     void clickCheckBox(toolkit::TableView& table, int row) override {
         auto& fake = static_cast<FakeTableView&>(table);
         fake.toggleCheckBox("On", row, !fake.isCheckedAt("On", row));
     }
     std::string shownText(toolkit::TableView& table, int row) override {
         return static_cast<FakeTableView&>(table).textAt("Name", row);
+    }
+    std::string shownEmptyMessage(toolkit::TableView& table) override {
+        return static_cast<FakeTableView&>(table).shownEmptyMessage();
     }
     void clickTab(toolkit::TabView& tabView, const std::string& identifier) override {
         static_cast<FakeTabView&>(tabView).clickTab(identifier);
@@ -85,6 +94,10 @@ public:
     void willAnswerModalAlert(int button) override { toolkit_.willAnswer(button); }
     void answerAlertSheet(int button) override { toolkit_.answerSheet(button); }
     bool alertSheetIsOpen() override { return toolkit_.sheetIsOpen(); }
+    std::string spokenTextOfAlertSheet() override {
+        const auto& shown = toolkit_.alerts().back();
+        return shown.spoken.empty() ? shown.information : shown.spoken;
+    }
 
 private:
     /// The stand-ins fail the test when they can't be operated; here that is an answer.
@@ -103,6 +116,7 @@ private:
     FakePopUpButton popUp_{journal_, "popUp", {"One", "Two", "Three"}};
     FakeTextField textField_{journal_, "textField"};
     FakeProgressIndicator bar_{journal_, "bar"};
+    FakeNotice notice_{journal_, "notice"};
     RecordingCanvas canvas_;
     FakeConstrainedView constrainedView_{journal_, "constrainedView"};
     FakeTableView table_{journal_, "table", {"Name", "On"}};

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QLabel>
 #include <QMainWindow>
 #include <QPushButton>
 #include <QSignalSpy>
@@ -15,6 +16,7 @@
 #include "qt/PainterCanvas.h"
 #include "qt/QtButton.h"
 #include "qt/QtConstrainedView.h"
+#include "qt/QtNotice.h"
 #include "qt/QtPopUpButton.h"
 #include "qt/QtProgressIndicator.h"
 #include "qt/QtTabView.h"
@@ -38,10 +40,12 @@ QMainWindow* makeShell() {
     auto* shell = new QMainWindow;
     auto* content = new QWidget;
     auto* layout = new QVBoxLayout(content);
-    for (QWidget* each :
-         std::initializer_list<QWidget*>{new QPushButton("Press"), new QComboBox, new QLineEdit,
-                                         new QProgressBar, new qt::TableWidget, new qt::TableWidget})
+    for (QWidget* each : std::initializer_list<QWidget*>{new QPushButton("Press"), new QComboBox,
+                                                         new QLineEdit, new QProgressBar, new qt::NoticeStrip,
+                                                         new qt::TableWidget, new qt::TableWidget})
         layout->addWidget(each);
+    for (auto* each : content->findChildren<QFrame*>())
+        if (dynamic_cast<qt::NoticeStrip*>(each)) each->setObjectName("notice");
     content->findChild<QComboBox*>()->addItems({"One", "Two", "Three"});
     shell->setCentralWidget(content);
     shell->resize(400, 640);
@@ -57,6 +61,7 @@ public:
 class QtToolkitDriver final : public ToolkitDriver {
 public:
     QtToolkitDriver() {
+        notice_.setHidden(true); // it would need room that tests of the window's size count on
         shell_->show();
         if (!QTest::qWaitForWindowExposed(shell_.get())) ADD_FAILURE() << "the window doesn't come up";
     }
@@ -68,6 +73,10 @@ public:
     toolkit::PopUpButton& popUp() override { return popUp_; }
     toolkit::TextField& textField() override { return textField_; }
     toolkit::ProgressIndicator& progressIndicator() override { return bar_; }
+    toolkit::Notice& notice() override {
+        notice_.setHidden(false);
+        return notice_;
+    }
     toolkit::TableView& table() override { return table_; }
     toolkit::TableView& otherTable() override { return otherTable_; }
     toolkit::Canvas& canvas() override { return canvas_; }
@@ -121,6 +130,13 @@ public:
         return formatting ? qt::toUtf8(formatting->shownDescription()) : "";
     }
 
+    std::string shownText(toolkit::Notice& notice) override {
+        std::string text;
+        for (const auto* label : static_cast<qt::QtNotice&>(notice).widget().findChildren<QLabel*>())
+            if (label->isVisible()) text += qt::toUtf8(label->text());
+        return text;
+    }
+
     bool clickRow(toolkit::TableView& table, int row, bool extending) override {
         auto& view = treeOf(table);
         const auto before = table.selectedRows();
@@ -144,6 +160,11 @@ public:
         view.setFocus();
         QTest::keyClick(&view, step < 0 ? Qt::Key_Up : Qt::Key_Down, Qt::AltModifier);
     }
+    void pressDelete(toolkit::TableView& table) override {
+        auto& view = treeOf(table);
+        view.setFocus();
+        QTest::keyClick(&view, Qt::Key_Delete);
+    }
     void clickCheckBox(toolkit::TableView& table, int row) override {
         auto& view = treeOf(table);
         QStyleOptionViewItem option;
@@ -156,6 +177,9 @@ public:
     std::string shownText(toolkit::TableView& table, int row) override {
         auto& view = treeOf(table);
         return qt::toUtf8(view.model()->index(row, 0).data().toString());
+    }
+    std::string shownEmptyMessage(toolkit::TableView& table) override {
+        return qt::toUtf8(treeOf(table).accessibleDescription());
     }
 
     void clickTab(toolkit::TabView& tabView, const std::string& identifier) override {
@@ -187,6 +211,10 @@ public:
         settle();
     }
     bool alertSheetIsOpen() override { return openPanel() != nullptr; }
+    std::string spokenTextOfAlertSheet() override {
+        const auto* panel = openPanel();
+        return panel ? qt::toUtf8(panel->accessibleDescription()) : "no alert is open as a sheet";
+    }
 
 private:
     static bool operable(const QWidget& widget) { return widget.isEnabled() && widget.isVisible(); }
@@ -245,6 +273,8 @@ private:
     qt::QtPopUpButton popUp_{find<QComboBox>(), guard_};
     qt::QtTextField textField_{find<QLineEdit>(), guard_};
     qt::QtProgressIndicator bar_{find<QProgressBar>()};
+    qt::QtNotice notice_{
+        static_cast<qt::NoticeStrip&>(*shell_->centralWidget()->findChild<QFrame*>("notice"))};
     qt::QtTableView table_{
         static_cast<qt::TableWidget&>(find<QTreeView>()), {{"Name", "Name"}, {"On", "On"}}, guard_};
     qt::QtTableView otherTable_{
