@@ -49,6 +49,7 @@ struct MainWindowOutlets {
     /// Above the list of each policy.
     searchpolicy::UnsavedNotices::Outlets unsaved;
     searchpolicy::UnsavedNotices::Outlets unsavedContact;
+    toolkit::Notice& remarks; ///< below the list of the authentication policy
 
     platform::AuthorizationView& authorizationView;
 };

@@ -29,6 +29,7 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .dragMessageContact = w.dragMessageContact,
             .unsaved = {w.unsaved, w.tryAgain, w.showSaved},
             .unsavedContact = {w.unsavedContact, w.tryAgainContact, w.showSavedContact},
+            .remarks = w.remarks,
             .authorizationView = w.authorizationView};
 }
 

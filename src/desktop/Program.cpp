@@ -36,8 +36,7 @@ std::shared_ptr<haldend::Engine> Program::openEngine(const Settings& settings,
 
 Program::Program(QApplication& application, const Settings& settings, util::ProcessLog& log)
     : settings_(settings), log_(log), guard_(log),
-      settingsFile_(settings.settingsFile.isEmpty() ? qt::SettingsFile(log).path() : settings.settingsFile,
-                    log),
+      settingsFile_(settings.settingsFile ? *settings.settingsFile : qt::SettingsFile(log).path(), log),
       application_(application, guard_), toolkit_(application_, guard_), runLoop_(guard_),
       defaults_(settingsFile_), bundles_(settings.files.plugIns, log), networkFiles_(settings.machineFolder),
       engine_(openEngine(settings, codec_, log)), framework_(engine_), authorizationService_(engine_),

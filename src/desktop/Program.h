@@ -29,7 +29,7 @@ public:
     struct Settings {
         std::string machineFolder;
         InstalledFiles files;
-        QString settingsFile; ///< "" for the user's own
+        std::optional<QString> settingsFile; ///< none: the user's own; "": nothing is stored
         /// A test makes its own main controller and plug-in controller; the real program uses the shared
         /// ones.
         bool sharedController = true;

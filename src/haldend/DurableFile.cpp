@@ -1,11 +1,13 @@
 #include "haldend/DurableFile.h"
 
 #include <fcntl.h>
+#include <sys/xattr.h>
 #include <unistd.h>
 
 #include <cerrno>
 #include <csignal>
 #include <cstdio>
+#include <vector>
 
 #include "haldend/Failure.h"
 #include "haldend/FileDescriptor.h"
@@ -50,9 +52,35 @@ void writeAll(const FileDescriptor& file, const std::string& path, std::string_v
 void giveOwner(const FileDescriptor& file, const std::string& path, const struct stat& model) {
     struct stat status {};
     if (::fstat(file.number(), &status) != 0) throw storageFailure("write", path, errno);
-    if (status.st_uid == model.st_uid && status.st_gid == model.st_gid) return;
-    if (::fchown(file.number(), model.st_uid, model.st_gid) != 0)
+    const bool isOwnersOwn = status.st_uid == model.st_uid;
+    if (isOwnersOwn && status.st_gid == model.st_gid) return;
+    if (::fchown(file.number(), isOwnersOwn ? static_cast<uid_t>(-1) : model.st_uid, model.st_gid) == 0)
+        return;
+    if (errno != EPERM || ::geteuid() == 0 || !isOwnersOwn)
         throw storageFailure("give an owner to", path, errno);
+}
+
+/// Names of the extended attributes, an access control list among them.
+std::vector<std::string> attributeNames(const std::string& path) {
+    std::vector<char> names(65536);
+    const auto length = ::listxattr(path.c_str(), names.data(), names.size());
+    std::vector<std::string> result;
+    for (ssize_t at = 0; at < length; at += static_cast<ssize_t>(result.back().size()) + 1)
+        result.emplace_back(names.data() + at);
+    return result;
+}
+
+/// What only the kernel or root may set, such as a security label, is set where it can be.
+void giveAttributes(const FileDescriptor& file, const std::string& path, const std::string& model) {
+    for (const auto& name : attributeNames(model)) {
+        std::vector<char> value(65536);
+        const auto length = ::getxattr(model.c_str(), name.c_str(), value.data(), value.size());
+        if (length < 0) continue;
+        const bool isDone =
+            ::fsetxattr(file.number(), name.c_str(), value.data(), static_cast<std::size_t>(length), 0) == 0;
+        const bool isOurs = name.starts_with("user.") || name.starts_with("system.posix_acl");
+        if (!isDone && isOurs) throw storageFailure("keep the attributes of", path, errno);
+    }
 }
 
 } // namespace
@@ -64,16 +92,18 @@ std::string parentOf(const std::string& path) {
 
 std::string baseNameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
-void writeDurably(const std::string& path, std::string_view content, mode_t mode, const struct stat* model) {
+void writeDurably(const std::string& path, std::string_view content, mode_t mode,
+                  const std::optional<FileModel>& model) {
     const FileSizeSignalBlocked blocked;
     ::unlink(path.c_str());
     const FileDescriptor file(
         ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!file.isOpen()) throw storageFailure("write", path, errno);
     try {
-        if (model) giveOwner(file, path, *model);
+        if (model) giveOwner(file, path, model->status);
         writeAll(file, path, content);
         if (::fchmod(file.number(), mode) != 0) throw storageFailure("set the mode of", path, errno);
+        if (model && !model->path.empty()) giveAttributes(file, path, model->path);
         if (::fsync(file.number()) != 0) throw storageFailure("write", path, errno);
     } catch (...) {
         ::unlink(path.c_str());

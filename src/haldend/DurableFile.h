@@ -2,14 +2,23 @@
 
 #include <sys/stat.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 
 namespace corvane::haldend {
 
-/// Writes a new file and syncs it; an older one of that name goes first. `model`, when given, is the file
-/// whose owner is taken over. Throws `Failure` and leaves no file behind.
-void writeDurably(const std::string& path, std::string_view content, mode_t mode, const struct stat* model);
+/// A file whose owner, group, access control list and extended attributes a new one takes over.
+struct FileModel {
+    std::string path; ///< "" for owner and group alone
+    struct stat status;
+};
+
+/// Writes a new file and syncs it; an older one of that name is removed first. A group that an ordinary user
+/// isn't a member of is left out of what `model` says: nobody but root could give it. Throws `Failure` and
+/// leaves no file behind.
+void writeDurably(const std::string& path, std::string_view content, mode_t mode,
+                  const std::optional<FileModel>& model = std::nullopt);
 /// Syncs the folder that holds `path`, so that a rename or removal in it lasts. Throws `Failure`.
 void syncParent(const std::string& path);
 /// Renames within one file system. Throws `Failure`.

@@ -1,5 +1,9 @@
 #include "haldend/Failure.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 
@@ -38,9 +42,26 @@ std::string nextStep(const std::string& what, const std::string& path, int numbe
     }
 }
 
+/// The path, or the folder that holds it, when it carries the mark that keeps even root from changing it.
+std::string immutablePart(const std::string& path) {
+    for (const auto& part : {path, path.substr(0, std::max<std::size_t>(path.rfind('/'), 1))}) {
+        struct statx status {};
+        constexpr auto marks = STATX_ATTR_IMMUTABLE | STATX_ATTR_APPEND;
+        if (::statx(AT_FDCWD, part.c_str(), 0, STATX_TYPE, &status) == 0 &&
+            (status.stx_attributes & marks) != 0)
+            return part;
+    }
+    return {};
+}
+
 } // namespace
 
 Failure storageFailure(const std::string& what, const std::string& path, int number) {
+    if (const auto part = number == EPERM ? immutablePart(path) : std::string(); !part.empty())
+        return {halden::ErrorCode::notPermitted, "The machine's settings could not be changed.",
+                part + " is marked as immutable, so not even root can " + what + " it.",
+                "If the mark isn't meant to protect this file, take it off with \"chattr -i -a " + part +
+                    "\" as root, and try again."};
     const bool isRights = number == EACCES || number == EPERM;
     return {isRights ? halden::ErrorCode::notPermitted : halden::ErrorCode::storage,
             "The machine's settings could not be " + std::string(what == "read" ? "read." : "changed."),

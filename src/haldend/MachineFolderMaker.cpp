@@ -11,6 +11,7 @@
 #include "haldend/Failure.h"
 #include "haldend/MachineFolder.h"
 #include "haldend/SampleDirectory.h"
+#include "haldend/SssdSnippets.h"
 
 namespace corvane::haldend {
 namespace {
@@ -24,7 +25,7 @@ void write(const std::string& folder, const char* relative, const std::string& t
     std::error_code code;
     fs::create_directories(parentOf(path), code);
     if (code) throw storageFailure("make", parentOf(path), code.value());
-    writeDurably(path, text, mode, nullptr);
+    writeDurably(path, text, mode);
 }
 
 halden::Exception noMachine(const std::string& folder, const std::string& reason) {
@@ -105,6 +106,10 @@ void MachineFolderMaker::copy(const std::string& target) const {
     const bool hasDirectory = sssd && ("\n" + *sssd).find("\n[domain/") != std::string::npos;
     if (!hasDirectory) sssd = SampleDirectory::sssdText(shareFolder_);
     write(target, machineFile::sssd, *sssd, 0600);
+    if (!hasDirectory) return;
+    for (const auto& snippet : SssdSnippets::of(source).read)
+        write(target, (std::string(machineFile::sssdSnippets) + "/" + baseNameOf(snippet.path)).c_str(),
+              snippet.text, 0600);
 }
 
 } // namespace corvane::haldend

@@ -176,7 +176,8 @@ void MachineTransaction::stage(const File& file) const {
     struct stat status {};
     const bool exists = ::stat(file.target.c_str(), &status) == 0;
     const mode_t mode = exists && !file.forceMode ? status.st_mode & 07777U : file.mode;
-    writeDurably(file.staged, *file.content, mode, exists ? &status : nullptr);
+    writeDurably(file.staged, *file.content, mode,
+                 exists ? std::make_optional(FileModel{file.target, status}) : std::nullopt);
     syncParent(file.staged);
 }
 
@@ -192,7 +193,7 @@ void MachineTransaction::keepGeneration() const {
     if (code) throw storageFailure("make", part, code.value());
     ::chmod(folder.c_str(), 0700); // the copies may hold passwords
     for (const auto& file : files_)
-        if (file.previous) writeDurably(part + "/" + baseNameOf(file.target), *file.previous, 0600, nullptr);
+        if (file.previous) writeDurably(part + "/" + baseNameOf(file.relative), *file.previous, 0600);
     renameFile(part, folder + "/" + next);
 }
 
@@ -203,7 +204,7 @@ void MachineTransaction::writeJournal() const {
             {file.relative, Fingerprint::of(file.previous), Fingerprint::of(file.content)});
     const auto path = folder_.resolved(machineFile::journal);
     const auto staged = stagedNameFor(path);
-    writeDurably(staged, journal.text(), 0600, nullptr);
+    writeDurably(staged, journal.text(), 0600);
     try {
         renameFile(staged, path);
         syncParent(path);
@@ -245,7 +246,8 @@ void MachineTransaction::putBack(const File& file) {
         status = file.status;
     else if (::stat(file.target.c_str(), &status) != 0)
         return;
-    writeDurably(file.staged, *file.previous, status.st_mode & 07777U, &status);
+    writeDurably(file.staged, *file.previous, status.st_mode & 07777U,
+                 FileModel{file.content ? file.target : std::string(), status});
     renameFile(file.staged, file.target);
 }
 

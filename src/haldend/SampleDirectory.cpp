@@ -195,14 +195,14 @@ void SampleDirectory::prepare() {
     writeConfiguration();
     if (isLoaded) return;
     load();
-    writeDurably(marker, "", 0600, nullptr);
+    writeDurably(marker, "", 0600);
 }
 
 void SampleDirectory::writeConfiguration() const {
     auto text = requiredText(shareFolder_ + "/" + templateName);
     replaceAll(text, "@DIR@", folder_);
     replaceAll(text, "@PORT@", portIn(uri_));
-    writeDurably(folder_ + "/slapd.conf", text, 0600, nullptr);
+    writeDurably(folder_ + "/slapd.conf", text, 0600);
 }
 
 void SampleDirectory::load() const {

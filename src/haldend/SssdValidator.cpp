@@ -77,7 +77,7 @@ std::string SssdValidator::findings(const std::string& text) const {
     const auto snippets = folder.path() + "/conf.d";
     const auto candidate = folder.path() + "/sssd.conf";
     ::mkdir(snippets.c_str(), 0700);
-    writeDurably(candidate, text, 0600, nullptr);
+    writeDurably(candidate, text, 0600);
     const auto outcome =
         runProcess({tool_, "config-check", "-c", candidate, "-s", snippets}, std::chrono::seconds(10));
     if (outcome.status == 0) return {};

@@ -178,10 +178,11 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       dragMessageContact(*form_->ui.dragMessageContact), trialNotice(*form_->trialNotice),
       unsaved(*form_->ui.unsaved), tryAgain(*form_->tryAgain, guard), showSaved(*form_->showSaved, guard),
       unsavedContact(*form_->ui.unsavedContact), tryAgainContact(*form_->tryAgainContact, guard),
-      showSavedContact(*form_->showSavedContact, guard),
+      showSavedContact(*form_->showSavedContact, guard), remarks(*form_->ui.remarks),
       authorizationView(*form_->ui.authorizationView, authorization, guard),
       menu(*form_->shell.menuBar(), application, guard) {
     window.setTitle("Corvane");
+    remarks.setHidden(true);
     window.setContentMinSize({590, 365});
 }
 

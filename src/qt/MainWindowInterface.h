@@ -66,6 +66,7 @@ public:
     QtNotice unsavedContact;
     QtButton tryAgainContact;
     QtButton showSavedContact;
+    QtNotice remarks; ///< below the list of the authentication policy
 
     QtAuthorizationView authorizationView;
     MainMenu menu;

@@ -45,6 +45,7 @@ void SearchPolicy::buildPaneData() {
     try {
         readDetails();
         readMode();
+        showRemarks();
         outlets_.nodeTable.setEmptyMessage(environment_.strings.localized("No directory domains"));
         selectModeInChooser();
         outlets_.nodeTable.reloadData();
@@ -77,11 +78,23 @@ void SearchPolicy::readIfStale() {
     try {
         readDetails();
         readMode();
+        showRemarks();
         selectModeInChooser();
     } catch (const std::exception&) {
         details_ = {};
     }
     outlets_.nodeTable.reloadData();
+}
+
+void SearchPolicy::showRemarks() {
+    if (!outlets_.remarks) return;
+    std::string text;
+    for (const auto& remark : list(attribute::remarks).texts())
+        text += (text.empty() ? "" : "\n") + remark;
+    outlets_.remarks->setMessageText(
+        environment_.strings.localized("Part of this machine’s configuration isn’t used"));
+    outlets_.remarks->setInformativeText(text);
+    outlets_.remarks->setHidden(text.empty());
 }
 
 void SearchPolicy::readMode() {

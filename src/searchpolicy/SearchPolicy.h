@@ -28,6 +28,7 @@ public:
     struct Outlets {
         toolkit::PopUpButton& modeChooser;
         toolkit::TableView& nodeTable;
+        toolkit::Notice* remarks; ///< what of the configuration isn't used, and why; null: isn't shown
     };
 
     SearchPolicy(const SearchPolicyTraits& traits, platform::Environment& environment,
@@ -102,6 +103,7 @@ public:
 private:
     void readDetails();
     void readMode();
+    void showRemarks();
     void readIfNeeded();
     void markCustomListEdited();
     [[nodiscard]] util::Array listOf(Mode mode) const;

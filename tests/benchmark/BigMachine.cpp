@@ -48,7 +48,7 @@ BigMachine::BigMachine(std::size_t count) : names_(madeUpNodes(count)), machine_
     if (machine_.call(machine_.search(), custom)) throw std::runtime_error("no custom policy");
     const auto files = desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString());
     program_ = std::make_unique<desktop::Program>(
-        *qApp, desktop::Program::Settings{machine_.folder.path(), files, "/dev/null", false}, machine_.log);
+        *qApp, desktop::Program::Settings{machine_.folder.path(), files, "", false}, machine_.log);
     program_->launch(false);
     if (!QTest::qWaitForWindowExposed(&program_->window().shell()))
         throw std::runtime_error("the window doesn't come up");

@@ -100,7 +100,7 @@ struct FakeInterface final : app::InterfaceLoader {
           unsaved(journal, "unsaved"), tryAgain(journal, "tryAgain", &window),
           showSaved(journal, "showSaved", &window), unsavedContact(journal, "unsavedContact"),
           tryAgainContact(journal, "tryAgainContact", &window),
-          showSavedContact(journal, "showSavedContact", &window),
+          showSavedContact(journal, "showSavedContact", &window), remarks(journal, "remarks"),
           authorizationView(journal, std::move(authorization)) {
         for (const auto* page : {"1", "2", "3"})
             mainTabView.addTabViewItem(std::make_shared<FakeTabViewItem>(page));
@@ -136,6 +136,7 @@ struct FakeInterface final : app::InterfaceLoader {
                 dragMessageContact,
                 {unsaved, tryAgain, showSaved},
                 {unsavedContact, tryAgainContact, showSavedContact},
+                remarks,
                 authorizationView};
     }
     [[nodiscard]] searchpolicy::NodePaneController::Outlets loadAddNodes() override {
@@ -179,6 +180,7 @@ public:
     FakeNotice unsavedContact;
     FakeButton tryAgainContact;
     FakeButton showSavedContact;
+    FakeNotice remarks;
     FakeAuthorizationView authorizationView;
     FakeWindow panel{journal_, "panel"};
     FakeTableView panelNodes{journal_, "panelNodes", {"NodeName"}};

@@ -1,6 +1,8 @@
 #include <gmock/gmock.h>
+#include <sys/stat.h>
 
 #include <QFile>
+#include <QFileInfo>
 
 #include "qt/QtHarness.h"
 #include "qt/QtLocalizedStrings.h"
@@ -59,6 +61,34 @@ TEST(SettingsFile, WhatCannotBeStoredIsKeptInMemoryAndLoggedOnce) {
     EXPECT_EQ(file.read("Defaults", "a"), "1");
     ASSERT_EQ(qt.log.lines.size(), 1U);
     EXPECT_THAT(qt.log.lines[0], HasSubstr("/proc/corvane/settings.ini"));
+}
+
+TEST(SettingsFile, PathThatIsNoPlainFile_IsNeverReplaced) {
+    const QtHarness qt;
+    const auto pipe = qt.folder.filePath("a-device");
+    ASSERT_EQ(::mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    const auto link = qt.folder.filePath("settings.ini");
+    ASSERT_TRUE(QFile::link(pipe, link));
+    for (const auto& path : {pipe, link, qt.folder.path()}) {
+        ListLog log;
+        SettingsFile file(path, log);
+        file.write("Defaults", "a", "1");
+        EXPECT_EQ(file.read("Defaults", "a"), "1") << "kept in memory";
+        ASSERT_EQ(log.lines.size(), 1U);
+        EXPECT_THAT(log.lines[0], HasSubstr("not a plain file"));
+    }
+    struct stat status {};
+    ASSERT_EQ(::stat(pipe.toLocal8Bit().constData(), &status), 0);
+    EXPECT_TRUE(S_ISFIFO(status.st_mode));
+    EXPECT_TRUE(QFileInfo(link).isSymLink());
+}
+
+TEST(SettingsFile, NoPath_StoresNothing) {
+    QtHarness qt;
+    SettingsFile file("", qt.log);
+    file.write("Defaults", "a", "1");
+    EXPECT_EQ(file.read("Defaults", "a"), "1");
+    EXPECT_TRUE(qt.log.lines.empty());
 }
 
 TEST(SettingsFile, WindowStateAndDefaultsDoNotMix) {

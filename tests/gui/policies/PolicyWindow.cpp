@@ -41,7 +41,7 @@ PolicyWindow::~PolicyWindow() {
 void PolicyWindow::open(bool unlocked) {
     const auto files = desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString());
     program_ = std::make_unique<desktop::Program>(
-        *qApp, desktop::Program::Settings{machine_.folder.path(), files, "/dev/null", false}, machine_.log);
+        *qApp, desktop::Program::Settings{machine_.folder.path(), files, "", false}, machine_.log);
     program_->launch(false);
     auto& shell = program_->window().shell();
     ASSERT_TRUE(QTest::qWaitForWindowExposed(&shell));

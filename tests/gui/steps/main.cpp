@@ -190,7 +190,7 @@ int main(int count, char** arguments) {
     const auto files = desktop::InstalledFiles::find(QApplication::applicationFilePath().toStdString());
     linux_::SystemLog log;
     try {
-        desktop::Program program(application, {machineFolder, files, "/dev/null", false}, log);
+        desktop::Program program(application, {machineFolder, files, "", false}, log);
         return work(program, steps);
     } catch (const std::exception& problem) {
         std::cerr << problem.what() << '\n';

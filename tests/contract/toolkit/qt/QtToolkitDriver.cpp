@@ -258,7 +258,7 @@ private:
 
     FailingLog log_;
     qt::HandlerGuard guard_{log_};
-    qt::SettingsFile settings_{"/dev/null", log_};
+    qt::SettingsFile settings_{"", log_};
     qt::QtApplication application_{*qApp, guard_};
     qt::QtToolkit toolkit_{application_, guard_};
     std::unique_ptr<QMainWindow> shell_{makeShell()};
