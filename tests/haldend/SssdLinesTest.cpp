@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cctype>
 #include <map>
 #include <optional>
@@ -135,6 +136,58 @@ std::string difference(const SssdLines& lines, const Reading& reading) {
     return {};
 }
 
+/// One change, made to the lines and to what the library read before.
+struct Edit {
+    std::string what;
+    Reading expected;
+};
+
+Edit setOption(Dice& dice, SssdLines& lines, Reading reading) {
+    const auto section = inAnyCase(dice, dice.oneOf(titles)), key = inAnyCase(dice, dice.oneOf(keys));
+    const auto value = dice.oneOf({"x", "", "a, b", "a=b", "a;b#c", "[v]", "*/", "/*", "caf\xC3\xA9"});
+    lines.set(section, key, value);
+    const auto found = reading.find(foldedTitle(section));
+    if (found != reading.end()) found->second[foldedCase(key)] = value;
+    return {"set " + section + ": " + key + " = " + value, reading};
+}
+
+Edit removeOption(Dice& dice, SssdLines& lines, Reading reading) {
+    const auto section = inAnyCase(dice, dice.oneOf(titles)), key = inAnyCase(dice, dice.oneOf(keys));
+    lines.remove(section, key);
+    if (const auto found = reading.find(foldedTitle(section)); found != reading.end())
+        found->second.erase(foldedCase(key));
+    return {"remove " + section + ": " + key, reading};
+}
+
+Edit appendSection(Dice& dice, SssdLines& lines, Reading reading) {
+    const auto section = dice.percent(50) ? "domain/new" : dice.oneOf(titles);
+    lines.appendSection(section);
+    lines.set(section, "added", "x");
+    reading[foldedTitle(section)]["added"] = "x";
+    return {"append " + section, reading};
+}
+
+Edit renameSection(Dice& dice, SssdLines& lines, Reading reading) {
+    const auto section = inAnyCase(dice, dice.oneOf(titles));
+    lines.renameSection(section, "domain/new");
+    auto node = reading.extract(foldedTitle(section));
+    if (!node.empty()) reading["domain/new"] = node.mapped();
+    return {"rename " + section, reading};
+}
+
+Edit removeSection(Dice& dice, SssdLines& lines, Reading reading) {
+    const auto section = inAnyCase(dice, dice.oneOf(titles));
+    lines.removeSection(section);
+    reading.erase(foldedTitle(section));
+    return {"remove section " + section, reading};
+}
+
+Edit edited(Dice& dice, SssdLines& lines, const Reading& reading) {
+    constexpr auto edits =
+        std::to_array({setOption, removeOption, appendSection, renameSection, removeSection});
+    return edits[dice.below(edits.size())](dice, lines, reading);
+}
+
 } // namespace
 
 TEST(SssdLines, madeUpTexts_areReadAsTheLibraryReadsThem) {
@@ -151,4 +204,43 @@ TEST(SssdLines, madeUpTexts_areReadAsTheLibraryReadsThem) {
     }
     EXPECT_EQ(different, 0);
     EXPECT_GE(accepted, fewestAccepted);
+}
+
+TEST(SssdLines, editedMadeUpTexts_readAsBeforeButForTheChange) {
+    Dice dice(seed);
+    int done = 0, different = 0;
+    for (int i = 0; i < texts; ++i) {
+        const auto text = madeUpText(dice);
+        const auto before = readByLibrary(text);
+        if (!before) continue;
+        ++done;
+        SssdLines lines(text);
+        const auto edit = edited(dice, lines, *before);
+        if (readByLibrary(lines.text()) == edit.expected || ++different > 5) continue;
+        ADD_FAILURE() << "seed " << seed << ", text " << i << ", " << edit.what << "\n"
+                      << text << "\n--- became ---\n"
+                      << lines.text();
+    }
+    EXPECT_EQ(different, 0);
+    EXPECT_GE(done, fewestAccepted);
+}
+
+TEST(SssdLines, sectionAddedToAMadeUpTextAndRemoved_givesTheBytesBack) {
+    Dice dice(seed);
+    int done = 0, different = 0;
+    for (int i = 0; i < texts; ++i) {
+        const auto text = madeUpText(dice);
+        if (!readByLibrary(text)) continue;
+        ++done;
+        SssdLines lines(text);
+        lines.appendSection("domain/new");
+        lines.set("domain/new", "id_provider", "ldap");
+        lines.removeSection("domain/new");
+        if (lines.text() == text || ++different > 5) continue;
+        ADD_FAILURE() << "seed " << seed << ", text " << i << "\n"
+                      << text << "\n--- became ---\n"
+                      << lines.text();
+    }
+    EXPECT_EQ(different, 0);
+    EXPECT_GE(done, fewestAccepted);
 }
