@@ -130,9 +130,15 @@ std::optional<std::size_t> NsswitchFile::lineOf(std::string_view database) const
     return found;
 }
 
+std::optional<NsswitchLine> NsswitchFile::line(std::string_view database) const {
+    const auto index = lineOf(database);
+    if (!index || !isTerminated(*index)) return std::nullopt;
+    return NsswitchLine::parse(lines_[*index]);
+}
+
 bool NsswitchFile::usesSssd() const {
-    const auto index = lineOf("passwd");
-    return index && isTerminated(*index) && NsswitchLine::parse(lines_[*index])->asks("sss");
+    const auto passwd = line("passwd");
+    return passwd && passwd->asks("sss");
 }
 
 bool NsswitchFile::isGenerated() const {

@@ -28,6 +28,8 @@ public:
     NsswitchFile(std::string text, std::string path);
 
     [[nodiscard]] const std::string& text() const { return text_; }
+    /// The line about a database as the C library reads it; none where it goes by what it does by default.
+    [[nodiscard]] std::optional<NsswitchLine> line(std::string_view database) const;
     /// True when users that the machine's own files don't know are looked up in SSSD.
     [[nodiscard]] bool usesSssd() const;
     /// True when the file says that the tool authselect has made it.

@@ -187,22 +187,28 @@ std::optional<NsswitchLine> NsswitchLine::parse(std::string_view text) {
 
 NsswitchLine::Search NsswitchLine::search(const std::vector<LookupStatus>& answers) const {
     Search result;
-    bool isMerging = false;
+    bool isKept = false; // a record waits for one of a later source
     for (std::size_t i = 0; i < sources_.size(); ++i) {
         result.asked.push_back(i);
-        auto status = answers[i];
-        if (isMerging) { // what was kept is given back; a second record can only be added for groups
-            const bool isRefused = status == LookupStatus::success && !mergesGroups();
-            status = isRefused ? LookupStatus::unavailable : LookupStatus::success;
-            isMerging = false;
-        }
-        const auto action = sources_[i].reactionTo(status);
+        const auto status = addsUp() ? answers[i] : merged(answers[i], sources_[i], isKept);
         result.isFound = status == LookupStatus::success || (addsUp() && result.isFound);
-        if (action == LookupAction::stop) return result;
-        isMerging = !addsUp() && status == LookupStatus::success && action == LookupAction::merge;
-        if (isMerging && i + 1 == sources_.size() && !mergesGroups()) result.isFound = false;
+        if (sources_[i].reactionTo(status) == LookupAction::stop) break;
     }
     return result;
+}
+
+/// What an answer counts as. A record that is kept is given back for each later source that has none, and
+/// stays kept until one has. Only groups can be kept and added to; in other databases either is an error.
+LookupStatus NsswitchLine::merged(LookupStatus status, const NsswitchSource& source, bool& isKept) const {
+    constexpr auto success = LookupStatus::success;
+    const auto withRecord = mergesGroups() ? success : LookupStatus::unavailable;
+    if (isKept) {
+        isKept = status != success;
+        status = isKept ? success : withRecord;
+    }
+    if (status != success || source.reactionTo(success) != LookupAction::merge) return status;
+    isKept = true;
+    return withRecord;
 }
 
 bool NsswitchLine::asks(std::string_view source) const {

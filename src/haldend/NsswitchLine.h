@@ -75,6 +75,7 @@ private:
     /// The groups of a user: what one source knows stays, whatever the next one says.
     [[nodiscard]] bool addsUp() const { return database_ == "initgroups"; }
     [[nodiscard]] bool mergesGroups() const { return database_ == "group"; }
+    [[nodiscard]] LookupStatus merged(LookupStatus status, const NsswitchSource& source, bool& isKept) const;
     [[nodiscard]] std::string withSssAfter(std::size_t anchor, bool isLast) const;
     struct Range {
         std::size_t begin, end;

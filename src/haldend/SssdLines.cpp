@@ -8,7 +8,7 @@
 namespace corvane::haldend {
 namespace {
 
-constexpr std::string_view blanks = " \t\r";
+constexpr std::string_view blanks = " \t\r\v\f";
 
 std::string_view trimmed(std::string_view text) {
     const auto first = text.find_first_not_of(blanks);
@@ -23,6 +23,12 @@ bool isTitle(std::string_view line) { return line.starts_with('['); }
 
 bool isTitleOf(std::string_view line, std::string_view section) {
     return isTitle(line) && foldedTitle(line.substr(1, line.rfind(']') - 1)) == foldedTitle(section);
+}
+
+/// SSSD's library overlooks an end that begins its line.
+bool endsComment(std::string_view line) {
+    const auto text = line.substr(0, line.find_last_not_of(blanks) + 1);
+    return text.size() > 2 && text.ends_with("*/");
 }
 
 std::string keyOf(std::string_view line) {
@@ -56,7 +62,7 @@ void SssdLines::findComments() {
     for (const auto& line : lines_) {
         if (!isInside) isInside = line.starts_with("/*");
         comments_.push_back(isInside || line.starts_with("//"));
-        if (isInside && trimmed(line).ends_with("*/")) isInside = false;
+        if (endsComment(line)) isInside = false;
     }
 }
 

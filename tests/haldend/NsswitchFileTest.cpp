@@ -200,3 +200,21 @@ TEST(NsswitchFile, hundredThousandLines_areEditedInPlace) {
         text += "# passwd and group are below\n";
     EXPECT_EQ(with(text + "passwd: files\ngroup: files\n"), text + "passwd: files sss\ngroup: files sss\n");
 }
+
+TEST(NsswitchLine, groupThatIsKept_isGivenBackByEverySourceThatHasNone) {
+    using enum LookupStatus;
+    const auto line = NsswitchLine::parse("group: a [SUCCESS=merge] b [SUCCESS=continue] c d\n");
+    const auto search = line->search({success, unavailable, notFound, success});
+    EXPECT_TRUE(search.isFound);
+    EXPECT_EQ(search.asked.size(), 3U);
+}
+
+TEST(NsswitchLine, mergeOfUsers_isAnErrorThatCountsAsUnavailable) {
+    using enum LookupStatus;
+    const auto ends = NsswitchLine::parse("passwd: a [SUCCESS=merge UNAVAIL=return] b\n");
+    EXPECT_EQ(ends->search({success, success}).asked.size(), 1U);
+    EXPECT_FALSE(ends->search({success, success}).isFound);
+    const auto goesOn = NsswitchLine::parse("passwd: a [SUCCESS=merge] b [SUCCESS=continue] c d\n");
+    EXPECT_EQ(goesOn->search({success, notFound, success, notFound}).asked.size(), 4U);
+    EXPECT_FALSE(goesOn->search({success, notFound, success, notFound}).isFound);
+}

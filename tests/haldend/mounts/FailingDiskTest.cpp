@@ -1,10 +1,5 @@
-#include <sched.h>
-#include <sys/mount.h>
-#include <unistd.h>
-
-#include <fstream>
-
 #include "haldend/ChangeInAChild.h"
+#include "haldend/OwnMounts.h"
 
 // Disks that are full, read-only or in the way. They are made by mounts that only a child process sees, so
 // these tests need mount namespaces; where there are none they are left out by their label, and counted as
@@ -15,22 +10,9 @@ using namespace corvane::haldend::test;
 
 namespace {
 
-/// A mount namespace of the child's own; users other than root get one together with a user namespace.
-bool ownMounts() {
-    if (isRoot()) return ::unshare(CLONE_NEWNS) == 0;
-    const auto user = std::to_string(::getuid());
-    const auto group = std::to_string(::getgid());
-    if (::unshare(CLONE_NEWNS | CLONE_NEWUSER) != 0) return false;
-    std::ofstream("/proc/self/setgroups") << "deny";
-    std::ofstream("/proc/self/uid_map") << user << " " << user << " 1";
-    std::ofstream("/proc/self/gid_map") << group << " " << group << " 1";
-    return true;
-}
-
 /// A file system over a folder, in the child alone.
 bool mountOver(const std::string& folder, const char* type, unsigned long flags, const char* options) {
-    return ownMounts() && ::mount("none", "/", nullptr, MS_REC | MS_PRIVATE, nullptr) == 0 &&
-           ::mount(type ? type : folder.c_str(), folder.c_str(), type, flags, options) == 0;
+    return ownMounts() && ::mount(type ? type : folder.c_str(), folder.c_str(), type, flags, options) == 0;
 }
 
 } // namespace
