@@ -61,7 +61,7 @@ TEST_F(SearchPolicy, reading_showsTheActivePathsMode) {
 TEST_F(SearchPolicy, reading_selectsSynchronizesReloadsAndSynchronizesAgain) {
     controller.buildDSSearchPaneData();
     EXPECT_EQ(program.journal.entries(),
-              (Names{"open /Search", "/Search.details", "selectSearchPolicy.select 2",
+              (Names{"open /Search", "/Search.details", "remarks.hide", "selectSearchPolicy.select 2",
                      "selectSearchPolicy.synchronizeTitle", "selectNode.reloadData",
                      "selectSearchPolicy.synchronizeTitle"}));
 }

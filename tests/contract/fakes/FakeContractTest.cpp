@@ -41,7 +41,7 @@ private:
         state.details.set(attribute::searchPolicy, util::Array{std::string(attribute::localOnlySearchPath)});
         state.details.set(attribute::automaticSearchPath, util::Array::ofTexts(automatic));
         state.details.set(attribute::localOnlySearchPath, util::Array::ofTexts(localNodes));
-        state.details.set(attribute::customSearchPath, util::Array(util::ValueList()));
+        state.details.set(attribute::customSearchPath, util::Array::ofTexts(automatic));
     }
     static fakes::FakeRecord& add(fakes::FakeNodeState& state, std::string_view type, const char* name) {
         auto record = std::make_shared<fakes::FakeRecord>(std::string(type), name);
