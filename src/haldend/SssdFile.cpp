@@ -55,8 +55,8 @@ std::string nameIn(const std::string& title, std::string_view prefix) {
 
 std::string foldedCase(std::string_view text) {
     std::string folded(text);
-    std::ranges::transform(folded, folded.begin(),
-                           [](unsigned char c) { return static_cast<char>(c < 0x80 ? std::tolower(c) : c); });
+    for (auto& c : folded)
+        if (c >= 'A' && c <= 'Z') c = static_cast<char>(c - 'A' + 'a');
     return folded;
 }
 
@@ -165,15 +165,14 @@ void SssdFile::readSection(const IniSection& section) {
     const bool isApplication = title.starts_with(applicationPrefix);
     const auto name = nameIn(section.title, isApplication ? applicationPrefix : domainPrefix);
     if (name.empty() || name.find('/') != std::string::npos) return;
-    auto found =
-        std::ranges::find(domains_, foldedCase(name), [](const auto& one) { return foldedCase(one.name); });
-    if (found == domains_.end()) {
+    const auto [place, isNew] = places_.try_emplace(foldedCase(name), domains_.size());
+    if (isNew) {
         const bool isRead = readingEnd_.empty() || readingEnd_ == section.title;
         const auto outside = isRead ? "" : "SSSD stops reading at [" + readingEnd_ + "]";
-        found = domains_.insert(domains_.end(), {name, {}, isApplication, false, outside});
+        domains_.push_back({name, {}, isApplication, false, outside});
     }
     for (const auto& option : section.options)
-        found->options.insert_or_assign(foldedCase(option.key), option.value);
+        domains_[place->second].options.insert_or_assign(foldedCase(option.key), option.value);
 }
 
 void SssdFile::findOrphans() {
@@ -188,21 +187,25 @@ void SssdFile::readList(const std::string& line) {
         const auto* domain = domainNamed(name);
         listed_.push_back(domain ? domain->name : name);
     }
+    const auto folded = foldedCase(line);
+    if (folded.find('"') == std::string::npos) return;
     for (auto& domain : domains_)
-        domain.isListedInQuotes =
-            foldedCase(line).find('"' + foldedCase(domain.name) + '"') != std::string::npos;
+        domain.isListedInQuotes = folded.find('"' + foldedCase(domain.name) + '"') != std::string::npos;
 }
 
 void SssdFile::decideServed() {
+    std::map<std::string, int> times; // on the line, by folded name
+    for (const auto& name : listed_)
+        ++times[foldedCase(name)];
     for (const auto& name : listed_) {
-        const bool isRepeated = std::ranges::count(listed_, foldedCase(name), foldedCase) > 1;
+        const bool isRepeated = times[foldedCase(name)] > 1;
         if (isRepeated && trouble_.empty())
             trouble_ = "The line \"domains\" names \"" + name + "\" more than once.";
         const auto* domain = domainNamed(name);
         if (domain && domain->obstacle().empty() && !isRepeated) served_.push_back(domain->name);
     }
     for (const auto& domain : domains_) {
-        const bool isListed = std::ranges::find(listed_, domain.name) != listed_.end();
+        const bool isListed = times.contains(foldedCase(domain.name));
         if (domain.enabled() == true && !isListed && domain.obstacle().empty())
             served_.push_back(domain.name);
         if (!domain.option("enabled").empty() && !domain.enabled())
@@ -213,10 +216,8 @@ void SssdFile::decideServed() {
 }
 
 const SssdDomain* SssdFile::domainNamed(std::string_view name) const {
-    const auto folded = foldedCase(name);
-    const auto found =
-        std::ranges::find_if(domains_, [&](const auto& one) { return foldedCase(one.name) == folded; });
-    return found == domains_.end() ? nullptr : &*found;
+    const auto found = places_.find(foldedCase(name));
+    return found == places_.end() ? nullptr : &domains_[found->second];
 }
 
 std::string SssdFile::snippetDeciding(std::string_view section, std::string_view key) const {

@@ -85,7 +85,8 @@ private:
     std::vector<SssdSnippet> snippets_;
     std::string path_;
     std::vector<SssdDomain> domains_;
-    std::string line_; ///< the value of `domains`
+    std::map<std::string, std::size_t, std::less<>> places_; ///< in `domains_`, by folded name
+    std::string line_;                                       ///< the value of `domains`
     std::vector<std::string> listed_, served_;
     std::string readingEnd_, trouble_;
     bool servesFiles_ = false; ///< the machine's own files, which SSSD can serve beside the sections

@@ -162,8 +162,8 @@ TEST(SssdListing, sameNamesInAnotherSpelling_areNotTouched) {
 
 TEST(SssdListing, oddlyWrittenSectionAndKey_areEditedInPlace) {
     EXPECT_EQ(listing("[ SSSD ]\r\nDOMAINS = a\r\n", {"b"}), "[ SSSD ]\r\nDOMAINS = b\r\n");
-    EXPECT_EQ(listing("/*\n[sssd]\ndomains = old\n*/\n[sssd]\ndomains = a\n", {"b"}),
-              "/*\n[sssd]\ndomains = old\n*/\n[sssd]\ndomains = b\n");
+    EXPECT_EQ(listing("/*\n[sssd]\ndomains = old\n */\n[sssd]\ndomains = a\n", {"b"}),
+              "/*\n[sssd]\ndomains = old\n */\n[sssd]\ndomains = b\n");
     EXPECT_EQ(listing("\xEF\xBB\xBF[sssd]\ndomains = a\n", {"b"}), "\xEF\xBB\xBF[sssd]\ndomains = b\n");
 }
 
