@@ -1,11 +1,39 @@
 #include "connectors/ldap/Widgets.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "qt/Icons.h"
 
 namespace corvane::connectors::ldap {
+
+QString breakable(const QString& content) {
+    constexpr int longest = 24; // characters without a place to break at
+    const QChar place(0x200B);
+    QString result;
+    int length = 0;
+    for (const auto letter : content) {
+        length = letter.isSpace() ? 0 : length + 1;
+        const bool isPart = letter.isHighSurrogate() || letter.isMark();
+        result += letter;
+        if (length == 0 || isPart) continue;
+        if (length < longest && !(length > longest / 2 && QString(",=/.-_:@").contains(letter))) continue;
+        result += place;
+        length = 0;
+    }
+    return result;
+}
+
+QWidget* windowInFront() {
+    if (auto* active = QApplication::activeModalWidget()) return active;
+    if (auto* active = QApplication::activeWindow()) return active;
+    const auto all = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find_if(
+        all, [](const QWidget* each) { return each->isVisible() && each->windowType() == Qt::Window; });
+    return found == all.end() ? nullptr : *found;
+}
 
 QLabel* heading(const QString& title, QWidget& parent) {
     auto* label = new QLabel(title, &parent);
