@@ -188,8 +188,7 @@ void ServerDialog::addDirectoryFields(QFormLayout& form) {
     password_ = namedField("password", "", *this);
     password_->setEchoMode(QLineEdit::Password);
     form.addRow("Pass&word:", password_);
-    passwordNote_ =
-        hint("It is saved readably in sssd.conf on the machine, a file that only root may read.", *this);
+    passwordNote_ = hint("It is saved as plain text in sssd.conf, which only root can read.", *this);
     passwordNote_->setObjectName("passwordNote");
     form.addRow("", passwordNote_);
     schema_ = new QComboBox(this);

@@ -12,18 +12,25 @@ namespace corvane::connectors::ldap {
 QString breakable(const QString& content) {
     constexpr int longest = 24; // characters without a place to break at
     const QChar place(0x200B);
-    QString result;
-    int length = 0;
-    for (const auto letter : content) {
-        length = letter.isSpace() ? 0 : length + 1;
-        const bool isPart = letter.isHighSurrogate() || letter.isMark();
-        result += letter;
-        if (length == 0 || isPart) continue;
-        if (length < longest && !(length > longest / 2 && QString(",=/.-_:@").contains(letter))) continue;
-        result += place;
-        length = 0;
+    auto words = content.split(' ');
+    for (auto& word : words) {
+        if (word.size() <= longest) continue;
+        QString broken;
+        int length = 0;
+        for (const auto letter : word) {
+            const bool isInside = letter.isLowSurrogate() || letter.isMark();
+            const bool isWanted =
+                length > longest || (length > longest / 2 && QString(",=/.-_:@").contains(broken.back()));
+            if (isWanted && !isInside) {
+                broken += place;
+                length = 0;
+            }
+            broken += letter;
+            ++length;
+        }
+        word = broken;
     }
-    return result;
+    return words.join(' ');
 }
 
 QWidget* windowInFront() {

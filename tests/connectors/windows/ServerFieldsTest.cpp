@@ -103,7 +103,7 @@ TEST_F(ServerFields, password_isSaidToBeInSssdConfReadableByRootAlone) {
     EXPECT_EQ(textOf("passwordNote"), "") << "without a sign-in there is none";
     type("bindDN", "cn=reader");
     EXPECT_TRUE(textOf("passwordNote").contains("sssd.conf"));
-    EXPECT_TRUE(textOf("passwordNote").contains("only root may read"));
+    EXPECT_TRUE(textOf("passwordNote").contains("only root can read"));
 }
 
 } // namespace corvane::connectors::ldap
