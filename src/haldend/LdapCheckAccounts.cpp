@@ -106,7 +106,7 @@ void LdapCheck::failToFind(const Account& wanted) const {
             : "The " + wanted.what + " " + quoted + " has no number, so this machine doesn't find it.",
         nameOf(ldap_.get(), entry) + (computes ? ": SSSD computes no number from what " +
                                                      (wanted.sid.empty() ? "it" : wanted.sid) + " says."
-                                               : ": " + stored + " isn't there or can't be used."),
+                                               : ": " + stored + " missing or not usable."),
         mayCompute
             ? "Choose computed numbers in the server's settings, or have the directory's administrator "
               "store " +

@@ -91,7 +91,8 @@ ServerDialog::ServerDialog(const sdk::Host& host, const ServerList& list, const 
     connect(&basesTimer_, &QTimer::timeout, this, &ServerDialog::pollBases);
 }
 
-ServerDialog::~ServerDialog() = default;
+// The field loses the keyboard while the window goes, and nobody is left to hear of it.
+ServerDialog::~ServerDialog() { addresses_->entered = nullptr; }
 
 void ServerDialog::build() {
     auto* layout = new QVBoxLayout(this);

@@ -62,7 +62,7 @@ void ServersDialog::build() {
     done->setObjectName("serversDone");
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     layout->addWidget(buttons);
-    resize(560, 420);
+    resize(560, 460);
     servers_->setFocus();
 }
 

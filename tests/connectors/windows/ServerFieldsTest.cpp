@@ -55,6 +55,13 @@ TEST_F(ServerFields, typedUri_isTakenApartWhenTheFieldIsLeft) {
     EXPECT_EQ(port(), "1636");
 }
 
+TEST_F(ServerFields, windowsThatGoWithTheProgram_takeNothingApart) {
+    openNew();
+    type("addresses", "ldaps://dc.example.com");
+    delete find<QDialog>("ldapServers");
+    EXPECT_FALSE(isShown("serverDialog"));
+}
+
 TEST_F(ServerFields, urisThatDisagree_stayAsTheyAre) {
     openNew();
     paste("ldaps://a.example.com\nldap://b.example.com");
