@@ -88,6 +88,7 @@ TEST_F(CheckWindow, enterInAField_testsAgainAndKeepsTheWindow) {
 TEST_F(CheckWindow, longCertificateName_isNotCutOff) {
     openTest();
     ASSERT_TRUE(settled());
+    EXPECT_LE(find<QDialog>("checkDialog")->width(), 640) << "the window grows in height instead";
     for (auto* label : find<QDialog>("checkDialog")->findChildren<QLabel*>()) {
         const QRect needed = label->fontMetrics().boundingRect(QRect(0, 0, label->width(), 10000),
                                                                Qt::TextWordWrap, label->text());
