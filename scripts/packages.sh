@@ -11,7 +11,7 @@
 PACKAGES_BUILD=(
     g++ cmake ninja-build ccache pkgconf
     qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl1-mesa-dev
-    libldap-dev libgnutls28-dev libini-config-dev libsystemd-dev libexpat1-dev
+    libldap-dev libgnutls28-dev libsss-idmap-dev libini-config-dev libsystemd-dev libexpat1-dev
     libgtest-dev libgmock-dev
 )
 
@@ -25,6 +25,7 @@ PACKAGES_RUN=(
 # To run all tests, those on test hosts included.
 PACKAGES_TEST=(
     sssd sssd-ldap sssd-tools libnss-sss libpam-sss
+    samba samba-ad-provision samba-dsdb-modules samba-vfs-modules winbind 389-ds-base
     pamtester gnutls-bin
     xvfb xdotool xauth dbus iproute2 strace procps util-linux
     libbenchmark-dev
@@ -80,9 +81,9 @@ package_lists_are_fresh() {
 
 # The part that runs as root; $1 is "fresh" or "old" for the package lists, the rest are package names.
 #
-# Some of these packages start a daemon when they are installed (slapd is one). Nobody asked for a directory
-# server on this machine: for the time of the installation no service may start, and a slapd that wasn't
-# there before isn't started at the next boot either. A policy that the machine already has is put back.
+# Some of these packages start a daemon when they are installed (slapd and samba are two). Nobody asked for a
+# directory server on this machine: for the time of the installation no service may start, and a service that
+# wasn't there before isn't started at the next boot either. A policy that the machine already has is put back.
 # shellcheck disable=SC2016
 PACKAGES_INSTALL_SCRIPT='
     lists=$1; shift
@@ -99,7 +100,11 @@ PACKAGES_INSTALL_SCRIPT='
     trap restore EXIT
     trap "exit 130" INT TERM HUP
     printf "#!/bin/sh\nexit 101\n" > "$policy" && chmod 755 "$policy" || exit 1
-    had_slapd=$(dpkg-query -W -f "\${db:Status-Status}" slapd 2>/dev/null)
+    # Each daemon with the package that brings it.
+    daemons="slapd:slapd smbd:samba nmbd:samba samba-ad-dc:samba winbind:winbind"
+    is_installed() { [ "$(dpkg-query -W -f "\${db:Status-Status}" "$1" 2>/dev/null)" = installed ]; }
+    new_daemons=
+    for each in $daemons; do is_installed "${each#*:}" || new_daemons="$new_daemons $each"; done
 
     export DEBIAN_FRONTEND=noninteractive
     install() {
@@ -114,10 +119,11 @@ PACKAGES_INSTALL_SCRIPT='
         update || exit 4
         install "$@" || exit 5
     fi
-    if [ "$had_slapd" != installed ] && [ -x /usr/sbin/slapd ]; then
-        update-rc.d slapd disable >/dev/null 2>&1 || :
-        if [ -d /run/systemd/system ]; then systemctl disable --quiet slapd >/dev/null 2>&1 || :; fi
-    fi
+    for each in $new_daemons; do
+        is_installed "${each#*:}" || continue
+        update-rc.d "${each%%:*}" disable >/dev/null 2>&1 || :
+        if [ -d /run/systemd/system ]; then systemctl disable --quiet "${each%%:*}" >/dev/null 2>&1 || :; fi
+    done
 '
 
 install_packages() {

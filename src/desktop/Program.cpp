@@ -17,7 +17,8 @@ qt::QtApplication::About about() {
             "Directory services of a Linux machine, decided in one window",
             "Apache License 2.0",
             {std::string("Qt ") + qVersion() + " (LGPL 3)", "OpenLDAP libraries (OpenLDAP Public License)",
-             "libini_config (LGPL 3)", "GnuTLS (LGPL 2.1)", "Expat (MIT)", "systemd library (LGPL 2.1)"}};
+             "libini_config (LGPL 3)", "libsss_idmap (LGPL 3)", "GnuTLS (LGPL 2.1)", "Expat (MIT)",
+             "systemd library (LGPL 2.1)"}};
 }
 
 } // namespace

@@ -3,10 +3,7 @@
 #include <openldap.h>
 
 #include <algorithm>
-#include <cstring>
 
-#include "haldend/LdapConnection.h"
-#include "haldend/LdapSchema.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::haldend {
@@ -15,37 +12,17 @@ namespace kind = sdk::ldap::failure;
 namespace step = sdk::ldap::step;
 namespace security = sdk::ldap::security;
 
-/// What the server has said to one request.
-struct LdapCheck::Answer {
-    int status = LDAP_SUCCESS;
-    std::string diagnostic; ///< in the server's own words
-    std::string matched;    ///< how much of a name that isn't there is there
-    Message message;
-
-    /// "Invalid credentials (49), “…”" for people.
-    [[nodiscard]] std::string text() const {
-        return std::string("\"") + ldap_err2string(status) + "\" (" + std::to_string(status) + ")" +
-               (diagnostic.empty() ? "" : ": " + diagnostic);
-    }
-};
-
-/// An account or a group that is to be found.
-struct LdapCheck::Search {
-    std::string what, name, base, className, nameAttribute;
-    std::vector<std::string> attributes;
-};
-
 namespace {
 
 CheckFailure lost(const std::string& peer) {
-    return {
-        kind::other, "The server has closed the connection.",
-        peer + ": the connection ended before the answer.",
-        "See the server's log. A server that only speaks LDAPS does this to who doesn't encrypt at once."};
+    return {kind::other, "The server has closed the connection.",
+            peer + ": the connection ended before the answer.",
+            "See the server's log. A server that only speaks LDAPS drops clients that don't encrypt "
+            "immediately."};
 }
 
 CheckFailure silent(const std::string& peer, int seconds) {
-    return {kind::timeout, "The server accepts the connection and then says nothing.",
+    return {kind::timeout, "The server accepts the connection but doesn't respond.",
             peer + ": no answer within " + inSeconds(seconds) + ".",
             "See whether a directory server, and not something else, listens on that port, and whether it is "
             "overloaded; or choose a longer time limit."};
@@ -59,33 +36,46 @@ bool isRefusal(int status) {
     return std::ranges::find(refusals, status) != std::end(refusals);
 }
 
-CheckFailure refusal(const std::string& peer, const std::string& how, const std::string& text) {
-    return {kind::bindRefused, "The server doesn't serve who signs in " + how + ".",
-            peer + " says " + text + ".",
-            "Enter a bind DN and a password, encrypt the connection, or have the server's administrator "
-            "allow this way."};
+} // namespace
+
+std::string LdapCheck::Answer::text() const {
+    return std::string("\"") + ldap_err2string(status) + "\" (" + std::to_string(status) + ")" +
+           (diagnostic.empty() ? "" : ": " + diagnostic);
 }
 
-std::vector<std::string> valuesOf(LDAP* ldap, LDAPMessage* entry, const char* attribute) {
+std::vector<std::string> LdapCheck::valuesOf(LDAPMessage* entry, const std::string& attribute) const {
     std::vector<std::string> values;
-    auto** found = ldap_get_values_len(ldap, entry, attribute);
+    if (attribute.empty()) return values;
+    auto** found = ldap_get_values_len(ldap_.get(), entry, attribute.c_str());
     for (auto** value = found; value && *value; ++value)
         values.emplace_back((*value)->bv_val, (*value)->bv_len);
     ldap_value_free_len(found);
     return values;
 }
 
-std::string nameOf(LDAP* ldap, LDAPMessage* entry) {
-    char* text = ldap_get_dn(ldap, entry);
-    std::string name = text ? text : "";
-    ldap_memfree(text);
-    return name;
+std::string LdapCheck::baseIn(const std::string& text) { return text.substr(0, text.find('?')); }
+
+/// Servers say in two ways that they want encryption; one that has it already wants something else.
+void LdapCheck::requireAllowed(const Answer& answer, const std::string& how) const {
+    if (!isRefusal(answer.status)) return;
+    const auto evidence = wire_->peer() + " says " + answer.text() + ".";
+    const bool wantsMore =
+        answer.status == LDAP_STRONG_AUTH_REQUIRED || answer.status == LDAP_CONFIDENTIALITY_REQUIRED;
+    if (wantsMore && plan_.server.security == security::none)
+        throw CheckFailure{kind::encryptionRequired,
+                           "The server takes sign-ins over an encrypted connection only.", evidence,
+                           "Choose StartTLS or LDAPS as the encryption, and enter the certificate of the "
+                           "authority that has signed the server's."};
+    if (wantsMore)
+        throw CheckFailure{kind::bindRefused, "The server wants a stronger sign-in than a password.",
+                           evidence,
+                           "Ask the server's administrator to allow sign-ins with a password over an "
+                           "encrypted connection; SSSD signs in that way here."};
+    throw CheckFailure{kind::bindRefused, "The server refuses to serve anyone who signs in " + how + ".",
+                       evidence,
+                       "Enter a bind DN and a password, encrypt the connection, or have the server's "
+                       "administrator allow this kind of sign-in."};
 }
-
-/// SSSD's BASE?SCOPE?FILTER without what follows the base.
-std::string baseIn(const std::string& text) { return text.substr(0, text.find('?')); }
-
-} // namespace
 
 LdapCheck::LdapCheck(LdapCheckPlan plan) : plan_(std::move(plan)) {
     std::vector<const char*> names{step::connect, step::encrypt, step::bind, step::base};
@@ -132,9 +122,9 @@ void LdapCheck::run(const std::stop_token& stop) noexcept {
     } catch (const CheckFailure& failure) {
         fail(failure);
     } catch (const Stopped&) {
-        fail({kind::other, "The check was given up.", "", ""});
+        fail({kind::other, "The test was cancelled.", "", ""});
     } catch (const std::exception& exception) {
-        fail({kind::other, "The check ran into an unexpected problem.", exception.what(), "Try again."});
+        fail({kind::other, "The test ran into an unexpected problem.", exception.what(), "Try again."});
     }
     ldap_.reset();
     wire_.reset();
@@ -149,14 +139,24 @@ void LdapCheck::takeAll(const std::stop_token& stop) {
         skip(step::encrypt, "Encryption is switched off: SSSD looks accounts up, but logs nobody in.");
     else
         take(step::encrypt, [&] { return encrypt(); });
-    if (plan_.wantsBases && plan_.server.bindDN.empty())
-        skip(step::bind, "No bind DN is given.");
-    else
-        take(step::bind, [&] { return bind(); });
-    if (plan_.wantsBases) return take(step::base, [&] { return findBases(); });
+    if (plan_.wantsBases) return takeBases();
+    take(step::bind, [&] { return bind(); });
     take(step::base, [&] { return findBase(); });
     take(step::user, [&] { return findUser(); });
     take(step::group, [&] { return findGroup(); });
+}
+
+/// Most servers say their bases to anybody: a sign-in that would be refused must not hide them.
+void LdapCheck::takeBases() {
+    note(step::base, "running", "");
+    const bool isOpen = keepBases();
+    if (!isOpen && !plan_.server.bindDN.empty()) {
+        note(step::base, "waiting", "");
+        take(step::bind, [&] { return bind(); });
+    } else {
+        skip(step::bind, isOpen ? "The server says its bases to anybody." : "No bind DN is given.");
+    }
+    take(step::base, [&] { return findBases(isOpen); });
 }
 
 /// The first address that answers counts, as with SSSD; the others are named with what was wrong.
@@ -219,7 +219,15 @@ std::string LdapCheck::bind() {
                                ? "\"" + server.bindDN +
                                      "\" is to sign in, and no password is stored or entered."
                                : "The stored password is in a form that only SSSD can read.",
-                           "Enter the password, or take the bind DN away."};
+                           "Enter the password, or clear the bind DN."};
+    if (!server.bindDN.empty() && server.security == security::none && !plan_.mayShowPassword)
+        throw CheckFailure{
+            kind::clearPassword, "The password was not sent.",
+            "The connection isn't encrypted: anybody on the network could read the password of "
+            "\"" +
+                server.bindDN + "\".",
+            "Choose StartTLS or LDAPS as the encryption, or agree that this test may send the "
+            "password as it is."};
     berval password{server.password.size(), const_cast<char*>(server.password.data())};
     int message = 0;
     ldap_sasl_bind(ldap_.get(), server.bindDN.c_str(), LDAP_SASL_SIMPLE, &password, nullptr, nullptr,
@@ -230,30 +238,35 @@ std::string LdapCheck::bind() {
     const bool isWrong = answer.status == LDAP_INVALID_CREDENTIALS ||
                          answer.status == LDAP_INVALID_DN_SYNTAX || answer.status == LDAP_NO_SUCH_OBJECT;
     if (isWrong && !server.bindDN.empty())
-        throw CheckFailure{
-            kind::credentials, "The bind DN or its password is wrong.",
-            wire_->peer() + " says " + answer.text() + " to \"" + server.bindDN + "\".",
-            "Enter the password again, and see whether the bind DN is written right; the server "
-            "doesn't tell which of the two is wrong."};
-    if (isRefusal(answer.status)) throw refusal(wire_->peer(), who, answer.text());
+        throw CheckFailure{kind::credentials, "The bind DN or its password is wrong.",
+                           wire_->peer() + " says " + answer.text() + " to \"" + server.bindDN + "\".",
+                           "Enter the password again, and check whether the bind DN is correct; the server "
+                           "doesn't say which of the two is wrong."};
+    requireAllowed(answer, who);
     throw CheckFailure{kind::other, "The server doesn't let this machine sign in.",
                        wire_->peer() + " says " + answer.text() + ".", "See the server's log."};
 }
 
-std::string LdapCheck::findBases() {
+std::string LdapCheck::findBases(bool isKnown) {
+    if (!isKnown && !keepBases())
+        throw CheckFailure{kind::nothingFound, "The server doesn't list its naming contexts.",
+                           wire_->peer() + " names no naming context.",
+                           "Ask the server's administrator for the base DN and enter it."};
+    const auto count = report_.bases.size();
+    return std::to_string(count) + (count == 1 ? " base." : " bases.");
+}
+
+/// False where the server names none.
+bool LdapCheck::keepBases() {
     auto bases = rootValues("namingContexts");
     const auto preferred = rootValues("defaultNamingContext");
     std::erase(bases, ""); // some servers name the root of everything
-    if (bases.empty() && preferred.empty())
-        throw CheckFailure{kind::nothingFound, "The server doesn't tell what it holds.",
-                           wire_->peer() + " names no naming context.",
-                           "Ask the server's administrator for the base DN and enter it."};
-    const auto usual = preferred.empty() ? bases.front() : preferred.front();
     if (bases.empty()) bases = preferred;
+    if (bases.empty()) return false;
     const std::lock_guard lock(mutex_);
     report_.bases = bases;
-    report_.defaultBase = usual;
-    return std::to_string(bases.size()) + (bases.size() == 1 ? " base." : " bases.");
+    report_.defaultBase = preferred.empty() ? bases.front() : preferred.front();
+    return true;
 }
 
 std::string LdapCheck::findBase() {
@@ -267,10 +280,10 @@ std::string LdapCheck::findBase() {
                                "None is entered, and the server doesn't tell its own.", "Enter the base DN."};
         base_ = told.front();
     }
-    const auto answer = search(base_, LDAP_SCOPE_BASE, "(objectClass=*)", {LDAP_NO_ATTRS});
+    const auto answer = search(base_, LDAP_SCOPE_BASE, "(objectClass=*)", {LDAP_NO_ATTRS}, 1);
     if (answer.status == LDAP_SUCCESS && ldap_count_entries(ldap_.get(), answer.message.get()) > 0)
         return isGiven ? "\"" + base_ + "\" is there." : "The server's own: \"" + base_ + "\".";
-    if (isRefusal(answer.status)) throw refusal(wire_->peer(), "in this way", answer.text());
+    requireAllowed(answer, "in this way");
     std::string known;
     for (const auto& name : rootValues("namingContexts"))
         known += (known.empty() ? "" : ", ") + ("\"" + name + "\"");
@@ -279,60 +292,6 @@ std::string LdapCheck::findBase() {
                            (answer.matched.empty() ? "" : " It only has \"" + answer.matched + "\"."),
                        known.empty() ? "Correct the base DN."
                                      : "Correct the base DN; the server holds " + known + "."};
-}
-
-std::string LdapCheck::findUser() {
-    return findEntry({"user",
-                      plan_.user,
-                      baseFor("ldap_user_search_base"),
-                      name("ldap_user_object_class"),
-                      name("ldap_user_name"),
-                      {"uidNumber"}});
-}
-
-std::string LdapCheck::findGroup() {
-    return findEntry({"group",
-                      plan_.group,
-                      baseFor("ldap_group_search_base"),
-                      name("ldap_group_object_class"),
-                      name("ldap_group_name"),
-                      {"gidNumber"}});
-}
-
-std::string LdapCheck::findEntry(const Search& wanted) {
-    const auto named = wanted.name.empty() ? "*" : filterEscaped(wanted.name);
-    const auto filter = "(&(objectClass=" + filterEscaped(wanted.className) + ")(" + wanted.nameAttribute +
-                        "=" + named + "))";
-    auto attributes = wanted.attributes;
-    attributes.push_back(wanted.nameAttribute);
-    const auto answer = search(wanted.base, LDAP_SCOPE_SUBTREE, filter, attributes);
-    auto* entry = answer.message ? ldap_first_entry(ldap_.get(), answer.message.get()) : nullptr;
-    if (!entry && isRefusal(answer.status)) throw refusal(wire_->peer(), "in this way", answer.text());
-    if (!entry)
-        throw CheckFailure{
-            kind::nothingFound,
-            wanted.name.empty() ? "The directory shows no " + wanted.what + "."
-                                : "There is no " + wanted.what + " \"" + wanted.name + "\".",
-            "Below \"" + wanted.base + "\" nothing matches " + filter +
-                (answer.status == LDAP_SUCCESS ? "." : "; the server says " + answer.text() + "."),
-            "See whether the base DN and the schema are right, and whether who signs in may read "
-            "accounts."};
-    const auto names = valuesOf(ldap_.get(), entry, wanted.nameAttribute.c_str());
-    const auto numbers = valuesOf(ldap_.get(), entry, wanted.attributes.front().c_str());
-    return (names.empty() ? std::string("?") : names.front()) +
-           (numbers.empty() ? "" : ", number " + numbers.front()) + ": " + nameOf(ldap_.get(), entry);
-}
-
-// The schema is the one that is being tried, saved or not.
-std::string LdapCheck::name(const char* key) const {
-    auto tried = plan_.options;
-    tried.options["ldap_schema"] = plan_.server.schema;
-    return ldapName(tried, key);
-}
-
-std::string LdapCheck::baseFor(const char* key) const {
-    const auto own = baseIn(plan_.options.option(key));
-    return own.empty() ? base_ : own;
 }
 
 LdapCheck::Answer LdapCheck::await(int message) const {
@@ -362,14 +321,14 @@ LdapCheck::Answer LdapCheck::await(int message) const {
 }
 
 LdapCheck::Answer LdapCheck::search(const std::string& base, int scope, const std::string& filter,
-                                    const std::vector<std::string>& attributes) const {
+                                    const std::vector<std::string>& attributes, int most) const {
     std::vector<char*> names;
     for (const auto& name : attributes)
         names.push_back(const_cast<char*>(name.c_str()));
     names.push_back(nullptr);
     int message = 0;
     const int status = ldap_search_ext(ldap_.get(), base.c_str(), scope, filter.c_str(), names.data(), 0,
-                                       nullptr, nullptr, nullptr, 1, &message);
+                                       nullptr, nullptr, nullptr, most, &message);
     if (status == LDAP_FILTER_ERROR)
         throw CheckFailure{kind::other, "The names of classes and attributes can't be used.", filter,
                            "Correct them in the server's section of sssd.conf."};
@@ -378,9 +337,9 @@ LdapCheck::Answer LdapCheck::search(const std::string& base, int scope, const st
 }
 
 std::vector<std::string> LdapCheck::rootValues(const char* attribute) const {
-    const auto answer = search("", LDAP_SCOPE_BASE, "(objectClass=*)", {attribute});
+    const auto answer = search("", LDAP_SCOPE_BASE, "(objectClass=*)", {attribute}, 1);
     auto* entry = ldap_first_entry(ldap_.get(), answer.message.get());
-    return entry ? valuesOf(ldap_.get(), entry, attribute) : std::vector<std::string>();
+    return entry ? valuesOf(entry, attribute) : std::vector<std::string>();
 }
 
 } // namespace corvane::haldend

@@ -20,13 +20,14 @@ struct LdapCheckPlan {
     LdapServer server; ///< with the password that is to be used
     WireTrust trust;
     SssdDomain options;              ///< the saved section's, for the names of classes and attributes
+    bool mayShowPassword = false;    ///< it may be sent over a connection that isn't encrypted
     bool wantsBases = false;         ///< only what the server has, instead of all that a machine needs of it
     bool hasReadablePassword = true; ///< false: stored in a form that only SSSD can read
     std::string user, group;         ///< "" for any one
 };
 
-/// Tries a server step by step, in a thread of its own; `report` may be asked for from any thread meanwhile.
-/// Holds everything that the thread needs.
+/// Tries a server step by step, in a thread of its own; `report` may be asked for from any thread in the
+/// meantime. Holds everything that the thread needs.
 class LdapCheck {
 public:
     explicit LdapCheck(LdapCheckPlan plan);
@@ -45,8 +46,16 @@ private:
         void operator()(LDAPMessage* message) const { ldap_msgfree(message); }
     };
     using Message = std::unique_ptr<LDAPMessage, MessageDeleter>;
-    struct Answer;
-    struct Search;
+    /// What the server has said to one request.
+    struct Answer {
+        int status = 0;
+        std::string diagnostic; ///< in the server's own words
+        std::string matched;    ///< how much of a name that isn't there is there
+        Message message;
+        /// "Invalid credentials (49), “…”" for people.
+        [[nodiscard]] std::string text() const;
+    };
+    struct Account;
 
     void takeAll(const std::stop_token& stop);
     template <typename Action>
@@ -60,17 +69,30 @@ private:
     void startTls();
     std::string bind();
     std::string findBase();
-    std::string findBases();
+    void takeBases();
+    std::string findBases(bool isKnown);
+    bool keepBases();
     std::string findUser();
     std::string findGroup();
-    std::string findEntry(const Search& wanted);
+    [[nodiscard]] std::string findAccount(const Account& wanted) const;
+    [[noreturn]] void failToFind(const Account& wanted) const;
+    [[nodiscard]] std::optional<std::string> described(LDAPMessage* entry, const Account& wanted) const;
+    [[nodiscard]] std::optional<std::string> numbersOf(LDAPMessage* entry, const Account& wanted) const;
+    [[nodiscard]] std::optional<std::string> computedNumbersOf(LDAPMessage* entry,
+                                                               const Account& wanted) const;
+    [[nodiscard]] bool isUsable(const std::string& number) const;
+    /// Throws where the server has refused to do something for this kind of sign-in.
+    void requireAllowed(const Answer& answer, const std::string& how) const;
 
     [[nodiscard]] Answer await(int message) const;
     [[nodiscard]] Answer search(const std::string& base, int scope, const std::string& filter,
-                                const std::vector<std::string>& attributes) const;
+                                const std::vector<std::string>& attributes, int most) const;
+    [[nodiscard]] std::vector<std::string> valuesOf(LDAPMessage* entry, const std::string& attribute) const;
     [[nodiscard]] std::vector<std::string> rootValues(const char* attribute) const;
     [[nodiscard]] std::string name(const char* key) const;
     [[nodiscard]] std::string baseFor(const char* key) const;
+    /// SSSD's BASE?SCOPE?FILTER without what follows the base.
+    [[nodiscard]] static std::string baseIn(const std::string& text);
 
     LdapCheckPlan plan_;
     std::unique_ptr<LdapWire> wire_; ///< outlives `ldap_`

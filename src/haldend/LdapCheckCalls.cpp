@@ -31,6 +31,13 @@ bool wantsBases(const util::Dictionary& values) {
     return kind == "bases";
 }
 
+bool mayShowPassword(const util::Dictionary& values) {
+    if (!values.containsKey("clearPassword")) return false;
+    const auto value = values.valueForKey("clearPassword").as<util::Number>();
+    if (value.isNull() || !value.isBoolean()) throw badRequest("\"clearPassword\" isn't a boolean.");
+    return value.booleanValue();
+}
+
 /// The addresses with what a person has written otherwise left out: such a one can't be tried here.
 void keepPlainAddresses(LdapServer& server) {
     std::erase_if(server.addresses, [](const auto& address) {
@@ -46,6 +53,7 @@ LdapCheckPlan planFrom(const util::Dictionary& values, const std::vector<SssdDom
                        const MachineFolder& folder) {
     LdapCheckPlan plan;
     plan.wantsBases = wantsBases(values);
+    plan.mayShowPassword = mayShowPassword(values);
     plan.user = plainTextIn(values, "user");
     plan.group = plainTextIn(values, "group");
     const auto described = values.valueForKey("server").as<util::Dictionary>();

@@ -1,6 +1,7 @@
 #include "haldend/LdapSchema.h"
 
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 
 namespace corvane::haldend {
@@ -25,6 +26,9 @@ constexpr Default defaults[] = {
     {"ldap_group_name", "cn", "cn", "sAMAccountName"},
     {"ldap_group_gid_number", "gidNumber", "gidNumber", "gidNumber"},
     {"ldap_group_member", "memberUid", "member", "member"},
+    {"ldap_user_objectsid", "", "", "objectSID"},
+    {"ldap_user_primary_group", "", "", "primaryGroupID"},
+    {"ldap_group_objectsid", "", "", "objectSID"},
 };
 
 } // namespace
@@ -35,6 +39,13 @@ std::string ldapName(const SssdDomain& domain, std::string_view option) {
     const auto schema = domain.option("ldap_schema", "rfc2307");
     if (schema == "ad") return domain.option(option, found->activeDirectory);
     return domain.option(option, schema == "rfc2307bis" ? found->rfc2307bis : found->rfc2307);
+}
+
+bool isTrueOption(std::string_view value) {
+    std::string lower(value);
+    std::ranges::transform(lower, lower.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return lower == "true" || lower == "yes" || lower == "1" || lower == "on";
 }
 
 } // namespace corvane::haldend

@@ -12,4 +12,7 @@ namespace corvane::haldend {
 /// set.
 [[nodiscard]] std::string ldapName(const SssdDomain& domain, std::string_view option);
 
+/// Whether an option's value is one of those that SSSD takes for yes.
+[[nodiscard]] bool isTrueOption(std::string_view value);
+
 } // namespace corvane::haldend

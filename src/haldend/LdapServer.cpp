@@ -4,6 +4,7 @@
 #include <cctype>
 #include <charconv>
 
+#include "haldend/LdapSchema.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::haldend {
@@ -19,11 +20,6 @@ std::string lowered(std::string text) {
     std::ranges::transform(text, text.begin(),
                            [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
     return text;
-}
-
-bool isTrue(const std::string& text) {
-    const auto lower = lowered(text);
-    return lower == "true" || lower == "yes" || lower == "1" || lower == "on";
 }
 
 int numberIn(std::string_view text, int fallback) {
@@ -118,7 +114,8 @@ bool isLdapServer(const SssdDomain& domain) { return domain.option("id_provider"
 LdapServer LdapServer::from(const SssdDomain& domain) {
     LdapServer server;
     server.name = domain.name;
-    server.security = isTrue(domain.option("ldap_id_use_start_tls")) ? security::startTLS : security::none;
+    server.security =
+        isTrueOption(domain.option("ldap_id_use_start_tls")) ? security::startTLS : security::none;
     readAddresses(server, domain);
     server.caFile = domain.option("ldap_tls_cacert");
     server.baseDN = domain.option("ldap_search_base");
@@ -127,6 +124,7 @@ LdapServer LdapServer::from(const SssdDomain& domain) {
     if (domain.option("ldap_default_authtok_type", "password") == "password")
         server.password = domain.option("ldap_default_authtok");
     server.schema = schemaFrom(domain.option("ldap_schema", schema::rfc2307));
+    server.computesNumbers = isTrueOption(domain.option("ldap_id_mapping"));
     server.connectTimeout = numberIn(domain.option("ldap_network_timeout"), networkTimeoutDefault);
     server.searchTimeout = numberIn(domain.option("ldap_search_timeout"),
                                     numberIn(domain.option("ldap_opt_timeout"), operationTimeoutDefault));
@@ -173,6 +171,8 @@ void writeSection(SssdLines& lines, const LdapServer& server, const std::optiona
     const bool losesName = server.bindDN.empty() && (differs(&LdapServer::bindDN) || password);
     writePassword(writer, losesName ? std::make_optional<std::string>() : password);
     if (differs(&LdapServer::schema)) writer.put("ldap_schema", server.schema, schema::rfc2307);
+    if (differs(&LdapServer::computesNumbers))
+        writer.put("ldap_id_mapping", server.computesNumbers ? "true" : "false", "false");
     if (differs(&LdapServer::connectTimeout))
         writer.seconds("ldap_network_timeout", server.connectTimeout, networkTimeoutDefault);
     if (differs(&LdapServer::searchTimeout)) { // whichever of the two ends first counts

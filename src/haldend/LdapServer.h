@@ -27,6 +27,7 @@ struct LdapServer {
     std::string caFile, baseDN, bindDN, password;
     bool hasPassword = false; ///< in whatever form
     std::string schema = "rfc2307";
+    bool computesNumbers = false; ///< from security identifiers, instead of reading them from the directory
     int connectTimeout = 6;
     int searchTimeout = 8;
 

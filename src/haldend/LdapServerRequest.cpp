@@ -42,6 +42,14 @@ std::int64_t numberIn(const util::Dictionary& values, const char* name, std::int
     return value.integerValue();
 }
 
+bool flagIn(const util::Dictionary& values, const char* name, bool fallback) {
+    if (!values.containsKey(name)) return fallback;
+    const auto value = values.valueForKey(name).as<util::Number>();
+    if (value.isNull() || !value.isBoolean())
+        throw malformed(std::string("\"") + name + "\" isn't a boolean.");
+    return value.booleanValue();
+}
+
 std::vector<std::string> textsIn(const util::Dictionary& values, const char* name, std::size_t most) {
     const auto value = values.valueForKey(name);
     if (value.isNull()) return {};
@@ -100,6 +108,7 @@ void fillIn(LdapServer& server, const util::Dictionary& values) {
     take(key::schema, server.schema);
     if (values.containsKey(key::addresses))
         server.addresses = textsIn(values, key::addresses, maximumAddresses);
+    server.computesNumbers = flagIn(values, key::computedNumbers, server.computesNumbers);
     const auto port = numberIn(values, key::port, server.port);
     requireRange("The port", port, 0, highestPort);
     const bool isStandard = port == (server.security == security::ldaps ? 636 : 389);
@@ -132,6 +141,10 @@ void check(const LdapServer& server, const std::optional<LdapServer>& before) {
     if (isNew(&LdapServer::schema))
         requireOneOf("The schema", server.schema,
                      std::array{schema::rfc2307, schema::rfc2307bis, schema::activeDirectory});
+    const bool mayCompute = server.schema == schema::activeDirectory || !server.computesNumbers;
+    if (!mayCompute && (isNew(&LdapServer::computesNumbers) || isNew(&LdapServer::schema)))
+        throw refused("Numbers can't be computed with the schema " + server.schema + ".",
+                      "Choose the schema of Active Directory, or the numbers that the directory stores.");
     if (isNew(&LdapServer::addresses) || isNew(&LdapServer::port) || isNew(&LdapServer::security)) {
         if (server.addresses.empty())
             throw refused("The server has no address.", "Name the host on which it runs.");

@@ -24,6 +24,7 @@ util::Value valueOf(const LdapServer& server, const std::string& node) {
                             {key::bindDN, server.bindDN},
                             {key::hasPassword, server.hasPassword},
                             {key::schema, server.schema},
+                            {key::computedNumbers, server.computesNumbers},
                             {key::connectTimeout, server.connectTimeout},
                             {key::searchTimeout, server.searchTimeout}};
 }
@@ -98,7 +99,8 @@ bool reads(const SssdDomain& domain, const LdapServerPut& put) {
     return found.addresses == meant.addresses && found.port == meant.port && isKept &&
            found.security == meant.security && found.caFile == meant.caFile && found.baseDN == meant.baseDN &&
            found.bindDN == meant.bindDN && found.schema == meant.schema &&
-           found.connectTimeout == meant.connectTimeout && found.searchTimeout == meant.searchTimeout;
+           found.computesNumbers == meant.computesNumbers && found.connectTimeout == meant.connectTimeout &&
+           found.searchTimeout == meant.searchTimeout;
 }
 
 /// A last look before anything is written: what was asked for reads as it was meant, and nothing else has

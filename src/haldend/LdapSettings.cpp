@@ -18,12 +18,6 @@ int seconds(const SssdDomain& domain, std::string_view key, int fallback) {
     return status == std::errc() && end == text.data() + text.size() && number > 0 ? number : fallback;
 }
 
-bool isTrue(std::string text) {
-    std::ranges::transform(text, text.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text == "true" || text == "yes" || text == "1" || text == "on";
-}
-
 int scopeFrom(std::string_view text) {
     return text == "base" ? 0 : text == "onelevel" || text == "one" ? 1 : 2;
 }
@@ -75,7 +69,7 @@ LdapSettings LdapSettings::from(const SssdDomain& domain, const MachineFolder& f
                       "Its configuration names no server (ldap_uri); SSSD looks one up in the DNS by itself.",
                       "Set ldap_uri in that section of sssd.conf.");
     readCredentials(settings, domain);
-    settings.startTls = isTrue(domain.option("ldap_id_use_start_tls"));
+    settings.startTls = isTrueOption(domain.option("ldap_id_use_start_tls"));
     settings.caFile = certificatePath(folder, domain.option("ldap_tls_cacert"));
     settings.caFolder = certificatePath(folder, domain.option("ldap_tls_cacertdir"));
     settings.requireCertificate = domain.option("ldap_tls_reqcert");

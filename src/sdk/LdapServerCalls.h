@@ -24,10 +24,11 @@ inline constexpr std::int32_t listServers = 1201;
 /// `revision` isn't the present one. It stands for the servers with all their options, and tells nothing of
 /// them; a changed search policy doesn't change it. Reply: as for `listServers`, as it is afterwards.
 inline constexpr std::int32_t writeServers = 1202;
-/// {"kind": "test" or "bases", "server": a server, "user": string, "group": string}: begins to try a server
-/// in the background. `server` need not be saved; without a password it uses the saved one of the server of
-/// that name (or of the one that it "replaces"), and needs no name. At most four are under way together;
-/// another one fails with error 4200. Reply: {"job": integer}.
+/// {"kind": "test" or "bases", "server": a server, "user": string, "group": string, "clearPassword":
+/// boolean}: begins to try a server in the background. Without a true "clearPassword" no password is sent
+/// over a connection that isn't encrypted: ask the user first. `server` need not be saved; without a password
+/// it uses the saved one of the server of that name (or of the one that it "replaces"), and needs no name. At
+/// most four are under way together; another one fails with error 4200. Reply: {"job": integer}.
 inline constexpr std::int32_t startCheck = 1210;
 /// {"job": integer}. Reply: a report, see `reportKey`. A job that was reported as finished is forgotten.
 inline constexpr std::int32_t checkReport = 1211;
@@ -54,8 +55,12 @@ inline constexpr auto baseDN = "baseDN";     ///< string
 inline constexpr auto bindDN = "bindDN";     ///< string, "" for an anonymous bind
 /// Data, UTF-8 octets; only in requests, never in replies. Empty takes a stored password away.
 inline constexpr auto password = "password";
-inline constexpr auto hasPassword = "hasPassword";       ///< boolean; only in replies
-inline constexpr auto schema = "schema";                 ///< one of `schema`; default "rfc2307"
+inline constexpr auto hasPassword = "hasPassword"; ///< boolean; only in replies
+inline constexpr auto schema = "schema";           ///< one of `schema`; default "rfc2307"
+/// Boolean; default false: users and groups have the numbers that the directory stores (uidNumber,
+/// gidNumber). True, with the schema "ad" only: SSSD computes them from the security identifiers
+/// (`ldap_id_mapping`).
+inline constexpr auto computedNumbers = "computedNumbers";
 inline constexpr auto connectTimeout = "connectTimeout"; ///< integer, seconds, 1 to 120; default 6
 inline constexpr auto searchTimeout = "searchTimeout";   ///< integer, seconds, 1 to 120; default 8
 } // namespace serverKey
@@ -89,9 +94,9 @@ inline constexpr auto defaultBase = "defaultBase"; ///< string: the one the serv
 namespace step {
 inline constexpr auto connect = "connect";
 inline constexpr auto encrypt = "encrypt"; ///< "skipped" where the security mode is none
-inline constexpr auto bind = "bind";
-inline constexpr auto base = "base"; ///< that the base is there
-inline constexpr auto user = "user"; ///< the user that was named, or any one
+inline constexpr auto bind = "bind";       ///< for "bases" only where the server doesn't say them to anybody
+inline constexpr auto base = "base";       ///< that the base is there
+inline constexpr auto user = "user";       ///< the user that was named, or any one
 inline constexpr auto group = "group";
 } // namespace step
 
@@ -106,10 +111,15 @@ inline constexpr auto wrongName = "wrongName";           ///< the certificate is
 inline constexpr auto tlsUnsupported = "tlsUnsupported"; ///< the server can't encrypt, or not in this way
 inline constexpr auto caFileUnreadable = "caFileUnreadable";
 inline constexpr auto credentials = "credentials"; ///< bind DN or password are wrong
-inline constexpr auto bindRefused =
-    "bindRefused"; ///< this way to bind isn't allowed (anonymous, unencrypted)
+inline constexpr auto bindRefused = "bindRefused"; ///< this way to bind isn't allowed (anonymous)
+/// Signing in is allowed over an encrypted connection only.
+inline constexpr auto encryptionRequired = "encryptionRequired";
+/// The connection isn't encrypted, and the request doesn't say that the password may be sent all the same.
+inline constexpr auto clearPassword = "clearPassword";
 inline constexpr auto noSuchBase = "noSuchBase";
 inline constexpr auto nothingFound = "nothingFound"; ///< no user or group: rights or schema are wrong
+/// There are users or groups, but without the numbers that a machine needs: it wouldn't find them.
+inline constexpr auto noNumbers = "noNumbers";
 inline constexpr auto other = "other";
 } // namespace failure
 

@@ -63,16 +63,18 @@ inline int unusedPort() {
 /// A real slapd on loopback with dc=example,dc=com: a few people, and as many more as wanted.
 class TestSlapd {
 public:
+    /// `limits`: lines of slapd.conf before its database, of any kind. `moreEntries`: LDIF.
     /// `certificates`: a folder with cert.pem and key.pem that it is to show, "" for one of its own.
     explicit TestSlapd(int extraUsers = 0, const std::string& limits = "sizelimit unlimited",
-                       bool withTls = false, const std::string& certificates = "")
+                       bool withTls = false, const std::string& certificates = "",
+                       const std::string& moreEntries = "")
         : port_(unusedPort()), tlsPort_(withTls ? unusedPort() : 0) {
         if (withTls && certificates.empty()) makeCertificate();
         for (const auto* name : {"cert.pem", "key.pem"})
             if (!certificates.empty())
                 std::filesystem::copy(certificates + "/" + name, folder_.path() + "/" + name);
         folder_.write("slapd.conf", configuration(limits, withTls));
-        folder_.write("entries.ldif", entries(extraUsers));
+        folder_.write("entries.ldif", entries(extraUsers) + moreEntries);
         std::filesystem::create_directory(folder_.path() + "/data");
         const auto loaded = runProcess({"/usr/sbin/slapadd", "-q", "-f", folder_.path() + "/slapd.conf", "-l",
                                         folder_.path() + "/entries.ldif"},

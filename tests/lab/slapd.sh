@@ -31,7 +31,7 @@ slapd_load() {
 
 slapd_start() {
     local host=$1 log=$LAB_DIR/$1-slapd.log
-    host_exec "$host" slapd -f "$SLAPD_DIR/slapd.conf" -h "ldap:///" >>"$log" 2>&1 &&
+    host_exec "$host" slapd -f "$SLAPD_DIR/slapd.conf" -h "ldap:/// ${SLAPD_TLS:+ldaps:///}" >>"$log" 2>&1 &&
         lab_wait_for "$SLAPD_WAIT_SECONDS" slapd_answers "$host" && return
     cat "$log" >&2
     lab_fail "slapd on $host does not answer"
@@ -72,9 +72,19 @@ slapd_person() {
 # slapd_certify HOST [FIRST-DAY LAST-DAY]   certificate and key for the name HOST, and the authority's certificate
 #     in $LAB_DIR/HOST-ca.pem; between slapd_load and slapd_start. Days like 2020-01-31; now and a week on by default.
 slapd_certify() {
+    local host=$1 own=$LAB_DIR/$1
+    lab_certify "$@" && SLAPD_TLS=1 || return    # from now on on the port of LDAPS, too
+    host_copy "$host" "$own.pem" "$SLAPD_DIR/cert.pem" && host_copy "$host" "$own.key" "$SLAPD_DIR/key.pem" 0600 &&
+        host_exec "$host" sed -i '/^TLS/d' "$SLAPD_DIR/slapd.conf" &&
+        host_exec "$host" sed -i "/^loglevel/a TLSCertificateFile $SLAPD_DIR/cert.pem\nTLSCertificateKeyFile $SLAPD_DIR/key.pem" \
+            "$SLAPD_DIR/slapd.conf"
+}
+
+# lab_certify HOST [FIRST-DAY LAST-DAY]   makes $LAB_DIR/HOST.pem, HOST.key and HOST-ca.pem, as above
+lab_certify() {
     local host=$1 first=${2:-$(date -d yesterday +%F)} last=${3:-$(date -d '+7 days' +%F)} own=$LAB_DIR/$1
     printf 'cn = Lab Authority of %s\nca\ncert_signing_key\nexpiration_days = 30\n' "$host" >"$own-ca.template"
-    printf 'cn = %s\ndns_name = %s\ntls_www_server\nactivation_date = "%s 00:00:00"\nexpiration_date = "%s 00:00:00"\n' \
+    printf 'cn = %s\ndns_name = %s\ntls_www_server\nsigning_key\nencryption_key\nactivation_date = "%s 00:00:00"\nexpiration_date = "%s 00:00:00"\n' \
         "$host" "$host" "$first" "$last" >"$own.template"
     {
         certtool --generate-privkey --key-type ecdsa --outfile "$own-ca.key" &&
@@ -82,9 +92,5 @@ slapd_certify() {
             certtool --generate-privkey --key-type ecdsa --outfile "$own.key" &&
             certtool --generate-certificate --load-privkey "$own.key" --load-ca-certificate "$own-ca.pem" \
                 --load-ca-privkey "$own-ca.key" --template "$own.template" --outfile "$own.pem"
-    } >"$own-certtool.log" 2>&1 || { cat "$own-certtool.log" >&2; lab_fail "no certificate for $host"; return; }
-    host_copy "$host" "$own.pem" "$SLAPD_DIR/cert.pem" && host_copy "$host" "$own.key" "$SLAPD_DIR/key.pem" 0600 &&
-        host_exec "$host" sed -i '/^TLS/d' "$SLAPD_DIR/slapd.conf" &&
-        host_exec "$host" sed -i "/^loglevel/a TLSCertificateFile $SLAPD_DIR/cert.pem\nTLSCertificateKeyFile $SLAPD_DIR/key.pem" \
-            "$SLAPD_DIR/slapd.conf"
+    } >"$own-certtool.log" 2>&1 || { cat "$own-certtool.log" >&2; lab_fail "no certificate for $host"; }
 }

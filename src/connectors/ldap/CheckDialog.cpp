@@ -1,8 +1,11 @@
 #include "connectors/ldap/CheckDialog.h"
 
+#include <QApplication>
+#include <QClipboard>
 #include <QDialogButtonBox>
 #include <QFormLayout>
 #include <QGridLayout>
+#include <QKeyEvent>
 #include <QLabel>
 #include <QLineEdit>
 #include <QProgressBar>
@@ -11,6 +14,7 @@
 #include <algorithm>
 
 #include "connectors/ldap/Widgets.h"
+#include "sdk/LdapServerCalls.h"
 
 namespace corvane::connectors::ldap {
 namespace {
@@ -32,7 +36,7 @@ Mark markOf(CheckReport::State state) {
     case CheckReport::State::failed:
         return {"✗", "failed"};
     case CheckReport::State::skipped:
-        return {"–", "left out"};
+        return {"–", "skipped"};
     case CheckReport::State::waiting:
         break;
     }
@@ -49,6 +53,30 @@ CheckDialog::CheckDialog(const sdk::Host& host, const Server& server, QWidget* p
     build();
     timer_.setInterval(pollInterval);
     connect(&timer_, &QTimer::timeout, this, &CheckDialog::poll);
+}
+
+void CheckDialog::open(const sdk::Host& host, const Server& server, QWidget* parent) {
+    const auto show = [&host, server, parent] {
+        auto* dialog = new CheckDialog(host, server, parent);
+        dialog->setAttribute(Qt::WA_DeleteOnClose);
+        dialog->open();
+    };
+    if (!server.showsPassword()) return show();
+    auto* box = messageBox("Send the Password Unencrypted?",
+                           QString("The connection to %1 isn’t encrypted. Send the password all the same?")
+                               .arg(text(server.title())),
+                           QMessageBox::NoButton, parent);
+    box->setObjectName("clearPasswordQuestion");
+    box->setInformativeText(QString("Anybody on the network could read the password of %1. With StartTLS or "
+                                    "LDAPS nobody can.")
+                                .arg(breakable(text(server.bindDN))));
+    auto* no = box->addButton("Don’t Test", QMessageBox::RejectRole);
+    auto* yes = box->addButton("Send Password", QMessageBox::DestructiveRole);
+    yes->setObjectName("sendPassword");
+    box->setDefaultButton(no);
+    box->setEscapeButton(no);
+    connect(yes, &QPushButton::clicked, parent, show);
+    box->open();
 }
 
 void CheckDialog::build() {
@@ -81,10 +109,14 @@ void CheckDialog::build() {
     again_ = buttons->addButton("Test &Again", QDialogButtonBox::ActionRole);
     close_ = buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
     close_->setObjectName("checkClose");
+    copy_ = buttons->addButton("Co&py Report", QDialogButtonBox::ActionRole);
+    copy_->setObjectName("copyReport");
+    copy_->setToolTip("Copies everything that this window says.");
+    connect(copy_, &QPushButton::clicked, this, &CheckDialog::copyReport);
     connect(again_, &QPushButton::clicked, this, &CheckDialog::start);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
-    resize(520, 460);
+    resize(600, 460);
 }
 
 void CheckDialog::showEvent(QShowEvent* event) {
@@ -92,13 +124,20 @@ void CheckDialog::showEvent(QShowEvent* event) {
     if (!check_) start();
 }
 
+// Enter in a field asks for a test with what was typed there.
+void CheckDialog::keyPressEvent(QKeyEvent* event) {
+    const bool isEnter = event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter;
+    if (!isEnter || !(user_->hasFocus() || group_->hasFocus())) return QDialog::keyPressEvent(event);
+    if (again_->isEnabled()) start();
+}
+
 void CheckDialog::start() {
-    result_->clear();
+    showResult({});
     check_.reset();
     try {
-        check_ = std::make_unique<ServerCheck>(host_, ServerCheck::Kind::test, server_,
-                                               user_->text().trimmed().toStdString(),
-                                               group_->text().trimmed().toStdString());
+        check_ = std::make_unique<ServerCheck>(
+            host_, ServerCheck::Kind::test, server_, user_->text().trimmed().toStdString(),
+            group_->text().trimmed().toStdString(), server_.showsPassword());
         setRunning(true);
         poll();
     } catch (const sdk::CallError& error) {
@@ -120,6 +159,7 @@ void CheckDialog::setRunning(bool running) {
     running ? timer_.start() : timer_.stop();
     progress_->setVisible(running);
     again_->setEnabled(!running);
+    copy_->setEnabled(!running);
     close_->setText(running ? "Cancel" : "Close");
     close_->setDefault(true);
 }
@@ -144,7 +184,7 @@ void CheckDialog::showStep(const CheckReport::Step& step, Row& row) {
     row.mark->setText(QString::fromUtf8(mark.sign));
     row.mark->setAccessibleName(QString("%1: %2").arg(text(step.title), mark.meaning));
     row.title->setText(text(step.title));
-    row.detail->setText(text(step.detail));
+    row.detail->setText(breakable(text(step.detail)));
     auto font = row.title->font();
     font.setBold(step.state == CheckReport::State::running || step.state == CheckReport::State::failed);
     row.title->setFont(font);
@@ -157,6 +197,7 @@ void CheckDialog::showStep(const CheckReport::Step& step, Row& row) {
 void CheckDialog::show(const CheckReport& report) {
     for (std::size_t i = 0; i < report.steps.size(); ++i)
         showStep(report.steps[i], rowAt(i));
+    fitHeight();
     if (!report.finished) return;
     setRunning(false);
     // What was seen stands beside the step already, where the step itself has failed.
@@ -166,15 +207,51 @@ void CheckDialog::show(const CheckReport& report) {
     if (report.failed)
         showFailure(report.failure.cause, isSaid ? "" : report.failure.evidence, report.failure.nextStep);
     else
-        result_->setText("<b>The server works.</b> Users and groups can be looked up with these settings.");
+        showSuccess();
+}
+
+// A server without encryption must not be praised: SSSD refuses every log-in there.
+void CheckDialog::showSuccess() {
+    if (server_.security == sdk::ldap::security::none)
+        showResult({"Users and groups are found, but nobody can log in.",
+                    "SSSD doesn’t check passwords over a connection that isn’t encrypted. Choose StartTLS or "
+                    "LDAPS so that users can log in."});
+    else
+        showResult({"The server works.", "Users and groups can be looked up with these settings."});
 }
 
 void CheckDialog::showFailure(const std::string& cause, const std::string& evidence,
                               const std::string& nextStep) {
-    QString message = "<b>" + text(cause).toHtmlEscaped() + "</b>";
+    QStringList parts{text(cause)};
     for (const auto& part : {evidence, nextStep})
-        if (!part.empty()) message += "<p style='margin-top:6px'>" + text(part).toHtmlEscaped() + "</p>";
+        if (!part.empty()) parts << text(part);
+    showResult(parts);
+}
+
+void CheckDialog::showResult(const QStringList& parts) {
+    said_ = parts;
+    QString message;
+    for (const auto& part : parts) {
+        const auto shown = breakable(part).toHtmlEscaped();
+        message += message.isEmpty() ? "<b>" + shown + "</b>" : "<p style='margin-top:6px'>" + shown + "</p>";
+    }
     result_->setText(message);
+    fitHeight();
+}
+
+void CheckDialog::copyReport() {
+    QStringList lines{windowTitle()};
+    for (const auto& step : check_ ? check_->report().steps : std::vector<CheckReport::Step>())
+        lines << QString("%1: %2. %3")
+                     .arg(text(step.title), markOf(step.state).meaning, text(step.detail))
+                     .trimmed();
+    QApplication::clipboard()->setText((lines + said_).join('\n'));
+}
+
+// Details and results wrap: the window is as high as they need.
+void CheckDialog::fitHeight() {
+    layout()->activate();
+    resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
 }
 
 } // namespace corvane::connectors::ldap

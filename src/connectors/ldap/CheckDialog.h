@@ -21,9 +21,13 @@ class CheckDialog final : public QDialog {
 public:
     /// `host` outlives the dialogue.
     CheckDialog(const sdk::Host& host, const Server& server, QWidget* parent);
+    /// Shows one on `parent`; where a password would be sent unencrypted, only after the user has agreed.
+    static void open(const sdk::Host& host, const Server& server, QWidget* parent);
+    using QDialog::open;
 
 protected:
     void showEvent(QShowEvent* event) override;
+    void keyPressEvent(QKeyEvent* event) override;
 
 private:
     struct Row {
@@ -37,6 +41,10 @@ private:
     void show(const CheckReport& report);
     void showStep(const CheckReport::Step& step, Row& row);
     void showFailure(const std::string& cause, const std::string& evidence, const std::string& nextStep);
+    void showSuccess();
+    void showResult(const QStringList& parts);
+    void copyReport();
+    void fitHeight();
     void setRunning(bool running);
     [[nodiscard]] Row& rowAt(std::size_t index);
 
@@ -51,6 +59,8 @@ private:
     QLabel* result_ = nullptr;
     QProgressBar* progress_ = nullptr;
     QPushButton* again_ = nullptr;
+    QPushButton* copy_ = nullptr;
+    QStringList said_; ///< the result's paragraphs as they are
     QPushButton* close_ = nullptr;
 };
 

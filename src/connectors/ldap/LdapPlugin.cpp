@@ -1,6 +1,5 @@
 #include "connectors/ldap/LdapPlugin.h"
 
-#include <QApplication>
 #include <QElapsedTimer>
 #include <QEventLoop>
 #include <QTimer>
@@ -19,11 +18,11 @@ void LdapPlugin::configureButtonClicked(void* /*sender*/) {
     try {
         list_.readIfClean();
     } catch (const sdk::CallError& error) {
-        return showError(QApplication::activeWindow(), "LDAP Connector", error);
+        return showError(windowInFront(), "LDAP Connector", error);
     }
-    window_ = std::make_unique<ServersDialog>(host_, list_, isEnabledForLocation(nullptr),
-                                              QApplication::activeWindow());
-    QObject::connect(window_.get(), &QDialog::finished, window_.get(), [this] { windowClosed(); });
+    delete window_;
+    window_ = new ServersDialog(host_, list_, isEnabledForLocation(nullptr), windowInFront());
+    QObject::connect(window_.data(), &QDialog::finished, window_.data(), [this] { windowClosed(); });
     window_->open();
 }
 
@@ -36,7 +35,7 @@ bool LdapPlugin::saveChanges() {
     try {
         list_.save();
     } catch (const sdk::CallError& error) {
-        showError(QApplication::activeWindow(), "The LDAP servers were not saved.", error);
+        showError(windowInFront(), "The LDAP servers were not saved.", error);
         return false;
     }
     if (wanted_ && *wanted_ != isEnabled()) host_.setPluginEnabled("LDAP", *wanted_);

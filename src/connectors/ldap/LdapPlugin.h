@@ -1,6 +1,6 @@
 #pragma once
 
-#include <memory>
+#include <QPointer>
 #include <optional>
 
 #include "connectors/ldap/ServersDialog.h"
@@ -11,6 +11,11 @@ namespace corvane::connectors::ldap {
 /// until the changes are saved. Main thread.
 class LdapPlugin {
 public:
+    LdapPlugin() = default;
+    LdapPlugin(const LdapPlugin&) = delete;
+    LdapPlugin& operator=(const LdapPlugin&) = delete;
+    ~LdapPlugin() { delete window_; }
+
     void setPluginAPIImplementor(const CorvaneHost& host) { host_ = sdk::Host(host); }
     bool canConfigure() { return true; }
     bool isEnabledForLocation(const char* /*location*/) { return wanted_.value_or(isEnabled()); }
@@ -32,8 +37,8 @@ private:
 
     sdk::Host host_;
     ServerList list_{host_};
-    std::optional<bool> wanted_; ///< the enabled state that the user wishes and nobody has saved
-    std::unique_ptr<ServersDialog> window_;
+    std::optional<bool> wanted_;     ///< the enabled state that the user wishes and nobody has saved
+    QPointer<ServersDialog> window_; ///< ours; the window it belongs to may delete it first
 };
 
 } // namespace corvane::connectors::ldap

@@ -46,6 +46,7 @@ Server Server::from(const sdk::Object& dictionary) {
     server.bindDN = dictionary[key::bindDN].text();
     server.hasPassword = dictionary[key::hasPassword].boolean();
     if (dictionary.has(key::schema)) server.schema = dictionary[key::schema].text();
+    server.computesNumbers = dictionary[key::computedNumbers].boolean();
     if (dictionary.has(key::connectTimeout))
         server.connectTimeout = static_cast<int>(dictionary[key::connectTimeout].integer());
     if (dictionary.has(key::searchTimeout))
@@ -65,6 +66,7 @@ sdk::Object Server::dictionary(const sdk::Host& host) const {
     made.set(key::bindDN, host.string(bindDN));
     if (password) made.set(key::password, host.data(octetsOf(*password)));
     made.set(key::schema, host.string(schema));
+    made.set(key::computedNumbers, host.boolean(computesNumbers));
     made.set(key::connectTimeout, host.integer(connectTimeout));
     made.set(key::searchTimeout, host.integer(searchTimeout));
     return made;
@@ -80,6 +82,14 @@ std::string Server::summary() const {
     if (!baseDN.empty()) text += ", " + baseDN;
     if (addresses.size() > 1) text += ", " + std::to_string(addresses.size() - 1) + " more to fall back on";
     return text;
+}
+
+bool Server::showsPassword() const { return security == security::none && !bindDN.empty(); }
+
+bool Server::isSameDirectory(const Server& other) const {
+    return addresses == other.addresses && effectivePort() == other.effectivePort() &&
+           security == other.security && baseDN == other.baseDN && bindDN == other.bindDN &&
+           schema == other.schema && computesNumbers == other.computesNumbers;
 }
 
 int Server::effectivePort() const {

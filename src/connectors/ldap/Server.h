@@ -32,6 +32,7 @@ struct Server {
     bool hasPassword = false;            ///< one is saved
     std::optional<std::string> password; ///< typed and not saved yet; "" takes the saved one away
     std::string schema;                  ///< one of sdk::ldap::schema
+    bool computesNumbers = false;        ///< from security identifiers; else the directory stores them
     int connectTimeout = 6;              ///< seconds
     int searchTimeout = 8;               ///< seconds
 
@@ -46,6 +47,10 @@ struct Server {
     [[nodiscard]] std::string title() const;
     /// One line about how it is reached: "port 389, StartTLS, base dc=example,dc=com".
     [[nodiscard]] std::string summary() const;
+    /// A password of the sign-in account would pass over the network readable by anybody.
+    [[nodiscard]] bool showsPassword() const;
+    /// Reached, asked and read in the same way: the same directory twice.
+    [[nodiscard]] bool isSameDirectory(const Server& other) const;
     /// The port that is really used.
     [[nodiscard]] int effectivePort() const;
 

@@ -48,13 +48,14 @@ CheckReport reportFrom(const sdk::Object& content) {
 } // namespace
 
 ServerCheck::ServerCheck(const sdk::Host& host, Kind kind, const Server& server, const std::string& user,
-                         const std::string& group)
+                         const std::string& group, bool mayShowPassword)
     : host_(host) {
     auto request = host_.dictionary();
     request.set("kind", host_.string(kind == Kind::test ? "test" : "bases"));
     request.set("server", server.dictionary(host_));
     request.set("user", host_.string(user));
     request.set("group", host_.string(group));
+    request.set("clearPassword", host_.boolean(mayShowPassword));
     job_ = call(sdk::ldap::call::startCheck, request)["job"].integer();
 }
 

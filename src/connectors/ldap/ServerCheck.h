@@ -35,8 +35,9 @@ class ServerCheck {
 public:
     enum class Kind { test, bases };
     /// Begins at once; throws `sdk::CallError`. `user` and `group`: names to look up, "" for any.
+    /// `mayShowPassword`: the user has agreed that a password is sent over an unencrypted connection.
     ServerCheck(const sdk::Host& host, Kind kind, const Server& server, const std::string& user,
-                const std::string& group);
+                const std::string& group, bool mayShowPassword = false);
     ServerCheck(const ServerCheck&) = delete;
     ServerCheck& operator=(const ServerCheck&) = delete;
     ~ServerCheck();

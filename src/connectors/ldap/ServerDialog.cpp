@@ -8,12 +8,12 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QMenu>
-#include <QPlainTextEdit>
 #include <QPushButton>
 #include <QToolButton>
 #include <QVBoxLayout>
 #include <algorithm>
 
+#include "connectors/ldap/AddressField.h"
 #include "connectors/ldap/CheckDialog.h"
 #include "connectors/ldap/FieldRules.h"
 #include "connectors/ldap/Widgets.h"
@@ -25,6 +25,8 @@ namespace {
 namespace security = sdk::ldap::security;
 namespace schema = sdk::ldap::schema;
 
+constexpr auto storedNumbers = "stored";
+constexpr auto computedNumbers = "computed";
 constexpr int pollInterval = 120;   // milliseconds
 constexpr int longestTimeout = 120; // seconds
 constexpr int largestPort = 65535;
@@ -89,7 +91,8 @@ ServerDialog::ServerDialog(const sdk::Host& host, const ServerList& list, const 
     connect(&basesTimer_, &QTimer::timeout, this, &ServerDialog::pollBases);
 }
 
-ServerDialog::~ServerDialog() = default;
+// The field loses the keyboard while the window goes, and nobody is left to hear of it.
+ServerDialog::~ServerDialog() { addresses_->entered = nullptr; }
 
 void ServerDialog::build() {
     auto* layout = new QVBoxLayout(this);
@@ -132,7 +135,7 @@ void ServerDialog::showProblem(const QString& wrong) {
 }
 
 void ServerDialog::addServerFields(QFormLayout& form) {
-    addresses_ = new QPlainTextEdit(this);
+    addresses_ = new AddressField(this);
     addresses_->setObjectName("addresses");
     addresses_->setTabChangesFocus(true);
     addresses_->setPlaceholderText("ldap.example.com");
@@ -140,6 +143,7 @@ void ServerDialog::addServerFields(QFormLayout& form) {
     addresses_->setToolTip(
         "One host name or address per line. They are asked in this order: the next one when "
         "one doesn’t answer.");
+    addresses_->entered = [this] { takeUrisApart(); };
     form.addRow("&Servers, one per line:", addresses_);
     security_ = new QComboBox(this);
     security_->setObjectName("security");
@@ -172,7 +176,7 @@ void ServerDialog::addDirectoryFields(QFormLayout& form) {
     baseDN_->setAccessibleName("Search base");
     askBases_ = new QPushButton("As&k Server", this);
     askBases_->setObjectName("askBases");
-    askBases_->setToolTip("Asks the server below which bases it keeps its entries.");
+    askBases_->setToolTip("Ask the server for its search bases.");
     connect(askBases_, &QPushButton::clicked, this, &ServerDialog::askForBases);
     form.addRow("Search &base:", besideEachOther(baseDN_, askBases_));
     basesNote_ = hint("", *this);
@@ -185,12 +189,25 @@ void ServerDialog::addDirectoryFields(QFormLayout& form) {
     password_ = namedField("password", "", *this);
     password_->setEchoMode(QLineEdit::Password);
     form.addRow("Pass&word:", password_);
+    passwordNote_ = hint("It is saved as plain text in sssd.conf, which only root can read.", *this);
+    passwordNote_->setObjectName("passwordNote");
+    form.addRow("", passwordNote_);
     schema_ = new QComboBox(this);
     schema_->setObjectName("schema");
-    addChoice(*schema_, "RFC 2307: groups name their members", schema::rfc2307);
-    addChoice(*schema_, "RFC 2307bis: groups point at their members", schema::rfc2307bis);
+    addChoice(*schema_, "RFC 2307: members listed by name", schema::rfc2307);
+    addChoice(*schema_, "RFC 2307bis: members listed by DN", schema::rfc2307bis);
     addChoice(*schema_, "Active Directory", schema::activeDirectory);
     form.addRow("Sc&hema:", schema_);
+    connect(schema_, &QComboBox::currentIndexChanged, this, &ServerDialog::schemaChanged);
+    numbers_ = new QComboBox(this);
+    numbers_->setObjectName("numbers");
+    addChoice(*numbers_, "As the directory stores them", storedNumbers);
+    addChoice(*numbers_, "Computed by SSSD", computedNumbers);
+    connect(numbers_, &QComboBox::currentIndexChanged, this, &ServerDialog::schemaChanged);
+    form.addRow("User &numbers:", numbers_);
+    numbersNote_ = hint("", *this);
+    numbersNote_->setObjectName("numbersNote");
+    form.addRow("", numbersNote_);
 }
 
 QWidget* ServerDialog::moreFields() {
@@ -198,7 +215,7 @@ QWidget* ServerDialog::moreFields() {
     auto* form = new QFormLayout(box);
     form->setContentsMargins(16, 0, 0, 0);
     name_ = namedField("name", "made of the first server’s name", *box);
-    name_->setToolTip("How the machine’s own configuration calls this server.");
+    name_->setToolTip("Section name in sssd.conf.");
     form->addRow("Name &in the configuration:", name_);
     connectTimeout_ = namedField("connectTimeout", "", *box);
     connectTimeout_->setAccessibleName("Wait for a connection, in seconds");
@@ -245,11 +262,14 @@ void ServerDialog::fill() {
     bindDN_->setText(text(original_.bindDN));
     if (original_.password) password_->setText(text(*original_.password));
     choose(*schema_, original_.schema);
+    choose(*numbers_, original_.computesNumbers ? computedNumbers : storedNumbers);
     name_->setText(text(original_.name));
     connectTimeout_->setText(QString::number(original_.connectTimeout));
     searchTimeout_->setText(QString::number(original_.searchTimeout));
     securityChanged();
     bindNameChanged();
+    schemaChanged();
+    watchFields();
     addresses_->setFocus();
 }
 
@@ -258,8 +278,9 @@ void ServerDialog::securityChanged() {
     port_->setPlaceholderText(mode == security::ldaps ? "636" : "389");
     caFile_->parentWidget()->setEnabled(mode != security::none);
     securityWarning_->setText(
-        mode == security::none ? "Everybody on the network can read and change what the server says. Users "
-                                 "are found, but nobody can log in: passwords aren’t sent unprotected."
+        mode == security::none ? "Anybody on the network can read and change what the server says, and read "
+                                 "the password below. Users are found, but nobody can log in: SSSD doesn’t "
+                                 "check their passwords without encryption."
                                : "");
     form_->setRowVisible(securityWarning_, mode == security::none);
     fitHeight();
@@ -269,6 +290,23 @@ void ServerDialog::bindNameChanged() {
     const bool binds = !bindDN_->text().trimmed().isEmpty();
     password_->setEnabled(binds);
     password_->setPlaceholderText(binds && original_.hasPassword ? "saved; never shown" : "");
+    form_->setRowVisible(passwordNote_, binds);
+    fitHeight();
+}
+
+void ServerDialog::schemaChanged() {
+    const bool mayCompute = chosen(*schema_) == schema::activeDirectory;
+    const bool computes = chosen(*numbers_) == computedNumbers;
+    form_->setRowVisible(numbers_, mayCompute);
+    form_->setRowVisible(numbersNote_, mayCompute);
+    numbersNote_->setText(
+        computes
+            ? "SSSD computes each number from the account’s security identifier (SID), the same on every "
+              "machine with SSSD’s usual ranges. Numbers stored in the directory are ignored: files of "
+              "users who had other numbers until now no longer belong to them."
+            : "Only users and groups to whom the directory gives numbers (uidNumber, gidNumber) are found. "
+              "In most domains nobody has one.");
+    fitHeight();
 }
 
 void ServerDialog::setMoreShown(bool shown) {
@@ -301,6 +339,8 @@ Server ServerDialog::server() const {
     made.baseDN = baseDN_->text().trimmed().toStdString();
     made.bindDN = bindDN_->text().trimmed().toStdString();
     made.schema = chosen(*schema_);
+    const bool mayCompute = made.schema == schema::activeDirectory || made.schema == original_.schema;
+    made.computesNumbers = mayCompute && chosen(*numbers_) == computedNumbers;
     made.connectTimeout = seconds(*connectTimeout_, original_.connectTimeout);
     made.searchTimeout = seconds(*searchTimeout_, original_.searchTimeout);
     made.name = name_->text().trimmed().toStdString();
@@ -320,6 +360,7 @@ Server ServerDialog::server() const {
 QString ServerDialog::complain(QWidget& field, const QString& about) {
     if (moreBox_->isAncestorOf(&field)) setMoreShown(true);
     field.setFocus();
+    wrong_ = &field;
     return about;
 }
 
@@ -335,11 +376,11 @@ QString ServerDialog::problem() {
     bool isNumber = true;
     const int port = typedPort().empty() ? 0 : port_->text().trimmed().toInt(&isNumber);
     if (!isNumber || port < 0 || port > largestPort)
-        return complain(*port_, "The port is a number from 1 to 65535, or nothing for the usual one.");
+        return complain(*port_, "The port is a number from 1 to 65535, or leave it empty for the usual one.");
     if (!now.caFile.empty() && now.caFile.front() != '/')
-        return complain(*caFile_, "The CA certificates are a file’s full path, from “/” on.");
+        return complain(*caFile_, "The CA certificates are a file’s full path starting with “/”.");
     if (!now.bindDN.empty() && !now.hasPassword && !now.password)
-        return complain(*password_, "Signing in needs a password. Leave the DN empty to sign in as nobody.");
+        return complain(*password_, "Signing in needs a password. Leave the DN empty to bind anonymously.");
     if (now.connectTimeout == 0 || now.searchTimeout == 0)
         return complain(now.connectTimeout == 0 ? *connectTimeout_ : *searchTimeout_,
                         QString("A time-out is from 1 to %1 seconds.").arg(longestTimeout));
@@ -348,7 +389,37 @@ QString ServerDialog::problem() {
     return "";
 }
 
+void ServerDialog::watchFields() {
+    for (auto* field : findChildren<QLineEdit*>())
+        connect(field, &QLineEdit::textChanged, this, [this, field] { fieldChanged(field); });
+    connect(addresses_, &AddressField::textChanged, this, [this] { fieldChanged(addresses_); });
+}
+
+void ServerDialog::fieldChanged(const QWidget* field) {
+    if (field != wrong_) return;
+    wrong_ = nullptr;
+    showProblem("");
+}
+
+void ServerDialog::takeUrisApart() {
+    const auto typed = typedAddresses();
+    if (typed.empty() || typed == original_.addresses) return;
+    const auto uris = commonUris(typed);
+    if (!uris) return;
+    QStringList lines;
+    for (const auto& each : uris->hosts)
+        lines << text(each);
+    addresses_->setPlainText(lines.join('\n'));
+    if (uris->isLdaps)
+        choose(*security_, security::ldaps);
+    else if (chosen(*security_) == security::ldaps)
+        choose(*security_, security::startTLS);
+    port_->setText(uris->port == 0 ? "" : QString::number(uris->port));
+}
+
 bool ServerDialog::isInOrder() {
+    takeUrisApart(); // what was typed and never left
+    wrong_ = nullptr;
     const auto wrong = problem();
     showProblem(wrong);
     return wrong.isEmpty();
@@ -360,12 +431,11 @@ void ServerDialog::accept() {
 
 void ServerDialog::test() {
     if (!isInOrder()) return;
-    auto* dialog = new CheckDialog(host_, server(), this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->open();
+    CheckDialog::open(host_, server(), this);
 }
 
 void ServerDialog::askForBases() {
+    takeUrisApart();
     if (typedAddresses().empty()) return endOfBases("Name a server first.");
     try {
         bases_ = std::make_unique<ServerCheck>(host_, ServerCheck::Kind::bases, server(), "", "");
@@ -392,7 +462,7 @@ void ServerDialog::pollBases() {
 // One base is taken over; of several the user chooses one.
 void ServerDialog::offerBases(const CheckReport& found) {
     const auto report = found; // the check goes before the menu is answered
-    if (report.bases.empty()) return endOfBases("The server doesn’t tell its bases. Ask who runs it.");
+    if (report.bases.empty()) return endOfBases("The server doesn’t say its bases. Ask its administrator.");
     endOfBases(QString("The server keeps its entries below %1.").arg(text(report.defaultBase)));
     if (report.bases.size() == 1) return baseDN_->setText(text(report.defaultBase));
     auto* menu = new QMenu(this);

@@ -12,11 +12,12 @@ class QComboBox;
 class QFormLayout;
 class QLabel;
 class QLineEdit;
-class QPlainTextEdit;
 class QPushButton;
 class QToolButton;
 
 namespace corvane::connectors::ldap {
+
+class AddressField;
 
 /// Edits one server. What it holds when it is accepted is `server()`; nothing is changed before. Main thread.
 class ServerDialog final : public QDialog {
@@ -39,6 +40,9 @@ private:
     [[nodiscard]] QWidget* besideEachOther(QWidget* field, QWidget* button);
     void fill();
     void securityChanged();
+    void schemaChanged();
+    /// Puts what pasted URIs say into the fields of their own.
+    void takeUrisApart();
     void bindNameChanged();
     void setMoreShown(bool shown);
     void fitHeight();
@@ -55,6 +59,9 @@ private:
     /// Shows the problem, if there is one.
     [[nodiscard]] bool isInOrder();
     [[nodiscard]] QString complain(QWidget& field, const QString& about);
+    /// A field that complained was changed: its message goes.
+    void fieldChanged(const QWidget* field);
+    void watchFields();
     [[nodiscard]] std::vector<std::string> typedAddresses() const;
     [[nodiscard]] std::string typedPort() const;
 
@@ -66,7 +73,7 @@ private:
     QTimer basesTimer_;
 
     QFormLayout* form_ = nullptr;
-    QPlainTextEdit* addresses_ = nullptr;
+    AddressField* addresses_ = nullptr;
     QComboBox* security_ = nullptr;
     QLabel* securityWarning_ = nullptr;
     QLineEdit* port_ = nullptr;
@@ -76,7 +83,11 @@ private:
     QLabel* basesNote_ = nullptr;
     QLineEdit* bindDN_ = nullptr;
     QLineEdit* password_ = nullptr;
+    QLabel* passwordNote_ = nullptr;
     QComboBox* schema_ = nullptr;
+    QComboBox* numbers_ = nullptr;
+    QLabel* numbersNote_ = nullptr;
+    QWidget* wrong_ = nullptr; ///< the field that the message is about
     QToolButton* more_ = nullptr;
     QWidget* moreBox_ = nullptr;
     QLineEdit* name_ = nullptr;

@@ -1,5 +1,6 @@
 #include "connectors/ldap/ServerTable.h"
 
+#include <QKeyEvent>
 #include <QPaintEvent>
 #include <QPainter>
 
@@ -54,6 +55,13 @@ ServerTable::ServerTable(QWidget* parent)
 
 // What is drawn on an empty list is read out as well.
 void ServerTable::describe() { setAccessibleDescription(count() == 0 ? noServers : ""); }
+
+void ServerTable::keyPressEvent(QKeyEvent* event) {
+    if (event->key() != Qt::Key_Return && event->key() != Qt::Key_Enter)
+        return QListWidget::keyPressEvent(event);
+    if (auto* item = currentItem()) emit itemActivated(item);
+    event->accept();
+}
 
 void ServerTable::paintEvent(QPaintEvent* event) {
     QListWidget::paintEvent(event);

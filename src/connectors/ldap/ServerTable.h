@@ -14,6 +14,8 @@ public:
     explicit ServerTable(QWidget* parent);
 
 protected:
+    /// Enter is for the row alone: it never reaches the window's default button.
+    void keyPressEvent(QKeyEvent* event) override;
     void paintEvent(QPaintEvent* event) override;
 
 private:

@@ -40,7 +40,8 @@ void ServersDialog::build() {
     use_ = new QCheckBox("&Use this connector", this);
     use_->setObjectName("useConnector");
     use_->setChecked(used_);
-    use_->setToolTip("Switched off, its servers are no longer asked. Their settings are kept.");
+    connect(use_, &QCheckBox::toggled, this, &ServersDialog::describeState);
+    use_->setToolTip("Switched off, its servers are no longer queried. Their settings are kept.");
     layout->addWidget(use_);
     auto* row = new QHBoxLayout;
     servers_ = new ServerTable(this);
@@ -49,6 +50,11 @@ void ServersDialog::build() {
     row->addWidget(servers_, 1);
     row->addWidget(buttonColumn());
     layout->addLayout(row, 1);
+    layout->addWidget(state_ = paragraph("", *this));
+    state_->setObjectName("connectorState");
+    layout->addWidget(duplicates_ = paragraph("", *this));
+    duplicates_->setObjectName("sameDirectories");
+    setAlarming(*duplicates_, true);
     layout->addWidget(
         hint("What you change here is written when you choose Apply in the main window.", *this));
     auto* buttons = new QDialogButtonBox(this);
@@ -56,7 +62,7 @@ void ServersDialog::build() {
     done->setObjectName("serversDone");
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     layout->addWidget(buttons);
-    resize(560, 420);
+    resize(560, 460);
     servers_->setFocus();
 }
 
@@ -86,14 +92,48 @@ void ServersDialog::reload(std::size_t selected) {
     servers_->clear();
     for (const auto& server : list_.servers()) {
         auto* item = new QListWidgetItem(text(server.title()), servers_);
-        item->setData(ServerTable::summaryRole, text(server.summary()));
-        item->setData(Qt::AccessibleTextRole, text(server.title() + ", " + server.summary()));
+        item->setData(ServerTable::summaryRole, distinctSummary(server));
+        item->setData(Qt::AccessibleTextRole, text(server.title()) + ", " + distinctSummary(server));
     }
     if (servers_->count() > 0)
         servers_->setCurrentRow(
             static_cast<int>(std::min<std::size_t>(selected, list_.servers().size() - 1)));
     selectionChanged();
+    describeState();
     servers_->setFocus();
+}
+
+// Two servers of one address and one summary differ in their names alone.
+QString ServersDialog::distinctSummary(const Server& server) const {
+    const auto isAlike = [&](const Server& other) {
+        return other.title() == server.title() && other.summary() == server.summary();
+    };
+    const auto summary = text(server.summary());
+    if (std::ranges::count_if(list_.servers(), isAlike) < 2) return summary;
+    return QString("named “%1”, %2").arg(text(server.name), summary);
+}
+
+void ServersDialog::describeState() {
+    const auto count = list_.servers().size();
+    const auto servers = count == 1 ? QString("one server") : QString("%1 servers").arg(count);
+    const QString idle =
+        count == 0 ? "" : QString(" Its %1 %2 used.").arg(servers, count == 1 ? "isn’t" : "aren’t");
+    if (use_->isChecked())
+        state_->setText("The connector is on, " +
+                        (count == 0 ? QString("without a server.") : "with " + servers + "."));
+    else
+        state_->setText("The connector is off." + idle);
+    QStringList pairs;
+    const auto& all = list_.servers();
+    for (std::size_t i = 0; i < all.size(); ++i)
+        for (std::size_t k = i + 1; k < all.size(); ++k)
+            if (all[i].isSameDirectory(all[k]))
+                pairs << QString("“%1” and “%2”").arg(text(all[i].name), text(all[k].name));
+    duplicates_->setText(pairs.isEmpty()
+                             ? ""
+                             : pairs.join(", ") + " are the same directory: it would be asked twice. "
+                                                  "Change or delete one of them.");
+    duplicates_->setVisible(!pairs.isEmpty());
 }
 
 std::vector<std::size_t> ServersDialog::selection() const {
@@ -178,10 +218,10 @@ void ServersDialog::deleteServers() {
             .arg(onPolicies.join(", ")),
         QMessageBox::Cancel, this);
     box->setInformativeText(onPolicies.size() == 1
-                                ? "With the server it leaves the policy, and its users can no longer log "
-                                  "in, once you apply the change."
-                                : "With the servers they leave the policy, and their users can no longer "
-                                  "log in, once you apply the change.");
+                                ? "Deleting the server also removes it from the policy. Its users can no "
+                                  "longer log in once you apply the change."
+                                : "Deleting the servers also removes them from the policy. Their users "
+                                  "can no longer log in once you apply the change.");
     auto* yes = box->addButton("Delete", QMessageBox::DestructiveRole);
     yes->setObjectName("reallyDelete");
     box->setDefaultButton(QMessageBox::Cancel);
@@ -192,9 +232,7 @@ void ServersDialog::deleteServers() {
 void ServersDialog::testServer() {
     const auto rows = selection();
     if (rows.size() != 1) return;
-    auto* dialog = new CheckDialog(host_, list_.servers().at(rows.front()), this);
-    dialog->setAttribute(Qt::WA_DeleteOnClose);
-    dialog->open();
+    CheckDialog::open(host_, list_.servers().at(rows.front()), this);
 }
 
 } // namespace corvane::connectors::ldap

@@ -33,6 +33,9 @@ private:
                                       void (ServersDialog::*action)());
     void reload(std::size_t selected);
     void selectionChanged();
+    /// Whether the connector is on, with how many servers, and which of them are the same directory.
+    void describeState();
+    [[nodiscard]] QString distinctSummary(const Server& server) const;
     [[nodiscard]] std::vector<std::size_t> selection() const;
     void addServer();
     void editServer();
@@ -49,6 +52,8 @@ private:
     const sdk::Host& host_;
     ServerList& list_;
     QCheckBox* use_ = nullptr;
+    QLabel* state_ = nullptr;
+    QLabel* duplicates_ = nullptr;
     QListWidget* servers_ = nullptr;
     QPushButton* edit_ = nullptr;
     QPushButton* duplicate_ = nullptr;

@@ -1,11 +1,46 @@
 #include "connectors/ldap/Widgets.h"
 
+#include <QApplication>
 #include <QLabel>
 #include <QLineEdit>
+#include <algorithm>
 
 #include "qt/Icons.h"
 
 namespace corvane::connectors::ldap {
+
+QString breakable(const QString& content) {
+    constexpr int longest = 24; // characters without a place to break at
+    const QChar place(0x200B);
+    auto words = content.split(' ');
+    for (auto& word : words) {
+        if (word.size() <= longest) continue;
+        QString broken;
+        int length = 0;
+        for (const auto letter : word) {
+            const bool isInside = letter.isLowSurrogate() || letter.isMark();
+            const bool isWanted =
+                length > longest || (length > longest / 2 && QString(",=/.-_:@").contains(broken.back()));
+            if (isWanted && !isInside) {
+                broken += place;
+                length = 0;
+            }
+            broken += letter;
+            ++length;
+        }
+        word = broken;
+    }
+    return words.join(' ');
+}
+
+QWidget* windowInFront() {
+    if (auto* active = QApplication::activeModalWidget()) return active;
+    if (auto* active = QApplication::activeWindow()) return active;
+    const auto all = QApplication::topLevelWidgets();
+    const auto found = std::ranges::find_if(
+        all, [](const QWidget* each) { return each->isVisible() && each->windowType() == Qt::Window; });
+    return found == all.end() ? nullptr : *found;
+}
 
 QLabel* heading(const QString& title, QWidget& parent) {
     auto* label = new QLabel(title, &parent);

@@ -14,6 +14,12 @@ namespace corvane::connectors::ldap {
 
 [[nodiscard]] inline QString text(const std::string& utf8) { return QString::fromStdString(utf8); }
 
+/// The same text with invisible places to break long words at, such as names in certificates. For showing
+/// only.
+[[nodiscard]] QString breakable(const QString& content);
+/// The window that a new one belongs in front of; null where the program shows none.
+[[nodiscard]] QWidget* windowInFront();
+
 /// A bold title at the top of a window.
 [[nodiscard]] QLabel* heading(const QString& title, QWidget& parent);
 /// Text that wraps.

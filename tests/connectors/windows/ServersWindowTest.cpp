@@ -101,7 +101,7 @@ TEST_F(ServersWindow, severalServersOnPolicies_areSpokenOfTogether) {
     clickRow(1, Qt::ControlModifier);
     click("deleteServer");
     EXPECT_TRUE(frontText().contains("a.example.com, b.example.com are on a search policy."));
-    EXPECT_TRUE(frontText().contains("they leave the policy"));
+    EXPECT_TRUE(frontText().contains("removes them from the policy"));
     click("reallyDelete");
     EXPECT_EQ(rows(), QStringList{"c.example.com"});
 }
@@ -195,6 +195,45 @@ TEST_F(ServersWindow, selfTest_triesEveryServerAndLogsWhatFails) {
     EXPECT_EQ(service.program().done, Texts{"log LDAP: b.example.com: It refuses. Seen."});
     service.reports = {good};
     EXPECT_TRUE(selfTest());
+}
+
+TEST_F(ServersWindow, enterInTheList_editsTheServerAndKeepsTheWindow) {
+    configure();
+    clickRow(1);
+    QTest::keyClick(find<QListWidget>("servers"), Qt::Key_Return);
+    QApplication::processEvents();
+    EXPECT_TRUE(isShown("serverDialog"));
+    EXPECT_EQ(find<QPlainTextEdit>("addresses")->toPlainText(), "b.example.com");
+    EXPECT_TRUE(isShown("ldapServers"));
+}
+
+TEST_F(ServersWindow, lineBelowTheList_saysWhetherTheConnectorIsOnAndWithHowMany) {
+    configure();
+    EXPECT_EQ(textOf("connectorState"), "The connector is on, with 3 servers.");
+    click("deleteServer");
+    click("deleteServer");
+    EXPECT_EQ(textOf("connectorState"), "The connector is on, with one server.");
+    click("useConnector");
+    EXPECT_EQ(textOf("connectorState"), "The connector is off. Its one server isn’t used.");
+    click("deleteServer");
+    EXPECT_EQ(textOf("connectorState"), "The connector is off.");
+    click("useConnector");
+    EXPECT_EQ(textOf("connectorState"), "The connector is on, without a server.");
+}
+
+TEST_F(ServersWindow, serversThatLookAlike_areToldApartAndASecondOneIsPointedOut) {
+    service.serve("twin", {{"addresses", util::Array{"a.example.com"}}});
+    configure();
+    auto* list = find<QListWidget>("servers");
+    QStringList read;
+    for (int i = 0; i < list->count(); ++i)
+        read << list->item(i)->data(Qt::AccessibleTextRole).toString();
+    EXPECT_EQ(read.removeDuplicates(), 0);
+    EXPECT_TRUE(read.last().contains("named “twin”")) << read.last().toStdString();
+    EXPECT_TRUE(textOf("sameDirectories").contains("“a.example.com” and “twin” are the same directory"));
+    clickRow(3);
+    click("deleteServer");
+    EXPECT_EQ(textOf("sameDirectories"), "");
 }
 
 } // namespace corvane::connectors::ldap

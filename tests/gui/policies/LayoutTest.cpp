@@ -7,6 +7,7 @@
 #include <QMenuBar>
 #include <QScreen>
 #include <QTabBar>
+#include <QTimer>
 #include <map>
 
 #include "gui/policies/PolicyWindow.h"
