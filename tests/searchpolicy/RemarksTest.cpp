@@ -36,6 +36,13 @@ TEST_F(Remarks, someFromTheService_areShownALineEach) {
                                         "\"b\" is listed but has no section [domain/b].");
 }
 
+TEST_F(Remarks, onlyOne_makesALowStrip) {
+    say({"[domain/a] can't be used: it has no id_provider."});
+    open();
+    EXPECT_EQ(strip.shownMessage(), "[domain/a] can't be used: it has no id_provider.");
+    EXPECT_EQ(strip.shownInformation(), "");
+}
+
 TEST_F(Remarks, goneWhenThePolicyIsReadAgain_stripGoesToo) {
     say({"[domain/a] can't be used: it has no id_provider."});
     open();

@@ -20,7 +20,6 @@ public:
         session.names = {"/Local/Accounts", "/BSD/Files", directoryNode(), "/Search", "/Contacts"};
         for (auto* node : {&session.search(), &session.contacts()})
             putPolicy(*node);
-        session.search().details.set(attribute::customSearchPath, util::Array::ofTexts(localNodes));
         int number = 0;
         for (const auto* name : {"AD", "BSD", "Contacts", "LDAP", "Local", "Search"})
             add(session.config(), halden::recordType::plugins, name)
