@@ -43,7 +43,9 @@ struct World {
             framework->defaultSession()->nodeWithType(node, nullptr)->customCall(code, request, &error);
         if (reply.has_value() == (error.code != 0)) std::abort();
         const auto& picture = engine->machine().picture();
-        if (!haldend::agrees(picture.policy(), picture.ground())) std::abort();
+        if (haldend::activeDirectories(picture.policy(), picture.ground()) !=
+            haldend::servedNodes(picture.ground()))
+            std::abort();
         return error;
     }
 

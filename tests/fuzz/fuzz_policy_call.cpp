@@ -1,6 +1,6 @@
 #include "fuzz/FuzzWorld.h"
 
-// Requests to both search nodes of an engine on a temporary folder. The first octet of the input chooses the
+// Requests to both search nodes of an engine on a temporary folder. The first byte of the input chooses the
 // call and the node and whether an authorization that may change things goes in front. After each call the
 // files and the policy must agree, and a call without authorization must fail.
 namespace {

@@ -92,7 +92,9 @@ TEST(LdapChecks, savedOptionsThatAskForNoCertificate_areFollowedAndTold) {
                             std::to_string(slapd.tlsPort()) + "\nldap_tls_reqcert = " + demand + "\n");
         const auto result = machine.tried({{serverKey::name, "office"}});
         EXPECT_EQ(result.kind(), demand == "demand" ? kind::untrusted : "") << demand << result.evidence();
-        if (demand != "demand") EXPECT_THAT(result.step("encrypt", "detail"), HasSubstr("ldap_tls_reqcert"));
+        if (demand != "demand") {
+            EXPECT_THAT(result.step("encrypt", "detail"), HasSubstr("ldap_tls_reqcert"));
+        }
     }
 }
 

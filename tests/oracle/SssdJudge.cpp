@@ -55,9 +55,9 @@ public:
             if (words.size() > 2 && words[0].ends_with("/sssd_be") && words[1] == "--domain")
                 names.push_back(words[2]);
         }
-        const auto log = said();
-        std::ranges::sort(names, {},
-                          [&](const auto& name) { return log.find("Queueing service " + name + " for"); });
+        const auto printed = said();
+        std::ranges::sort(
+            names, {}, [&](const auto& name) { return printed.find("Queueing service " + name + " for"); });
         return names;
     }
     /// The configuration as SSSD has taken it in, which it prints at its start.
