@@ -4,6 +4,7 @@
 #include <QMetaObject>
 
 #include "haldend/MachineFolderMaker.h"
+#include "qt/AboutPanel.h"
 
 namespace corvane::desktop {
 namespace {
@@ -11,7 +12,7 @@ namespace {
 /// How often other programs' edits of the machine's files are looked for.
 constexpr double changePollSeconds = 1.0;
 
-qt::QtApplication::About about() {
+qt::About about() {
     return {"Corvane",
             CORVANE_VERSION,
             "Directory services of a Linux machine, decided in one window",
@@ -57,7 +58,9 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
       delegate_(environment_, [this]() -> app::MainController& { return controller(); }) {
     if (!settings.sharedController) ownPlugins_ = std::make_unique<plugins::PluginController>(platform_);
     defaults_.registerBool("FirstLaunch", true);
-    application_.about = about();
+    application_.makeAboutPanel = [this](const auto& options) {
+        return std::make_unique<qt::AboutPanel>(about(), options, guard_);
+    };
     startSampleDirectory();
     connectApplication();
 }

@@ -43,7 +43,7 @@ void addLine(QVBoxLayout& layout, const QString& text, bool secondary = false) {
 }
 
 /// One line for each library, to be folded away.
-QWidget* componentList(const QtApplication::About& about) {
+QWidget* componentList(const About& about) {
     QStringList components;
     for (const auto& each : about.components)
         components += fromUtf8(each);
@@ -57,7 +57,7 @@ QWidget* componentList(const QtApplication::About& about) {
 
 } // namespace
 
-AboutPanel::AboutPanel(const QtApplication::About& about, const std::map<std::string, std::string>& options,
+AboutPanel::AboutPanel(const About& about, const std::map<std::string, std::string>& options,
                        HandlerGuard& guard) {
     setWindowTitle(tr("About %1").arg(fromUtf8(about.name)));
     auto* layout = new QVBoxLayout(this);

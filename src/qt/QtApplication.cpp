@@ -7,7 +7,6 @@
 #include <QPushButton>
 #include <QVBoxLayout>
 
-#include "qt/AboutPanel.h"
 #include "qt/KeyEvents.h"
 #include "qt/QtWindow.h"
 #include "qt/Text.h"
@@ -161,7 +160,8 @@ QWidget* QtApplication::parentWindow() const {
 }
 
 void QtApplication::orderFrontStandardAboutPanel(const std::map<std::string, std::string>& options) {
-    if (!aboutPanel_) aboutPanel_ = std::make_unique<AboutPanel>(about, options, guard_);
+    if (!aboutPanel_ && makeAboutPanel) aboutPanel_ = makeAboutPanel(options);
+    if (!aboutPanel_) return;
     placeOverParent(*aboutPanel_, parentWindow());
     aboutPanel_->show();
     aboutPanel_->raise();

@@ -18,15 +18,6 @@ class QtWindow;
 /// The program's application object on Qt's.
 class QtApplication final : public toolkit::Application {
 public:
-    /// What the About panel says beside the years.
-    struct About {
-        std::string name;
-        std::string version;
-        std::string summary;
-        std::string licence;
-        std::vector<std::string> components; ///< libraries used, each with its licence
-    };
-
     QtApplication(QApplication& application, HandlerGuard& guard);
     ~QtApplication() override;
     QtApplication(const QtApplication&) = delete;
@@ -38,7 +29,9 @@ public:
     std::function<void(bool active)> activeChanged;
     /// Sees every key event before Qt dispatches it; true takes it away.
     std::function<bool(const toolkit::Event&)> sendEvent;
-    About about;
+    /// Makes the window that `orderFrontStandardAboutPanel` shows, from the options that came with the first
+    /// call. Without it there is none.
+    std::function<std::unique_ptr<QWidget>(const std::map<std::string, std::string>& options)> makeAboutPanel;
 
     /// Windows whose state is put into the settings when the application ends.
     void keepsStateOf(QtWindow& window) { windows_.push_back(&window); }

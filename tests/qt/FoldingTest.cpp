@@ -148,7 +148,10 @@ TEST(SecondaryWindows, ComeUpOverTheMiddleOfTheirParent) {
     parent.activateWindow();
     ASSERT_TRUE(QTest::qWaitForWindowActive(&parent));
     const auto middle = parent.frameGeometry().center();
-    qt.application.about = {"Corvane", "1.2", "Summary", "Licence", {"Qt"}};
+    qt.application.makeAboutPanel = [&](const auto& options) {
+        return std::make_unique<AboutPanel>(About{"Corvane", "1.2", "Summary", "Licence", {"Qt"}}, options,
+                                            qt.guard);
+    };
     const auto windowOf = [](auto isIt) -> QWidget* {
         for (auto* window : QApplication::topLevelWidgets())
             if (window->isVisible() && isIt(window)) return window;

@@ -137,7 +137,7 @@ TEST_F(QtApplicationTest, StoppingWithoutAModalRunDoesNothing) {
 }
 
 TEST_F(QtApplicationTest, TheAboutPanelNamesYearsVersionLicenceAndComponents) {
-    const QtApplication::About about{"Corvane", "1.2", "Summary", "Apache License 2.0", {"Qt", "Expat"}};
+    const About about{"Corvane", "1.2", "Summary", "Apache License 2.0", {"Qt", "Expat"}};
     AboutPanel panel(about, {{"NoticeStartYear", "2025"}, {"NoticeEndYear", "2026"}}, qt_.guard);
     QString all;
     for (const auto* label : panel.findChildren<QLabel*>())
