@@ -1,5 +1,6 @@
 # The floors of the house, and who may stand on whom. An edge that isn't in this table stops the configuration.
-# Floors 0 to 5 link nothing but the standard library; only floors 6 and 7 name a foreign library (LINKS).
+# Floors 0 to 5 link nothing but the standard library; only floors 6 and 7 name a foreign library (LINKS). A layer is
+# a folder under src/; a room is a folder inside one, and a layer of its own.
 
 set(LAYER_EDGES_sdk "")
 set(LAYER_EDGES_util "")
@@ -17,16 +18,39 @@ set(LAYER_EDGES_diagnostics ${LAYER_EDGES_services})
 set(LAYER_EDGES_app sdk ${LAYER_EDGES_services} services searchpolicy diagnostics)
 # Floor 6: adapters. They know the interfaces that they implement, and nothing of each other.
 set(LAYER_EDGES_plist util platform)
-set(LAYER_EDGES_haldend sdk util halden platform)
 set(LAYER_EDGES_linux sdk util platform)
-set(LAYER_EDGES_qt util toolkit platform views)
+# The directory service, room by room from its ground floor up; its front door is the folder itself.
+set(LAYER_EDGES_haldend/storage util halden)
+set(LAYER_EDGES_haldend/files util haldend/storage)
+set(LAYER_EDGES_haldend/records util halden haldend/storage)
+set(LAYER_EDGES_haldend/sssd util haldend/storage)
+set(LAYER_EDGES_haldend/policy util platform haldend/storage haldend/files)
+set(LAYER_EDGES_haldend/ldap sdk util haldend/storage haldend/files haldend/records)
+set(LAYER_EDGES_haldend/trial util haldend/storage haldend/files haldend/ldap)
+set(LAYER_EDGES_haldend/machine util halden platform haldend/storage haldend/files haldend/sssd haldend/policy)
+set(LAYER_EDGES_haldend/servers sdk util haldend/storage haldend/files haldend/ldap)
+set(LAYER_EDGES_haldend/engine util halden platform haldend/storage haldend/policy haldend/machine haldend/servers)
+set(LAYER_EDGES_haldend/nodes sdk util halden platform haldend/storage haldend/files haldend/records haldend/policy
+    haldend/machine haldend/ldap haldend/servers haldend/engine)
+set(LAYER_EDGES_haldend util halden platform haldend/storage haldend/engine haldend/nodes)
+# What is made of Qt. The folder itself is the ground floor here: text, keys and the guard around handlers.
+set(LAYER_EDGES_qt util toolkit platform)
+set(LAYER_EDGES_qt/look util toolkit qt)
+set(LAYER_EDGES_qt/platform util toolkit platform qt)
+set(LAYER_EDGES_qt/widgets util toolkit platform views qt qt/look)
+set(LAYER_EDGES_qt/adapters util toolkit platform views qt qt/look qt/platform qt/widgets)
+set(LAYER_EDGES_qt/windows util toolkit platform views qt qt/look qt/platform qt/widgets qt/adapters)
 # The program's own plug-ins talk to it through the boundary alone, like anybody's; for their windows they draw with
 # the program's cells and fields.
-set(LAYER_EDGES_connectors sdk util toolkit views qt)
+set(LAYER_EDGES_connectors sdk util toolkit views qt qt/look qt/platform qt/widgets qt/adapters qt/windows)
 # Floor 7: the programs, where everything is put together.
-set(LAYER_EDGES_desktop ${LAYER_EDGES_app} app plist haldend linux qt)
+set(LAYER_EDGES_desktop ${LAYER_EDGES_app} app plist linux haldend haldend/trial haldend/engine
+    qt qt/look qt/platform qt/widgets qt/adapters qt/windows)
 
-set(LAYERS_WITH_FOREIGN_LIBRARIES plist haldend linux qt connectors desktop)
+# Those that may link foreign libraries and use the system's headers; the others have the standard library alone.
+set(LAYERS_WITH_FOREIGN_LIBRARIES plist linux haldend/storage haldend/files haldend/sssd haldend/ldap haldend/trial
+    haldend/machine haldend/servers haldend/engine haldend qt qt/look qt/platform qt/widgets qt/adapters qt/windows
+    connectors desktop)
 
 function(layer_check name)
     cmake_parse_arguments(ARG "" "" "USES;LINKS" ${ARGN})
@@ -52,22 +76,31 @@ function(corvane_target name)
     endif()
 endfunction()
 
-# add_layer(name USES layer… LINKS target…): one folder under src/, one library of all its .cpp files.
-# A folder of headers alone becomes an interface library. LINKS is for the layers with foreign libraries.
+# layer_targets(out layer…): the names of the layers' libraries; a room's has a dash where its folder has a slash.
+function(layer_targets out)
+    list(TRANSFORM ARGN REPLACE "/" "-" OUTPUT_VARIABLE targets)
+    list(TRANSFORM targets PREPEND corvane-)
+    set(${out} ${targets} PARENT_SCOPE)
+endfunction()
+
+# add_layer(name USES layer… LINKS target…): one folder under src/, one library of all its .cpp files. `name` is
+# the folder's path there. A folder of headers alone becomes an interface library. LINKS is for the layers with
+# foreign libraries.
 function(add_layer name)
     cmake_parse_arguments(ARG "" "" "USES;LINKS" ${ARGN})
     layer_check(${name} USES ${ARG_USES} LINKS ${ARG_LINKS})
+    layer_targets(target ${name})
+    layer_targets(used ${ARG_USES})
     file(GLOB sources CONFIGURE_DEPENDS ${CMAKE_CURRENT_SOURCE_DIR}/*.cpp)
     list(FILTER sources EXCLUDE REGEX "/main\\.cpp$")
-    list(TRANSFORM ARG_USES PREPEND corvane-)
     if(sources)
-        add_library(corvane-${name} STATIC ${sources})
-        target_include_directories(corvane-${name} PUBLIC ${PROJECT_SOURCE_DIR}/src)
-        target_link_libraries(corvane-${name} PUBLIC ${ARG_USES} PRIVATE ${ARG_LINKS})
-        corvane_target(corvane-${name})
+        add_library(${target} STATIC ${sources})
+        target_include_directories(${target} PUBLIC ${PROJECT_SOURCE_DIR}/src)
+        target_link_libraries(${target} PUBLIC ${used} PRIVATE ${ARG_LINKS})
+        corvane_target(${target})
     else()
-        add_library(corvane-${name} INTERFACE)
-        target_include_directories(corvane-${name} INTERFACE ${PROJECT_SOURCE_DIR}/src)
-        target_link_libraries(corvane-${name} INTERFACE ${ARG_USES})
+        add_library(${target} INTERFACE)
+        target_include_directories(${target} INTERFACE ${PROJECT_SOURCE_DIR}/src)
+        target_link_libraries(${target} INTERFACE ${used})
     endif()
 endfunction()

@@ -1,6 +1,7 @@
 #!/bin/bash
 # check_layering.sh [BUILD-DIR]: does every folder of src/ keep to the table of layers in cmake/Layers.cmake? The
-# configuration stops at a forbidden link; this looks at what the sources and the built libraries really do.
+# configuration stops at a forbidden link; this looks at what the sources and the built libraries really do. A
+# folder inside a folder ("haldend/storage") is a layer of its own where the table names it.
 #
 #   1. Includes: an #include points into its own folder or one that the table allows. Folders that may not link
 #      foreign libraries include nothing else but headers of the standard library.
@@ -83,13 +84,22 @@ read_layers() {
 
 # may_use FROM TO
 may_use() { [[ $1 == "$2" || ${allowed[$1]} == *" $2 "* ]]; }
+# layer_of PATH: the layer that a path under src/ belongs to, the innermost that the table names; else its first part.
+layer_of() {
+    local path=$1
+    while [[ $path == */* ]]; do
+        path=${path%/*}
+        if [[ -n ${allowed[$path]:-} ]]; then echo "$path"; return; fi
+    done
+    echo "${1%%/*}"
+}
 is_logic() { [[ -z ${foreign[$1]:-} ]]; }
 
 # check_include FOLDER FILE:LINE KIND NAME     KIND is the character that opens the name
 check_include() {
     local folder=$1 where=$2 kind=$3 name=${4#corvane/} target
     checked_includes=$((checked_includes + 1))
-    target=${name%%/*}
+    target=$(layer_of "$name")
     if [[ $name == *..* ]]; then
         violation "$where includes \"$name\": write the folder's name instead of .."
     elif [[ $name == */* && -n ${allowed[$target]:-} ]]; then
@@ -104,6 +114,16 @@ check_include() {
     fi
 }
 
+# Where one folder inside a folder is a layer, each that holds sources must be.
+check_rooms() {
+    local path folder
+    while read -r path; do
+        folder=${path#src/}
+        [[ -n ${allowed[$folder]:-} || " ${folders[*]} " != *" ${folder%%/*}/"* ]] ||
+            violation "src/$folder is no layer: give it its place in $LAYERS"
+    done < <(find src -mindepth 3 \( -name '*.h' -o -name '*.cpp' \) -printf '%h\n' | sort -u)
+}
+
 check_includes() {
     local path folder line number rest name
     local include='^[[:space:]]*#[[:space:]]*include[[:space:]]*([<"])([^>"]*)[>"]'
@@ -111,9 +131,9 @@ check_includes() {
         folder=$(basename "$path")
         [[ -n ${allowed[$folder]:-} ]] || violation "src/$folder is no layer: give it its place in $LAYERS"
     done
+    check_rooms
     while IFS=: read -r path number line; do
-        folder=${path#src/}
-        folder=${folder%%/*}
+        folder=$(layer_of "${path#src/}")
         [[ -n ${allowed[$folder]:-} ]] || continue
         if [[ $line =~ $include ]]; then
             check_include "$folder" "$path:$number" "${BASH_REMATCH[1]}" "${BASH_REMATCH[2]}"
@@ -122,7 +142,7 @@ check_includes() {
     ((checked_includes > 0)) || could_not_check "no #include found under src/"
 }
 
-archive_of() { find "$build" -name "libcorvane-$1.a" -print -quit; }
+archive_of() { find "$build" -name "libcorvane-${1//\//-}.a" -print -quit; }
 
 # What every program may import: names the C and C++ run-time libraries define. Versions (name@VERSION) cut off.
 standard_symbols() {
@@ -153,7 +173,7 @@ check_library() {
     checked_libraries=$((checked_libraries + 1))
     cp "$work/standard" "$work/importable"
     for other in "${folders[@]}"; do
-        if may_use "$folder" "$other" && [[ -f $work/defined.$other ]]; then cat "$work/defined.$other" >>"$work/importable"; fi
+        if may_use "$folder" "$other" && [[ -f $work/defined.${other//\//-} ]]; then cat "$work/defined.${other//\//-}" >>"$work/importable"; fi
     done
     sort -u -o "$work/importable" "$work/importable"
     imported_by "$archive" | sort -u | comm -23 - "$work/importable" | c++filt >"$work/forbidden"
@@ -170,7 +190,7 @@ check_symbols() {
         could_not_check "the run-time libraries of the compiler were not found"
     for folder in "${folders[@]}"; do
         archive=$(archive_of "$folder")
-        [[ -z $archive ]] || defined_in "$archive" >"$work/defined.$folder"
+        [[ -z $archive ]] || defined_in "$archive" >"$work/defined.${folder//\//-}"
     done
     for folder in "${folders[@]}"; do
         if is_logic "$folder"; then check_library "$folder"; fi

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "app/NoConnectionDialog.h"
-#include "qt/AddNodesInterface.h"
-#include "qt/MainWindowInterface.h"
+#include "qt/windows/AddNodesInterface.h"
+#include "qt/windows/MainWindowInterface.h"
 
 namespace corvane::desktop {
 

@@ -3,8 +3,8 @@
 #include <QMainWindow>
 #include <QMetaObject>
 
-#include "haldend/MachineFolderMaker.h"
-#include "qt/AboutPanel.h"
+#include "haldend/trial/MachineFolderMaker.h"
+#include "qt/windows/AboutPanel.h"
 
 namespace corvane::desktop {
 namespace {

@@ -10,15 +10,15 @@
 #include "haldend/EmbeddedAuthorizationService.h"
 #include "haldend/EmbeddedDynamicStore.h"
 #include "haldend/EmbeddedFramework.h"
-#include "haldend/SampleDirectory.h"
+#include "haldend/trial/SampleDirectory.h"
 #include "linux/NetworkFiles.h"
 #include "linux/SharedObjectLoader.h"
 #include "plist/PropertyListCodec.h"
-#include "qt/QtLocalizedStrings.h"
-#include "qt/QtRunLoop.h"
-#include "qt/QtToolkit.h"
-#include "qt/QtUserDefaults.h"
-#include "qt/QtWorkspace.h"
+#include "qt/adapters/QtToolkit.h"
+#include "qt/platform/QtLocalizedStrings.h"
+#include "qt/platform/QtRunLoop.h"
+#include "qt/platform/QtUserDefaults.h"
+#include "qt/platform/QtWorkspace.h"
 
 namespace corvane::desktop {
 

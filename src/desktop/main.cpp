@@ -8,7 +8,7 @@
 #include "desktop/CommandLine.h"
 #include "desktop/Program.h"
 #include "linux/SystemLog.h"
-#include "qt/Appearance.h"
+#include "qt/look/Appearance.h"
 
 using namespace corvane;
 

@@ -6,8 +6,8 @@
 #include <cerrno>
 #include <cstring>
 
-#include "haldend/DurableFile.h"
-#include "haldend/Failure.h"
+#include "haldend/storage/DurableFile.h"
+#include "haldend/storage/Failure.h"
 
 namespace corvane::haldend {
 namespace {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <string>
 
-#include "haldend/Engine.h"
+#include "haldend/engine/Engine.h"
 #include "platform/Authorization.h"
 
 namespace corvane::haldend {

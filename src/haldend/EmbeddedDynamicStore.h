@@ -5,7 +5,7 @@
 #include <string_view>
 #include <vector>
 
-#include "haldend/Engine.h"
+#include "haldend/engine/Engine.h"
 #include "platform/DynamicStore.h"
 
 namespace corvane::haldend {

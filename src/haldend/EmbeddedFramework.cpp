@@ -1,7 +1,7 @@
 #include "haldend/EmbeddedFramework.h"
 
-#include "haldend/Failure.h"
-#include "haldend/NodeFactory.h"
+#include "haldend/nodes/NodeFactory.h"
+#include "haldend/storage/Failure.h"
 
 namespace corvane::haldend {
 namespace {

@@ -3,7 +3,7 @@
 #include <memory>
 
 #include "halden/Session.h"
-#include "haldend/Engine.h"
+#include "haldend/engine/Engine.h"
 
 namespace corvane::haldend {
 

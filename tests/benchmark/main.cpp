@@ -19,7 +19,7 @@
 
 #include "benchmark/BigMachine.h"
 #include "benchmark/Comparison.h"
-#include "qt/Appearance.h"
+#include "qt/look/Appearance.h"
 
 using namespace corvane;
 using bench::BigMachine;

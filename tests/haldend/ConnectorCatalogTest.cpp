@@ -1,4 +1,4 @@
-#include "haldend/ConnectorCatalog.h"
+#include "haldend/policy/ConnectorCatalog.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
 #include <fstream>
 #include <set>
 
-#include "haldend/Connectors.h"
 #include "haldend/TestMachine.h"
+#include "haldend/policy/Connectors.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;

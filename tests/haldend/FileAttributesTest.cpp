@@ -5,9 +5,9 @@
 #include <sys/xattr.h>
 
 #include "haldend/ChangeInAChild.h"
-#include "haldend/DurableFile.h"
-#include "haldend/Failure.h"
-#include "haldend/FileDescriptor.h"
+#include "haldend/storage/DurableFile.h"
+#include "haldend/storage/Failure.h"
+#include "haldend/storage/FileDescriptor.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;

@@ -1,6 +1,6 @@
 // What a test of a server takes for an account: only what the machine would find with SSSD.
 #include "haldend/LdapChecksTest.h"
-#include "haldend/SidNumbers.h"
+#include "haldend/ldap/SidNumbers.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;

@@ -1,4 +1,4 @@
-#include "haldend/LdapSchema.h"
+#include "haldend/ldap/LdapSchema.h"
 
 #include <gtest/gtest.h>
 

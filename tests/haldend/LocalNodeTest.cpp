@@ -1,5 +1,5 @@
-#include "haldend/AccountFiles.h"
 #include "haldend/TestMachine.h"
+#include "haldend/records/AccountFiles.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;

@@ -1,8 +1,8 @@
-#include "haldend/NsswitchFile.h"
+#include "haldend/files/NsswitchFile.h"
 
 #include <gtest/gtest.h>
 
-#include "haldend/Failure.h"
+#include "haldend/storage/Failure.h"
 
 using namespace corvane::haldend;
 

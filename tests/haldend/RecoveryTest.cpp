@@ -1,6 +1,6 @@
-#include "haldend/Failure.h"
-#include "haldend/MachineTransaction.h"
 #include "haldend/TestMachine.h"
+#include "haldend/storage/Failure.h"
+#include "haldend/storage/MachineTransaction.h"
 
 using namespace corvane;
 using namespace corvane::haldend;

@@ -1,4 +1,4 @@
-#include "haldend/Rights.h"
+#include "haldend/engine/Rights.h"
 
 #include <gtest/gtest.h>
 

@@ -1,8 +1,8 @@
-#include "haldend/SampleDirectory.h"
+#include "haldend/trial/SampleDirectory.h"
 
-#include "haldend/Failure.h"
-#include "haldend/MachineFolderMaker.h"
 #include "haldend/TestSlapd.h"
+#include "haldend/storage/Failure.h"
+#include "haldend/trial/MachineFolderMaker.h"
 
 using namespace corvane;
 using namespace corvane::haldend;

@@ -1,10 +1,10 @@
-#include "haldend/SssdFile.h"
+#include "haldend/files/SssdFile.h"
 
 #include <gtest/gtest.h>
 
-#include "haldend/DomainNodes.h"
-#include "haldend/Failure.h"
-#include "haldend/SssdListing.h"
+#include "haldend/files/SssdListing.h"
+#include "haldend/policy/DomainNodes.h"
+#include "haldend/storage/Failure.h"
 
 using namespace corvane::haldend;
 

@@ -1,4 +1,4 @@
-#include "haldend/SssdLines.h"
+#include "haldend/files/SssdLines.h"
 
 #include <gtest/gtest.h>
 
@@ -8,8 +8,8 @@
 #include <optional>
 
 #include "haldend/Dice.h"
-#include "haldend/IniConfiguration.h"
-#include "haldend/SssdFile.h"
+#include "haldend/files/IniConfiguration.h"
+#include "haldend/files/SssdFile.h"
 
 // What SssdLines finds and changes in a text is what SSSD's own library reads there: shown with thousands of
 // made-up texts.

@@ -1,9 +1,9 @@
-#include "haldend/SssdValidator.h"
+#include "haldend/sssd/SssdValidator.h"
 
 #include <unistd.h>
 
-#include "haldend/Failure.h"
 #include "haldend/TestMachine.h"
+#include "haldend/storage/Failure.h"
 
 using namespace corvane;
 using namespace corvane::haldend;

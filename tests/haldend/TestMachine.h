@@ -12,8 +12,8 @@
 
 #include "haldend/EmbeddedAuthorizationService.h"
 #include "haldend/EmbeddedFramework.h"
-#include "haldend/Engine.h"
-#include "haldend/MachineFolder.h"
+#include "haldend/engine/Engine.h"
+#include "haldend/storage/MachineFolder.h"
 #include "plist/PropertyListCodec.h"
 
 namespace corvane::haldend::test {

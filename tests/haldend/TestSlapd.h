@@ -9,10 +9,10 @@
 
 #include <thread>
 
-#include "haldend/ChildProcess.h"
-#include "haldend/Failure.h"
-#include "haldend/LdapConnection.h"
 #include "haldend/TestMachine.h"
+#include "haldend/ldap/LdapConnection.h"
+#include "haldend/storage/ChildProcess.h"
+#include "haldend/storage/Failure.h"
 
 namespace corvane::haldend::test {
 

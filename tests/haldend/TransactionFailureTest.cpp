@@ -2,8 +2,8 @@
 #include <unistd.h>
 
 #include "haldend/ChangeInAChild.h"
-#include "haldend/Failure.h"
-#include "haldend/FolderLock.h"
+#include "haldend/storage/Failure.h"
+#include "haldend/storage/FolderLock.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "haldend/Connectors.h"
-#include "haldend/DomainNodes.h"
+#include "haldend/policy/Connectors.h"
+#include "haldend/policy/DomainNodes.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::oracle {

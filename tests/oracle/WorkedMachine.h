@@ -6,7 +6,7 @@
 
 #include "haldend/EmbeddedAuthorizationService.h"
 #include "haldend/EmbeddedFramework.h"
-#include "haldend/Engine.h"
+#include "haldend/engine/Engine.h"
 #include "oracle/Files.h"
 #include "plist/PropertyListCodec.h"
 

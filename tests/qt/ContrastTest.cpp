@@ -6,8 +6,8 @@
 #include <QTreeView>
 #include <QVBoxLayout>
 
-#include "qt/Appearance.h"
 #include "qt/QtHarness.h"
+#include "qt/look/Appearance.h"
 
 namespace corvane::qt {
 namespace {

@@ -6,11 +6,11 @@
 #include <QListWidget>
 #include <QVBoxLayout>
 
-#include "qt/Appearance.h"
-#include "qt/BackgroundPanel.h"
-#include "qt/CellDelegate.h"
 #include "qt/QtHarness.h"
-#include "qt/QtTableView.h"
+#include "qt/adapters/QtTableView.h"
+#include "qt/look/Appearance.h"
+#include "qt/widgets/BackgroundPanel.h"
+#include "qt/widgets/CellDelegate.h"
 #include "util/Containers.h"
 #include "views/ServersTableCell.h"
 #include "views/UsersTableCell.h"

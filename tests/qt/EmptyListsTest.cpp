@@ -1,8 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "qt/AddNodesInterface.h"
-#include "qt/MainWindowInterface.h"
 #include "qt/QtHarness.h"
+#include "qt/windows/AddNodesInterface.h"
+#include "qt/windows/MainWindowInterface.h"
 
 namespace corvane::qt {
 namespace {

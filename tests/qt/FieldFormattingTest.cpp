@@ -1,11 +1,11 @@
-#include "qt/FieldFormatting.h"
+#include "qt/widgets/FieldFormatting.h"
 
 #include <QClipboard>
 #include <QLabel>
 #include <QVBoxLayout>
 
 #include "qt/QtHarness.h"
-#include "qt/QtTextField.h"
+#include "qt/adapters/QtTextField.h"
 
 namespace corvane::qt {
 namespace {

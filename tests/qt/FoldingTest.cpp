@@ -1,13 +1,13 @@
-#include "qt/FoldingSection.h"
+#include "qt/windows/FoldingSection.h"
 
 #include <QLabel>
 #include <QStyle>
 #include <QVBoxLayout>
 
-#include "qt/AboutPanel.h"
-#include "qt/QtConstrainedView.h"
 #include "qt/QtHarness.h"
-#include "qt/QtWindow.h"
+#include "qt/adapters/QtConstrainedView.h"
+#include "qt/adapters/QtWindow.h"
+#include "qt/windows/AboutPanel.h"
 
 namespace corvane::qt {
 namespace {

@@ -6,10 +6,10 @@
 #include <QToolButton>
 
 #include "fakes/FakePlatform.h"
-#include "qt/MainWindowInterface.h"
 #include "qt/QtHarness.h"
-#include "qt/QtToolkit.h"
-#include "qt/SheetOverlay.h"
+#include "qt/adapters/QtToolkit.h"
+#include "qt/widgets/SheetOverlay.h"
+#include "qt/windows/MainWindowInterface.h"
 
 namespace corvane::qt {
 namespace {

@@ -5,9 +5,9 @@
 #include <QMainWindow>
 #include <QTimer>
 
-#include "qt/AboutPanel.h"
 #include "qt/QtHarness.h"
-#include "qt/QtWindow.h"
+#include "qt/adapters/QtWindow.h"
+#include "qt/windows/AboutPanel.h"
 
 namespace corvane::qt {
 namespace {

@@ -9,8 +9,8 @@
 #include <vector>
 
 #include "qt/HandlerGuard.h"
-#include "qt/QtApplication.h"
-#include "qt/SettingsFile.h"
+#include "qt/adapters/QtApplication.h"
+#include "qt/platform/SettingsFile.h"
 
 namespace corvane::qt {
 

@@ -5,11 +5,11 @@
 #include <QFileInfo>
 
 #include "qt/QtHarness.h"
-#include "qt/QtLocalizedStrings.h"
-#include "qt/QtRunLoop.h"
-#include "qt/QtStateCoder.h"
-#include "qt/QtUserDefaults.h"
-#include "qt/QtWorkspace.h"
+#include "qt/platform/QtLocalizedStrings.h"
+#include "qt/platform/QtRunLoop.h"
+#include "qt/platform/QtStateCoder.h"
+#include "qt/platform/QtUserDefaults.h"
+#include "qt/platform/QtWorkspace.h"
 
 namespace corvane::qt {
 namespace {

@@ -2,7 +2,7 @@
 #include <gmock/gmock.h>
 
 #include "qt/QtHarness.h"
-#include "qt/QtTableView.h"
+#include "qt/adapters/QtTableView.h"
 
 namespace corvane::qt {
 namespace {

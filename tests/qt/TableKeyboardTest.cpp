@@ -3,7 +3,7 @@
 #include <set>
 
 #include "qt/QtHarness.h"
-#include "qt/QtTableView.h"
+#include "qt/adapters/QtTableView.h"
 
 namespace corvane::qt {
 namespace {

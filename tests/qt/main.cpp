@@ -4,7 +4,7 @@
 #include <QApplication>
 #include <QStandardPaths>
 
-#include "qt/Appearance.h"
+#include "qt/look/Appearance.h"
 
 int main(int count, char** arguments) {
     testing::InitGoogleTest(&count, arguments);

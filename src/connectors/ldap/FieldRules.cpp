@@ -1,6 +1,6 @@
 #include "connectors/ldap/FieldRules.h"
 
-#include "qt/FieldFormatting.h"
+#include "qt/widgets/FieldFormatting.h"
 
 namespace corvane::connectors::ldap {
 namespace {

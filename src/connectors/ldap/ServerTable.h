@@ -2,7 +2,7 @@
 
 #include <QListWidget>
 
-#include "qt/CellDelegate.h"
+#include "qt/widgets/CellDelegate.h"
 
 namespace corvane::connectors::ldap {
 

@@ -5,7 +5,7 @@
 #include <QLineEdit>
 #include <algorithm>
 
-#include "qt/Icons.h"
+#include "qt/look/Icons.h"
 
 namespace corvane::connectors::ldap {
 

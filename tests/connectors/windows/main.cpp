@@ -3,7 +3,7 @@
 
 #include <QApplication>
 
-#include "qt/Appearance.h"
+#include "qt/look/Appearance.h"
 
 int main(int count, char** arguments) {
     testing::InitGoogleTest(&count, arguments);

@@ -2,7 +2,7 @@
 #include <QSysInfo>
 
 #include "gui/policies/PolicyWindow.h"
-#include "qt/Appearance.h"
+#include "qt/look/Appearance.h"
 
 namespace corvane::gui {
 namespace {

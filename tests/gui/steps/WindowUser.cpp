@@ -16,7 +16,7 @@
 #include <QWindow>
 #include <stdexcept>
 
-#include "qt/MainWindowInterface.h"
+#include "qt/windows/MainWindowInterface.h"
 
 namespace corvane::gui {
 namespace {

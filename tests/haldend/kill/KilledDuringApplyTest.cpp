@@ -6,8 +6,8 @@
 #include <thread>
 
 #include "haldend/LdapServersTest.h"
-#include "haldend/MachineTransaction.h"
 #include "haldend/TestMachine.h"
+#include "haldend/storage/MachineTransaction.h"
 
 // The program is killed at random moments while it applies changes, hundreds of times over on one folder.
 // What it leaves is opened again, as at the program's next start, and must be whole each time.

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "haldend/NsswitchLine.h"
+#include "haldend/files/NsswitchLine.h"
 
 namespace corvane::haldend::test {
 

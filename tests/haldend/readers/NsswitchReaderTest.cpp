@@ -3,10 +3,10 @@
 #include <sstream>
 
 #include "haldend/ChangeInAChild.h"
-#include "haldend/Failure.h"
-#include "haldend/NsswitchFile.h"
+#include "haldend/files/NsswitchFile.h"
 #include "haldend/readers/CLibrary.h"
 #include "haldend/readers/MadeUpNsswitch.h"
+#include "haldend/storage/Failure.h"
 
 // What NsswitchFile says about a file is what the C library does with it: thousands of made-up files are put
 // over /etc/nsswitch.conf, in a mount namespace of a child process, and its sources asked.

@@ -16,8 +16,8 @@
 #include "desktop/Program.h"
 #include "gui/steps/WindowUser.h"
 #include "linux/SystemLog.h"
-#include "qt/Appearance.h"
-#include "qt/MainWindowInterface.h"
+#include "qt/look/Appearance.h"
+#include "qt/windows/MainWindowInterface.h"
 
 using namespace corvane;
 

@@ -1,0 +1,50 @@
+#pragma once
+
+#include <functional>
+#include <memory>
+#include <string>
+#include <vector>
+
+#include "haldend/engine/Rights.h"
+#include "haldend/machine/Machine.h"
+#include "haldend/policy/ConnectorCatalog.h"
+#include "haldend/servers/LdapChecks.h"
+
+namespace corvane::haldend {
+
+/// The directory service of one machine, in this process: its settings, its rights and its listeners.
+/// Sessions, nodes, authorizations and stores share it. Main thread, but for the tries of servers that it
+/// has under way.
+class Engine {
+public:
+    /// `root`: "/" or a private machine folder. `codec` and `log` outlive the engine. Opening never fails for
+    /// what the folder holds (see `Machine`).
+    Engine(const std::string& root, const platform::PropertyListCodec& codec, util::ProcessLog& log);
+    Engine(const Engine&) = delete;
+    Engine& operator=(const Engine&) = delete;
+
+    [[nodiscard]] Machine& machine() { return machine_; }
+    [[nodiscard]] Rights& rights() { return rights_; }
+    [[nodiscard]] ConnectorCatalog& connectorCatalog() { return connectorCatalog_; }
+    [[nodiscard]] LdapChecks& checks() { return checks_; }
+    [[nodiscard]] const platform::PropertyListCodec& codec() const { return codec_; }
+    [[nodiscard]] util::ProcessLog& log() { return log_; }
+
+    /// To be called from the run loop every second or so: notices other programs' edits.
+    void pollForChanges() { machine_.pollForChanges(); }
+    /// Called after each change of the policies, whoever made it. For the life of the engine.
+    void addChangeListener(std::function<void()> listener) { listeners_.push_back(std::move(listener)); }
+    /// Throws `Failure` unless `form` stands for an authorization that may change the configuration.
+    void requireConfigureRight(util::BytesView form) const;
+
+private:
+    const platform::PropertyListCodec& codec_;
+    util::ProcessLog& log_;
+    Rights rights_;
+    ConnectorCatalog connectorCatalog_;
+    std::vector<std::function<void()>> listeners_;
+    Machine machine_;
+    LdapChecks checks_;
+};
+
+} // namespace corvane::haldend

@@ -1,0 +1,292 @@
+#include "haldend/machine/Machine.h"
+
+#include <algorithm>
+#include <random>
+
+#include "haldend/storage/DurableFile.h"
+#include "haldend/storage/Failure.h"
+
+namespace corvane::haldend {
+namespace {
+
+bool hasFolder(const MachineFolder& folder, const char* file) {
+    struct stat status {};
+    return ::stat(parentOf(folder.resolved(file)).c_str(), &status) == 0;
+}
+
+Failure changedElsewhere(const std::string& evidence) {
+    return {
+        halden::ErrorCode::changedElsewhere, "Another program has changed the machine's settings meanwhile.",
+        evidence + " Nothing was written.",
+        "Look at the settings as they are now, make your change again if it is still wanted, and apply it."};
+}
+
+/// The files whose contents differ, as in "/etc/nsswitch.conf differs".
+std::string changedFiles(const MachineFolder& folder, const MachinePicture::Fingerprints& before,
+                         const MachinePicture::Fingerprints& now) {
+    constexpr const char* names[] = {machineFile::nsswitch, machineFile::sssd, machineFile::policies};
+    std::vector<std::string> changed;
+    for (std::size_t i = 0; i < before.size(); ++i)
+        if (before[i] != now[i]) changed.push_back(folder.pathOf(names[i]));
+    return commaJoined(changed) + (changed.size() > 1 ? " differ" : " differs");
+}
+
+/// A custom list counts while it is used.
+bool isOtherLogin(const MachinePolicy& policy, const MachinePolicy& known) {
+    const auto &now = policy.authentication, &then = known.authentication;
+    if (now.mode != then.mode || policy.disabled != known.disabled) return true;
+    return now.mode == PolicyMode::custom && now.custom != then.custom;
+}
+
+Failure notServable(const std::string& reason, const std::string& recovery) {
+    return {halden::ErrorCode::parameter, "SSSD would not serve these directories, so nothing was changed.",
+            reason, recovery};
+}
+
+Failure generatedFile(const MachineFolder& folder, bool isWanted) {
+    const auto path = folder.pathOf(machineFile::nsswitch);
+    return {halden::ErrorCode::storage, path + " belongs to authselect and is left as it is.",
+            "authselect generates the file from a profile and would write over any other change.",
+            std::string("Run \"authselect select ") + (isWanted ? "sssd" : "minimal") +
+                "\" as root (\"authselect list\" shows other profiles), then apply again."};
+}
+
+} // namespace
+
+Machine::Machine(MachineFolder folder, const platform::PropertyListCodec& codec, util::ProcessLog& log)
+    : folder_(std::move(folder)), codec_(codec), log_(log), validator_(folder_, log),
+      sssd_(sssdControlFor(folder_, log)), session_(std::to_string(std::random_device()())) {
+    repair();
+    picture_ = read();
+    seen_.fill(picture_.fingerprints());
+}
+
+SssdFile Machine::sssdFileWith(const std::string& text) const {
+    return {text, picture_.ground().sssd.snippets(), folder_.pathOf(machineFile::sssd)};
+}
+
+void Machine::repair() {
+    if (!MachineTransaction::needsRecovery(folder_)) return;
+    try {
+        const FolderLock lock(folder_);
+        MachineTransaction::recover(folder_, lock, log_);
+    } catch (const Failure& failure) {
+        log_.log("an interrupted change of " + folder_.root() +
+                 " could not be finished: " + failure.error().reason);
+    }
+}
+
+MachinePicture Machine::read() {
+    auto picture = MachinePicture::read(folder_, codec_);
+    // Another process may be renaming the files one by one; then they are read once more.
+    for (int i = 0; i < 3 && picture.stampsAtReading() != MachinePicture::stamps(folder_); ++i)
+        picture = MachinePicture::read(folder_, codec_);
+    return picture;
+}
+
+const MachinePicture& Machine::picture() {
+    if (MachinePicture::stamps(folder_) == picture_.stampsAtReading()) return picture_;
+    repair();
+    const auto before = picture_.fingerprints();
+    adopt(read());
+    if (picture_.fingerprints() != before) signal();
+    return picture_;
+}
+
+void Machine::adopt(MachinePicture fresh) {
+    if (!fresh.hasSameDirectoriesAs(picture_)) ++revision_;
+    picture_ = std::move(fresh);
+}
+
+std::string Machine::directoriesRevision() {
+    (void)picture();
+    return session_ + "-" + std::to_string(revision_);
+}
+
+void Machine::change(View view, const std::function<void(MachinePolicy&)>& decide) {
+    changeLocked([&] { requireUnchangedSinceRead(view); },
+                 [&](MachineDraft& draft) { decide(draft.policy); });
+}
+
+void Machine::changeDirectories(std::string_view revision, const std::function<void(MachineDraft&)>& decide) {
+    changeLocked([&] { requireRevision(revision); }, decide);
+}
+
+void Machine::changeLocked(const std::function<void()>& require,
+                           const std::function<void(MachineDraft&)>& decide) {
+    MachinePicture::Fingerprints before;
+    {
+        const FolderLock lock(folder_);
+        if (MachineTransaction::needsRecovery(folder_)) MachineTransaction::recover(folder_, lock, log_);
+        require();
+        before = picture_.fingerprints();
+        const auto ground = picture_.ground();
+        MachineDraft draft{picture_.policy(), picture_.additions(), ground.sssd.text(), ground.nodes};
+        decide(draft);
+        write(lock, draft);
+        adopt(read());
+        // A client with a stale view stays stale.
+        for (auto& seen : seen_)
+            if (seen == before) seen = picture_.fingerprints();
+    }
+    const auto& now = picture_.fingerprints();
+    if (before[0] != now[0] || before[1] != now[1]) tellSssd(before);
+    if (before != now) signal();
+}
+
+void Machine::tellSssd(const MachinePicture::Fingerprints& before) {
+    const auto ground = picture_.ground();
+    const bool isChanged = before[1] != picture_.fingerprints()[1];
+    if (!activeDirectories(picture_.policy(), ground).empty())
+        sssd_->filesChanged(SssdUse::needed);
+    else if (isChanged && !ground.sssd.trouble().empty())
+        sssd_->filesChanged(SssdUse::impossible);
+    else
+        sssd_->filesChanged(isChanged ? SssdUse::changed : SssdUse::notNeeded);
+}
+
+void Machine::requireUnchangedSinceRead(View view) {
+    auto fresh = read();
+    const auto now = fresh.fingerprints();
+    const bool isNews = now != picture_.fingerprints();
+    adopt(std::move(fresh));
+    if (now == seen(view)) return;
+    if (isNews) signal();
+    throw changedElsewhere(changedFiles(folder_, seen(view), now) + " from what was last read.");
+}
+
+void Machine::requireRevision(std::string_view revision) {
+    auto fresh = read();
+    const bool isNews = fresh.fingerprints() != picture_.fingerprints();
+    adopt(std::move(fresh));
+    if (isNews) signal();
+    if (revision != session_ + "-" + std::to_string(revision_))
+        throw changedElsewhere("The directories in " + folder_.pathOf(machineFile::sssd) +
+                               " differ from what was last read.");
+}
+
+std::vector<std::string> Machine::wantedDomains(const MachineDraft& draft) const {
+    const auto edited = sssdFileWith(draft.sssd);
+    const auto nodes = domainNodes(edited);
+    return domainsFor(draft.policy, {picture_.ground().nsswitch, edited, nodes, draft.added.formerList});
+}
+
+/// The text with the names that the policy wants on the `domains` line. Without any directory on the policy
+/// the line stays as it is.
+std::string Machine::sssdTextFor(MachineDraft& draft, const std::vector<std::string>& names) const {
+    const auto edited = sssdFileWith(draft.sssd);
+    const bool isServedAlready = names == edited.servedDomains() && edited.trouble().empty();
+    if (names.empty() || isServedAlready) return draft.sssd;
+    if (edited.servedDomains().empty() && !draft.added.domains && !draft.added.emptyDomains)
+        draft.added.emptyDomains = lineListing(draft.sssd); // nothing on it can be served
+    auto full = fullList(names, fullList(edited.listedDomains(), draft.added.formerList));
+    std::erase_if(full, [&](const auto& name) { return !edited.domainNamed(name); });
+    draft.added.formerList = full == names ? std::vector<std::string>() : full;
+    return textListing(draft.sssd, names, draft.added);
+}
+
+/// A last look before anything is written: what SSSD itself reads there is what was meant.
+void Machine::requireServed(const std::vector<std::string>& wanted, const PolicyGround& ground) const {
+    if (wanted.empty()) return;
+    const auto snippet = ground.sssd.snippetDeciding("sssd", "domains");
+    if (wanted != ground.sssd.listedDomains() && !snippet.empty())
+        throw notServable(snippet + " sets the option \"domains\", which overrides the one in " +
+                              folder_.pathOf(machineFile::sssd) + ".",
+                          "Take the line \"domains\" out of " + snippet + ", then apply again.");
+    if (!ground.sssd.trouble().empty())
+        throw notServable("With the changed configuration SSSD would not start: " + ground.sssd.trouble(),
+                          "Correct " + folder_.pathOf(machineFile::sssd) + ", then apply again.");
+    for (const auto& name : ground.sssd.servedDomains())
+        if (std::ranges::find(wanted, name) == wanted.end())
+            throw notServable("The section [domain/" + name +
+                                  "] says \"enabled = true\", so SSSD serves it whatever else is listed.",
+                              "Take that line out of the section, then apply again.");
+    if (wanted != ground.sssd.servedDomains())
+        throw notServable("SSSD would serve " + commaJoined(ground.sssd.servedDomains()) + " instead of " +
+                              commaJoined(wanted) + ".",
+                          "Correct " + folder_.pathOf(machineFile::sssd) + ", then apply again.");
+}
+
+/// Where the last directory goes and nobody has edited anything but `sss` since the first one came,
+/// nsswitch.conf gets the bytes that it had then: some distributions ask SSSD before there is a directory.
+std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyGround& ground) const {
+    const bool wanted = !activeDirectories(draft.policy, ground).empty();
+    const bool wasWanted = !activeDirectories(picture_.policy(), picture_.ground()).empty();
+    const auto& text = ground.nsswitch.text();
+    if (!wanted && !wasWanted && servedNodes(ground).empty()) return text;
+    if (wanted && !wasWanted && ground.nsswitch.usesSssd()) draft.added.nsswitch = text;
+    const auto memory = draft.added.lines;
+    auto changed = ground.nsswitch.textUsingSssd(wanted, draft.added.lines);
+    if (wanted || !draft.added.nsswitch || draft.policy.authentication.mode == PolicyMode::localOnly)
+        return changed;
+    const NsswitchFile former(*std::exchange(draft.added.nsswitch, std::nullopt),
+                              folder_.pathOf(machineFile::nsswitch));
+    auto now = memory, then = memory;
+    const bool isSame = former.textUsingSssd(false, then) == ground.nsswitch.textUsingSssd(false, now);
+    const bool isIdle = servedNodes({former, ground.sssd, ground.nodes, ground.formerList}).empty();
+    return isSame && isIdle ? former.text() : changed;
+}
+
+void Machine::replaceSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
+                          StoredPolicy& stored) {
+    const auto& before = picture_.ground().sssd;
+    if (draft.added.file && SssdLines(text).isBlank()) {
+        if (picture_.hasSssdFile()) transaction.remove(machineFile::sssd, draft.added.folder);
+        stored.sssd = sssdFingerprint(std::nullopt, before.snippets());
+        stored.added = {};
+        stored.added.nsswitch = draft.added.nsswitch;
+        stored.added.lines = draft.added.lines;
+    } else if (text != before.text()) {
+        validator_.check(text, before.text());
+        stored.sssd = sssdFingerprint(text, before.snippets());
+        transaction.replace(machineFile::sssd, text, 0600, true);
+    }
+}
+
+void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored) {
+    const auto before = picture_.ground();
+    if (!picture_.hasSssdFile()) {
+        MachineAdditions fresh;
+        fresh.folder = !hasFolder(folder_, machineFile::sssd);
+        fresh.file = true;
+        fresh.nsswitch = draft.added.nsswitch;
+        fresh.lines = draft.added.lines;
+        draft.added = fresh;
+    }
+    const auto wanted = wantedDomains(draft);
+    const auto sssd = sssdTextFor(draft, wanted);
+    const auto after = sssdFileWith(sssd);
+    const auto nodes = domainNodes(after);
+    const PolicyGround ground{before.nsswitch, after, nodes, draft.added.formerList};
+    requireServed(wanted, ground);
+    const auto nsswitch = nsswitchTextFor(draft, ground);
+    if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
+        throw generatedFile(folder_, !activeDirectories(draft.policy, ground).empty());
+    stored.added = draft.added;
+    replaceSssd(transaction, draft, sssd, stored);
+    if (nsswitch == before.nsswitch.text()) return;
+    stored.nsswitch = Fingerprint::of(nsswitch);
+    transaction.replace(machineFile::nsswitch, nsswitch, 0644);
+}
+
+/// The files are only looked at where something is changed that they express: whatever they say otherwise is
+/// the administrator's.
+void Machine::write(const FolderLock& lock, MachineDraft& draft) {
+    const auto& known = picture_.policy();
+    const bool isAboutFiles =
+        isOtherLogin(draft.policy, known) || draft.sssd != picture_.ground().sssd.text();
+    MachineTransaction transaction(folder_, lock);
+    StoredPolicy stored{draft.policy, picture_.fingerprints()[0], picture_.fingerprints()[1], draft.added};
+    if (isAboutFiles) writeFiles(transaction, draft, stored);
+    const auto text = storedText(stored, codec_);
+    if (Fingerprint::of(text) == picture_.fingerprints()[2]) return; // nothing is new
+    // For its owner alone: from the fingerprint of sssd.conf a password in it could be guessed.
+    transaction.replace(machineFile::policies, text, 0600, true);
+    transaction.commit();
+}
+
+void Machine::signal() const {
+    if (listener_) listener_();
+}
+
+} // namespace corvane::haldend

@@ -1,0 +1,68 @@
+#pragma once
+
+#include <array>
+#include <optional>
+#include <vector>
+
+#include "halden/Error.h"
+#include "haldend/files/SssdListing.h"
+#include "haldend/policy/MachinePolicy.h"
+#include "haldend/storage/MachineFolder.h"
+#include "platform/PropertyListCodec.h"
+
+namespace corvane::haldend {
+
+/// The fingerprint of sssd.conf together with its snippets; of the file alone where there are none.
+[[nodiscard]] Fingerprint sssdFingerprint(const std::optional<std::string>& text,
+                                          const std::vector<SssdSnippet>& snippets);
+
+/// What a machine folder said at one moment: its configuration files, its directories and its policy. Damage
+/// is part of the picture, so that what isn't affected goes on working. Immutable once read.
+class MachinePicture {
+public:
+    /// One each for nsswitch.conf, sssd.conf with its snippets, and the stored policy.
+    using Fingerprints = std::array<Fingerprint, 3>;
+    /// The same, and one for all snippets of sssd.conf.
+    using Stamps = std::array<FileStamp, 4>;
+
+    /// Reads the folder. Never throws for what the folder holds.
+    [[nodiscard]] static MachinePicture read(const MachineFolder& folder,
+                                             const platform::PropertyListCodec& codec);
+    [[nodiscard]] static Stamps stamps(const MachineFolder& folder);
+
+    [[nodiscard]] const Fingerprints& fingerprints() const { return fingerprints_; }
+    [[nodiscard]] const Stamps& stampsAtReading() const { return stamps_; }
+    /// These throw `Failure` when what they stand on couldn't be read.
+    [[nodiscard]] const std::vector<DomainNode>& nodes() const;
+    [[nodiscard]] const MachinePolicy& policy() const;
+    [[nodiscard]] PolicyGround ground() const;
+    /// What of the configuration isn't used, and why: sentences for people.
+    [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
+    [[nodiscard]] bool hasSssdFile() const { return hasSssdFile_; }
+    /// True when both hold the same directories with the same options.
+    [[nodiscard]] bool hasSameDirectoriesAs(const MachinePicture& other) const;
+    /// What this service has added to the machine; nothing where that can't be read.
+    [[nodiscard]] const MachineAdditions& additions() const { return additions_; }
+    /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or
+    /// none: the connectors are there all the same.
+    [[nodiscard]] const DisabledConnectors& disabledConnectors() const;
+
+private:
+    void readNsswitch(const MachineFolder& folder);
+    void readSssd(const MachineFolder& folder);
+    void readPolicy(const MachineFolder& folder, const platform::PropertyListCodec& codec);
+
+    std::optional<NsswitchFile> nsswitch_;
+    std::optional<SssdFile> sssd_;
+    std::vector<DomainNode> nodes_;
+    MachinePolicy policy_;
+    DisabledConnectors storedDisabled_;
+    MachineAdditions additions_;
+    std::vector<std::string> remarks_;
+    bool hasSssdFile_ = false;
+    std::optional<halden::Error> nsswitchTrouble_, sssdTrouble_, policyTrouble_;
+    Fingerprints fingerprints_;
+    Stamps stamps_;
+};
+
+} // namespace corvane::haldend

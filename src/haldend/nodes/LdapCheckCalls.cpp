@@ -1,0 +1,138 @@
+#include "haldend/nodes/LdapCheckCalls.h"
+
+#include <algorithm>
+
+#include "haldend/ldap/LdapSettings.h"
+#include "haldend/nodes/LdapServers.h"
+#include "haldend/servers/LdapCheck.h"
+#include "haldend/servers/LdapServerRequest.h"
+#include "haldend/storage/Failure.h"
+#include "sdk/LdapServerCalls.h"
+
+namespace corvane::haldend {
+namespace {
+
+namespace reportKey = sdk::ldap::reportKey;
+
+Failure badRequest(const std::string& reason) {
+    return {halden::ErrorCode::parameter, "The request to try an LDAP server can't be understood.", reason,
+            "Use a program of the same version as this service."};
+}
+
+std::int64_t jobIn(const LdapRequestValues& request) {
+    const auto number = request.values().valueForKey("job").as<util::Number>();
+    if (number.isNull() || number.isBoolean()) throw badRequest("\"job\" is no number.");
+    return number.integerValue();
+}
+
+bool wantsBases(const util::Dictionary& values) {
+    const auto kind = plainTextIn(values, "kind");
+    if (kind != "test" && kind != "bases") throw badRequest("\"kind\" is \"" + kind + "\".");
+    return kind == "bases";
+}
+
+bool mayShowPassword(const util::Dictionary& values) {
+    if (!values.containsKey("clearPassword")) return false;
+    const auto value = values.valueForKey("clearPassword").as<util::Number>();
+    if (value.isNull() || !value.isBoolean()) throw badRequest("\"clearPassword\" isn't a boolean.");
+    return value.booleanValue();
+}
+
+/// The addresses with what a person has written otherwise left out: such a one can't be tried here.
+void keepPlainAddresses(LdapServer& server) {
+    std::erase_if(server.addresses, [](const auto& address) {
+        return address == "_srv_" || address.find("://") != std::string::npos;
+    });
+    if (server.addresses.empty())
+        throw Failure(halden::ErrorCode::parameter, "The LDAP server can't be tried.",
+                      "It has no address of its own; SSSD looks one up in the DNS by itself.",
+                      "Name the host on which it runs.");
+}
+
+LdapCheckPlan planFrom(const util::Dictionary& values, const std::vector<SssdDomain>& saved,
+                       const MachineFolder& folder) {
+    LdapCheckPlan plan;
+    plan.wantsBases = wantsBases(values);
+    plan.mayShowPassword = mayShowPassword(values);
+    plan.user = plainTextIn(values, "user");
+    plan.group = plainTextIn(values, "group");
+    const auto described = values.valueForKey("server").as<util::Dictionary>();
+    if (described.isNull()) throw badRequest("\"server\" is no dictionary.");
+    const auto put = tryRequestFrom(described, saved);
+    plan.server = put.server;
+    plan.hasReadablePassword = !plan.server.hasPassword || !plan.server.password.empty();
+    if (put.password) plan.server.password = *put.password;
+    keepPlainAddresses(plan.server);
+    if (put.before) {
+        plan.options = *std::ranges::find(saved, put.before->name, &SssdDomain::name);
+        plan.options.options.erase("ldap_default_authtok");
+    }
+    const auto demanded = plan.options.option("ldap_tls_reqcert", "demand");
+    plan.trust = {certificatePath(folder, plan.server.caFile),
+                  certificatePath(folder, plan.options.option("ldap_tls_cacertdir")),
+                  demanded != "never" && demanded != "allow"};
+    return plan;
+}
+
+util::Value valueOf(const CheckStep& step) {
+    return util::Dictionary{{"step", step.name}, {"state", step.state}, {"detail", step.detail}};
+}
+
+util::ValueMap valuesOf(const CheckReport& report) {
+    util::ValueList steps;
+    for (const auto& step : report.steps)
+        steps.push_back(valueOf(step));
+    util::ValueMap values{{reportKey::finished, report.isFinished},
+                          {reportKey::steps, util::Array(std::move(steps))},
+                          {reportKey::bases, util::Array::ofTexts(report.bases)},
+                          {reportKey::defaultBase, report.defaultBase}};
+    if (report.failure)
+        values.emplace(reportKey::failure, util::Dictionary{{"kind", report.failure->kind},
+                                                            {"cause", report.failure->cause},
+                                                            {"evidence", report.failure->evidence},
+                                                            {"nextStep", report.failure->nextStep}});
+    return values;
+}
+
+/// What servers and certificates say may hold anything; a property list may not.
+void makePlain(std::string& text) {
+    for (auto& c : text)
+        if ((static_cast<unsigned char>(c) < 0x20 && c != '\n') || c == 0x7F) c = ' ';
+}
+
+void makePlain(CheckReport& report) {
+    for (auto& step : report.steps)
+        makePlain(step.detail);
+    for (auto& base : report.bases)
+        makePlain(base);
+    makePlain(report.defaultBase);
+    if (!report.failure) return;
+    makePlain(report.failure->cause);
+    makePlain(report.failure->evidence);
+    makePlain(report.failure->nextStep);
+}
+
+} // namespace
+
+util::Bytes startLdapCheck(Engine& engine, util::BytesView bytes) {
+    const LdapRequestValues request(bytes, engine.codec());
+    auto& machine = engine.machine();
+    const auto& saved = machine.picture().ground().sssd.domains();
+    return replyOf({{"job", engine.checks().start(planFrom(request.values(), saved, machine.folder()))}},
+                   engine.codec());
+}
+
+util::Bytes ldapCheckReport(Engine& engine, util::BytesView bytes) {
+    const LdapRequestValues request(bytes, engine.codec());
+    auto report = engine.checks().report(jobIn(request));
+    makePlain(report);
+    return replyOf(valuesOf(report), engine.codec());
+}
+
+util::Bytes cancelLdapCheck(Engine& engine, util::BytesView bytes) {
+    const LdapRequestValues request(bytes, engine.codec());
+    engine.checks().cancel(jobIn(request));
+    return replyOf({}, engine.codec());
+}
+
+} // namespace corvane::haldend

@@ -1,0 +1,186 @@
+#include "haldend/nodes/SearchNode.h"
+
+#include <algorithm>
+#include <set>
+
+#include "haldend/nodes/ConfigNode.h"
+#include "haldend/nodes/NodeFactory.h"
+#include "haldend/storage/Failure.h"
+
+namespace corvane::haldend {
+namespace {
+
+using namespace halden;
+
+constexpr std::size_t maximumListLength = 1000;
+constexpr std::size_t maximumNameLength = 1024;
+
+std::vector<std::string> withLocalNodes(const std::vector<std::string>& names) {
+    auto path = localNodeNames();
+    path.insert(path.end(), names.begin(), names.end());
+    return path;
+}
+
+std::string attributeOf(PolicyMode mode) {
+    switch (mode) {
+    case PolicyMode::automatic:
+        return std::string(attribute::automaticSearchPath);
+    case PolicyMode::localOnly:
+        return std::string(attribute::localOnlySearchPath);
+    default:
+        return std::string(attribute::customSearchPath);
+    }
+}
+
+Failure badList(const std::string& reason) {
+    return {ErrorCode::parameter, "The list of nodes can't be stored.", reason,
+            "Take the entry off the list, or use a program of the same version as this service."};
+}
+
+bool isLocalNode(const std::string& name) {
+    return std::ranges::find(localNodeNames(), name) != localNodeNames().end();
+}
+
+void requireNodeName(const std::string& name) {
+    const auto second = name.find('/', 1);
+    const bool hasTwoParts =
+        name.starts_with('/') && second != std::string::npos && second > 1 && second + 1 < name.size();
+    const auto connector = connectorOf(name);
+    if (connector == "Search" || connector == "Contacts")
+        throw badList("\"" + name + "\" is a search policy itself and can't stand on one.");
+    const bool isPlain = std::ranges::none_of(name, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
+    if (!hasTwoParts || !isPlain || name.size() > maximumNameLength)
+        throw badList("\"" + name.substr(0, 80) + "\" is no node name like /LDAP/ldap.example.com.");
+}
+
+} // namespace
+
+SearchNode::SearchNode(std::shared_ptr<Engine> engine, Purpose purpose)
+    : EngineNode(std::move(engine),
+                 std::string(purpose == Purpose::authentication ? searchNodeName : contactsNodeName)),
+      purpose_(purpose) {}
+
+SearchPolicy& SearchNode::policyIn(MachinePolicy& policy) const {
+    return purpose_ == Purpose::authentication ? policy.authentication : policy.contacts;
+}
+
+Machine::View SearchNode::view() const {
+    return purpose_ == Purpose::authentication ? Machine::View::authentication : Machine::View::contacts;
+}
+
+/// A list that nobody ever stored begins as what Automatic uses now, so that choosing Custom changes nothing
+/// yet.
+std::vector<std::string> SearchNode::customPath(const SearchPolicy& policy,
+                                                const std::vector<std::string>& automatic) const {
+    if (!policy.hasCustom) return withLocalNodes(automatic);
+    return purpose_ == Purpose::authentication ? withLocalNodes(policy.custom) : policy.custom;
+}
+
+AttributeMap SearchNode::details() {
+    auto& machine = engine().machine();
+    machine.noteThatPolicyWasRead(view());
+    const auto& picture = machine.picture();
+    auto policy = picture.policy();
+    const auto automatic = automaticNodes(picture.ground(), policy.disabled);
+    const auto& own = policyIn(policy);
+    return {{std::string(attribute::searchPolicy), {attributeOf(own.mode)}},
+            {std::string(attribute::automaticSearchPath), withLocalNodes(automatic)},
+            {std::string(attribute::localOnlySearchPath), localNodeNames()},
+            {std::string(attribute::customSearchPath), customPath(own, automatic)},
+            {std::string(attribute::remarks), picture.remarks()}};
+}
+
+std::vector<std::string> SearchNode::activePath() const {
+    const auto& picture = engine().machine().picture();
+    auto policy = picture.policy();
+    const auto& own = policyIn(policy);
+    if (own.mode == PolicyMode::localOnly) return localNodeNames();
+    const auto automatic = automaticNodes(picture.ground(), policy.disabled);
+    if (own.mode == PolicyMode::automatic) return withLocalNodes(automatic);
+    const auto usable = usableNodes(picture.nodes(), policy.disabled);
+    auto path = customPath(own, automatic);
+    std::erase_if(path, [&](const auto& name) {
+        return !isLocalNode(name) && std::ranges::find(usable, name) == usable.end();
+    });
+    return path;
+}
+
+RecordList SearchNode::fetch(const QueryParameters& parameters, bool allowPartial) {
+    RecordList found;
+    std::set<std::pair<std::string, std::string>> known;
+    for (const auto& name : activePath()) {
+        try {
+            for (auto& record : nodeNamed(sharedEngine(), name)->fetch(parameters, allowPartial)) {
+                if (isFull(parameters, found)) return found;
+                if (known.emplace(record->recordType(), record->recordName()).second)
+                    found.push_back(std::move(record));
+            }
+        } catch (const Failure& failure) {
+            if (!allowPartial) throw;
+            engine().log().log("the search passes over " + name + ": " + failure.error().reason);
+        }
+    }
+    return found;
+}
+
+util::Bytes SearchNode::call(std::int32_t code, util::BytesView request) {
+    switch (code) {
+    case 111:
+        setMode(PolicyMode::automatic, request);
+        return {};
+    case 222:
+        setMode(PolicyMode::localOnly, request);
+        return {};
+    case 333:
+        setMode(PolicyMode::custom, request);
+        return {};
+    case 444:
+        setCustomList(request);
+        return {};
+    default:
+        return EngineNode::call(code, request);
+    }
+}
+
+void SearchNode::setMode(PolicyMode mode, util::BytesView request) {
+    engine().requireConfigureRight(soleAuthorizationIn(request));
+    auto& machine = engine().machine();
+    machine.change(view(), [&](MachinePolicy& policy) {
+        auto& own = policyIn(policy);
+        if (mode == PolicyMode::custom && !own.hasCustom) {
+            own.custom = customPath(own, automaticNodes(machine.picture().ground(), policy.disabled));
+            if (purpose_ == Purpose::authentication) std::erase_if(own.custom, isLocalNode);
+            own.hasCustom = true;
+        }
+        own.mode = mode;
+    });
+}
+
+void SearchNode::setCustomList(util::BytesView request) {
+    engine().requireConfigureRight(authorizationIn(request));
+    const auto names = listFrom(request.subspan(util::AuthorizationExternalForm::length));
+    engine().machine().change(view(), [&](MachinePolicy& policy) {
+        policyIn(policy).custom = names;
+        policyIn(policy).hasCustom = true;
+    });
+}
+
+std::vector<std::string> SearchNode::listFrom(util::BytesView bytes) const {
+    std::string reason;
+    const auto value = engine().codec().parse(bytes, &reason);
+    if (value.isNull()) throw badList("It is no property list: " + reason + ".");
+    const auto list = value.as<util::Array>();
+    if (list.isNull()) throw badList("It is no array.");
+    if (list.count() > maximumListLength) throw badList("It has more than a thousand entries.");
+    for (const auto& element : list.elements()) {
+        if (!element.isKind(util::Kind::String))
+            throw badList("An entry is no text: " + element.description().substr(0, 80));
+        requireNodeName(element.as<util::String>().text());
+    }
+    auto names = list.texts();
+    if (purpose_ == Purpose::authentication)
+        std::erase_if(names, isLocalNode); // its path begins with them anyway
+    return names;
+}
+
+} // namespace corvane::haldend

@@ -1,0 +1,75 @@
+#include "haldend/policy/DomainNodes.h"
+
+#include <algorithm>
+#include <map>
+
+namespace corvane::haldend {
+namespace {
+
+/// Host, and port unless it is the scheme's usual one, of a URI like "ldaps://host:636/"; "" when it has no
+/// host, as a socket path or a service record hasn't.
+std::string serverOf(std::string_view uri) {
+    const auto scheme = foldedCase(uri.substr(0, uri.find("://")));
+    if (scheme != "ldap" && scheme != "ldaps") return {};
+    auto server = uri.substr(scheme.size() + 3);
+    server = server.substr(0, server.find_first_of("/? \t"));
+    const std::string_view usualPort = scheme == "ldap" ? ":389" : ":636";
+    if (server.ends_with(usualPort)) server.remove_suffix(usualPort.size());
+    return std::string(server);
+}
+
+std::string ldapName(const SssdDomain& domain) {
+    const auto uris = commaSeparated(domain.option("ldap_uri"));
+    const auto server = uris.empty() ? std::string() : serverOf(uris.front());
+    return "/LDAP/" + (server.empty() ? domain.name : server);
+}
+
+/// The first part of the node's name.
+std::string connectorFor(const SssdDomain& domain) {
+    static const std::map<std::string, std::string> names{
+        {"ldap", "LDAP"}, {"ad", "AD"}, {"ipa", "IPA"}, {"files", "Files"}, {"proxy", "Proxy"}};
+    if (domain.isApplication) return "Application";
+    const auto found = names.find(domain.option("id_provider"));
+    return found == names.end() ? std::string() : found->second;
+}
+
+bool isTaken(const std::vector<DomainNode>& nodes, const std::string& name) {
+    return std::ranges::find(nodes, name, &DomainNode::name) != nodes.end();
+}
+
+} // namespace
+
+const std::vector<std::string>& localNodeNames() {
+    static const std::vector<std::string> names{std::string(localNodeName), std::string(filesNodeName)};
+    return names;
+}
+
+std::vector<DomainNode> domainNodes(const SssdFile& sssd) {
+    std::vector<DomainNode> nodes;
+    for (const auto& domain : sssd.domains()) {
+        const auto connector = connectorFor(domain);
+        if (connector.empty() || !domain.obstacle().empty()) continue;
+        auto name = connector == "LDAP" ? ldapName(domain) : "/" + connector + "/" + domain.name;
+        if (isTaken(nodes, name)) name += "/" + domain.name;
+        nodes.push_back({name, connector, domain});
+    }
+    return nodes;
+}
+
+std::vector<std::string> skippedDomains(const SssdFile& sssd) {
+    std::vector<std::string> sentences;
+    for (const auto& domain : sssd.domains())
+        if (const auto why = domain.obstacle(); !why.empty())
+            sentences.push_back("[domain/" + domain.name + "] can't be used: " + why + ".");
+    for (const auto& name : sssd.listedDomains())
+        if (!sssd.domainNamed(name))
+            sentences.push_back("\"" + name + "\" is listed but has no section [domain/" + name + "].");
+    return sentences;
+}
+
+std::string connectorOf(std::string_view nodeName) {
+    if (nodeName.starts_with('/')) nodeName.remove_prefix(1);
+    return std::string(nodeName.substr(0, nodeName.find('/')));
+}
+
+} // namespace corvane::haldend

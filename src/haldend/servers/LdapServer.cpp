@@ -1,0 +1,184 @@
+#include "haldend/servers/LdapServer.h"
+
+#include <algorithm>
+#include <cctype>
+#include <charconv>
+
+#include "haldend/ldap/LdapSchema.h"
+#include "sdk/LdapServerCalls.h"
+
+namespace corvane::haldend {
+namespace {
+
+namespace security = sdk::ldap::security;
+namespace schema = sdk::ldap::schema;
+
+constexpr int networkTimeoutDefault = 6;
+constexpr int operationTimeoutDefault = 8;
+
+std::string lowered(std::string text) {
+    std::ranges::transform(text, text.begin(),
+                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
+    return text;
+}
+
+int numberIn(std::string_view text, int fallback) {
+    int number = 0;
+    const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
+    return status == std::errc() && end == text.data() + text.size() && number > 0 ? number : fallback;
+}
+
+/// Scheme, host and port of "ldaps://[::1]:1636/"; the whole text is the host where it is no such address.
+struct Uri {
+    std::string scheme, host;
+    int port = 0;
+};
+
+Uri uriFrom(const std::string& text) {
+    const auto colon = text.find("://");
+    if (colon == std::string::npos) return {"", text, 0};
+    Uri uri{lowered(text.substr(0, colon)), text.substr(colon + 3), 0};
+    if (uri.scheme != "ldap" && uri.scheme != "ldaps") return {"", text, 0};
+    uri.host = uri.host.substr(0, uri.host.find('/'));
+    const auto bracket = uri.host.rfind(']');
+    const auto portAt = uri.host.rfind(':');
+    if (portAt != std::string::npos && (bracket == std::string::npos || portAt > bracket)) {
+        uri.port = numberIn(std::string_view(uri.host).substr(portAt + 1), 0);
+        uri.host.resize(portAt);
+    }
+    if (uri.host.starts_with('[') && uri.host.ends_with(']'))
+        uri.host = uri.host.substr(1, uri.host.size() - 2);
+    if (uri.port == (uri.scheme == "ldaps" ? 636 : 389)) uri.port = 0;
+    return uri;
+}
+
+/// Addresses that share scheme and port are shown without them; others, and what is no host, as they are.
+void readAddresses(LdapServer& server, const SssdDomain& domain) {
+    const auto texts = commaSeparated(domain.option("ldap_uri"));
+    std::vector<Uri> uris;
+    for (const auto& text : texts)
+        uris.push_back(uriFrom(text));
+    if (uris.empty()) return;
+    const auto& first = uris.front();
+    server.port = first.scheme.empty() ? 0 : first.port;
+    if (first.scheme == "ldaps") server.security = security::ldaps;
+    for (std::size_t i = 0; i < uris.size(); ++i) {
+        const bool isPlain = uris[i].scheme == first.scheme && uris[i].port == first.port;
+        server.addresses.push_back(isPlain ? uris[i].host : texts[i]);
+    }
+}
+
+std::string schemaFrom(const std::string& text) {
+    const auto lower = lowered(text);
+    for (const auto* known : {schema::rfc2307, schema::rfc2307bis, schema::activeDirectory})
+        if (lower == known) return known;
+    return text;
+}
+
+/// Writes the lines of one section, each only where it has to be.
+class SectionWriter {
+public:
+    SectionWriter(SssdLines& lines, std::string section) : lines_(lines), section_(std::move(section)) {}
+
+    /// `fallback` is what SSSD does without the line: then it isn't added.
+    void put(const char* key, const std::string& value, const std::string& fallback) {
+        if (value == fallback && !lines_.has(section_, key)) return;
+        lines_.set(section_, key, value);
+    }
+    /// An empty value takes the line away.
+    void putOrRemove(const char* key, const std::string& value) {
+        if (value.empty())
+            lines_.remove(section_, key);
+        else
+            lines_.set(section_, key, value);
+    }
+    void seconds(const char* key, int value, int fallback) {
+        put(key, std::to_string(value), std::to_string(fallback));
+    }
+
+private:
+    SssdLines& lines_;
+    std::string section_;
+};
+
+void writePassword(SectionWriter& writer, const std::optional<std::string>& password) {
+    if (!password) return;
+    writer.putOrRemove("ldap_default_authtok_type", password->empty() ? "" : "password");
+    writer.putOrRemove("ldap_default_authtok", *password);
+}
+
+} // namespace
+
+bool isLdapServer(const SssdDomain& domain) { return domain.option("id_provider") == "ldap"; }
+
+LdapServer LdapServer::from(const SssdDomain& domain) {
+    LdapServer server;
+    server.name = domain.name;
+    server.security =
+        isTrueOption(domain.option("ldap_id_use_start_tls")) ? security::startTLS : security::none;
+    readAddresses(server, domain);
+    server.caFile = domain.option("ldap_tls_cacert");
+    server.baseDN = domain.option("ldap_search_base");
+    server.bindDN = domain.option("ldap_default_bind_dn");
+    server.hasPassword = !domain.option("ldap_default_authtok").empty();
+    if (domain.option("ldap_default_authtok_type", "password") == "password")
+        server.password = domain.option("ldap_default_authtok");
+    server.schema = schemaFrom(domain.option("ldap_schema", schema::rfc2307));
+    server.computesNumbers = isTrueOption(domain.option("ldap_id_mapping"));
+    server.connectTimeout = numberIn(domain.option("ldap_network_timeout"), networkTimeoutDefault);
+    server.searchTimeout = numberIn(domain.option("ldap_search_timeout"),
+                                    numberIn(domain.option("ldap_opt_timeout"), operationTimeoutDefault));
+    return server;
+}
+
+std::vector<std::string> LdapServer::uris() const {
+    const std::string scheme = security == sdk::ldap::security::ldaps ? "ldaps" : "ldap";
+    const int standard = scheme == "ldaps" ? 636 : 389;
+    std::vector<std::string> uris;
+    for (const auto& address : addresses) {
+        const bool isIPv6 = std::ranges::count(address, ':') > 1;
+        const bool isOdd = address.find("://") != std::string::npos || address == "_srv_";
+        const auto host = isIPv6 ? "[" + address + "]" : address;
+        const auto suffix = port == 0 || port == standard ? "" : ":" + std::to_string(port);
+        uris.push_back(isOdd ? address : scheme + "://" + host + suffix);
+    }
+    return uris;
+}
+
+void writeSection(SssdLines& lines, const LdapServer& server, const std::optional<LdapServer>& before,
+                  const std::optional<std::string>& password) {
+    const auto section = "domain/" + server.name;
+    SectionWriter writer(lines, section);
+    if (!before) {
+        lines.appendSection(section);
+        for (const auto* key : {"id_provider", "auth_provider"})
+            lines.set(section, key, "ldap");
+    }
+    const auto differs = [&](auto LdapServer::*field) {
+        return !before || server.*field != (*before).*field;
+    };
+    const bool isOtherSecurity = differs(&LdapServer::security);
+    if (isOtherSecurity || differs(&LdapServer::addresses) || differs(&LdapServer::port))
+        writer.putOrRemove("ldap_uri", commaJoined(server.uris()));
+    if (isOtherSecurity)
+        writer.put("ldap_id_use_start_tls", server.security == security::startTLS ? "true" : "false",
+                   "false");
+    if (!before) lines.set(section, "ldap_tls_reqcert", "demand");
+    if (differs(&LdapServer::caFile)) writer.putOrRemove("ldap_tls_cacert", server.caFile);
+    if (differs(&LdapServer::baseDN)) writer.putOrRemove("ldap_search_base", server.baseDN);
+    if (differs(&LdapServer::bindDN)) writer.putOrRemove("ldap_default_bind_dn", server.bindDN);
+    // A password without a name to go with it is of no use and would only lie about.
+    const bool losesName = server.bindDN.empty() && (differs(&LdapServer::bindDN) || password);
+    writePassword(writer, losesName ? std::make_optional<std::string>() : password);
+    if (differs(&LdapServer::schema)) writer.put("ldap_schema", server.schema, schema::rfc2307);
+    if (differs(&LdapServer::computesNumbers))
+        writer.put("ldap_id_mapping", server.computesNumbers ? "true" : "false", "false");
+    if (differs(&LdapServer::connectTimeout))
+        writer.seconds("ldap_network_timeout", server.connectTimeout, networkTimeoutDefault);
+    if (differs(&LdapServer::searchTimeout)) { // whichever of the two ends first counts
+        writer.seconds("ldap_search_timeout", server.searchTimeout, operationTimeoutDefault);
+        writer.seconds("ldap_opt_timeout", server.searchTimeout, operationTimeoutDefault);
+    }
+}
+
+} // namespace corvane::haldend

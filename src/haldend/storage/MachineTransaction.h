@@ -1,0 +1,74 @@
+#pragma once
+
+#include <sys/stat.h>
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "haldend/storage/FolderLock.h"
+#include "haldend/storage/MachineFolder.h"
+#include "haldend/storage/TransactionJournal.h"
+#include "util/ProcessLog.h"
+
+namespace corvane::haldend {
+
+/// The one way in which files of a machine change: all of them or none.
+///
+/// Each new content is written and synced under a temporary name beside its target; the journal is written
+/// and synced; the files are renamed; the journal goes. Before the journal stands, a crash leaves the old
+/// state (and leftovers that `recover` removes); from then on it leads to the new one. A file that is to go
+/// is unlinked in place of the renaming. The last ten previous versions stay under
+/// var/lib/corvane/generations, for root alone whatever the files' own modes: a directory's password may
+/// stand in them. The holder of the folder's lock makes one, and only one at a time. Any thread.
+class MachineTransaction {
+public:
+    MachineTransaction(const MachineFolder& folder, const FolderLock& held);
+    MachineTransaction(const MachineTransaction&) = delete;
+    MachineTransaction& operator=(const MachineTransaction&) = delete;
+    ~MachineTransaction();
+
+    /// Puts one file on the list. An existing file keeps its owner, and its mode unless `forceMode`; a new
+    /// one gets `mode`. `relative` is one of the `machineFile`s; links are followed to the file that is
+    /// replaced.
+    void replace(const std::string& relative, std::string content, mode_t mode, bool forceMode = false);
+    /// Puts one file on the list that is to go; it is there. With `alsoFolder` the folder that held it goes
+    /// as well if nothing else is in it.
+    void remove(const std::string& relative, bool alsoFolder);
+    /// Changes all files on the list. Throws `Failure` with the old state in place; used once.
+    void commit();
+
+    /// Finishes or undoes what a crash has left. Needs no answer from anybody. A target that another program
+    /// changed after the crash is left alone. Throws `Failure` when the folder can't be written.
+    static void recover(const MachineFolder& folder, const FolderLock& held, util::ProcessLog& log);
+    /// True when `recover` has something to do. Never throws.
+    [[nodiscard]] static bool needsRecovery(const MachineFolder& folder);
+
+private:
+    struct File {
+        std::string relative;
+        std::string target; ///< absolute, after links
+        std::string staged;
+        std::optional<std::string> content; ///< none for a file that is to go
+        mode_t mode;
+        bool forceMode;
+        std::optional<std::string> previous; ///< content before, none when the file is new
+        struct stat status {};               ///< before, for a file that is to go
+        bool alsoFolder = false;
+    };
+
+    void stage(const File& file) const;
+    void keepGeneration() const;
+    void writeJournal() const;
+    void renameAll();
+    static void putInPlace(const File& file);
+    static void putBack(const File& file);
+    void undo(std::size_t renamed) const;
+    void removeStaged() const noexcept;
+
+    const MachineFolder& folder_;
+    std::vector<File> files_;
+    mutable std::vector<std::string> madeFolders_; ///< by staging, the outermost first
+};
+
+} // namespace corvane::haldend

@@ -1,0 +1,43 @@
+#include "qt/widgets/CellDelegate.h"
+
+#include <QAbstractItemView>
+#include <QPainter>
+
+namespace corvane::qt {
+
+namespace {
+
+views::ControlView controlView(const QWidget* list) {
+    return {list && list->hasFocus(), list && list->isActiveWindow()};
+}
+
+} // namespace
+
+CellDelegate::CellDelegate(std::unique_ptr<views::TextFieldCell> cell, int rowHeight, ValueOf valueOf)
+    : cell_(std::move(cell)), rowHeight_(rowHeight), valueOf_(std::move(valueOf)) {}
+
+void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
+                         const QModelIndex& index) const {
+    const auto cell = cell_->copy();
+    const auto view = controlView(option.widget);
+    const bool selected = option.state & QStyle::State_Selected;
+    cell->setObjectValue(valueOf_(index));
+    cell->setHighlighted(selected);
+    // Away from the keyboard a selection is pale, because the cells then keep their ordinary colours.
+    const bool atWork = view.isFirstResponder && view.windowIsKey;
+    if (selected)
+        painter->fillRect(option.rect, option.palette.color(atWork ? QPalette::Highlight : QPalette::Mid));
+    painter->save();
+    painter->setClipRect(option.rect, Qt::IntersectClip);
+    PainterCanvas canvas(*painter, option.palette, option.font);
+    const QRectF rect(option.rect);
+    cell->drawInteriorWithFrame({{rect.x(), rect.y()}, {rect.width(), rect.height()}}, view, canvas);
+    painter->restore();
+}
+
+// As wide as the list has room: the cells cut their lines off by themselves.
+QSize CellDelegate::sizeHint(const QStyleOptionViewItem&, const QModelIndex&) const {
+    return {0, rowHeight_};
+}
+
+} // namespace corvane::qt
