@@ -11,6 +11,8 @@ namespace {
 
 /// How often other programs' edits of the machine's files are looked for.
 constexpr double changePollSeconds = 1.0;
+/// How often the start of the sample directory goes on.
+constexpr double samplePollSeconds = 0.02;
 
 qt::About about() {
     return {"Corvane",
@@ -61,12 +63,12 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
     application_.makeAboutPanel = [this](const auto& options) {
         return std::make_unique<qt::AboutPanel>(about(), options, guard_);
     };
-    startSampleDirectory();
     connectApplication();
 }
 
 Program::~Program() {
     changePoll_.reset();
+    sampleStart_.reset();
     application_.sendEvent = {};
     application_.activeChanged = {};
 }
@@ -81,9 +83,21 @@ void Program::startSampleDirectory() {
     if (engine_->machine().folder().isLiveMachine()) return;
     try {
         sampleDirectory_ =
-            haldend::SampleDirectory::start(settings_.machineFolder, settings_.files.sampleDirectory, log_);
+            haldend::SampleDirectory::begin(settings_.machineFolder, settings_.files.sampleDirectory, log_);
     } catch (const halden::Exception& problem) {
-        startProblem_ = problem.reason();
+        tellStartProblem(problem.reason());
+    }
+    if (sampleDirectory_)
+        sampleStart_ =
+            runLoop_.scheduleRepeatingTimer(samplePollSeconds, [this] { followSampleDirectory(); });
+}
+
+void Program::followSampleDirectory() {
+    try {
+        if (sampleDirectory_->proceed()) sampleStart_.reset();
+    } catch (const halden::Exception& problem) {
+        sampleStart_.reset();
+        tellStartProblem(problem.reason());
     }
 }
 
@@ -108,16 +122,15 @@ void Program::launch(bool restoreState) {
         application_.keepsStateOf(window_.window);
     }
     changePoll_ = runLoop_.scheduleRepeatingTimer(changePollSeconds, [this] { engine_->pollForChanges(); });
-    tellStartProblem();
+    startSampleDirectory();
 }
 
-void Program::tellStartProblem() {
-    if (startProblem_.empty()) return;
-    log_.log(startProblem_);
-    const auto firstParagraph = startProblem_.find("\n\n");
+void Program::tellStartProblem(const std::string& problem) {
+    log_.log(problem);
+    const auto firstParagraph = problem.find("\n\n");
     const auto details =
-        firstParagraph == std::string::npos ? std::string() : startProblem_.substr(firstParagraph + 2);
-    controller().showErrorSheetWithTitle(startProblem_.substr(0, firstParagraph), details);
+        firstParagraph == std::string::npos ? std::string() : problem.substr(firstParagraph + 2);
+    controller().showErrorSheetWithTitle(problem.substr(0, firstParagraph), details);
 }
 
 void Program::showPane(const std::string& name) {

@@ -36,13 +36,14 @@ public:
     };
 
     /// Makes the machine folder where it is missing and opens the service on it. Throws `halden::Exception`
-    /// when that can't be done at all. A sample directory that doesn't start is told after the launch.
+    /// when that can't be done at all.
     Program(QApplication& application, const Settings& settings, util::ProcessLog& log);
     Program(const Program&) = delete;
     Program& operator=(const Program&) = delete;
     ~Program();
 
-    /// Shows the main window, with its state of the last time if `restoreState`.
+    /// Shows the main window, with its state of the last time if `restoreState`. The folder's sample directory
+    /// is started after that; a sheet says so when it can't be.
     void launch(bool restoreState);
     /// Shows one of the panes "services", "search" and "editor".
     void showPane(const std::string& name);
@@ -56,8 +57,9 @@ private:
     [[nodiscard]] static std::shared_ptr<haldend::Engine>
     openEngine(const Settings& settings, const platform::PropertyListCodec& codec, util::ProcessLog& log);
     void startSampleDirectory();
+    void followSampleDirectory();
     void connectApplication();
-    void tellStartProblem();
+    void tellStartProblem(const std::string& problem);
 
     Settings settings_;
     util::ProcessLog& log_;
@@ -75,7 +77,6 @@ private:
     util::NotificationCenter notifications_;
     std::shared_ptr<haldend::Engine> engine_;
     std::unique_ptr<haldend::SampleDirectory> sampleDirectory_;
-    std::string startProblem_;
     haldend::EmbeddedFramework framework_;
     haldend::EmbeddedAuthorizationService authorizationService_;
     QObject postContext_;
@@ -89,6 +90,7 @@ private:
     app::AppDelegate delegate_;
     std::unique_ptr<app::DSApplication> dsApplication_;
     std::unique_ptr<platform::Timer> changePoll_;
+    std::unique_ptr<platform::Timer> sampleStart_;
 };
 
 } // namespace corvane::desktop

@@ -46,6 +46,76 @@ TEST(Recovery, crashBeforeTheJournal_isUndoneAtTheNextStart) {
         EXPECT_FALSE(machine.folder.has(leftover)) << leftover;
 }
 
+TEST(Recovery, crashBeforeAllContentsWereStored_isUndoneAtTheNextStart) {
+    TestMachine machine;
+    TransactionJournal journal;
+    for (const auto* file : {machineFile::nsswitch, machineFile::sssd})
+        journal.entries.push_back(
+            {file, Fingerprint::of(machine.folder.read(file)), Fingerprint::of(std::string(newNsswitch))});
+    machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
+    machine.folder.write("etc/sssd/.sssd.conf.corvane-new", "half");
+    machine.folder.write("var/lib/corvane/journal", journal.text());
+    machine.folder.write("var/lib/corvane/generations/part-0000000001/nsswitch.conf", plainNsswitch);
+    machine.start();
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
+    EXPECT_EQ(machine.folder.read("etc/sssd/sssd.conf"), twoDirectories);
+    for (const auto* leftover :
+         {"var/lib/corvane/journal", "etc/.nsswitch.conf.corvane-new", "etc/sssd/.sssd.conf.corvane-new",
+          "var/lib/corvane/generations/part-0000000001", "var/lib/corvane/generations/0000000001"})
+        EXPECT_FALSE(machine.folder.has(leftover)) << leftover;
+}
+
+TEST(Recovery, crashAmongTheRenamings_isFinishedThoughTheFirstFileWasEditedSince) {
+    TestMachine machine;
+    TransactionJournal journal;
+    for (const auto* file : {machineFile::sssd, machineFile::nsswitch})
+        journal.entries.push_back(
+            {file, Fingerprint::of(machine.folder.read(file)), Fingerprint::of(std::string(newNsswitch))});
+    machine.folder.write("etc/sssd/sssd.conf", "# edited after the crash\n");
+    machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
+    machine.folder.write("var/lib/corvane/journal", journal.text());
+    machine.start();
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), newNsswitch);
+    EXPECT_EQ(machine.folder.read("etc/sssd/sssd.conf"), "# edited after the crash\n");
+}
+
+TEST(Recovery, generationThatACrashCutOff_isFinishedWithTheChange) {
+    TestMachine machine;
+    interrupt(machine);
+    const std::string generations = "var/lib/corvane/generations/";
+    machine.folder.write(generations + "part-0000000007/nsswitch.conf", plainNsswitch);
+    machine.start();
+    EXPECT_EQ(machine.folder.read(generations + "0000000007/nsswitch.conf"), plainNsswitch);
+    EXPECT_EQ(std::filesystem::status(machine.folder.path() + "/" + generations + "0000000007/nsswitch.conf")
+                  .permissions(),
+              std::filesystem::perms(0600));
+}
+
+TEST(Generations, fileThatIsLinkedElsewhere_isCopied) {
+    TestMachine machine;
+    const auto file = machine.folder.path() + "/etc/nsswitch.conf", link = file + ".saved";
+    std::filesystem::create_hard_link(file, link);
+    const auto mode = std::filesystem::status(file).permissions();
+    ASSERT_EQ(machine.call(machine.search(), 111).code, 0);
+    const auto kept = machine.folder.path() + "/var/lib/corvane/generations/0000000001/nsswitch.conf";
+    EXPECT_FALSE(std::filesystem::equivalent(kept, link));
+    EXPECT_EQ(std::filesystem::status(link).permissions(), mode);
+    EXPECT_EQ(std::filesystem::status(kept).permissions(), std::filesystem::perms(0600));
+}
+
+TEST(Generations, changeThatFailed_leavesNone) {
+    const TestMachine machine;
+    const MachineFolder folder(machine.folder.path());
+    const FolderLock lock(folder);
+    MachineTransaction transaction(folder, lock);
+    transaction.replace(machineFile::nsswitch, newNsswitch, 0644);
+    std::filesystem::create_directories(machine.folder.path() + "/var/lib/corvane/journal/in the way");
+    EXPECT_THROW(transaction.commit(), Failure);
+    EXPECT_EQ(machine.folder.read("etc/nsswitch.conf"), plainNsswitch);
+    EXPECT_EQ(std::filesystem::hard_link_count(machine.folder.path() + "/etc/nsswitch.conf"), 1U);
+    EXPECT_TRUE(std::filesystem::is_empty(machine.folder.path() + "/var/lib/corvane/generations"));
+}
+
 TEST(Recovery, crashInARunningProgram_isFinishedBeforeItsNextCall) {
     TestMachine machine;
     interrupt(machine);

@@ -132,6 +132,37 @@ TEST(SampleDirectory, machineWithoutADirectory_getsOneThatAnswers) {
     EXPECT_EQ(people->front()->recordName(), "wile");
 }
 
+TEST(SampleDirectory, begin_doesNotWaitForTheServer) {
+    Workshop workshop;
+    EXPECT_TRUE(workshop.make());
+    const auto sample = SampleDirectory::begin(workshop.copy(), workshop.share(), workshop.log);
+    ASSERT_NE(sample, nullptr);
+    EXPECT_FALSE(workshop.base.has("new/copy/var/lib/corvane/sample-directory/messages")) << "no server yet";
+    int calls = 1;
+    for (; !sample->proceed() && calls < 1000; ++calls)
+        std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    EXPECT_GT(calls, 2) << "its data is loaded and the server started beside this thread";
+    LdapSettings settings;
+    settings.uris = {sample->uri()};
+    EXPECT_FALSE(LdapConnection(settings).defaultBase().empty());
+    EXPECT_TRUE(sample->proceed()) << "once more is harmless";
+}
+
+TEST(SampleDirectory, endInTheMiddleOfTheStart_leavesNoServerBehind) {
+    Workshop workshop;
+    EXPECT_TRUE(workshop.make());
+    auto sample = SampleDirectory::begin(workshop.copy(), workshop.share(), workshop.log);
+    LdapSettings settings;
+    settings.uris = {sample->uri()};
+    const auto messages = "new/copy/var/lib/corvane/sample-directory/messages";
+    while (!workshop.base.has(messages) && !sample->proceed())
+        std::this_thread::sleep_for(std::chrono::milliseconds(1));
+    sample.reset();
+    EXPECT_THROW(LdapConnection{settings}, Failure);
+    EXPECT_NE(SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log), nullptr)
+        << "and the next start finds all in order";
+}
+
 TEST(SampleDirectory, folderThatNamesTheAddress_isServedAsWell) {
     Workshop workshop;
     EXPECT_TRUE(workshop.make());

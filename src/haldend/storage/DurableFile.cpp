@@ -10,7 +10,6 @@
 #include <vector>
 
 #include "haldend/storage/Failure.h"
-#include "haldend/storage/FileDescriptor.h"
 
 namespace corvane::haldend {
 namespace {
@@ -92,29 +91,47 @@ std::string parentOf(const std::string& path) {
 
 std::string baseNameOf(const std::string& path) { return path.substr(path.rfind('/') + 1); }
 
-void writeDurably(const std::string& path, std::string_view content, mode_t mode,
-                  const std::optional<FileModel>& model) {
+FileDescriptor writeFile(const std::string& path, std::string_view content, mode_t mode,
+                         const std::optional<FileModel>& model) {
     const FileSizeSignalBlocked blocked;
     ::unlink(path.c_str());
-    const FileDescriptor file(
-        ::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
+    FileDescriptor file(::open(path.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC | O_NOFOLLOW, 0600));
     if (!file.isOpen()) throw storageFailure("write", path, errno);
     try {
         if (model) giveOwner(file, path, model->status);
         writeAll(file, path, content);
         if (::fchmod(file.number(), mode) != 0) throw storageFailure("set the mode of", path, errno);
         if (model && !model->path.empty()) giveAttributes(file, path, model->path);
-        if (::fsync(file.number()) != 0) throw storageFailure("write", path, errno);
+        (void)::sync_file_range(file.number(), 0, 0, SYNC_FILE_RANGE_WRITE); // `syncFile` reports what fails
+    } catch (...) {
+        ::unlink(path.c_str());
+        throw;
+    }
+    return file;
+}
+
+void syncFile(const FileDescriptor& file, const std::string& path) {
+    if (::fsync(file.number()) != 0) throw storageFailure("write", path, errno);
+}
+
+void writeDurably(const std::string& path, std::string_view content, mode_t mode,
+                  const std::optional<FileModel>& model) {
+    const auto file = writeFile(path, content, mode, model);
+    try {
+        syncFile(file, path);
     } catch (...) {
         ::unlink(path.c_str());
         throw;
     }
 }
 
-void syncParent(const std::string& path) {
-    const auto parent = parentOf(path);
-    const FileDescriptor folder(::open(parent.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
-    if (!folder.isOpen() || ::fsync(folder.number()) != 0) throw storageFailure("sync", parent, errno);
+void syncParent(const std::string& path) { syncFolders({parentOf(path)}); }
+
+void syncFolders(const std::set<std::string>& folders) {
+    for (const auto& path : folders) {
+        const FileDescriptor folder(::open(path.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC));
+        if (!folder.isOpen() || ::fsync(folder.number()) != 0) throw storageFailure("sync", path, errno);
+    }
 }
 
 void renameFile(const std::string& from, const std::string& to) {

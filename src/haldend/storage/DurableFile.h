@@ -3,8 +3,11 @@
 #include <sys/stat.h>
 
 #include <optional>
+#include <set>
 #include <string>
 #include <string_view>
+
+#include "haldend/storage/FileDescriptor.h"
 
 namespace corvane::haldend {
 
@@ -14,13 +17,21 @@ struct FileModel {
     struct stat status;
 };
 
-/// Writes a new file and syncs it; an older one of that name is removed first. A group that an ordinary user
-/// isn't a member of is left out of what `model` says: nobody but root could give it. Throws `Failure` and
-/// leaves no file behind.
+/// Writes a new file and lets the system begin to store it; an older one of that name is removed first. A
+/// group that an ordinary user isn't a member of is left out of what `model` says: nobody but root could give
+/// it. Throws `Failure` and leaves no file behind.
+[[nodiscard]] FileDescriptor writeFile(const std::string& path, std::string_view content, mode_t mode,
+                                       const std::optional<FileModel>& model = std::nullopt);
+/// Waits until the file is stored. Throws `Failure`. Several files are faster written all before the first is
+/// waited for.
+void syncFile(const FileDescriptor& file, const std::string& path);
+/// Both of them for one file; one that can't be stored is removed.
 void writeDurably(const std::string& path, std::string_view content, mode_t mode,
                   const std::optional<FileModel>& model = std::nullopt);
 /// Syncs the folder that holds `path`, so that a rename or removal in it lasts. Throws `Failure`.
 void syncParent(const std::string& path);
+/// Syncs each folder. Throws `Failure`.
+void syncFolders(const std::set<std::string>& folders);
 /// Renames within one file system. Throws `Failure`.
 void renameFile(const std::string& from, const std::string& to);
 [[nodiscard]] std::string parentOf(const std::string& path);

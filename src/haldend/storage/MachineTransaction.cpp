@@ -20,6 +20,8 @@ constexpr std::size_t generationsKept = 10;
 /// The files that a transaction may hold; a journal that names another one isn't ours.
 constexpr const char* changeableFiles[] = {machineFile::nsswitch, machineFile::sssd, machineFile::policies};
 constexpr const char* stagedSuffix = ".corvane-new";
+/// Of a folder that is no whole generation yet.
+constexpr const char* partPrefix = "part-";
 
 std::string stagedNameFor(const std::string& target) {
     return parentOf(target) + "/." + baseNameOf(target) + stagedSuffix;
@@ -43,8 +45,8 @@ void removeOldGenerations(const std::string& folder) {
     auto names = generationNames(folder);
     std::error_code ignored;
     for (const auto& name : names)
-        if (name.starts_with("part-")) fs::remove_all(folder + "/" + name, ignored);
-    std::erase_if(names, [](const auto& name) { return name.starts_with("part-"); });
+        if (name.starts_with(partPrefix)) fs::remove_all(folder + "/" + name, ignored);
+    std::erase_if(names, [](const auto& name) { return name.starts_with(partPrefix); });
     for (std::size_t i = 0; i + generationsKept < names.size(); ++i)
         fs::remove_all(folder + "/" + names[i], ignored);
 }
@@ -86,6 +88,42 @@ std::vector<std::string> missingFolders(const std::string& path) {
     for (auto folder = path; folder != "/" && !fs::exists(folder, code); folder = parentOf(folder))
         missing.insert(missing.begin(), folder);
     return missing;
+}
+
+/// Turns what a transaction has kept into a generation, once its files are in place. Nothing but the folder's
+/// own mode guards them until then: they were the machine's files.
+void finishGeneration(const std::string& part) {
+    const auto folder = parentOf(part);
+    std::error_code code;
+    for (const auto& entry : fs::directory_iterator(part, code))
+        if (entry.hard_link_count(code) == 1) ::chmod(entry.path().c_str(), 0600);
+    renameFile(part, folder + "/" + baseNameOf(part).substr(std::string(partPrefix).size()));
+}
+
+void finishGenerations(const std::string& folder) {
+    for (const auto& name : generationNames(folder))
+        if (name.starts_with(partPrefix)) finishGeneration(folder + "/" + name);
+}
+
+/// A link where that is safe: what is linked elsewhere as well, or can't be linked, is copied.
+void keepPrevious(const std::string& target, const std::string& content, const std::string& kept) {
+    struct stat status {};
+    const bool isAlone =
+        ::lstat(target.c_str(), &status) == 0 && S_ISREG(status.st_mode) && status.st_nlink == 1;
+    if (isAlone && ::link(target.c_str(), kept.c_str()) == 0) return;
+    (void)writeFile(kept, content, 0600);
+}
+
+/// True when the crash came before all new contents were stored, and so before the first renaming: each file is
+/// as it was, and the new content of one is missing.
+bool mustBeUndone(const MachineFolder& folder, const TransactionJournal& journal) {
+    bool isIncomplete = false;
+    for (const auto& entry : journal.entries) {
+        const auto target = folder.resolved(entry.file);
+        if (!sameAs(target, entry.before)) return false;
+        if (entry.after.present && !sameAs(stagedNameFor(target), entry.after)) isIncomplete = true;
+    }
+    return isIncomplete;
 }
 
 bool isOurs(const TransactionJournal& journal) {
@@ -150,24 +188,31 @@ MachineTransaction::~MachineTransaction() {
 
 void MachineTransaction::commit() {
     try {
-        for (const auto& file : files_)
-            if (file.content) stage(file);
-        keepGeneration();
-        writeJournal();
+        stageAll();
+        beginGeneration();
+        enactJournal();
     } catch (...) {
         removeStaged();
         throw;
     }
     renameAll();
-    const auto journal = folder_.resolved(machineFile::journal);
-    ::unlink(journal.c_str());
-    syncParent(journal);
+    finishGeneration(part_);
+    ::unlink(journalPath().c_str()); // one that a crash brings back finds its work done
     for (const auto& file : files_)
         if (file.alsoFolder) ::rmdir(parentOf(file.target).c_str()); // stays while others have files there
     removeOldGenerations(folder_.resolved(machineFile::generations));
 }
 
-void MachineTransaction::stage(const File& file) const {
+void MachineTransaction::stageAll() const {
+    std::vector<std::pair<FileDescriptor, std::string>> written;
+    for (const auto& file : files_)
+        if (file.content) written.emplace_back(stage(file), file.staged);
+    written.emplace_back(stageJournal(), stagedNameFor(journalPath()));
+    for (const auto& [file, path] : written)
+        syncFile(file, path);
+}
+
+FileDescriptor MachineTransaction::stage(const File& file) const {
     std::error_code code;
     for (auto& folder : missingFolders(parentOf(file.target)))
         madeFolders_.push_back(std::move(folder));
@@ -176,43 +221,48 @@ void MachineTransaction::stage(const File& file) const {
     struct stat status {};
     const bool exists = ::stat(file.target.c_str(), &status) == 0;
     const mode_t mode = exists && !file.forceMode ? status.st_mode & 07777U : file.mode;
-    writeDurably(file.staged, *file.content, mode,
-                 exists ? std::make_optional(FileModel{file.target, status}) : std::nullopt);
-    syncParent(file.staged);
+    return writeFile(file.staged, *file.content, mode,
+                     exists ? std::make_optional(FileModel{file.target, status}) : std::nullopt);
 }
 
-void MachineTransaction::keepGeneration() const {
+void MachineTransaction::beginGeneration() {
     const auto folder = folder_.resolved(machineFile::generations);
     const auto names = generationNames(folder);
     const auto last = std::ranges::find_if(names.rbegin(), names.rend(),
-                                           [](const auto& n) { return !n.starts_with("part-"); });
-    const auto next = numbered(last == names.rend() ? 1 : std::strtoul(last->c_str(), nullptr, 10) + 1);
-    const auto part = folder + "/part-" + next;
+                                           [](const auto& n) { return !n.starts_with(partPrefix); });
+    part_ = folder + "/" + partPrefix +
+            numbered(last == names.rend() ? 1 : std::strtoul(last->c_str(), nullptr, 10) + 1);
     std::error_code code;
-    fs::create_directories(part, code);
-    if (code) throw storageFailure("make", part, code.value());
+    fs::create_directories(part_, code);
+    if (code) throw storageFailure("make", part_, code.value());
     ::chmod(folder.c_str(), 0700); // the copies may hold passwords
     for (const auto& file : files_)
-        if (file.previous) writeDurably(part + "/" + baseNameOf(file.relative), *file.previous, 0600);
-    renameFile(part, folder + "/" + next);
+        if (file.previous) keepPrevious(file.target, *file.previous, part_ + "/" + baseNameOf(file.relative));
 }
 
-void MachineTransaction::writeJournal() const {
+FileDescriptor MachineTransaction::stageJournal() const {
     TransactionJournal journal;
     for (const auto& file : files_)
         journal.entries.push_back(
             {file.relative, Fingerprint::of(file.previous), Fingerprint::of(file.content)});
-    const auto path = folder_.resolved(machineFile::journal);
-    const auto staged = stagedNameFor(path);
-    writeDurably(staged, journal.text(), 0600);
-    try {
-        renameFile(staged, path);
-        syncParent(path);
-    } catch (...) {
-        ::unlink(staged.c_str());
-        ::unlink(path.c_str());
-        throw;
-    }
+    return writeFile(stagedNameFor(journalPath()), journal.text(), 0600);
+}
+
+/// From here on a crash leads to the new state.
+void MachineTransaction::enactJournal() const {
+    auto folders = targetFolders();
+    folders.insert(parentOf(journalPath()));
+    for (const auto& made : madeFolders_)
+        folders.insert(parentOf(made));
+    renameFile(stagedNameFor(journalPath()), journalPath());
+    syncFolders(folders);
+}
+
+std::set<std::string> MachineTransaction::targetFolders() const {
+    std::set<std::string> folders;
+    for (const auto& file : files_)
+        folders.insert(parentOf(file.target));
+    return folders;
 }
 
 void MachineTransaction::renameAll() {
@@ -220,9 +270,7 @@ void MachineTransaction::renameAll() {
     try {
         for (; renamed < files_.size(); ++renamed)
             putInPlace(files_[renamed]);
-        std::set<std::string> folders;
-        for (const auto& file : files_)
-            if (folders.insert(parentOf(file.target)).second) syncParent(file.target);
+        syncFolders(targetFolders());
     } catch (...) {
         undo(renamed);
         throw;
@@ -255,10 +303,13 @@ void MachineTransaction::undo(std::size_t renamed) const {
     for (std::size_t i = 0; i < renamed; ++i)
         putBack(files_[i]);
     removeStaged();
-    ::unlink(folder_.resolved(machineFile::journal).c_str());
 }
 
 void MachineTransaction::removeStaged() const noexcept {
+    std::error_code ignored;
+    if (!part_.empty()) fs::remove_all(part_, ignored);
+    ::unlink(journalPath().c_str());
+    ::unlink(stagedNameFor(journalPath()).c_str());
     for (const auto& file : files_)
         ::unlink(file.staged.c_str());
     for (auto folder = madeFolders_.rbegin(); folder != madeFolders_.rend(); ++folder)
@@ -275,11 +326,13 @@ void MachineTransaction::recover(const MachineFolder& folder, const FolderLock&,
         renameFile(path, path + ".damaged");
         return removeLeftovers(folder);
     }
+    const bool isUndone = mustBeUndone(folder, *journal);
     for (const auto& entry : journal->entries)
-        redo(folder, entry, log);
+        if (!isUndone) redo(folder, entry, log);
+    if (!isUndone) finishGenerations(folder.resolved(machineFile::generations));
     if (::unlink(path.c_str()) != 0) throw storageFailure("remove", path, errno);
     syncParent(path);
-    log.log("an interrupted change of " + folder.root() + " was finished");
+    log.log("an interrupted change of " + folder.root() + (isUndone ? " was undone" : " was finished"));
     removeLeftovers(folder);
 }
 

@@ -3,9 +3,11 @@
 #include <sys/stat.h>
 
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
+#include "haldend/storage/FileDescriptor.h"
 #include "haldend/storage/FolderLock.h"
 #include "haldend/storage/MachineFolder.h"
 #include "haldend/storage/TransactionJournal.h"
@@ -15,8 +17,9 @@ namespace corvane::haldend {
 
 /// The one way in which files of a machine change: all of them or none.
 ///
-/// Each new content is written and synced under a temporary name beside its target; the journal is written
-/// and synced; the files are renamed; the journal goes. Before the journal stands, a crash leaves the old
+/// Each new content is written under a temporary name beside its target, and so is the journal; all are
+/// synced; the journal gets its name; the folders are synced; the files are renamed, and the folders synced
+/// again; the journal goes. While a part of the new contents isn't stored for good, a crash leaves the old
 /// state (and leftovers that `recover` removes); from then on it leads to the new one. A file that is to go
 /// is unlinked in place of the renaming. The last ten previous versions stay under
 /// var/lib/corvane/generations, for root alone whatever the files' own modes: a directory's password may
@@ -57,18 +60,25 @@ private:
         bool alsoFolder = false;
     };
 
-    void stage(const File& file) const;
-    void keepGeneration() const;
-    void writeJournal() const;
+    [[nodiscard]] FileDescriptor stage(const File& file) const;
+    /// Stages all files and the journal, and waits until all of them are stored.
+    void stageAll() const;
+    [[nodiscard]] FileDescriptor stageJournal() const;
+    void enactJournal() const;
+    [[nodiscard]] std::set<std::string> targetFolders() const;
+    /// The previous versions, in a folder that is no generation yet; `part_` is its path.
+    void beginGeneration();
     void renameAll();
     static void putInPlace(const File& file);
     static void putBack(const File& file);
     void undo(std::size_t renamed) const;
     void removeStaged() const noexcept;
+    [[nodiscard]] std::string journalPath() const { return folder_.resolved(machineFile::journal); }
 
     const MachineFolder& folder_;
     std::vector<File> files_;
     mutable std::vector<std::string> madeFolders_; ///< by staging, the outermost first
+    std::string part_;
 };
 
 } // namespace corvane::haldend

@@ -30,6 +30,7 @@ constexpr const char* slapd = "/usr/sbin/slapd";
 constexpr const char* slapadd = "/usr/sbin/slapadd";
 constexpr const char* templateName = "slapd.conf.in";
 constexpr const char* dataFolder = "var/lib/corvane/sample-directory";
+constexpr auto pollInterval = 20ms;
 
 Failure trouble(const std::string& reason, const std::string& recovery) {
     return {halden::ErrorCode::nodeUnreachable, "The sample directory can't be started.", reason, recovery};
@@ -139,20 +140,49 @@ auto asException(const Action& action) {
 std::unique_ptr<SampleDirectory> SampleDirectory::start(const std::string& machineFolder,
                                                         const std::string& shareFolder,
                                                         util::ProcessLog& log) {
+    auto directory = begin(machineFolder, shareFolder, log);
+    while (directory && !directory->proceed())
+        directory->step_.wait_for(pollInterval);
+    return directory;
+}
+
+std::unique_ptr<SampleDirectory> SampleDirectory::begin(const std::string& machineFolder,
+                                                        const std::string& shareFolder,
+                                                        util::ProcessLog& log) {
     return asException([&]() -> std::unique_ptr<SampleDirectory> {
         const MachineFolder folder(machineFolder);
         const auto uri = uriIn(folder);
         if (uri.empty()) return nullptr;
-        std::unique_ptr<SampleDirectory> directory(new SampleDirectory(folder, shareFolder, uri));
-        if (answers(uri)) { // another program runs on the same folder
-            log.log("the sample directory at " + uri + " runs already");
-            return directory;
-        }
-        directory->prepare();
-        directory->launch();
-        directory->waitUntilItAnswers();
+        std::unique_ptr<SampleDirectory> directory(new SampleDirectory(folder, shareFolder, uri, log));
+        directory->inTheBackground(&SampleDirectory::look);
         return directory;
     });
+}
+
+void SampleDirectory::inTheBackground(Next (SampleDirectory::*step)()) {
+    step_ = std::async(std::launch::async, [this, step] { return (this->*step)(); });
+}
+
+bool SampleDirectory::isStepOver() const { return step_.wait_for(0s) == std::future_status::ready; }
+
+bool SampleDirectory::proceed() {
+    if (!step_.valid()) return true;
+    if (!isStepOver()) return false;
+    return asException([this] {
+        const auto next = step_.get();
+        if (runsElsewhere_) log_.log("the sample directory at " + uri_ + " runs already");
+        if (next == Next::nothing) return true;
+        launch(); // here, for the server ends with the thread that started it
+        inTheBackground(&SampleDirectory::waitUntilItAnswers);
+        return false;
+    });
+}
+
+SampleDirectory::Next SampleDirectory::look() {
+    runsElsewhere_ = answers(uri_); // another program runs on the same folder
+    if (runsElsewhere_) return Next::nothing;
+    prepare();
+    return Next::launch;
 }
 
 std::string SampleDirectory::sssdText(const std::string& shareFolder) {
@@ -168,10 +198,14 @@ std::string SampleDirectory::sssdText(const std::string& shareFolder) {
     });
 }
 
-SampleDirectory::SampleDirectory(const MachineFolder& folder, std::string shareFolder, std::string uri)
-    : folder_(folder.resolved(dataFolder)), shareFolder_(std::move(shareFolder)), uri_(std::move(uri)) {}
+SampleDirectory::SampleDirectory(const MachineFolder& folder, std::string shareFolder, std::string uri,
+                                 util::ProcessLog& log)
+    : folder_(folder.resolved(dataFolder)), shareFolder_(std::move(shareFolder)), uri_(std::move(uri)),
+      log_(log) {}
 
 SampleDirectory::~SampleDirectory() {
+    isUnwanted_ = true;
+    if (step_.valid()) step_.wait();
     if (server_ <= 0) return;
     ::kill(server_, SIGTERM);
     for (int i = 0; i < 500; ++i) {
@@ -238,18 +272,19 @@ void SampleDirectory::launch() {
     ::_exit(127);
 }
 
-void SampleDirectory::waitUntilItAnswers() {
+SampleDirectory::Next SampleDirectory::waitUntilItAnswers() {
     const auto deadline = std::chrono::steady_clock::now() + 15s;
-    while (std::chrono::steady_clock::now() < deadline) {
+    while (std::chrono::steady_clock::now() < deadline && !isUnwanted_) {
         if (::waitpid(server_, nullptr, WNOHANG) == server_) {
             server_ = -1;
             throw trouble("The server at " + uri_ + " ended at once. " + complaint(),
                           "See whether another program uses that port; change it in the section "
                           "[domain/sample] of sssd.conf if so.");
         }
-        if (answers(uri_)) return;
-        std::this_thread::sleep_for(20ms);
+        if (answers(uri_)) return Next::nothing;
+        std::this_thread::sleep_for(pollInterval);
     }
+    if (isUnwanted_) return Next::nothing;
     throw trouble("The server at " + uri_ + " did not answer within 15 seconds. " + complaint(),
                   "Start the program again.");
 }

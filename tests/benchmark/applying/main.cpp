@@ -1,9 +1,14 @@
-// How long an Apply takes on a machine whose files are large, and how that grows: each file is made in two
-// sizes, one ten times the other.
+// How long an Apply takes:
 //
-//   corvane-benchmark-applying
+//   corvane-benchmark-applying [TEXT]     only the lines whose first words contain TEXT
 //
-// Where time grows with the size, the last column says ten or less; a hundred would be its square.
+// - beside the least that replaces the same files for good: each written under another name, synced and
+// renamed;
+// - on a machine whose files are large, and how that grows: each file is made in two sizes, one ten times the
+//   other. Where time grows with the size, the last column says ten or less; a hundred would be its square.
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -16,7 +21,7 @@ using namespace corvane::haldend::test;
 namespace {
 
 constexpr int repetitions = 3;
-constexpr int localOnly = 111, automatic = 222;
+constexpr int automatic = 111, localOnly = 222;
 
 struct Files {
     std::string sssd, nsswitch;
@@ -107,9 +112,54 @@ Seconds measured(const Files& files) {
     return best;
 }
 
+double median(std::vector<double> values) {
+    const auto middle = values.begin() + long(values.size() / 2);
+    std::ranges::nth_element(values, middle);
+    return *middle;
+}
+
+void replaceBare(const std::string& path, const std::string& content) {
+    const auto staged = path + ".bare";
+    const int file = ::open(staged.c_str(), O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0644);
+    const bool isWritten =
+        file >= 0 && ::write(file, content.data(), content.size()) == ssize_t(content.size());
+    const bool isSynced = isWritten && ::fsync(file) == 0;
+    ::close(file);
+    if (!isSynced || std::rename(staged.c_str(), path.c_str()) != 0) throw std::runtime_error(path);
+}
+
+/// The files that the two policies' changes below replace: nsswitch.conf and the stored policy.
+double secondsOfBare(const TestMachine& machine) {
+    const auto& folder = machine.folder;
+    const char* const names[] = {"etc/nsswitch.conf", "var/lib/corvane/policies.plist"};
+    std::vector<std::string> contents;
+    for (const auto* name : names)
+        contents.push_back(folder.read(name));
+    const auto start = std::chrono::steady_clock::now();
+    for (std::size_t i = 0; i < contents.size(); ++i)
+        replaceBare(folder.path() + "/" + names[i], contents[i]);
+    return std::chrono::duration<double>(std::chrono::steady_clock::now() - start).count();
+}
+
+void compareWithBare() {
+    constexpr int rounds = 60;
+    TestMachine machine(twoDirectories, plainNsswitch), bare(twoDirectories, plainNsswitch);
+    (void)secondsOf(machine, automatic);
+    (void)secondsOf(bare, automatic);
+    std::vector<double> ours, least;
+    for (int i = 0; i < rounds; ++i) {
+        ours.push_back(secondsOf(machine, i % 2 == 0 ? localOnly : automatic));
+        least.push_back(secondsOfBare(bare));
+    }
+    std::printf("%-50s %9s %9s %7s\n", "milliseconds of an Apply", "bare", "Corvane", "times");
+    std::printf("%-50s %9.2f %9.2f %7.2f\n\n", "    nsswitch.conf and the stored policy",
+                median(least) * 1000, median(ours) * 1000, median(ours) / median(least));
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
+    if (count == 1 || std::string("bare").find(arguments[1]) != std::string::npos) compareWithBare();
     std::printf("%-50s %9s %9s %7s\n", "seconds of an Apply", "small", "large", "times");
     for (const auto& one : cases) {
         if (count > 1 && std::string(one.what).find(arguments[1]) == std::string::npos) continue;
