@@ -222,6 +222,48 @@ TEST_F(Lock, localPreflight_alwaysTakesTheDefaultSessionAfreshThenAsksWithIntera
               (Names{"defaultSession", "authorization.obtainRights 19", "authorizationView.updateStatus"}));
 }
 
+TEST_F(Lock, localPreflight_asksForBothRightsThroughTheFreshSession) {
+    program.launch();
+    const auto former = program.framework.session;
+    const auto fresh = std::make_shared<fakes::FakeSession>(program.journal);
+    program.framework.session = fresh;
+    EXPECT_TRUE(controller.preflightAuthRights());
+    EXPECT_EQ(controller.haldenSession(), fresh) << "a service that was restarted is noticed";
+    EXPECT_NE(controller.haldenSession(), former);
+    const platform::AuthorizationRights expected = {{"system.services.directory.configure", "", 0},
+                                                    {"system.preferences", "", 0}};
+    EXPECT_EQ(program.authorization->lastRights, expected);
+}
+
+TEST_F(Lock, opening_withoutALocalNode_signsNobodyInAndGoesOn) {
+    program.framework.session->failingTypes[halden::NodeType::localNodes] = {1, "down", "", ""};
+    program.launch();
+    lock().click();
+    EXPECT_TRUE(controller.unlocked());
+    EXPECT_FALSE(controller.isAuthed());
+    EXPECT_TRUE(credentials().empty());
+    EXPECT_EQ(ui.directoryEditor.authorization, program.authorization);
+}
+
+TEST_F(Lock, remoteForm_withoutARemoteAuthorization_cantBeMade) {
+    program.launch();
+    becomeRemote(nullptr);
+    util::AuthorizationExternalForm form;
+    EXPECT_EQ(controller.makeAuthExternalForm(form), -1);
+    controller.authToLocalNode();
+    EXPECT_TRUE(credentials().empty());
+}
+
+TEST_F(Lock, preflightDSRef_locally_takesTheSessionThatComesBack) {
+    program.launch();
+    program.framework.available = false;
+    controller.setHaldenSession(nullptr);
+    EXPECT_FALSE(controller.preflightDSRef());
+    program.framework.available = true;
+    EXPECT_TRUE(controller.preflightDSRef());
+    EXPECT_EQ(controller.haldenSession(), program.framework.session);
+}
+
 TEST_F(Lock, localPreflight_refused_answersFalseWithoutUpdating) {
     program.launch();
     program.authorization->grantsWhenAsked = false;

@@ -57,6 +57,8 @@ struct FakeNodeState {
     std::function<bool(util::BytesView)> acceptsForm;
     halden::Error nextError;      ///< the next operation that can fail does so with this
     bool raisesOnDetails = false; ///< reading details raises instead
+    int detailsBeforeRaising = 0; ///< so many times it still works
+    bool raisesOnQuery = false;
 };
 
 class FakeNode final : public halden::Node {
@@ -68,7 +70,8 @@ public:
     [[nodiscard]] util::Dictionary nodeDetails(const std::optional<std::vector<std::string>>& keys,
                                                halden::Error* error) override {
         note("details");
-        if (state_->raisesOnDetails) throw halden::Exception("the directory service has gone away");
+        if (state_->raisesOnDetails && state_->detailsBeforeRaising-- <= 0)
+            throw halden::Exception("the directory service has gone away");
         if (fails(error)) return {};
         if (!keys) return state_->details;
         auto chosen = util::Dictionary::makeMutable();
@@ -101,6 +104,7 @@ public:
     [[nodiscard]] std::unique_ptr<halden::Query> query(const halden::QueryParameters& parameters,
                                                        halden::Error* error) override {
         note("query");
+        if (state_->raisesOnQuery) throw halden::Exception("the directory service has gone away");
         if (fails(error)) return nullptr;
         return std::make_unique<FakeQuery>(state_, parameters);
     }

@@ -105,6 +105,34 @@ TEST_F(ModifiedState, save_withoutRights_savesNoConnectorAndKeepsTheMark) {
     EXPECT_TRUE(edited());
 }
 
+TEST_F(ModifiedState, save_refused_leavesConnectorsPendingAndShowsTheTableAnew) {
+    First::script().answers["saveChanges"] = true;
+    auto& config = program.framework.session->config();
+    program.addConnector("AD", "Active", "1");
+    controller.buildDSConfigPaneData();
+    controller.pluginWithPrefix("AD")->setEnabled(false);
+    controller.setPluginModified(true);
+    program.authorization->held = false;
+    program.authorization->grantsWhenAsked = false;
+    program.journal.clear();
+    EXPECT_FALSE(controller.save());
+    EXPECT_TRUE(config.calls.empty());
+    EXPECT_EQ(program.journal.count("selectPlugIn.reloadData"), 1);
+    EXPECT_FALSE(controller.isPluginEnabled("AD")) << "still as wished";
+    program.authorization->grantsWhenAsked = true;
+    EXPECT_TRUE(controller.save());
+    ASSERT_EQ(config.calls.size(), 1U);
+    EXPECT_EQ(config.calls[0].code, 1001);
+}
+
+TEST_F(ModifiedState, save_thatAConnectorEnds_showsTheTableAnew) {
+    controller.setPluginModified(true);
+    First::script().answers["saveChanges"] = false;
+    program.journal.clear();
+    EXPECT_FALSE(controller.save());
+    EXPECT_EQ(program.journal.count("selectPlugIn.reloadData"), 1);
+}
+
 TEST_F(ModifiedState, exceptionDuringSave_isShownAndAnswersFalse) {
     controller.setPluginModified(true);
     // A search node that raises while it is being written.

@@ -150,6 +150,34 @@ TEST_F(ServicesList, exceptionWhileBuilding_keepsWhatIsThereHidesTheProgressAndR
     EXPECT_EQ(program.journal.count("selectPlugIn.reloadData"), 1);
 }
 
+TEST_F(ServicesList, exceptionBeforeTheRecordsAreThere_keepsThePreviousList) {
+    program.launch();
+    const auto before = program.controller().pluginWithPrefix("LDAP");
+    session.config().raisesOnQuery = true;
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(shown(), (std::vector<std::string>{"BSD", "LDAP"}));
+    EXPECT_EQ(program.controller().pluginWithPrefix("LDAP"), before);
+}
+
+TEST_F(ServicesList, exceptionAtTheThirdRecord_keepsTheTwoBefore) {
+    program.addConnector("AD", "Active", "1");
+    program.launch();
+    ASSERT_EQ(shown().size(), 3U);
+    session.config().raisesOnDetails = true;
+    session.config().detailsBeforeRaising = 2;
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(shown(), (std::vector<std::string>{"LDAP", "BSD"})) << "as they came, for nothing sorts them";
+}
+
+TEST_F(ServicesList, exceptionInALaterBuild_leavesTheListLoaded) {
+    program.launch();
+    session.config().raisesOnQuery = true;
+    program.controller().buildDSConfigPaneData();
+    program.journal.clear();
+    program.controller().loadCurrentTabIfNeeded("1");
+    EXPECT_FALSE(program.journal.contains("/Config.query"));
+}
+
 TEST_F(ServicesList, exceptionBeforeItWasEverLoaded_letsTheNextVisitTryAgain) {
     session.config().raisesOnDetails = true;
     program.launch();

@@ -94,6 +94,13 @@ TEST_F(ServicesTable, configureWithoutASelection_doesNothing) {
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
+TEST(ServicesTableAtFirst, withoutAList_hasNoRows) {
+    fakes::FakeProgram program;
+    auto& controller = program.controller();
+    (void)controller;
+    EXPECT_EQ(program.interface.selectPlugIn.numberOfRows(), 0);
+}
+
 TEST_F(ServicesTable, outsideTheList_everyAnswerIsHarmless) {
     program.launch();
     EXPECT_EQ(table().textAt("Name", -1), "DefaultEntry");
