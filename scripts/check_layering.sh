@@ -29,7 +29,7 @@ STANDARD_HEADERS=" algorithm any array atomic barrier bit bitset cassert ccomple
  string_view syncstream system_error thread tuple type_traits typeindex typeinfo unordered_map unordered_set utility
  valarray variant vector version
  assert.h ctype.h errno.h float.h inttypes.h limits.h locale.h math.h setjmp.h signal.h stdarg.h stdbool.h stddef.h
- stdint.h stdio.h stdlib.h string.h time.h "
+ stdint.h stdio.h stdlib.h string.h time.h wchar.h wctype.h "
 STANDARD_HEADERS=${STANDARD_HEADERS//$'\n'/ }
 
 declare -A allowed=()    # folder -> " folder folder ... ", what it may use besides itself

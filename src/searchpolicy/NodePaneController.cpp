@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <exception>
 
+#include "util/CaseFolding.h"
+
 namespace corvane::searchpolicy {
 namespace {
 
@@ -20,14 +22,6 @@ DuplicateNodes duplicateError(int count) {
         return {"duplicateNodeAdditionError", "This directory domain is already within your custom path."};
     return {"multipleDuplicateNodeAdditionError",
             "Some of the selected directory domains are already within your custom path."};
-}
-
-char folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
-
-bool containsText(const std::string& name, const std::string& text) {
-    const auto same = [](char a, char b) { return folded(a) == folded(b); };
-    return std::search(name.begin(), name.end(), text.begin(), text.end(), same) != name.end() ||
-           text.empty();
 }
 
 } // namespace
@@ -90,7 +84,8 @@ void NodePaneController::showRows() {
     const auto filter = outlets_.filter.stringValue();
     nodeArray_.emplace();
     for (const auto& name : fullNodeArray_)
-        if (!omitSet_.contains(name) && containsText(name, filter)) nodeArray_->push_back(name);
+        if (!omitSet_.contains(name) && util::containsCaseInsensitively(name, filter))
+            nodeArray_->push_back(name);
     outlets_.selectNode.deselectAll();
     outlets_.selectNode.reloadData();
     outlets_.selectNode.selectRow(0, false);

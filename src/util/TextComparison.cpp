@@ -2,15 +2,17 @@
 
 #include <algorithm>
 #include <locale>
+#include <string>
+
+#include "util/CaseFolding.h"
 
 namespace corvane::util {
 namespace {
 
 bool isDigit(char c) { return c >= '0' && c <= '9'; }
-char folded(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
-std::strong_ordering compareCharacters(char a, char b) {
-    return static_cast<unsigned char>(folded(a)) <=> static_cast<unsigned char>(folded(b));
+std::strong_ordering compareBytes(char a, char b) {
+    return static_cast<unsigned char>(a) <=> static_cast<unsigned char>(b);
 }
 
 /// Takes the digits at the front off `text`, without their leading zeros. Numbers of any length compare.
@@ -30,14 +32,18 @@ std::strong_ordering compareDigits(std::string_view a, std::string_view b) {
 } // namespace
 
 std::strong_ordering compareCaseInsensitively(std::string_view a, std::string_view b) {
-    return std::lexicographical_compare_three_way(a.begin(), a.end(), b.begin(), b.end(), compareCharacters);
+    const auto first = caseFolded(a), second = caseFolded(b);
+    return std::lexicographical_compare_three_way(first.begin(), first.end(), second.begin(), second.end(),
+                                                  compareBytes);
 }
 
-std::strong_ordering compareNumerically(std::string_view a, std::string_view b) {
+std::strong_ordering compareNumerically(std::string_view first, std::string_view second) {
+    const auto firstFolded = caseFolded(first), secondFolded = caseFolded(second);
+    std::string_view a = firstFolded, b = secondFolded;
     while (!a.empty() && !b.empty()) {
         const bool bothNumbers = isDigit(a.front()) && isDigit(b.front());
-        const auto order = bothNumbers ? compareDigits(takeNumber(a), takeNumber(b))
-                                       : compareCharacters(a.front(), b.front());
+        const auto order =
+            bothNumbers ? compareDigits(takeNumber(a), takeNumber(b)) : compareBytes(a.front(), b.front());
         if (order != 0) return order;
         if (bothNumbers) continue;
         a.remove_prefix(1);

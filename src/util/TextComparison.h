@@ -5,7 +5,7 @@
 
 namespace corvane::util {
 
-/// Orders texts without regard to the case of ASCII letters.
+/// Orders texts (UTF-8) without regard to the case of letters.
 [[nodiscard]] std::strong_ordering compareCaseInsensitively(std::string_view a, std::string_view b);
 
 /// As `compareCaseInsensitively`, with runs of decimal digits compared as numbers: 10.7 before 10.10.

@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "util/CaseFolding.h"
 #include "util/NotificationCenter.h"
 #include "util/TextComparison.h"
 #include "util/TextFormat.h"
@@ -20,6 +21,31 @@ TEST(CompareCaseInsensitively, caseDoesntOrder) {
     EXPECT_TRUE(compareCaseInsensitively("ldap", "LDAP") == 0);
     EXPECT_TRUE(compareCaseInsensitively("BSD", "ldap") < 0);
     EXPECT_TRUE(compareCaseInsensitively("ab", "abc") < 0);
+}
+
+TEST(CompareCaseInsensitively, lettersOfEveryScript_areFolded) {
+    for (const auto& [a, b] :
+         {std::pair("ÄPFEL", "äpfel"), {"ПУТЬ", "путь"}, {"ΣΊΣΥΦΟΣ", "σίσυφος"}, {"Ĳ", "ĳ"}})
+        EXPECT_EQ(compareCaseInsensitively(a, b), std::strong_ordering::equal) << a;
+    EXPECT_NE(compareCaseInsensitively("Ä", "A"), std::strong_ordering::equal);
+    EXPECT_EQ(compareNumerically("Ö 9", "ö 10"), std::strong_ordering::less);
+}
+
+TEST(CaseFolded, bytesThatAreNoText_stayAsTheyAre) {
+    EXPECT_EQ(caseFolded("A\xFF"
+                         "B\xC3"),
+              "a\xFF"
+              "b\xC3");
+    EXPECT_EQ(caseFolded("\xEF\xBF\xBD"), "\xEF\xBF\xBD");
+    EXPECT_EQ(caseFolded("𐐀"), "𐐨");
+}
+
+TEST(ContainsCaseInsensitively, findsAPartInAnyCase) {
+    EXPECT_TRUE(containsCaseInsensitively("/LDAP/Zürich", "ZÜR"));
+    EXPECT_TRUE(containsCaseInsensitively("/LDAP/one", "dap"));
+    EXPECT_TRUE(containsCaseInsensitively("", ""));
+    EXPECT_FALSE(containsCaseInsensitively("/LDAP/Zurich", "zür"));
+    EXPECT_FALSE(containsCaseInsensitively("a", "ab"));
 }
 
 TEST(Formatted, placeholdersAreFilledInOrder) {
