@@ -63,6 +63,26 @@ TEST_F(MachineQuestions, standardTypes_areTheNamesOfTheMetaRecordsInTheirOrder) 
     EXPECT_TRUE(opened->standardRecordTypes().isMutable());
 }
 
+TEST_F(MachineQuestions, standardTypes_areAskedForByTheirNamesAlone) {
+    openConfigNode();
+    (void)opened->standardRecordTypes();
+    (void)opened->standardAttributeTypes();
+    auto& queries = session->config().queries;
+    ASSERT_EQ(queries.size(), 2U);
+    for (const auto& query : queries)
+        EXPECT_EQ(query.attributesToReturn, std::vector<std::string>{std::string(attribute::recordName)});
+    EXPECT_EQ(queries[0].recordTypes, std::vector<std::string>{std::string(halden::recordType::recordTypes)});
+    EXPECT_EQ(queries[1].recordTypes,
+              std::vector<std::string>{std::string(halden::recordType::attributeTypes)});
+}
+
+TEST_F(MachineQuestions, recordWithoutAName_isListedWithAnEmptyOne) {
+    addRecord(session->config(), halden::recordType::recordTypes, "");
+    addRecord(session->config(), halden::recordType::recordTypes, "Users");
+    openConfigNode();
+    EXPECT_EQ(opened->standardRecordTypes().texts(), (std::vector<std::string>{"", "Users"}));
+}
+
 TEST_F(MachineQuestions, standardTypesOfAFailingQuery_areEmptyNeverNull) {
     openConfigNode();
     session->config().nextError = {1, "down", "", ""};

@@ -118,6 +118,46 @@ TEST_F(Locations, currentSetOfARemoteServer_isTheOneOfThatPath) {
     EXPECT_TRUE(platform.log.lines.empty());
 }
 
+TEST_F(Locations, currentSetOfARemoteServer_takesTwoRequestsEachWithItsKey) {
+    serve();
+    values.set("/Sets", Dictionary{{"A", Dictionary{{"UserDefinedName", "Office"}}}});
+    currentPath = "/Sets/A";
+    (void)locations.currentNetworkSet();
+    const auto& calls = session->config().calls;
+    ASSERT_EQ(calls.size(), 2U);
+    EXPECT_EQ(calls[0].code, 447);
+    EXPECT_EQ(util::textFromBytes(calls[0].request), "CurrentSet");
+    EXPECT_EQ(calls[1].code, 445);
+    EXPECT_EQ(util::textFromBytes(calls[1].request), "/Sets");
+}
+
+TEST_F(Locations, hostNameOfARemoteServer_isOneRequest) {
+    serve();
+    (void)locations.hostName();
+    const auto& calls = session->config().calls;
+    ASSERT_EQ(calls.size(), 1U);
+    EXPECT_EQ(calls[0].code, 445);
+    EXPECT_EQ(util::textFromBytes(calls[0].request), "/System/Network/HostNames");
+}
+
+TEST_F(Locations, requestThatFails_isLoggedWithItsError) {
+    remote = true;
+    session->config().nextError = {5203, "The server doesn't answer.", "", ""};
+    EXPECT_TRUE(locations.networkSets().isEmpty());
+    ASSERT_EQ(platform.log.lines.size(), 1U);
+    EXPECT_TRUE(platform.log.lines[0].ends_with("error is The server doesn't answer. (5203)"))
+        << platform.log.lines[0];
+}
+
+TEST_F(Locations, replyThatCantBeParsed_givesNoSetsAndIsNotLogged) {
+    remote = true;
+    session->config().onCall = [](const auto&, auto*) { return util::bytesFromText("no property list"); };
+    EXPECT_FALSE(locations.networkSets().isNull());
+    EXPECT_TRUE(locations.networkSets().isEmpty());
+    EXPECT_TRUE(platform.log.lines.empty());
+    EXPECT_EQ(locations.hostName(), "192.0.2.7");
+}
+
 TEST_F(Locations, currentPathThatFitsNoSet_isLoggedAndGivesTheFirst) {
     serve();
     values.set("/Sets", Dictionary{{"A", Dictionary{{"UserDefinedName", "Office"}}}});

@@ -51,6 +51,7 @@ struct FakeNodeState {
     std::vector<std::string> subnodes;
     std::vector<ReceivedCall> calls;
     std::vector<util::Bytes> credentials;
+    std::vector<halden::QueryParameters> queries;
     /// Answers a call; without it every call succeeds with an empty reply.
     std::function<std::optional<util::Bytes>(const ReceivedCall&, halden::Error*)> onCall;
     /// Are these credentials accepted? Without it all are.
@@ -104,6 +105,7 @@ public:
     [[nodiscard]] std::unique_ptr<halden::Query> query(const halden::QueryParameters& parameters,
                                                        halden::Error* error) override {
         note("query");
+        state_->queries.push_back(parameters);
         if (state_->raisesOnQuery) throw halden::Exception("the directory service has gone away");
         if (fails(error)) return nullptr;
         return std::make_unique<FakeQuery>(state_, parameters);

@@ -32,6 +32,25 @@ TEST(CharacterSet, range_holdsItsLengthAndNoMore) {
     EXPECT_EQ(CharacterSet::range(0x10FFFF, 0xFFFFFFFF), CharacterSet::charactersOf("\U0010FFFF"));
 }
 
+TEST(CharacterSet, rangeUpToTheLastCharacter_hasNothingAboveIt) {
+    const auto end = CharacterSet::range(0x10FFF0, 16);
+    EXPECT_TRUE(end.contains(0x10FFFF));
+    EXPECT_FALSE(end.contains(0x110000));
+    const auto rest = end.inverted();
+    EXPECT_TRUE(rest.contains(0x10FFEF));
+    EXPECT_FALSE(rest.contains(0x10FFFF));
+    EXPECT_EQ(rest.unitedWith(end), CharacterSet().inverted());
+}
+
+TEST(TakeCharacter, surrogatesUpToTheLast_areNotWellFormed) {
+    std::string_view last = "\xED\xBF\xBF"; // U+DFFF
+    EXPECT_EQ(takeCharacter(last), U'\uFFFD');
+    EXPECT_EQ(last.size(), 2U);
+    std::string_view before = "\xED\x9F\xBF", after = "\xEE\x80\x80";
+    EXPECT_EQ(takeCharacter(before), U'\uD7FF');
+    EXPECT_EQ(takeCharacter(after), U'\uE000');
+}
+
 TEST(CharacterSet, inverted_holdsEverythingElse) {
     const auto others = CharacterSet::range(0, 128).inverted();
     EXPECT_FALSE(others.contains(127));

@@ -83,6 +83,21 @@ TEST(DeepMutableCopy, containersInSetsAndSetsInArrays_areCopiedToo) {
     }
 }
 
+TEST(DeepMutableCopy, containersThatAreMutableAlready_areCopiedToo) {
+    auto inner = Array::makeMutable();
+    inner.append("one");
+    auto outer = Dictionary::makeMutable();
+    outer.set("list", inner);
+    const auto copy = deepMutableCopy(outer);
+    inner.append("two");
+    outer.set("other", "x");
+    EXPECT_EQ(copy.valueForKey("list"), Value(Array{"one"}));
+    EXPECT_EQ(copy.count(), 1U);
+    auto copied = copy.valueForKey("list").as<Array>();
+    copied.append("three");
+    EXPECT_EQ(inner, (Array{"one", "two"}));
+}
+
 TEST(DeepMutableCopy, leaves_areImmutableByDefault) {
     const auto source = Array{String::makeMutable("text"), Data::makeMutable({1})};
     const auto copy = deepMutableCopy(source);
