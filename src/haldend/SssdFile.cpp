@@ -142,7 +142,9 @@ void SssdFile::readSections() {
     IniConfiguration configuration(text_);
     for (const auto& snippet : snippets_) {
         try {
-            configuration.merge(IniConfiguration(snippet.text));
+            const IniConfiguration added(snippet.text);
+            configuration.merge(added);
+            noteDeciding(snippet.path, added.sections());
         } catch (const IniDamage&) {
             continue; // SSSD passes over it as well
         }
@@ -153,6 +155,15 @@ void SssdFile::readSections() {
     }
     findOrphans();
     readList(line_);
+}
+
+void SssdFile::noteDeciding(const std::string& path, const std::vector<IniSection>& sections) {
+    for (const auto& section : sections) {
+        auto& deciding = deciding_[foldedTitle(section.title)];
+        deciding.last = path;
+        for (const auto& option : section.options)
+            deciding.byKey[foldedCase(option.key)] = path;
+    }
 }
 
 void SssdFile::readSection(const IniSection& section) {
@@ -221,20 +232,11 @@ const SssdDomain* SssdFile::domainNamed(std::string_view name) const {
 }
 
 std::string SssdFile::snippetDeciding(std::string_view section, std::string_view key) const {
-    std::string path;
-    for (const auto& snippet : snippets_) {
-        try {
-            for (const auto& found : IniConfiguration(snippet.text).sections()) {
-                const bool isSet = std::ranges::any_of(
-                    found.options, [&](const auto& option) { return foldedCase(option.key) == key; });
-                if (foldedTitle(found.title) == foldedTitle(section) && (key.empty() || isSet))
-                    path = snippet.path;
-            }
-        } catch (const IniDamage&) {
-            continue;
-        }
-    }
-    return path;
+    const auto found = deciding_.find(foldedTitle(section));
+    if (found == deciding_.end()) return {};
+    if (key.empty()) return found->second.last;
+    const auto option = found->second.byKey.find(foldedCase(key));
+    return option == found->second.byKey.end() ? std::string() : option->second;
 }
 
 } // namespace corvane::haldend
