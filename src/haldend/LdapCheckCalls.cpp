@@ -117,7 +117,7 @@ void makePlain(CheckReport& report) {
 util::Bytes startLdapCheck(Engine& engine, util::BytesView bytes) {
     const LdapRequestValues request(bytes, engine.codec());
     auto& machine = engine.machine();
-    const auto& saved = machine.picture().ground().sssd.domains();
+    const auto& saved = machine.picture().sssd().domains();
     return replyOf({{"job", engine.checks().start(planFrom(request.values(), saved, machine.folder()))}},
                    engine.codec());
 }

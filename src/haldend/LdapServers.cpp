@@ -84,7 +84,7 @@ Failure dependent(const std::string& name, const std::string& why) {
             "Take the section of " + name + " out of sssd.conf first."};
 }
 
-SssdFile requireReadable(const std::string& text, const Machine& machine) {
+std::shared_ptr<const SssdFile> requireReadable(const std::string& text, const Machine& machine) {
     try {
         return machine.sssdFileWith(text);
     } catch (const Failure& failure) {
@@ -156,13 +156,13 @@ void followInPolicy(SearchPolicy& policy, const std::vector<DomainNode>& before,
 
 void apply(MachineDraft& draft, const util::Dictionary& values, const Machine& machine) {
     const auto before = machine.sssdFileWith(draft.sssd);
-    const auto request = writeRequestFrom(values, before.domains());
-    auto text = editedSections(before, request);
+    const auto request = writeRequestFrom(values, before->domains());
+    auto text = editedSections(*before, request);
     const auto edited = requireReadable(text, machine);
-    requireMeaning(before, edited, request);
-    const auto listed = listedAfter(edited.listedDomains(), request);
-    if (listed != edited.listedDomains()) replaceText(text, textListing(text, listed, draft.added));
-    const auto after = domainNodes(edited);
+    requireMeaning(*before, *edited, request);
+    const auto listed = listedAfter(edited->listedDomains(), request);
+    if (listed != edited->listedDomains()) replaceText(text, textListing(text, listed, draft.added));
+    const auto after = domainNodes(*edited);
     followInPolicy(draft.policy.authentication, draft.nodes, after, request);
     followInPolicy(draft.policy.contacts, draft.nodes, after, request);
     replaceText(draft.sssd, std::move(text));
