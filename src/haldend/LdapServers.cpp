@@ -45,7 +45,8 @@ void rename(SssdLines& lines, const LdapServersRequest& request) {
         lines.renameSection(passing(i), "domain/" + request.put[i].server.name);
 }
 
-std::string editedSections(const SssdFile& before, const LdapServersRequest& request) {
+std::string editedSections(const SssdFile& before, const LdapServersRequest& request,
+                           std::vector<AddedOption>& added) {
     SssdLines lines(before.text());
     lines.setLastSection(before.readingEnd());
     for (const auto& name : request.remove)
@@ -53,6 +54,7 @@ std::string editedSections(const SssdFile& before, const LdapServersRequest& req
     rename(lines, request);
     for (const auto& put : request.put)
         writeSection(lines, put.server, put.before, put.password);
+    followInAccountDefaults(lines, before, request, added);
     return lines.text();
 }
 
@@ -157,7 +159,7 @@ void followInPolicy(SearchPolicy& policy, const std::vector<DomainNode>& before,
 void apply(MachineDraft& draft, const util::Dictionary& values, const Machine& machine) {
     const auto before = machine.sssdFileWith(draft.sssd);
     const auto request = writeRequestFrom(values, before->domains());
-    auto text = editedSections(*before, request);
+    auto text = editedSections(*before, request, draft.added.options);
     const auto edited = requireReadable(text, machine);
     requireMeaning(*before, *edited, request);
     const auto listed = listedAfter(edited->listedDomains(), request);

@@ -258,6 +258,7 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
         fresh.file = true;
         fresh.nsswitch = draft.added.nsswitch;
         fresh.lines = draft.added.lines;
+        fresh.options = draft.added.options;
         draft.added = fresh;
     }
     const auto wanted = wantedDomains(draft);

@@ -10,6 +10,7 @@ namespace corvane::haldend {
 namespace {
 
 constexpr std::string_view mainSection = "sssd";
+constexpr std::string_view responderSection = "nss";
 constexpr std::string_view domainPrefix = "domain/";
 constexpr std::string_view applicationPrefix = "application/";
 constexpr std::string_view providers[] = {"ldap", "ad", "ipa", "files", "proxy"};
@@ -172,6 +173,9 @@ void SssdFile::readSection(const IniSection& section) {
         line_ = valueIn(section, "domains");
         servesFiles_ = foldedCase(valueIn(section, "enable_files_domain")) == "true";
     }
+    if (title == responderSection)
+        for (const auto& option : section.options)
+            responder_.insert_or_assign(foldedCase(option.key), option.value);
     if (title == domainPrefix) trouble_ = "A section [domain/] has no name.";
     const bool isApplication = title.starts_with(applicationPrefix);
     const auto name = nameIn(section.title, isApplication ? applicationPrefix : domainPrefix);
@@ -229,6 +233,11 @@ void SssdFile::decideServed() {
 const SssdDomain* SssdFile::domainNamed(std::string_view name) const {
     const auto found = places_.find(foldedCase(name));
     return found == places_.end() ? nullptr : &domains_[found->second];
+}
+
+std::string SssdFile::responderOption(std::string_view key) const {
+    const auto found = responder_.find(key);
+    return found == responder_.end() ? std::string() : found->second;
 }
 
 std::string SssdFile::snippetDeciding(std::string_view section, std::string_view key) const {

@@ -69,6 +69,8 @@ public:
     [[nodiscard]] const std::vector<std::string>& servedDomains() const { return served_; }
     /// The title after which SSSD reads nothing more; "" for none.
     [[nodiscard]] const std::string& readingEnd() const { return readingEnd_; }
+    /// The value of an option in `[nss]`, where it counts for all domains; "" when it isn't set.
+    [[nodiscard]] std::string responderOption(std::string_view key) const;
     /// Why SSSD wouldn't start, a sentence; "" when it would.
     [[nodiscard]] const std::string& trouble() const { return trouble_; }
     /// The snippet that decides the value of an option; "" when none does. Without a key: the last one that
@@ -98,6 +100,7 @@ private:
     std::vector<std::string> listed_, served_;
     std::map<std::string, Deciding, std::less<>> deciding_;
     std::string readingEnd_, trouble_;
+    std::map<std::string, std::string, std::less<>> responder_; ///< options of `[nss]`, by folded key
     bool servesFiles_ = false; ///< the machine's own files, which SSSD can serve beside the sections
 };
 

@@ -4,6 +4,7 @@
 #include <string>
 #include <vector>
 
+#include "haldend/AccountDefaults.h"
 #include "haldend/NsswitchFile.h"
 #include "haldend/SssdLines.h"
 
@@ -25,6 +26,8 @@ struct MachineAdditions {
     NsswitchMemory lines;
     /// The names that were on the `domains` line, in their order, before this service took some off.
     std::vector<std::string> formerList;
+    /// Lines in sections of servers that compute their numbers.
+    std::vector<AddedOption> options;
     friend bool operator==(const MachineAdditions&, const MachineAdditions&) = default;
 };
 
