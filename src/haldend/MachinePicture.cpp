@@ -2,8 +2,10 @@
 
 #include <sys/stat.h>
 
+#include "haldend/DurableFile.h"
 #include "haldend/Failure.h"
 #include "haldend/PolicyStore.h"
+#include "haldend/SssdOwner.h"
 #include "haldend/SssdSnippets.h"
 
 namespace corvane::haldend {
@@ -30,15 +32,14 @@ MachinePolicy firstPolicy(const PolicyGround& ground) {
     return derivedPolicy(policy, ground);
 }
 
-/// On the machine itself SSSD only starts with a file of root's that nobody else may read.
 std::string ownerRemark(const MachineFolder& folder) {
-    struct stat status {};
+    struct stat file {
+    }, around{};
     const auto path = folder.resolved(machineFile::sssd);
-    if (!folder.isLiveMachine() || ::stat(path.c_str(), &status) != 0) return {};
-    if (status.st_uid != 0) return path + " doesn't belong to root, so SSSD refuses to start.";
-    if ((status.st_mode & 0077U) != 0)
-        return path + " may be read by others than root, so SSSD refuses to start.";
-    return {};
+    if (!folder.isLiveMachine() || ::stat(path.c_str(), &file) != 0 ||
+        ::stat(parentOf(path).c_str(), &around) != 0)
+        return {};
+    return sssdOwnerRemark(path, FileOwner::of(file), FileOwner::of(around));
 }
 
 } // namespace
