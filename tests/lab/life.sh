@@ -44,13 +44,13 @@ life_of_server() {
     check "$name: the test says that the server works" says "The server works."
     number=$(sed -n "s/.*$LIFE_NUMBER \([0-9]*\), group.*/\1/p" "$LAB_DIR/window.log" | tail -n 1)
     check "$name: and which number the user has: $number" test -n "$number"
+    [[ -z ${LIFE_HOME:-} ]] ||
+        check "$name: and which home and shell" says "home ${LIFE_HOME%:*}, shell ${LIFE_HOME#*:}"
     check "$name: put on the policy" work_window lock search mode=Automatic rows=selectNode apply
     check "$name: getent finds the user" sssd_wait_for_user desk "$LIFE_USER"
     check "$name: with that number" same "$number" "$(number_of "$LIFE_USER")"
-    [[ -z ${LIFE_HOME:-} ]] || {
-        check "$name: the test says home and shell" says "home ${LIFE_HOME%:*}, shell ${LIFE_HOME#*:}"
-        check "$name: with that home and shell" same "$LIFE_HOME" "$(host_exec desk getent passwd "$LIFE_USER" | cut -d: -f6,7)"
-    }
+    [[ -z ${LIFE_HOME:-} ]] || check "$name: with that home and shell" same "$LIFE_HOME" \
+        "$(host_exec desk getent passwd "$LIFE_USER" | cut -d: -f6,7)"
     check "$name: getent finds the group" host_finds_group desk "$LIFE_GROUP"
     check "$name: the user logs in" logs_in "$LIFE_USER" "$LIFE_PASSWORD"
     check_fails "$name: not with a wrong password" 1 logs_in "$LIFE_USER" wrong-password
