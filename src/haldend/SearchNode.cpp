@@ -88,11 +88,13 @@ AttributeMap SearchNode::details() {
     const auto& picture = machine.picture();
     const auto own = policyOf(picture);
     const auto automatic = picture.automaticDirectories();
+    // Sections that can't be used concern the machine, and are said there.
+    const bool concernsUs = purpose_ == Purpose::authentication || !picture.knowsDirectories();
     return {{std::string(attribute::searchPolicy), {attributeOf(own.mode)}},
             {std::string(attribute::automaticSearchPath), withLocalNodes(automatic)},
             {std::string(attribute::localOnlySearchPath), localNodeNames()},
             {std::string(attribute::customSearchPath), customPath(own, automatic)},
-            {std::string(attribute::remarks), picture.remarks()}};
+            {std::string(attribute::remarks), concernsUs ? picture.remarks() : std::vector<std::string>()}};
 }
 
 std::vector<std::string> SearchNode::activePath() const {
