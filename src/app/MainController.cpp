@@ -17,10 +17,10 @@ plugins::PluginItem::Context itemContext(Environment& environment) {
 }
 
 searchpolicy::SearchPolicy::Outlets authenticationOutlets(const MainWindowOutlets& o) {
-    return {o.selectSearchPolicy, o.selectNode, &o.remarks};
+    return {o.selectSearchPolicy, o.selectNode, o.remarks};
 }
 searchpolicy::SearchPolicy::Outlets contactsOutlets(const MainWindowOutlets& o) {
-    return {o.selectContactPolicy, o.selectNodeContact, nullptr};
+    return {o.selectContactPolicy, o.selectNodeContact, o.remarksContact};
 }
 
 } // namespace

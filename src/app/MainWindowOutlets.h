@@ -49,7 +49,8 @@ struct MainWindowOutlets {
     /// Above the list of each policy.
     searchpolicy::UnsavedNotices::Outlets unsaved;
     searchpolicy::UnsavedNotices::Outlets unsavedContact;
-    toolkit::Notice& remarks; ///< below the list of the authentication policy
+    toolkit::Notice& remarks; ///< below the list of each policy
+    toolkit::Notice& remarksContact;
 
     platform::AuthorizationView& authorizationView;
 };

@@ -30,6 +30,7 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .unsaved = {w.unsaved, w.tryAgain, w.showSaved},
             .unsavedContact = {w.unsavedContact, w.tryAgainContact, w.showSavedContact},
             .remarks = w.remarks,
+            .remarksContact = w.remarksContact,
             .authorizationView = w.authorizationView};
 }
 

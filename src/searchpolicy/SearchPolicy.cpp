@@ -87,16 +87,15 @@ void SearchPolicy::readIfStale() {
 }
 
 void SearchPolicy::showRemarks() {
-    if (!outlets_.remarks) return;
     const auto remarks = list(attribute::remarks).texts();
     const bool isOne = remarks.size() == 1; // leaves the list more room
     std::string text;
     for (const auto& remark : remarks)
         text += (text.empty() ? "" : "\n") + remark;
-    outlets_.remarks->setMessageText(
+    outlets_.remarks.setMessageText(
         isOne ? text : environment_.strings.localized("Part of this machine’s configuration isn’t used"));
-    outlets_.remarks->setInformativeText(isOne ? "" : text);
-    outlets_.remarks->setHidden(remarks.empty());
+    outlets_.remarks.setInformativeText(isOne ? "" : text);
+    outlets_.remarks.setHidden(remarks.empty());
 }
 
 void SearchPolicy::readMode() {

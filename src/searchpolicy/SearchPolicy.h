@@ -28,7 +28,7 @@ public:
     struct Outlets {
         toolkit::PopUpButton& modeChooser;
         toolkit::TableView& nodeTable;
-        toolkit::Notice* remarks; ///< what of the configuration isn't used, and why; null: isn't shown
+        toolkit::Notice& remarks; ///< what of the configuration isn't used, and why
     };
 
     SearchPolicy(const SearchPolicyTraits& traits, platform::Environment& environment,

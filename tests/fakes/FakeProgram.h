@@ -101,7 +101,7 @@ struct FakeInterface final : app::InterfaceLoader {
           showSaved(journal, "showSaved", &window), unsavedContact(journal, "unsavedContact"),
           tryAgainContact(journal, "tryAgainContact", &window),
           showSavedContact(journal, "showSavedContact", &window), remarks(journal, "remarks"),
-          authorizationView(journal, std::move(authorization)) {
+          remarksContact(journal, "remarksContact"), authorizationView(journal, std::move(authorization)) {
         for (const auto* page : {"1", "2", "3"})
             mainTabView.addTabViewItem(std::make_shared<FakeTabViewItem>(page));
         for (const auto* page : {"main", "directoryEditor"})
@@ -137,6 +137,7 @@ struct FakeInterface final : app::InterfaceLoader {
                 {unsaved, tryAgain, showSaved},
                 {unsavedContact, tryAgainContact, showSavedContact},
                 remarks,
+                remarksContact,
                 authorizationView};
     }
     [[nodiscard]] searchpolicy::NodePaneController::Outlets loadAddNodes() override {
@@ -181,6 +182,7 @@ public:
     FakeButton tryAgainContact;
     FakeButton showSavedContact;
     FakeNotice remarks;
+    FakeNotice remarksContact;
     FakeAuthorizationView authorizationView;
     FakeWindow panel{journal_, "panel"};
     FakeTableView panelNodes{journal_, "panelNodes", {"NodeName"}};

@@ -39,6 +39,70 @@ TEST(Damage, unparsableSssd_failsThePolicyAndIsNeverWritten) {
     expectClear(error, "Line 1");
 }
 
+TEST(Damage, unparsableSssd_leavesTheContactsPolicyInReach) {
+    TestMachine machine;
+    ASSERT_EQ(machine.setCustom(machine.contacts(), {guestsNode}).code, 0);
+    machine.folder.write("etc/sssd/sssd.conf", "[sssd\ndomains = a\n");
+    EXPECT_EQ(machine.mode(machine.contacts()), attribute::localOnlySearchPath);
+    EXPECT_EQ(machine.path(machine.contacts(), attribute::customSearchPath), std::vector{guestsNode});
+    const auto remarks = machine.path(machine.contacts(), attribute::remarks);
+    ASSERT_EQ(remarks.size(), 1U);
+    EXPECT_NE(remarks.front().find("No directory can be listed: "), std::string::npos) << remarks.front();
+    EXPECT_NE(remarks.front().find("Line 1: "), std::string::npos) << remarks.front();
+    EXPECT_EQ(machine.setCustom(machine.contacts(), {staffNode}).code, 0);
+    EXPECT_EQ(machine.call(machine.contacts(), 333).code, 0);
+    EXPECT_EQ(machine.mode(machine.contacts()), attribute::customSearchPath);
+    EXPECT_TRUE(machine.contacts()->subnodeNames(nullptr).texts().empty()) << "no directory is known now";
+    expectClear(detailsError(machine), "Line 1");
+    expectClear(machine.call(machine.search(), 222), "Line 1");
+    EXPECT_EQ(machine.folder.read("etc/sssd/sssd.conf"), "[sssd\ndomains = a\n");
+}
+
+TEST(Damage, unparsableNsswitch_leavesTheContactsPolicyAndItsDirectoriesInReach) {
+    TestMachine machine(twoDirectories, "passwd: files [FOO=return]\n");
+    EXPECT_EQ(machine.setCustom(machine.contacts(), {guestsNode}).code, 0);
+    EXPECT_EQ(machine.call(machine.contacts(), 333).code, 0);
+    EXPECT_EQ(machine.contacts()->subnodeNames(nullptr).texts(), std::vector{guestsNode});
+    EXPECT_TRUE(machine.framework->defaultSession()->nodeWithName(guestsNode, nullptr));
+}
+
+TEST(Damage, contactsSavedWhileSssdIsUnparsable_leaveTheLoginPolicyAsItWasStored) {
+    TestMachine machine;
+    ASSERT_EQ(machine.setCustom(machine.search(), {guestsNode, "/LDAP/gone.example.com"}).code, 0);
+    ASSERT_EQ(machine.call(machine.search(), 333).code, 0);
+    const auto good = machine.folder.read("etc/sssd/sssd.conf");
+    const auto path = machine.path(machine.search(), attribute::customSearchPath);
+    machine.folder.write("etc/sssd/sssd.conf", "[sssd\n");
+    ASSERT_EQ(machine.mode(machine.contacts()), attribute::localOnlySearchPath);
+    ASSERT_EQ(machine.call(machine.contacts(), 111).code, 0);
+    machine.folder.write("etc/sssd/sssd.conf", good);
+    EXPECT_EQ(machine.mode(machine.search()), attribute::customSearchPath);
+    EXPECT_EQ(machine.path(machine.search(), attribute::customSearchPath), path);
+    EXPECT_EQ(machine.mode(machine.contacts()), attribute::automaticSearchPath);
+}
+
+TEST(Damage, filesEditedWhileSssdIsUnparsable_areStillReadAnewOnceItIsRepaired) {
+    TestMachine machine;
+    ASSERT_EQ(machine.call(machine.search(), 111).code, 0);
+    const auto good = machine.folder.read("etc/sssd/sssd.conf");
+    machine.folder.write("etc/sssd/sssd.conf", "[sssd\n");
+    machine.folder.write("etc/nsswitch.conf", plainNsswitch);
+    ASSERT_EQ(machine.mode(machine.contacts()), attribute::localOnlySearchPath);
+    ASSERT_EQ(machine.call(machine.contacts(), 111).code, 0);
+    machine.folder.write("etc/sssd/sssd.conf", good);
+    EXPECT_EQ(machine.mode(machine.search()), attribute::localOnlySearchPath) << "nothing asks SSSD";
+}
+
+TEST(Damage, contactsMadeCustomWhileSssdIsUnparsable_beginWithWhatAutomaticUsesOnceItIsRepaired) {
+    TestMachine machine("[sssd\n");
+    ASSERT_EQ(machine.mode(machine.contacts()), attribute::localOnlySearchPath);
+    ASSERT_EQ(machine.call(machine.contacts(), 333).code, 0);
+    machine.folder.write("etc/sssd/sssd.conf", twoDirectories);
+    EXPECT_EQ(machine.path(machine.contacts(), attribute::customSearchPath),
+              machine.path(machine.contacts(), attribute::automaticSearchPath));
+    EXPECT_EQ(machine.path(machine.contacts(), attribute::customSearchPath).size(), 5U);
+}
+
 TEST(Damage, repairedFile_worksWithoutARestart) {
     TestMachine machine(twoDirectories, "passwd: files [FOO=return]\n");
     (void)detailsError(machine);

@@ -161,12 +161,73 @@ TEST(LdapAccounts, basesOfAServerThatRefusesTheSignIn_areFoundAllTheSame) {
     EXPECT_EQ(result.report.textForKey(reportKey::defaultBase), "dc=example,dc=com");
 }
 
+TEST(LdapAccounts, homeAndShell_areShownAsSssdGivesThem) {
+    const TestSlapd slapd(0, domainSchema, false, "", domainWithoutNumbers());
+    const auto found = [&](const std::string& lines, bool wasComputed) {
+        const Bench machine("[nss]\noverride_shell = /bin/rbash\n[domain/corp]\nid_provider = ldap\n"
+                            "ldap_uri = ldap://localhost:" +
+                            std::to_string(slapd.port()) + "\nldap_schema = ad\nldap_id_mapping = " +
+                            (wasComputed ? "true\n" : "false\n") + lines);
+        auto values = domain(slapd.port(), true);
+        values.emplace(serverKey::name, "corp");
+        return machine.tried(values).step("user", "detail");
+    };
+    EXPECT_THAT(found("", false), HasSubstr("home /home/Guest, shell /bin/rbash"));
+    EXPECT_THAT(found("", true), HasSubstr("no home folder, shell /bin/rbash"));
+    EXPECT_THAT(found("fallback_homedir = /srv/%d/%u\n", true), HasSubstr("home /srv/corp/Guest, "));
+    EXPECT_THAT(Bench().tried(domain(slapd.port(), true)).step("user", "detail"),
+                HasSubstr("home /home/Guest, shell /bin/bash"));
+}
+
+namespace {
+
+util::ValueMap corp(bool computes) {
+    return {{serverKey::name, "corp"},
+            {serverKey::addresses, util::Array{"dc.example.com"}},
+            {serverKey::schema, "ad"},
+            {serverKey::computedNumbers, computes}};
+}
+
+} // namespace
+
+TEST(LdapAccounts, computedNumbers_bringAHomeFolderAndAShellAndTakeThemBack) {
+    ServerMachine machine("");
+    ASSERT_EQ(machine.write({util::Dictionary(corp(true))}).error.code, 0);
+    EXPECT_THAT(machine.sssd(), HasSubstr("\nfallback_homedir = /home/%u\ndefault_shell = /bin/bash\n"));
+    machine.start();
+    auto renamed = corp(false);
+    renamed[serverKey::name] = "head";
+    renamed.emplace("replaces", "corp");
+    ASSERT_EQ(machine.write({util::Dictionary(renamed)}).error.code, 0);
+    EXPECT_THAT(machine.sssd(), Not(HasSubstr("homedir")));
+    EXPECT_THAT(machine.sssd(), Not(HasSubstr("shell")));
+}
+
+TEST(LdapAccounts, homeFolderAndShellOfTheAdministrators_stayAsTheyAre) {
+    const std::string section = "[domain/corp]\nid_provider = ldap\nldap_uri = ldap://dc.example.com\n"
+                                "ldap_schema = ad\nfallback_homedir = /home/%u\n";
+    const ServerMachine machine("[nss]\ndefault_shell = /bin/sh\n\n" + section);
+    for (const bool computes : {true, false}) {
+        ASSERT_EQ(machine.write({util::Dictionary(corp(computes))}).error.code, 0);
+        EXPECT_THAT(machine.sssd(), HasSubstr(section)) << computes;
+        EXPECT_THAT(machine.sssd(), Not(HasSubstr("/bin/bash"))) << computes;
+    }
+}
+
+TEST(LdapAccounts, shellEditedByHand_staysWhenNumbersAreNoLongerComputed) {
+    const ServerMachine machine("");
+    ASSERT_EQ(machine.write({util::Dictionary(corp(true))}).error.code, 0);
+    auto text = machine.sssd();
+    text.replace(text.find("/bin/bash"), 9, "/bin/zsh");
+    machine.folder.write("etc/sssd/sssd.conf", text);
+    ASSERT_EQ(machine.write({util::Dictionary(corp(false))}).error.code, 0);
+    EXPECT_THAT(machine.sssd(), HasSubstr("default_shell = /bin/zsh"));
+    EXPECT_THAT(machine.sssd(), Not(HasSubstr("homedir")));
+}
+
 TEST(LdapAccounts, computedNumbers_areWrittenIntoTheSectionAndReadAgain) {
     const ServerMachine machine("");
-    auto values = util::ValueMap{{serverKey::name, "corp"},
-                                 {serverKey::addresses, util::Array{"dc.example.com"}},
-                                 {serverKey::schema, "ad"},
-                                 {serverKey::computedNumbers, true}};
+    auto values = corp(true);
     ASSERT_EQ(machine.write({util::Dictionary(values)}).error.code, 0);
     EXPECT_THAT(machine.sssd(), HasSubstr("\nldap_id_mapping = true\n"));
     EXPECT_EQ(machine.described("corp").valueForKey(serverKey::computedNumbers), util::Value(true));

@@ -63,12 +63,13 @@ std::string madeUpOption(Dice& dice) {
 
 std::string madeUpComment(Dice& dice, const std::string& lineEnd) {
     const std::vector<std::string> lines{"# comment", "; comment", "#[domain/a]", "# id_provider = x",
-                                         "//x",       ";",         "/* one */",   "/*"};
+                                         "//x",       ";",         "/* one */",   "/**/",
+                                         "/*",        "/*/"};
     auto text = dice.oneOf(lines);
-    if (text != "/*") return text;
+    if (text != "/*" && text != "/*/") return text;
     for (auto count = dice.below(3); count > 0; --count)
         text += lineEnd + dice.oneOf({" * old", "[domain/a]", "id_provider = x", "", "# x", "*/ x"});
-    return text + lineEnd + dice.oneOf({"*/", " */", "x */", "*/ "});
+    return text + lineEnd + dice.oneOf({"*/", " */", "x */", "*/ ", "/*/"});
 }
 
 std::string madeUpLine(Dice& dice, const std::string& lineEnd) {

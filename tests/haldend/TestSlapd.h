@@ -69,6 +69,8 @@ public:
                        bool withTls = false, const std::string& certificates = "",
                        const std::string& moreEntries = "")
         : port_(unusedPort()), tlsPort_(withTls ? unusedPort() : 0) {
+        // Its programs look the machine's own name up, for ten seconds each where no name server answers.
+        ::setenv("RES_OPTIONS", "timeout:1 attempts:1", 0);
         if (withTls && certificates.empty()) makeCertificate();
         for (const auto* name : {"cert.pem", "key.pem"})
             if (!certificates.empty())

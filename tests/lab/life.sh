@@ -6,6 +6,7 @@
 #   life_of_server NAME         added, tested, saved, put on the policy, users found and logged in, deleted. Taken from:
 #       LIFE_FIELDS=(STEP...)   steps for corvane-gui-steps that fill in the new server's fields
 #       LIFE_USER LIFE_GROUP LIFE_PASSWORD   who is looked up and logs in
+#       LIFE_HOME               HOME:SHELL that the user gets, "" where the directory's own count
 #       LIFE_NUMBER             what the test says before the user's number, such as "alice, number"
 #   work_window STEP...         corvane-gui-steps in desk; what it prints is in $LAB_DIR/window.log
 #   says TEXT                   did it print that?
@@ -43,9 +44,13 @@ life_of_server() {
     check "$name: the test says that the server works" says "The server works."
     number=$(sed -n "s/.*$LIFE_NUMBER \([0-9]*\), group.*/\1/p" "$LAB_DIR/window.log" | tail -n 1)
     check "$name: and which number the user has: $number" test -n "$number"
+    [[ -z ${LIFE_HOME:-} ]] ||
+        check "$name: and which home and shell" says "home ${LIFE_HOME%:*}, shell ${LIFE_HOME#*:}"
     check "$name: put on the policy" work_window lock search mode=Automatic rows=selectNode apply
     check "$name: getent finds the user" sssd_wait_for_user desk "$LIFE_USER"
     check "$name: with that number" same "$number" "$(number_of "$LIFE_USER")"
+    [[ -z ${LIFE_HOME:-} ]] || check "$name: with that home and shell" same "$LIFE_HOME" \
+        "$(host_exec desk getent passwd "$LIFE_USER" | cut -d: -f6,7)"
     check "$name: getent finds the group" host_finds_group desk "$LIFE_GROUP"
     check "$name: the user logs in" logs_in "$LIFE_USER" "$LIFE_PASSWORD"
     check_fails "$name: not with a wrong password" 1 logs_in "$LIFE_USER" wrong-password

@@ -1,4 +1,4 @@
-// What of the machine's configuration isn't used is said below the list of the authentication policy.
+// What of the machine's configuration isn't used is said below the list of each policy.
 #include <gtest/gtest.h>
 
 #include "fakes/FakeProgram.h"
@@ -50,4 +50,13 @@ TEST_F(Remarks, goneWhenThePolicyIsReadAgain_stripGoesToo) {
     program.controller().reloadSearchPolicies();
     program.controller().loadCurrentTabIfNeeded("2");
     EXPECT_TRUE(strip.isHidden());
+}
+
+TEST_F(Remarks, aboutTheContactsPolicy_areShownBelowItsOwnList) {
+    program.framework.session->contacts().details.set(halden::attribute::remarks,
+                                                      util::Array{"No directory can be listed."});
+    program.launchUnlocked();
+    program.controller().loadCurrentTabIfNeeded("3");
+    EXPECT_EQ(program.interface.remarksContact.shownMessage(), "No directory can be listed.");
+    EXPECT_EQ(strip.shownMessage(), "");
 }

@@ -10,6 +10,7 @@ namespace corvane::haldend {
 namespace {
 
 constexpr std::string_view mainSection = "sssd";
+constexpr std::string_view responderSection = "nss";
 constexpr std::string_view domainPrefix = "domain/";
 constexpr std::string_view applicationPrefix = "application/";
 constexpr std::string_view providers[] = {"ldap", "ad", "ipa", "files", "proxy"};
@@ -142,7 +143,9 @@ void SssdFile::readSections() {
     IniConfiguration configuration(text_);
     for (const auto& snippet : snippets_) {
         try {
-            configuration.merge(IniConfiguration(snippet.text));
+            const IniConfiguration added(snippet.text);
+            configuration.merge(added);
+            noteDeciding(snippet.path, added.sections());
         } catch (const IniDamage&) {
             continue; // SSSD passes over it as well
         }
@@ -155,12 +158,24 @@ void SssdFile::readSections() {
     readList(line_);
 }
 
+void SssdFile::noteDeciding(const std::string& path, const std::vector<IniSection>& sections) {
+    for (const auto& section : sections) {
+        auto& deciding = deciding_[foldedTitle(section.title)];
+        deciding.last = path;
+        for (const auto& option : section.options)
+            deciding.byKey[foldedCase(option.key)] = path;
+    }
+}
+
 void SssdFile::readSection(const IniSection& section) {
     const auto title = foldedTitle(section.title);
     if (title == mainSection && readingEnd_.empty()) {
         line_ = valueIn(section, "domains");
         servesFiles_ = foldedCase(valueIn(section, "enable_files_domain")) == "true";
     }
+    if (title == responderSection)
+        for (const auto& option : section.options)
+            responder_.insert_or_assign(foldedCase(option.key), option.value);
     if (title == domainPrefix) trouble_ = "A section [domain/] has no name.";
     const bool isApplication = title.starts_with(applicationPrefix);
     const auto name = nameIn(section.title, isApplication ? applicationPrefix : domainPrefix);
@@ -220,21 +235,17 @@ const SssdDomain* SssdFile::domainNamed(std::string_view name) const {
     return found == places_.end() ? nullptr : &domains_[found->second];
 }
 
+std::string SssdFile::responderOption(std::string_view key) const {
+    const auto found = responder_.find(key);
+    return found == responder_.end() ? std::string() : found->second;
+}
+
 std::string SssdFile::snippetDeciding(std::string_view section, std::string_view key) const {
-    std::string path;
-    for (const auto& snippet : snippets_) {
-        try {
-            for (const auto& found : IniConfiguration(snippet.text).sections()) {
-                const bool isSet = std::ranges::any_of(
-                    found.options, [&](const auto& option) { return foldedCase(option.key) == key; });
-                if (foldedTitle(found.title) == foldedTitle(section) && (key.empty() || isSet))
-                    path = snippet.path;
-            }
-        } catch (const IniDamage&) {
-            continue;
-        }
-    }
-    return path;
+    const auto found = deciding_.find(foldedTitle(section));
+    if (found == deciding_.end()) return {};
+    if (key.empty()) return found->second.last;
+    const auto option = found->second.byKey.find(foldedCase(key));
+    return option == found->second.byKey.end() ? std::string() : option->second;
 }
 
 } // namespace corvane::haldend

@@ -56,6 +56,7 @@ public:
     ~SssdFile() { util::wipe(text_); } // it may hold passwords
 
     [[nodiscard]] const std::string& text() const { return text_; }
+    [[nodiscard]] const std::string& path() const { return path_; }
     [[nodiscard]] const std::vector<SssdSnippet>& snippets() const { return snippets_; }
     /// The sections in the order of the files, sections of subdomains left out.
     [[nodiscard]] const std::vector<SssdDomain>& domains() const { return domains_; }
@@ -68,6 +69,8 @@ public:
     [[nodiscard]] const std::vector<std::string>& servedDomains() const { return served_; }
     /// The title after which SSSD reads nothing more; "" for none.
     [[nodiscard]] const std::string& readingEnd() const { return readingEnd_; }
+    /// The value of an option in `[nss]`, where it counts for all domains; "" when it isn't set.
+    [[nodiscard]] std::string responderOption(std::string_view key) const;
     /// Why SSSD wouldn't start, a sentence; "" when it would.
     [[nodiscard]] const std::string& trouble() const { return trouble_; }
     /// The snippet that decides the value of an option; "" when none does. Without a key: the last one that
@@ -75,7 +78,14 @@ public:
     [[nodiscard]] std::string snippetDeciding(std::string_view section, std::string_view key = {}) const;
 
 private:
+    /// Which snippet decides, by folded title: of each option by folded key, and the last one of all.
+    struct Deciding {
+        std::string last;
+        std::map<std::string, std::string, std::less<>> byKey;
+    };
+
     void readSections();
+    void noteDeciding(const std::string& path, const std::vector<IniSection>& sections);
     void readSection(const IniSection& section);
     void findOrphans();
     void readList(const std::string& line);
@@ -88,7 +98,9 @@ private:
     std::map<std::string, std::size_t, std::less<>> places_; ///< in `domains_`, by folded name
     std::string line_;                                       ///< the value of `domains`
     std::vector<std::string> listed_, served_;
+    std::map<std::string, Deciding, std::less<>> deciding_;
     std::string readingEnd_, trouble_;
+    std::map<std::string, std::string, std::less<>> responder_; ///< options of `[nss]`, by folded key
     bool servesFiles_ = false; ///< the machine's own files, which SSSD can serve beside the sections
 };
 

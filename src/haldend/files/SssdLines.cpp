@@ -1,6 +1,8 @@
 #include "haldend/files/SssdLines.h"
 
 #include <algorithm>
+#include <functional>
+#include <map>
 
 #include "haldend/files/SssdFile.h"
 #include "util/Bytes.h"
@@ -21,8 +23,10 @@ constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 /// A title begins its line; what is indented is an option.
 bool isTitle(std::string_view line) { return line.starts_with('['); }
 
+std::string_view titleIn(std::string_view line) { return trimmed(line.substr(1, line.rfind(']') - 1)); }
+
 bool isTitleOf(std::string_view line, std::string_view section) {
-    return isTitle(line) && foldedTitle(line.substr(1, line.rfind(']') - 1)) == foldedTitle(section);
+    return isTitle(line) && foldedTitle(titleIn(line)) == foldedTitle(section);
 }
 
 /// SSSD's library overlooks an end that begins its line.
@@ -60,9 +64,10 @@ SssdLines::SssdLines(std::string_view text) : endsWithNewline_(text.empty() || t
 void SssdLines::findComments() {
     bool isInside = false;
     for (const auto& line : lines_) {
-        if (!isInside) isInside = line.starts_with("/*");
+        const bool isFirst = !isInside && line.starts_with("/*");
+        isInside = isInside || isFirst;
         comments_.push_back(isInside || line.starts_with("//"));
-        if (endsComment(line)) isInside = false;
+        if (endsComment(std::string_view(line).substr(isFirst ? 1 : 0))) isInside = false; // "/*/" has none
     }
 }
 
@@ -90,10 +95,24 @@ std::vector<SssdLines::Block> SssdLines::blocksOf(std::string_view section) cons
     return blocks;
 }
 
+/// The library puts together what has the same title but for case; one with other blanks around its slash is
+/// read after that, wherever it is.
+std::vector<SssdLines::Block> SssdLines::blocksAsRead(std::string_view section) const {
+    auto blocks = blocksOf(section);
+    std::map<std::string, std::size_t> places;
+    const auto placeOf = [&](const Block& block) {
+        return places.try_emplace(foldedCase(titleIn(lines_[block.title])), places.size()).first->second;
+    };
+    for (const auto& block : blocks)
+        (void)placeOf(block);
+    std::ranges::stable_sort(blocks, {}, placeOf);
+    return blocks;
+}
+
 std::vector<std::size_t> SssdLines::linesOf(std::string_view section, std::string_view key) const {
     std::vector<std::size_t> found;
     const auto folded = foldedCase(key);
-    for (const auto& block : blocksOf(section))
+    for (const auto& block : blocksAsRead(section))
         for (auto i = block.title + 1; i < block.end; ++i)
             if (!comments_[i] && keyOf(lines_[i]) == folded) found.push_back(i);
     return found;
@@ -142,7 +161,7 @@ void SssdLines::set(std::string_view section, std::string_view key, std::string_
 
 void SssdLines::remove(std::string_view section, std::string_view key) {
     auto found = linesOf(section, key);
-    std::ranges::reverse(found); // so that the numbers of those that are left stay right
+    std::ranges::sort(found, std::greater()); // so that the numbers of those that are left stay right
     for (const auto index : found)
         erase(index, index + 1);
 }

@@ -56,7 +56,8 @@ private:
         std::size_t lastOption; ///< line of the last option, `title` when there is none
     };
     [[nodiscard]] std::vector<Block> blocksOf(std::string_view section) const;
-    /// Lines of the option, in order.
+    [[nodiscard]] std::vector<Block> blocksAsRead(std::string_view section) const;
+    /// Lines of the option in the order in which they are read; the last one counts.
     [[nodiscard]] std::vector<std::size_t> linesOf(std::string_view section, std::string_view key) const;
     void insert(std::size_t at, std::string line);
     void erase(std::size_t first, std::size_t end);

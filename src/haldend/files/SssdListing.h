@@ -9,6 +9,13 @@
 
 namespace corvane::haldend {
 
+/// A line that this service has added to a server's section on its own account.
+struct AddedOption {
+    std::string section; ///< the server's name
+    std::string key, value;
+    friend bool operator==(const AddedOption&, const AddedOption&) = default;
+};
+
 /// What this service has added to a machine on its own account, remembered with the policy so that it goes
 /// again with the last directory and leaves the machine as it was found.
 struct MachineAdditions {
@@ -25,6 +32,8 @@ struct MachineAdditions {
     NsswitchMemory lines;
     /// The names that were on the `domains` line, in their order, before this service took some off.
     std::vector<std::string> formerList;
+    /// Lines in sections of servers that compute their numbers.
+    std::vector<AddedOption> options;
     friend bool operator==(const MachineAdditions&, const MachineAdditions&) = default;
 };
 

@@ -5,6 +5,7 @@
 #include <optional>
 
 #include "haldend/ldap/HandshakeGuard.h"
+#include "haldend/ldap/LdapLibrary.h"
 #include "haldend/storage/Failure.h"
 
 namespace corvane::haldend {
@@ -91,6 +92,7 @@ timeval secondsAsTime(int seconds) { return {seconds, 0}; }
 } // namespace
 
 void LdapConnection::Handle::open(const LdapSettings& settings) {
+    prepareLdapLibrary();
     require(ldap_initialize(&ldap, uri.c_str()), "understand the address");
     const int version = LDAP_VERSION3;
     ldap_set_option(ldap, LDAP_OPT_PROTOCOL_VERSION, &version);

@@ -61,8 +61,8 @@ Machine::Machine(MachineFolder folder, const platform::PropertyListCodec& codec,
     seen_.fill(picture_.fingerprints());
 }
 
-SssdFile Machine::sssdFileWith(const std::string& text) const {
-    return {text, picture_.ground().sssd.snippets(), folder_.pathOf(machineFile::sssd)};
+std::shared_ptr<const SssdFile> Machine::sssdFileWith(const std::string& text) const {
+    return reader_.read(text, picture_.sssd().snippets(), folder_.pathOf(machineFile::sssd));
 }
 
 void Machine::repair() {
@@ -77,10 +77,10 @@ void Machine::repair() {
 }
 
 MachinePicture Machine::read() {
-    auto picture = MachinePicture::read(folder_, codec_);
+    auto picture = MachinePicture::read(folder_, codec_, reader_);
     // Another process may be renaming the files one by one; then they are read once more.
     for (int i = 0; i < 3 && picture.stampsAtReading() != MachinePicture::stamps(folder_); ++i)
-        picture = MachinePicture::read(folder_, codec_);
+        picture = MachinePicture::read(folder_, codec_, reader_);
     return picture;
 }
 
@@ -104,12 +104,19 @@ std::string Machine::directoriesRevision() {
 }
 
 void Machine::change(View view, const std::function<void(MachinePolicy&)>& decide) {
-    changeLocked([&] { requireUnchangedSinceRead(view); },
-                 [&](MachineDraft& draft) { decide(draft.policy); });
+    const auto require = [&] {
+        requireUnchangedSinceRead(view);
+        if (view == View::authentication) (void)picture_.policy(); // what it is written to can be read
+    };
+    changeLocked(require, [&](MachineDraft& draft) { decide(draft.policy); });
 }
 
 void Machine::changeDirectories(std::string_view revision, const std::function<void(MachineDraft&)>& decide) {
-    changeLocked([&] { requireRevision(revision); }, decide);
+    const auto require = [&] {
+        requireRevision(revision);
+        (void)picture_.policy();
+    };
+    changeLocked(require, decide);
 }
 
 void Machine::changeLocked(const std::function<void()>& require,
@@ -120,8 +127,8 @@ void Machine::changeLocked(const std::function<void()>& require,
         if (MachineTransaction::needsRecovery(folder_)) MachineTransaction::recover(folder_, lock, log_);
         require();
         before = picture_.fingerprints();
-        const auto ground = picture_.ground();
-        MachineDraft draft{picture_.policy(), picture_.additions(), ground.sssd.text(), ground.nodes};
+        MachineDraft draft{picture_.storedPolicy(), picture_.additions(), picture_.sssdText(),
+                           picture_.knownNodes()};
         decide(draft);
         write(lock, draft);
         adopt(read());
@@ -167,20 +174,20 @@ void Machine::requireRevision(std::string_view revision) {
 
 std::vector<std::string> Machine::wantedDomains(const MachineDraft& draft) const {
     const auto edited = sssdFileWith(draft.sssd);
-    const auto nodes = domainNodes(edited);
-    return domainsFor(draft.policy, {picture_.ground().nsswitch, edited, nodes, draft.added.formerList});
+    const auto nodes = domainNodes(*edited);
+    return domainsFor(draft.policy, {picture_.ground().nsswitch, *edited, nodes, draft.added.formerList});
 }
 
 /// The text with the names that the policy wants on the `domains` line. Without any directory on the policy
 /// the line stays as it is.
 std::string Machine::sssdTextFor(MachineDraft& draft, const std::vector<std::string>& names) const {
     const auto edited = sssdFileWith(draft.sssd);
-    const bool isServedAlready = names == edited.servedDomains() && edited.trouble().empty();
+    const bool isServedAlready = names == edited->servedDomains() && edited->trouble().empty();
     if (names.empty() || isServedAlready) return draft.sssd;
-    if (edited.servedDomains().empty() && !draft.added.domains && !draft.added.emptyDomains)
+    if (edited->servedDomains().empty() && !draft.added.domains && !draft.added.emptyDomains)
         draft.added.emptyDomains = lineListing(draft.sssd); // nothing on it can be served
-    auto full = fullList(names, fullList(edited.listedDomains(), draft.added.formerList));
-    std::erase_if(full, [&](const auto& name) { return !edited.domainNamed(name); });
+    auto full = fullList(names, fullList(edited->listedDomains(), draft.added.formerList));
+    std::erase_if(full, [&](const auto& name) { return !edited->domainNamed(name); });
     draft.added.formerList = full == names ? std::vector<std::string>() : full;
     return textListing(draft.sssd, names, draft.added);
 }
@@ -251,13 +258,14 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
         fresh.file = true;
         fresh.nsswitch = draft.added.nsswitch;
         fresh.lines = draft.added.lines;
+        fresh.options = draft.added.options;
         draft.added = fresh;
     }
     const auto wanted = wantedDomains(draft);
     const auto sssd = sssdTextFor(draft, wanted);
     const auto after = sssdFileWith(sssd);
-    const auto nodes = domainNodes(after);
-    const PolicyGround ground{before.nsswitch, after, nodes, draft.added.formerList};
+    const auto nodes = domainNodes(*after);
+    const PolicyGround ground{before.nsswitch, *after, nodes, draft.added.formerList};
     requireServed(wanted, ground);
     const auto nsswitch = nsswitchTextFor(draft, ground);
     if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
@@ -272,11 +280,11 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
 /// The files are only looked at where something is changed that they express: whatever they say otherwise is
 /// the administrator's.
 void Machine::write(const FolderLock& lock, MachineDraft& draft) {
-    const auto& known = picture_.policy();
     const bool isAboutFiles =
-        isOtherLogin(draft.policy, known) || draft.sssd != picture_.ground().sssd.text();
+        isOtherLogin(draft.policy, picture_.storedPolicy()) || draft.sssd != picture_.sssdText();
     MachineTransaction transaction(folder_, lock);
-    StoredPolicy stored{draft.policy, picture_.fingerprints()[0], picture_.fingerprints()[1], draft.added};
+    auto stored = picture_.asStored(draft.policy);
+    stored.added = draft.added;
     if (isAboutFiles) writeFiles(transaction, draft, stored);
     const auto text = storedText(stored, codec_);
     if (Fingerprint::of(text) == picture_.fingerprints()[2]) return; // nothing is new

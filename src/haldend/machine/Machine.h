@@ -48,9 +48,10 @@ public:
     void noteThatPolicyWasRead(View view) { seen(view) = picture().fingerprints(); }
 
     /// Lets `decide` edit the policy, and the machine's files with it where the login policy or a connector
-    /// is changed; all or nothing. Throws `Failure`; with code `changedElsewhere` when another program has
-    /// changed a file since the policy was last read through `view`: nothing is written then, nor by any
-    /// further call until it has been read again.
+    /// is changed; all or nothing. Through `View::contacts` also while the files can't be read. Throws
+    /// `Failure`; with code `changedElsewhere` when another program has changed a file since the policy was
+    /// last read through `view`: nothing is written then, nor by any further call until it has been read
+    /// again.
     void change(View view, const std::function<void(MachinePolicy&)>& decide);
 
     /// Stands for the directories and all their options as `picture()` has them: another text once one of
@@ -60,7 +61,7 @@ public:
     /// `changedElsewhere`, and nothing is written, when `revision` isn't the present one.
     void changeDirectories(std::string_view revision, const std::function<void(MachineDraft&)>& decide);
     /// The configuration of SSSD as it would be with another text of sssd.conf. Throws `Failure`.
-    [[nodiscard]] SssdFile sssdFileWith(const std::string& text) const;
+    [[nodiscard]] std::shared_ptr<const SssdFile> sssdFileWith(const std::string& text) const;
 
     /// Looks whether another program has changed the files, and tells the listener. Cheap: three `stat`s.
     void pollForChanges() { (void)picture(); }
@@ -95,6 +96,7 @@ private:
     SssdValidator validator_;
     std::unique_ptr<SssdControl> sssd_;
     std::function<void()> listener_;
+    mutable SssdFileReader reader_; ///< what it keeps changes nothing but the time
     MachinePicture picture_;
     std::array<Fingerprints, 2> seen_{}; ///< of the state that the client has seen, by `View`
     std::string session_;                ///< so that the revisions of two runs are never the same

@@ -4,6 +4,8 @@
 
 #include "haldend/files/SssdSnippets.h"
 #include "haldend/policy/PolicyStore.h"
+#include "haldend/sssd/SssdOwner.h"
+#include "haldend/storage/DurableFile.h"
 #include "haldend/storage/Failure.h"
 
 namespace corvane::haldend {
@@ -30,15 +32,14 @@ MachinePolicy firstPolicy(const PolicyGround& ground) {
     return derivedPolicy(policy, ground);
 }
 
-/// On the machine itself SSSD only starts with a file of root's that nobody else may read.
 std::string ownerRemark(const MachineFolder& folder) {
-    struct stat status {};
+    struct stat file {
+    }, around{};
     const auto path = folder.resolved(machineFile::sssd);
-    if (!folder.isLiveMachine() || ::stat(path.c_str(), &status) != 0) return {};
-    if (status.st_uid != 0) return path + " doesn't belong to root, so SSSD refuses to start.";
-    if ((status.st_mode & 0077U) != 0)
-        return path + " may be read by others than root, so SSSD refuses to start.";
-    return {};
+    if (!folder.isLiveMachine() || ::stat(path.c_str(), &file) != 0 ||
+        ::stat(parentOf(path).c_str(), &around) != 0)
+        return {};
+    return sssdOwnerRemark(path, FileOwner::of(file), FileOwner::of(around));
 }
 
 } // namespace
@@ -63,12 +64,17 @@ MachinePicture::Stamps MachinePicture::stamps(const MachineFolder& folder) {
     return stamps;
 }
 
-MachinePicture MachinePicture::read(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
+MachinePicture MachinePicture::read(const MachineFolder& folder, const platform::PropertyListCodec& codec,
+                                    SssdFileReader& reader) {
     MachinePicture picture;
     picture.stamps_ = stamps(folder);
     picture.nsswitchTrouble_ = troubleOf([&] { picture.readNsswitch(folder); });
-    picture.sssdTrouble_ = troubleOf([&] { picture.readSssd(folder); });
-    picture.policyTrouble_ = troubleOf([&] { picture.readPolicy(folder, codec); });
+    picture.sssdTrouble_ = troubleOf([&] { picture.readSssd(folder, reader); });
+    if (picture.sssdTrouble_)
+        picture.remarks_.push_back("No directory can be listed: " + picture.sssdTrouble_->description + " " +
+                                   picture.sssdTrouble_->reason);
+    picture.storeTrouble_ = troubleOf([&] { picture.readStore(folder, codec); });
+    picture.derivePolicy();
     return picture;
 }
 
@@ -78,33 +84,41 @@ void MachinePicture::readNsswitch(const MachineFolder& folder) {
     nsswitch_.emplace(text.value_or(""), folder.pathOf(machineFile::nsswitch));
 }
 
-void MachinePicture::readSssd(const MachineFolder& folder) {
+void MachinePicture::readSssd(const MachineFolder& folder, SssdFileReader& reader) {
     auto snippets = SssdSnippets::of(folder);
     auto text = folder.read(machineFile::sssd);
     hasSssdFile_ = text.has_value();
     fingerprints_[1] = sssdFingerprint(text, snippets.read);
     remarks_ = std::move(snippets.passedOver);
     if (auto remark = ownerRemark(folder); !remark.empty()) remarks_.push_back(std::move(remark));
-    sssd_.emplace(std::move(text).value_or(""), std::move(snippets.read), folder.pathOf(machineFile::sssd));
+    sssd_ =
+        reader.read(std::move(text).value_or(""), std::move(snippets.read), folder.pathOf(machineFile::sssd));
     nodes_ = domainNodes(*sssd_);
     for (auto& sentence : skippedDomains(*sssd_))
         remarks_.push_back(std::move(sentence));
 }
 
-/// The stored policy where the files are still those that it was stored with, else what the files say now.
-void MachinePicture::readPolicy(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
-    const auto stored = folder.read(machineFile::policies);
-    fingerprints_[2] = Fingerprint::of(stored);
-    if (!stored) {
-        policy_ = firstPolicy(ground());
+void MachinePicture::readStore(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
+    const auto text = folder.read(machineFile::policies);
+    fingerprints_[2] = Fingerprint::of(text);
+    if (!text) return;
+    stored_ = haldend::storedPolicy(*text, folder.pathOf(machineFile::policies), codec);
+    policy_ = stored_->policy;
+    additions_ = stored_->added;
+}
+
+/// The stored policy where the files are still those that it was stored with, or can't be read, else what the
+/// files say now.
+void MachinePicture::derivePolicy() {
+    if (!nsswitch_ || !sssd_) {
+        if (!stored_ && nsswitch_ && nsswitch_->usesSssd())
+            policy_.authentication.mode = PolicyMode::automatic; // as where nothing is damaged
         return;
     }
-    const auto known = storedPolicy(*stored, folder.pathOf(machineFile::policies), codec);
-    storedDisabled_ = known.policy.disabled;
-    additions_ = known.added;
-    const bool isUntouched = known.nsswitch == fingerprints_[0] && known.sssd == fingerprints_[1];
-    const auto inputs = ground();
-    policy_ = isUntouched ? known.policy : derivedPolicy(known.policy, inputs);
+    if (!stored_)
+        policy_ = firstPolicy(ground());
+    else if (stored_->nsswitch != fingerprints_[0] || stored_->sssd != fingerprints_[1])
+        policy_ = derivedPolicy(stored_->policy, ground());
 }
 
 const std::vector<DomainNode>& MachinePicture::nodes() const {
@@ -112,18 +126,41 @@ const std::vector<DomainNode>& MachinePicture::nodes() const {
     return nodes_;
 }
 
+const SssdFile& MachinePicture::sssd() const {
+    raise(sssdTrouble_);
+    return *sssd_;
+}
+
 const MachinePolicy& MachinePicture::policy() const {
-    raise(policyTrouble_);
+    raise(storeTrouble_);
+    (void)ground();
     return policy_;
 }
 
-bool MachinePicture::hasSameDirectoriesAs(const MachinePicture& other) const {
-    if (sssd_.has_value() != other.sssd_.has_value()) return false;
-    return !sssd_ || sssd_->domains() == other.sssd_->domains();
+const MachinePolicy& MachinePicture::storedPolicy() const {
+    raise(storeTrouble_);
+    return policy_;
 }
 
-const DisabledConnectors& MachinePicture::disabledConnectors() const {
-    return policyTrouble_ ? storedDisabled_ : policy_.disabled;
+/// A policy that isn't derived from what the files say now still belongs to what they said before.
+StoredPolicy MachinePicture::asStored(const MachinePolicy& policy) const {
+    const bool isOld = stored_ && (!nsswitch_ || !sssd_);
+    return {policy, isOld ? stored_->nsswitch : fingerprints_[0], isOld ? stored_->sssd : fingerprints_[1],
+            additions_};
+}
+
+std::vector<std::string> MachinePicture::automaticDirectories() const {
+    if (!sssd_) return {};
+    return automaticNodes(*sssd_, nodes_, additions_.formerList, policy_.disabled);
+}
+
+std::vector<std::string> MachinePicture::usableDirectories() const {
+    return usableNodes(nodes_, policy_.disabled);
+}
+
+bool MachinePicture::hasSameDirectoriesAs(const MachinePicture& other) const {
+    if (!sssd_ || !other.sssd_) return sssd_ == other.sssd_;
+    return sssd_ == other.sssd_ || sssd_->domains() == other.sssd_->domains();
 }
 
 PolicyGround MachinePicture::ground() const {

@@ -1,12 +1,14 @@
 #pragma once
 
 #include <array>
+#include <memory>
 #include <optional>
 #include <vector>
 
 #include "halden/Error.h"
-#include "haldend/files/SssdListing.h"
+#include "haldend/files/SssdFileReader.h"
 #include "haldend/policy/MachinePolicy.h"
+#include "haldend/policy/PolicyStore.h"
 #include "haldend/storage/MachineFolder.h"
 #include "platform/PropertyListCodec.h"
 
@@ -25,17 +27,29 @@ public:
     /// The same, and one for all snippets of sssd.conf.
     using Stamps = std::array<FileStamp, 4>;
 
-    /// Reads the folder. Never throws for what the folder holds.
-    [[nodiscard]] static MachinePicture read(const MachineFolder& folder,
-                                             const platform::PropertyListCodec& codec);
+    /// Reads the folder, sssd.conf through `reader`. Never throws for what the folder holds.
+    [[nodiscard]] static MachinePicture
+    read(const MachineFolder& folder, const platform::PropertyListCodec& codec, SssdFileReader& reader);
     [[nodiscard]] static Stamps stamps(const MachineFolder& folder);
 
     [[nodiscard]] const Fingerprints& fingerprints() const { return fingerprints_; }
     [[nodiscard]] const Stamps& stampsAtReading() const { return stamps_; }
     /// These throw `Failure` when what they stand on couldn't be read.
     [[nodiscard]] const std::vector<DomainNode>& nodes() const;
+    [[nodiscard]] const SssdFile& sssd() const;
     [[nodiscard]] const MachinePolicy& policy() const;
     [[nodiscard]] PolicyGround ground() const;
+    /// The policy where the files can be read, else as it was stored last: enough for all but the login
+    /// policy and the connectors, which the files express. Throws `Failure` when the store can't be read.
+    [[nodiscard]] const MachinePolicy& storedPolicy() const;
+    /// For a change that leaves the files alone: the contents that the policy agrees with.
+    [[nodiscard]] StoredPolicy asStored(const MachinePolicy& policy) const;
+    [[nodiscard]] bool knowsDirectories() const { return sssd_ != nullptr; }
+    /// These are empty where sssd.conf can't be read.
+    [[nodiscard]] std::string sssdText() const { return sssd_ ? sssd_->text() : std::string(); }
+    [[nodiscard]] const std::vector<DomainNode>& knownNodes() const { return nodes_; }
+    [[nodiscard]] std::vector<std::string> automaticDirectories() const;
+    [[nodiscard]] std::vector<std::string> usableDirectories() const;
     /// What of the configuration isn't used, and why: sentences for people.
     [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
     [[nodiscard]] bool hasSssdFile() const { return hasSssdFile_; }
@@ -45,22 +59,23 @@ public:
     [[nodiscard]] const MachineAdditions& additions() const { return additions_; }
     /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or
     /// none: the connectors are there all the same.
-    [[nodiscard]] const DisabledConnectors& disabledConnectors() const;
+    [[nodiscard]] const DisabledConnectors& disabledConnectors() const { return policy_.disabled; }
 
 private:
     void readNsswitch(const MachineFolder& folder);
-    void readSssd(const MachineFolder& folder);
-    void readPolicy(const MachineFolder& folder, const platform::PropertyListCodec& codec);
+    void readSssd(const MachineFolder& folder, SssdFileReader& reader);
+    void readStore(const MachineFolder& folder, const platform::PropertyListCodec& codec);
+    void derivePolicy();
 
     std::optional<NsswitchFile> nsswitch_;
-    std::optional<SssdFile> sssd_;
+    std::shared_ptr<const SssdFile> sssd_; ///< null when it can't be read
     std::vector<DomainNode> nodes_;
     MachinePolicy policy_;
-    DisabledConnectors storedDisabled_;
+    std::optional<StoredPolicy> stored_; ///< none when nothing was ever stored, or it can't be read
     MachineAdditions additions_;
     std::vector<std::string> remarks_;
     bool hasSssdFile_ = false;
-    std::optional<halden::Error> nsswitchTrouble_, sssdTrouble_, policyTrouble_;
+    std::optional<halden::Error> nsswitchTrouble_, sssdTrouble_, storeTrouble_;
     Fingerprints fingerprints_;
     Stamps stamps_;
 };

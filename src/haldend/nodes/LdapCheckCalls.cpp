@@ -4,6 +4,7 @@
 
 #include "haldend/ldap/LdapSettings.h"
 #include "haldend/nodes/LdapServers.h"
+#include "haldend/servers/AccountDefaults.h"
 #include "haldend/servers/LdapCheck.h"
 #include "haldend/servers/LdapServerRequest.h"
 #include "haldend/storage/Failure.h"
@@ -49,8 +50,20 @@ void keepPlainAddresses(LdapServer& server) {
                       "Name the host on which it runs.");
 }
 
-LdapCheckPlan planFrom(const util::Dictionary& values, const std::vector<SssdDomain>& saved,
-                       const MachineFolder& folder) {
+/// The saved section as it will be: with what is added when it begins to compute numbers.
+SssdDomain optionsFor(const LdapServerPut& put, const SssdFile& saved) {
+    SssdDomain options;
+    if (put.before) options = *saved.domainNamed(put.before->name);
+    if (put.server.computesNumbers && !(put.before && put.before->computesNumbers))
+        for (const auto& added : missingAccountDefaults(saved, put.before ? put.before->name : std::string()))
+            options.options.emplace(added.key, added.value);
+    completeAccountOptions(options, saved);
+    options.name = put.server.name;
+    options.options.erase("ldap_default_authtok");
+    return options;
+}
+
+LdapCheckPlan planFrom(const util::Dictionary& values, const SssdFile& saved, const MachineFolder& folder) {
     LdapCheckPlan plan;
     plan.wantsBases = wantsBases(values);
     plan.mayShowPassword = mayShowPassword(values);
@@ -58,15 +71,12 @@ LdapCheckPlan planFrom(const util::Dictionary& values, const std::vector<SssdDom
     plan.group = plainTextIn(values, "group");
     const auto described = values.valueForKey("server").as<util::Dictionary>();
     if (described.isNull()) throw badRequest("\"server\" is no dictionary.");
-    const auto put = tryRequestFrom(described, saved);
+    const auto put = tryRequestFrom(described, saved.domains());
     plan.server = put.server;
     plan.hasReadablePassword = !plan.server.hasPassword || !plan.server.password.empty();
     if (put.password) plan.server.password = *put.password;
     keepPlainAddresses(plan.server);
-    if (put.before) {
-        plan.options = *std::ranges::find(saved, put.before->name, &SssdDomain::name);
-        plan.options.options.erase("ldap_default_authtok");
-    }
+    plan.options = optionsFor(put, saved);
     const auto demanded = plan.options.option("ldap_tls_reqcert", "demand");
     plan.trust = {certificatePath(folder, plan.server.caFile),
                   certificatePath(folder, plan.options.option("ldap_tls_cacertdir")),
@@ -117,7 +127,7 @@ void makePlain(CheckReport& report) {
 util::Bytes startLdapCheck(Engine& engine, util::BytesView bytes) {
     const LdapRequestValues request(bytes, engine.codec());
     auto& machine = engine.machine();
-    const auto& saved = machine.picture().ground().sssd.domains();
+    const auto& saved = machine.picture().sssd();
     return replyOf({{"job", engine.checks().start(planFrom(request.values(), saved, machine.folder()))}},
                    engine.codec());
 }

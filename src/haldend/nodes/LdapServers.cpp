@@ -45,7 +45,8 @@ void rename(SssdLines& lines, const LdapServersRequest& request) {
         lines.renameSection(passing(i), "domain/" + request.put[i].server.name);
 }
 
-std::string editedSections(const SssdFile& before, const LdapServersRequest& request) {
+std::string editedSections(const SssdFile& before, const LdapServersRequest& request,
+                           std::vector<AddedOption>& added) {
     SssdLines lines(before.text());
     lines.setLastSection(before.readingEnd());
     for (const auto& name : request.remove)
@@ -53,6 +54,7 @@ std::string editedSections(const SssdFile& before, const LdapServersRequest& req
     rename(lines, request);
     for (const auto& put : request.put)
         writeSection(lines, put.server, put.before, put.password);
+    followInAccountDefaults(lines, before, request, added);
     return lines.text();
 }
 
@@ -84,7 +86,7 @@ Failure dependent(const std::string& name, const std::string& why) {
             "Take the section of " + name + " out of sssd.conf first."};
 }
 
-SssdFile requireReadable(const std::string& text, const Machine& machine) {
+std::shared_ptr<const SssdFile> requireReadable(const std::string& text, const Machine& machine) {
     try {
         return machine.sssdFileWith(text);
     } catch (const Failure& failure) {
@@ -156,13 +158,13 @@ void followInPolicy(SearchPolicy& policy, const std::vector<DomainNode>& before,
 
 void apply(MachineDraft& draft, const util::Dictionary& values, const Machine& machine) {
     const auto before = machine.sssdFileWith(draft.sssd);
-    const auto request = writeRequestFrom(values, before.domains());
-    auto text = editedSections(before, request);
+    const auto request = writeRequestFrom(values, before->domains());
+    auto text = editedSections(*before, request, draft.added.options);
     const auto edited = requireReadable(text, machine);
-    requireMeaning(before, edited, request);
-    const auto listed = listedAfter(edited.listedDomains(), request);
-    if (listed != edited.listedDomains()) replaceText(text, textListing(text, listed, draft.added));
-    const auto after = domainNodes(edited);
+    requireMeaning(*before, *edited, request);
+    const auto listed = listedAfter(edited->listedDomains(), request);
+    if (listed != edited->listedDomains()) replaceText(text, textListing(text, listed, draft.added));
+    const auto after = domainNodes(*edited);
     followInPolicy(draft.policy.authentication, draft.nodes, after, request);
     followInPolicy(draft.policy.contacts, draft.nodes, after, request);
     replaceText(draft.sssd, std::move(text));

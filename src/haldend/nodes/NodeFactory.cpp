@@ -23,7 +23,7 @@ std::shared_ptr<EngineNode> directoryNamed(const std::shared_ptr<Engine>& engine
     if (found == nodes.end())
         throw unknown(name, "This machine's configuration has no directory of that name.",
                       "See whether it was renamed or removed, and take it off the search policy if so.");
-    if (picture.policy().disabled.contains(found->connector))
+    if (picture.storedPolicy().disabled.contains(found->connector))
         throw unknown(name, "The connector " + found->connector + " is switched off.",
                       "Switch it on in the Services pane.");
     if (found->connector != "LDAP") return std::make_shared<SssdOnlyNode>(engine, *found);
@@ -59,7 +59,7 @@ std::shared_ptr<EngineNode> nodeNamed(const std::shared_ptr<Engine>& engine, con
 std::vector<std::string> nodeNames(Engine& engine) {
     const auto& picture = engine.machine().picture();
     auto names = localNodeNames();
-    for (auto& name : usableNodes(picture.nodes(), picture.policy().disabled))
+    for (auto& name : usableNodes(picture.nodes(), picture.storedPolicy().disabled))
         names.push_back(std::move(name));
     names.emplace_back(searchNodeName);
     names.emplace_back(contactsNodeName);

@@ -68,6 +68,12 @@ Machine::View SearchNode::view() const {
     return purpose_ == Purpose::authentication ? Machine::View::authentication : Machine::View::contacts;
 }
 
+/// The contacts policy isn't expressed by the machine's files, so damage there leaves it in reach.
+SearchPolicy SearchNode::policyOf(const MachinePicture& picture) const {
+    return purpose_ == Purpose::authentication ? picture.policy().authentication
+                                               : picture.storedPolicy().contacts;
+}
+
 /// A list that nobody ever stored begins as what Automatic uses now, so that choosing Custom changes nothing
 /// yet.
 std::vector<std::string> SearchNode::customPath(const SearchPolicy& policy,
@@ -80,24 +86,24 @@ AttributeMap SearchNode::details() {
     auto& machine = engine().machine();
     machine.noteThatPolicyWasRead(view());
     const auto& picture = machine.picture();
-    auto policy = picture.policy();
-    const auto automatic = automaticNodes(picture.ground(), policy.disabled);
-    const auto& own = policyIn(policy);
+    const auto own = policyOf(picture);
+    const auto automatic = picture.automaticDirectories();
+    // Sections that can't be used concern the machine, and are said there.
+    const bool concernsUs = purpose_ == Purpose::authentication || !picture.knowsDirectories();
     return {{std::string(attribute::searchPolicy), {attributeOf(own.mode)}},
             {std::string(attribute::automaticSearchPath), withLocalNodes(automatic)},
             {std::string(attribute::localOnlySearchPath), localNodeNames()},
             {std::string(attribute::customSearchPath), customPath(own, automatic)},
-            {std::string(attribute::remarks), picture.remarks()}};
+            {std::string(attribute::remarks), concernsUs ? picture.remarks() : std::vector<std::string>()}};
 }
 
 std::vector<std::string> SearchNode::activePath() const {
     const auto& picture = engine().machine().picture();
-    auto policy = picture.policy();
-    const auto& own = policyIn(policy);
+    const auto own = policyOf(picture);
     if (own.mode == PolicyMode::localOnly) return localNodeNames();
-    const auto automatic = automaticNodes(picture.ground(), policy.disabled);
+    const auto automatic = picture.automaticDirectories();
     if (own.mode == PolicyMode::automatic) return withLocalNodes(automatic);
-    const auto usable = usableNodes(picture.nodes(), policy.disabled);
+    const auto usable = picture.usableDirectories();
     auto path = customPath(own, automatic);
     std::erase_if(path, [&](const auto& name) {
         return !isLocalNode(name) && std::ranges::find(usable, name) == usable.end();
@@ -147,8 +153,8 @@ void SearchNode::setMode(PolicyMode mode, util::BytesView request) {
     auto& machine = engine().machine();
     machine.change(view(), [&](MachinePolicy& policy) {
         auto& own = policyIn(policy);
-        if (mode == PolicyMode::custom && !own.hasCustom) {
-            own.custom = customPath(own, automaticNodes(machine.picture().ground(), policy.disabled));
+        if (mode == PolicyMode::custom && !own.hasCustom && machine.picture().knowsDirectories()) {
+            own.custom = customPath(own, machine.picture().automaticDirectories());
             if (purpose_ == Purpose::authentication) std::erase_if(own.custom, isLocalNode);
             own.hasCustom = true;
         }

@@ -30,6 +30,7 @@ protected:
 private:
     [[nodiscard]] SearchPolicy& policyIn(MachinePolicy& policy) const;
     [[nodiscard]] Machine::View view() const;
+    [[nodiscard]] SearchPolicy policyOf(const MachinePicture& picture) const;
     [[nodiscard]] std::vector<std::string> customPath(const SearchPolicy& policy,
                                                       const std::vector<std::string>& automatic) const;
     [[nodiscard]] std::vector<std::string> activePath() const;

@@ -40,18 +40,20 @@ std::vector<std::string> fullList(const std::vector<std::string>& now,
     return names;
 }
 
-std::vector<std::string> automaticNodes(const PolicyGround& ground, const DisabledConnectors& disabled) {
+std::vector<std::string> automaticNodes(const SssdFile& sssd, const std::vector<DomainNode>& nodes,
+                                        const std::vector<std::string>& formerList,
+                                        const DisabledConnectors& disabled) {
     std::vector<std::string> managed;
-    for (const auto& node : ground.nodes)
+    for (const auto& node : nodes)
         if (node.isManaged() && !disabled.contains(node.connector)) managed.push_back(node.name);
-    auto line = ground.sssd.listedDomains();
-    for (const auto& section : ground.sssd.servedDomains())
+    auto line = sssd.listedDomains();
+    for (const auto& section : sssd.servedDomains())
         if (!contains(line, section)) line.push_back(section);
-    line = fullList(line, ground.formerList);
+    line = fullList(line, formerList);
     std::vector<std::string> names;
     auto next = managed.begin();
     for (const auto& section : line) {
-        const auto* node = nodeOfSection(ground.nodes, section);
+        const auto* node = nodeOfSection(nodes, section);
         if (node && !node->isManaged() && !contains(names, node->name))
             names.push_back(node->name);
         else if (node && node->isManaged() && next != managed.end())
@@ -59,6 +61,10 @@ std::vector<std::string> automaticNodes(const PolicyGround& ground, const Disabl
     }
     names.insert(names.end(), next, managed.end());
     return names;
+}
+
+std::vector<std::string> automaticNodes(const PolicyGround& ground, const DisabledConnectors& disabled) {
+    return automaticNodes(ground.sssd, ground.nodes, ground.formerList, disabled);
 }
 
 std::vector<std::string> activeDirectories(const MachinePolicy& policy, const PolicyGround& ground) {

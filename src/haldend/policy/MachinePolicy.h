@@ -44,6 +44,10 @@ struct PolicyGround {
 /// and those of other programs that are served, in their places on the `domains` line.
 [[nodiscard]] std::vector<std::string> automaticNodes(const PolicyGround& ground,
                                                       const DisabledConnectors& disabled);
+[[nodiscard]] std::vector<std::string> automaticNodes(const SssdFile& sssd,
+                                                      const std::vector<DomainNode>& nodes,
+                                                      const std::vector<std::string>& formerList,
+                                                      const DisabledConnectors& disabled);
 /// The directories that the authentication policy consults, in order, without the local nodes.
 [[nodiscard]] std::vector<std::string> activeDirectories(const MachinePolicy& policy,
                                                          const PolicyGround& ground);

@@ -22,6 +22,10 @@ constexpr const char* databaseKey = "Database";
 constexpr const char* withoutKey = "Without";
 constexpr const char* withKey = "With";
 constexpr const char* formerListKey = "FormerDomains";
+constexpr const char* optionsKey = "AddedOptions";
+constexpr const char* sectionKey = "Section";
+constexpr const char* optionKey = "Option";
+constexpr const char* valueKey = "Value";
 constexpr int version = 1;
 
 constexpr std::pair<const char*, bool MachineAdditions::*> additionNames[] = {
@@ -47,6 +51,11 @@ void store(const MachineAdditions& added, util::ValueMap& values) {
             {databaseKey, line.database}, {withoutKey, dataOf(line.without)}, {withKey, dataOf(line.with)}});
     if (!lines.empty()) values.emplace(linesKey, util::Array(std::move(lines)));
     if (!added.formerList.empty()) values.emplace(formerListKey, util::Array::ofTexts(added.formerList));
+    util::ValueList options;
+    for (const auto& option : added.options)
+        options.push_back(util::Dictionary{
+            {sectionKey, option.section}, {optionKey, option.key}, {valueKey, option.value}});
+    if (!options.empty()) values.emplace(optionsKey, util::Array(std::move(options)));
 }
 
 std::optional<std::string> optionalBytes(const util::Dictionary& values, const char* key) {
@@ -67,6 +76,19 @@ NsswitchMemory linesFrom(const util::Dictionary& values) {
     return lines;
 }
 
+std::vector<AddedOption> optionsFrom(const util::Dictionary& values) {
+    std::vector<AddedOption> options;
+    for (const auto& element : values.valueForKey(optionsKey).as<util::Array>().elements()) {
+        const auto entry = element.as<util::Dictionary>();
+        const auto section = entry.valueForKey(sectionKey).as<util::String>(),
+                   key = entry.valueForKey(optionKey).as<util::String>(),
+                   value = entry.valueForKey(valueKey).as<util::String>();
+        if (!section.isNull() && !key.isNull() && !value.isNull())
+            options.push_back({section.text(), key.text(), value.text()});
+    }
+    return options;
+}
+
 /// What isn't understood counts as not added: then it stays.
 MachineAdditions additionsFrom(const util::Dictionary& values) {
     MachineAdditions added;
@@ -77,6 +99,7 @@ MachineAdditions additionsFrom(const util::Dictionary& values) {
     added.nsswitch = optionalBytes(values, nsswitchBeforeKey);
     added.lines = linesFrom(values);
     added.formerList = values.valueForKey(formerListKey).as<util::Array>().texts();
+    added.options = optionsFrom(values);
     return added;
 }
 

@@ -1,4 +1,5 @@
 #include "haldend/servers/LdapCheck.h"
+#include "haldend/ldap/LdapLibrary.h"
 
 #include <openldap.h>
 
@@ -181,6 +182,7 @@ std::string LdapCheck::connect(const std::stop_token& stop) {
         first->evidence = tried;
         throw *first;
     }
+    prepareLdapLibrary();
     LDAP* ldap = nullptr;
     if (ldap_init_fd(wire_->socket(), LDAP_PROTO_EXT, nullptr, &ldap) != LDAP_SUCCESS)
         throw CheckFailure{kind::other, "The LDAP library can't be used.", wire_->peer(), "Try again."};

@@ -5,6 +5,7 @@
 #include "haldend/ldap/LdapConnection.h"
 #include "haldend/ldap/LdapSchema.h"
 #include "haldend/ldap/SidNumbers.h"
+#include "haldend/servers/AccountDefaults.h"
 #include "haldend/servers/LdapCheck.h"
 #include "sdk/LdapServerCalls.h"
 
@@ -21,6 +22,7 @@ struct LdapCheck::Account {
     std::string base, className, nameAttribute;
     std::string number, groupNumber; ///< attributes; the latter "" for groups
     std::string sid, primaryGroup;   ///< attributes; the latter "" for groups
+    std::string home, shell;         ///< attributes; "" for groups
 };
 
 namespace {
@@ -54,13 +56,14 @@ std::string present(const std::string& attribute) { return "(" + attribute + "=*
 std::string LdapCheck::findUser() {
     return findAccount({"user", plan_.user, baseFor("ldap_user_search_base"), name("ldap_user_object_class"),
                         name("ldap_user_name"), name("ldap_user_uid_number"), name("ldap_user_gid_number"),
-                        name("ldap_user_objectsid"), name("ldap_user_primary_group")});
+                        name("ldap_user_objectsid"), name("ldap_user_primary_group"),
+                        name("ldap_user_home_directory"), name("ldap_user_shell")});
 }
 
 std::string LdapCheck::findGroup() {
     return findAccount({"group", plan_.group, baseFor("ldap_group_search_base"),
                         name("ldap_group_object_class"), name("ldap_group_name"),
-                        name("ldap_group_gid_number"), "", name("ldap_group_objectsid"), ""});
+                        name("ldap_group_gid_number"), "", name("ldap_group_objectsid"), "", "", ""});
 }
 
 std::string LdapCheck::findAccount(const Account& wanted) const {
@@ -69,7 +72,8 @@ std::string LdapCheck::findAccount(const Account& wanted) const {
                                    : present(wanted.number) + "(!(" + wanted.number + "=0))";
     if (!computes && !wanted.groupNumber.empty()) numbers += present(wanted.groupNumber);
     std::vector<std::string> attributes{wanted.nameAttribute, "groupType"};
-    for (const auto* each : {&wanted.number, &wanted.groupNumber, &wanted.sid, &wanted.primaryGroup})
+    for (const auto* each : {&wanted.number, &wanted.groupNumber, &wanted.sid, &wanted.primaryGroup,
+                             &wanted.home, &wanted.shell})
         if (!each->empty()) attributes.push_back(*each);
     const auto filter = "(&" + filterFor(wanted.className, wanted.nameAttribute, wanted.name) + numbers + ")";
     const auto answer = search(wanted.base, LDAP_SCOPE_SUBTREE, filter, attributes, sampleSize);
@@ -122,7 +126,14 @@ std::optional<std::string> LdapCheck::described(LDAPMessage* entry, const Accoun
         plan_.server.computesNumbers ? computedNumbersOf(entry, wanted) : numbersOf(entry, wanted);
     if (!numbers) return std::nullopt;
     const auto names = valuesOf(entry, wanted.nameAttribute);
-    return (names.empty() ? std::string("?") : names.front()) + *numbers + ": " + nameOf(ldap_.get(), entry);
+    const auto named = names.empty() ? std::string("?") : names.front();
+    std::string login;
+    if (!wanted.home.empty() && !wanted.shell.empty()) {
+        const auto home = valuesOf(entry, wanted.home), shell = valuesOf(entry, wanted.shell);
+        login = ", " + homeAndShell(plan_.options, named, home.empty() ? "" : home.front(),
+                                    shell.empty() ? "" : shell.front());
+    }
+    return named + *numbers + login + ": " + nameOf(ldap_.get(), entry);
 }
 
 /// SSSD's own limits, within which both numbers of a user must be.

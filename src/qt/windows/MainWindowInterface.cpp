@@ -179,10 +179,12 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       unsaved(*form_->ui.unsaved), tryAgain(*form_->tryAgain, guard), showSaved(*form_->showSaved, guard),
       unsavedContact(*form_->ui.unsavedContact), tryAgainContact(*form_->tryAgainContact, guard),
       showSavedContact(*form_->showSavedContact, guard), remarks(*form_->ui.remarks),
+      remarksContact(*form_->ui.remarksContact),
       authorizationView(*form_->ui.authorizationView, authorization, guard),
       menu(*form_->shell.menuBar(), application, guard) {
     window.setTitle("Corvane");
     remarks.setHidden(true);
+    remarksContact.setHidden(true);
     window.setContentMinSize({590, 365});
 }
 

@@ -66,7 +66,8 @@ public:
     QtNotice unsavedContact;
     QtButton tryAgainContact;
     QtButton showSavedContact;
-    QtNotice remarks; ///< below the list of the authentication policy
+    QtNotice remarks; ///< below the list of each policy
+    QtNotice remarksContact;
 
     QtAuthorizationView authorizationView;
     MainMenu menu;
