@@ -44,6 +44,9 @@ struct PolicyGround {
 /// and those of other programs that are served, in their places on the `domains` line.
 [[nodiscard]] std::vector<std::string> automaticNodes(const PolicyGround& ground,
                                                       const DisabledConnectors& disabled);
+/// The directories that one policy of the machine consults, in order, without the local nodes.
+[[nodiscard]] std::vector<std::string>
+consultedNodes(const SearchPolicy& policy, const DisabledConnectors& disabled, const PolicyGround& ground);
 /// The directories that the authentication policy consults, in order, without the local nodes.
 [[nodiscard]] std::vector<std::string> activeDirectories(const MachinePolicy& policy,
                                                          const PolicyGround& ground);

@@ -32,6 +32,10 @@ private:
     [[nodiscard]] Machine::View view() const;
     [[nodiscard]] std::vector<std::string> customPath(const SearchPolicy& policy,
                                                       const std::vector<std::string>& automatic) const;
+    /// What is stored first: a list that nobody stored yet as it is reported, without the local nodes where
+    /// they aren't stored.
+    [[nodiscard]] std::vector<std::string> firstCustomList(const SearchPolicy& own,
+                                                           const MachinePolicy& policy) const;
     [[nodiscard]] std::vector<std::string> activePath() const;
     [[nodiscard]] std::vector<std::string> listFrom(util::BytesView bytes) const;
     void setMode(PolicyMode mode, util::BytesView request);

@@ -196,9 +196,7 @@ QStringList ServersDialog::titlesOnPolicies(const std::vector<std::size_t>& inde
     QStringList titles;
     for (const auto index : indexes) {
         const auto& server = list_.servers().at(index);
-        if (server.node.empty()) continue;
-        if (host_.isNodeOnAuthSearchPolicy(server.node) || host_.isNodeOnContactsSearchPolicy(server.node))
-            titles << text(server.title());
+        if (!server.node.empty() && list_.isOnPolicy(server.node)) titles << text(server.title());
     }
     return titles;
 }
