@@ -58,12 +58,14 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
     if (!settings.sharedController) ownPlugins_ = std::make_unique<plugins::PluginController>(platform_);
     defaults_.registerBool("FirstLaunch", true);
     application_.about = about();
+    engine_->setWaitListener([this] { window_.busy.stillBusy(); });
     startSampleDirectory();
     connectApplication();
 }
 
 Program::~Program() {
     changePoll_.reset();
+    engine_->setWaitListener({});
     application_.sendEvent = {};
     application_.activeChanged = {};
 }

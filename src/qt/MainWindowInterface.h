@@ -8,7 +8,9 @@
 #include "qt/MainMenu.h"
 #include "qt/QtApplication.h"
 #include "qt/QtAuthorizationView.h"
+#include "qt/QtBusyIndicator.h"
 #include "qt/QtButton.h"
+#include "qt/QtLabel.h"
 #include "qt/QtNotice.h"
 #include "qt/QtPopUpButton.h"
 #include "qt/QtProgressIndicator.h"
@@ -46,6 +48,7 @@ public:
 
     QtTableView selectPlugIn;
     QtButton configPlugIn;
+    QtLabel serviceState;
 
     QtPopUpButton selectSearchPolicy;
     QtTableView selectNode;
@@ -60,6 +63,7 @@ public:
     QtPlainView dragMessageContact;
 
     QtNotice trialNotice; ///< at the window's foot
+    QtBusyIndicator busy;
     QtNotice unsaved;
     QtButton tryAgain;
     QtButton showSaved;
