@@ -34,7 +34,8 @@ public:
 
     /// Windows are only drawn for pictures: what screen there is doesn't matter. Before the first window is
     /// made.
-    static void forgetScreen() { fitsScreen_ = false; }
+    static void forgetScreen() { qputenv(screenDoesNotMatter, "1"); }
+    [[nodiscard]] static bool fitsScreen() { return !qEnvironmentVariableIsSet(screenDoesNotMatter); }
     /// The window that shows `widget`, null when that is no `QtWindow`.
     [[nodiscard]] static QtWindow* of(const QWidget& widget);
     [[nodiscard]] QWidget& shell() const { return shell_; }
@@ -99,7 +100,8 @@ private:
     /// The user wants to close the window; false keeps it.
     [[nodiscard]] bool userMayClose();
     void willClose();
-    static inline bool fitsScreen_ = true; ///< whether windows are kept on their screen
+    /// In the environment, because a plug-in has its own copy of this class.
+    static constexpr auto screenDoesNotMatter = "CORVANE_FORGET_SCREEN";
     [[nodiscard]] QSize decoration() const;
     [[nodiscard]] QSize room() const;
     void moveTopLeft(QPoint point);
