@@ -110,9 +110,9 @@ void CheckDialog::build() {
     result_->setTextFormat(Qt::RichText);
     result_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     qt::makeAnnouncer(*result_);
-    inside->addWidget(result_);
     inside->addStretch();
     layout->addWidget(area_ = new qt::GrowingArea(report, this), 1);
+    layout->addWidget(result_); // always to be seen, whatever the steps need
     auto* buttons = new QDialogButtonBox(this);
     again_ = buttons->addButton("Test &Again", QDialogButtonBox::ActionRole);
     close_ = buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
@@ -246,7 +246,6 @@ void CheckDialog::showResult(const QStringList& parts) {
     result_->setText(message);
     qt::announce(*result_, parts.join("\n"));
     fitHeight();
-    if (!parts.isEmpty()) area_->ensureWidgetVisible(result_);
 }
 
 void CheckDialog::copyReport() {

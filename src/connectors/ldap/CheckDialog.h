@@ -59,7 +59,7 @@ private:
     std::vector<Row> rows_;
     QLineEdit* user_ = nullptr;
     QLineEdit* group_ = nullptr;
-    qt::GrowingArea* area_ = nullptr; ///< the steps and the result
+    qt::GrowingArea* area_ = nullptr; ///< the steps
     QGridLayout* steps_ = nullptr;
     QLabel* result_ = nullptr;
     QProgressBar* progress_ = nullptr;

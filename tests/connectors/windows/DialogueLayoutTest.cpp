@@ -77,6 +77,10 @@ TEST_F(DialogueLayout, everyButton_isOnTheScreen) {
     showEveryState([&](const std::string& state, QDialog& window) {
         EXPECT_LE(window.frameGeometry().height(), screen.height()) << state;
         EXPECT_LE(window.frameGeometry().width(), screen.width()) << state;
+        if (state == "test") {
+            auto* result = find<QLabel>("checkResult");
+            EXPECT_EQ(result->visibleRegion().boundingRect(), result->rect());
+        }
         for (auto* each : window.findChildren<QAbstractButton*>()) {
             if (!each->isVisible()) continue;
             if (auto* area = areaOf(*each)) area->ensureWidgetVisible(each, 0, 0);
