@@ -10,6 +10,7 @@ constexpr const char* listenerName = "com.velmora.dsSearchPolicyListener";
 constexpr const char* searchPolicyChangedKey =
     "com.velmora.DirectoryService.NotifyTypeStandard:SearchPolicyChanged";
 constexpr const char* searchPathNodeChange = "DSSearchPathNodeChange";
+constexpr const char* servicesPage = "1";
 
 plugins::PluginItem::Context itemContext(Environment& environment) {
     return {plugins::PluginController::sharedInstance(environment.platform), environment.toolkit,
@@ -40,10 +41,12 @@ MainController::MainController(Environment& environment)
                      outlets_.directoryEditorView, *links_),
       networkLocations_(environment.platform, *links_), rootUser_(*links_),
       servicesList_(itemContext(environment), *links_),
-      servicesTable_(servicesList_, {outlets_.selectPlugIn, outlets_.configPlugIn}, *links_),
-      modifiedState_(servicesList_, environment.platform, environment.toolkit,
-                     {outlets_.window, outlets_.applyButton, outlets_.progressBar, outlets_.selectPlugIn},
-                     *links_),
+      servicesTable_(servicesList_, environment.platform.strings,
+                     {outlets_.selectPlugIn, outlets_.configPlugIn, outlets_.serviceState}, *links_),
+      modifiedState_(
+          servicesList_, environment.platform, environment.toolkit,
+          {outlets_.window, outlets_.applyButton, outlets_.progressBar, outlets_.selectPlugIn, outlets_.busy},
+          *links_),
       authenticationPolicy_(searchpolicy::authenticationTraits, environment.platform, environment.toolkit,
                             authenticationOutlets(outlets_), *links_),
       contactsPolicy_(searchpolicy::contactsTraits, environment.platform, environment.toolkit,
@@ -201,15 +204,23 @@ void MainController::reloadPluginTable() { servicesTable_.reloadPluginTable(); }
 void MainController::loadConfigWithSheet() { modifiedState_.loadConfigWithSheet(); }
 
 // Modified state, save and revert
-void MainController::setPluginModified(bool modified) { modifiedState_.setPluginModified(modified); }
+void MainController::setPluginModified(bool modified) {
+    modifiedState_.setPluginModified(modified);
+    // The panel of nodes calls this for each row that it adds, and the line isn't seen there.
+    if (selectedTabItemIdentifier() == servicesPage) servicesTable_.showState();
+}
 void MainController::setSearchPolicyModified(bool modified) {
     modifiedState_.setSearchPolicyModified(modified);
     unsavedNotices_.update();
 }
 void MainController::updateModifiedState() { modifiedState_.updateModifiedState(); }
 bool MainController::isDirty() { return modifiedState_.isDirty(); }
-bool MainController::save() { return modifiedState_.save(); }
-void MainController::applyAction() { modifiedState_.applyAction(); }
+bool MainController::save() {
+    const bool saved = modifiedState_.save();
+    servicesTable_.showState();
+    return saved;
+}
+void MainController::applyAction() { (void)save(); }
 void MainController::revertAction() { modifiedState_.revertAction(); }
 bool MainController::mayLeaveUnsaved(bool quitting) {
     return modifiedState_.isQuitting() || unsavedNotices_.mayLeave(quitting);
@@ -236,7 +247,10 @@ bool MainController::saveSearchPolicies() {
     return saved;
 }
 void MainController::reloadSearchPolicies() { policies_.reloadSearchPolicies(); }
-void MainController::searchPolicyChange() { policies_.searchPolicyChange(); }
+void MainController::searchPolicyChange() {
+    policies_.searchPolicyChange();
+    servicesTable_.showState();
+}
 bool MainController::isNodeOnAuthSearchPolicy(const std::string& nodeName) {
     return authenticationPolicy_.isNodeOnSearchPolicy(nodeName);
 }

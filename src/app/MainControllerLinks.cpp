@@ -60,14 +60,20 @@ void MainController::Links::pluginFailed(const std::string& plugin, const std::s
             {operation, reason}));
 }
 
-void MainController::Links::openNodePane(const util::Array& list, int index) {
+void MainController::Links::customListReplaced(searchpolicy::SearchPolicy& policy) {
+    if (&policy == policyOfPanel_) c_.sharedNodePaneController().replaceCustomNodeArray(policy.customList());
+}
+
+void MainController::Links::openNodePane(searchpolicy::SearchPolicy& policy, int index) {
     auto& panel = c_.sharedNodePaneController();
-    panel.setCustomNodeArray(list);
+    policyOfPanel_ = &policy;
+    panel.setCustomNodeArray(policy.customList());
     panel.setParentController(this);
     panel.setCustomNodeIndex(index);
     panel.buildNodePaneData();
-    c_.outlets_.window.beginSheet(panel.window(), [&panel](toolkit::Window& sheet, int) {
+    c_.outlets_.window.beginSheet(panel.window(), [this, &panel](toolkit::Window& sheet, int) {
         sheet.orderOut();
+        policyOfPanel_ = nullptr;
         panel.forgetCustomNodeArray();
     });
 }

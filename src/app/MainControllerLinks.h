@@ -129,11 +129,14 @@ public:
     bool saveSearchPolicies() override { return c_.saveSearchPolicies(); }
     void rereadEditedSearchPolicies() override;
 
+    // searchpolicy::SearchPolicy
+    void customListReplaced(searchpolicy::SearchPolicy& policy) override;
+
     // searchpolicy::SearchPolicies
     void loadCurrentTabIfNeeded() override { c_.loadCurrentTabIfNeeded(std::nullopt); }
 
     // searchpolicy::SearchPolicyPane, searchpolicy::NodePaneController
-    void openNodePane(const util::Array& list, int index) override;
+    void openNodePane(searchpolicy::SearchPolicy& policy, int index) override;
     void selectRowInAuthenticationTable(int row) override { c_.outlets_.selectNode.selectRow(row, false); }
     bool shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName) override {
         return c_.shouldAllowNodeNameOnSearchPolicy(nodeName);
@@ -168,7 +171,8 @@ public:
 
 private:
     MainController& c_;
-    std::set<std::string> failuresTold_; ///< plug-in and operation
+    searchpolicy::SearchPolicy* policyOfPanel_ = nullptr; ///< while the panel of nodes is open
+    std::set<std::string> failuresTold_;                  ///< plug-in and operation
 };
 
 } // namespace corvane::app

@@ -30,9 +30,11 @@ struct MainWindowOutlets {
     toolkit::Button& applyButton;
     toolkit::Button& helpButton;
     toolkit::Notice& trialNotice; ///< seen in every pane
+    toolkit::BusyIndicator& busy; ///< at the window's foot
 
     toolkit::TableView& selectPlugIn; ///< columns "Name", "Version" and "On-Off"
     toolkit::Button& configPlugIn;
+    toolkit::Label& serviceState; ///< below the services table
 
     toolkit::PopUpButton& selectSearchPolicy; ///< Automatic, Local, Custom
     toolkit::TableView& selectNode;           ///< column "NodeName"

@@ -63,12 +63,14 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
     application_.makeAboutPanel = [this](const auto& options) {
         return std::make_unique<qt::AboutPanel>(about(), options, guard_);
     };
+    engine_->setWaitListener([this] { window_.busy.stillBusy(); });
     connectApplication();
 }
 
 Program::~Program() {
     changePoll_.reset();
     sampleStart_.reset();
+    engine_->setWaitListener({});
     application_.sendEvent = {};
     application_.activeChanged = {};
 }

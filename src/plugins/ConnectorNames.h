@@ -8,6 +8,7 @@ namespace corvane::plugins::connector {
 
 inline constexpr std::string_view local = "Local";
 inline constexpr std::string_view bsd = "BSD";
+inline constexpr std::string_view ldap = "LDAP"; ///< its directories are servers
 /// The zeroconf service-discovery connector, and what older services call it.
 inline constexpr std::string_view zeroconf = "Zeroconf";
 inline constexpr std::string_view formerZeroconf = "ZeroconfDiscovery";

@@ -43,6 +43,8 @@ inline constexpr auto name = "name";
 /// String, only in replies: the directory node of the server, as search policies name it. It comes of the
 /// first address ("/LDAP/ldap.example.com") and changes with it; the policies follow such a change.
 inline constexpr auto node = "node";
+/// Boolean, only in replies: one of the search policies asks the server now, in whichever mode it is.
+inline constexpr auto onPolicy = "onPolicy";
 inline constexpr auto replaces = "replaces"; ///< string; only in requests
 /// Array of host names or addresses, tried in this order; IPv6 with or without brackets, in replies without.
 /// A reply may hold what a person has written otherwise, as in "ldap://b.example.com:1389": that may go back

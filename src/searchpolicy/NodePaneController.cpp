@@ -50,6 +50,13 @@ void NodePaneController::setCustomNodeArray(const util::Array& list) {
     setOmittedNodes(list);
 }
 
+void NodePaneController::replaceCustomNodeArray(const util::Array& list) {
+    forgetCustomNodeArray();
+    setCustomNodeArray(list);
+    const auto count = list ? static_cast<int>(list.count()) : 0;
+    if (cspNodeInsertIndex_ > count) cspNodeInsertIndex_ = appendAtEnd;
+}
+
 void NodePaneController::setOmittedNodes(const util::Array& list) {
     const auto names = list.texts();
     omitSet_ = {names.begin(), names.end()};

@@ -57,6 +57,8 @@ public:
     /// Reads the session's nodes and shows those that may be chosen; none without a list to add them to. A
     /// failure leaves the panel as it is.
     void buildNodePaneData();
+    /// The policy was read again while the panel is open: its list is another one. The rows stay.
+    void replaceCustomNodeArray(const util::Array& list);
     /// The panel is closed: from here on it adds to no list until it is given one.
     void forgetCustomNodeArray() { cspNodeArray_ = {}; }
 

@@ -62,14 +62,24 @@ void SearchPolicy::buildPaneData() {
     }
 }
 
+void SearchPolicy::forgetDetails() {
+    setDetails({});
+    refusal_.reset();
+}
+
+void SearchPolicy::setDetails(util::Dictionary details) {
+    details_ = std::move(details);
+    needs_.customListReplaced(*this);
+}
+
 void SearchPolicy::readDetails() {
     halden::Error error;
     const auto node = openSearchNode(&error);
     if (!node) throw halden::Exception(error);
-    details_ = {};
+    setDetails({});
     const auto details = node->nodeDetails(std::nullopt, &error);
     if (!details) throw halden::Exception(error);
-    details_ = util::deepMutableCopy(details);
+    setDetails(util::deepMutableCopy(details));
     savedCustomList_ = util::Array::ofTexts(customList().texts());
 }
 
@@ -81,7 +91,7 @@ void SearchPolicy::readIfStale() {
         showRemarks();
         selectModeInChooser();
     } catch (const std::exception&) {
-        details_ = {};
+        setDetails({});
     }
     outlets_.nodeTable.reloadData();
 }

@@ -24,6 +24,8 @@ public:
         [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
         virtual void setSearchPolicyModified(bool modified) = 0;
         virtual void hideProgressBar() = 0;
+        /// The policy's custom list is another object from here on, or gone.
+        virtual void customListReplaced(SearchPolicy& policy) = 0;
     };
     struct Outlets {
         toolkit::PopUpButton& modeChooser;
@@ -51,10 +53,7 @@ public:
     [[nodiscard]] bool isLoaded() const { return loaded_; }
     void invalidate() { loaded_ = false; }
     /// The session is another one: what was read is void.
-    void forgetDetails() {
-        details_ = {};
-        refusal_.reset();
-    }
+    void forgetDetails();
 
     /// Null until the first read.
     [[nodiscard]] const util::Dictionary& details() const { return details_; }
@@ -102,6 +101,7 @@ public:
 
 private:
     void readDetails();
+    void setDetails(util::Dictionary details);
     void readMode();
     void showRemarks();
     void readIfNeeded();

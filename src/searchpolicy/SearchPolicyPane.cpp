@@ -55,7 +55,7 @@ void SearchPolicyPane::addNodeAction() {
     const auto head = rowsOf(policy_.localOnlyList());
     const int place = row < 0 ? NodePaneController::appendAtEnd : row < head ? head : row + 1;
     policy_.setCustomListChanged();
-    needs_.openNodePane(policy_.customList(), place);
+    needs_.openNodePane(policy_, place);
 }
 
 bool SearchPolicyPane::mayDelete(int row) const {

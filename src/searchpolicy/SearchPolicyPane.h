@@ -21,8 +21,9 @@ public:
         pluginWithPrefix(const std::string& prefix) = 0;
         virtual void setSearchPolicyModified(bool modified) = 0;
         virtual void setPluginModified(bool modified) = 0;
-        /// Runs the panel of nodes to add as a sheet: it inserts into `list` at `index`, or at the end.
-        virtual void openNodePane(const util::Array& list, int index) = 0;
+        /// Runs the panel of nodes to add as a sheet: it inserts into the policy's list at `index`, or at the
+        /// end.
+        virtual void openNodePane(SearchPolicy& policy, int index) = 0;
         /// Selects a row, alone, in the authentication policy's table, whichever policy asks.
         virtual void selectRowInAuthenticationTable(int row) = 0;
     };

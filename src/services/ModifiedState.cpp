@@ -4,6 +4,23 @@
 #include <exception>
 
 namespace corvane::services {
+namespace {
+
+/// The window says so as long as this lives, whichever way the work ends.
+class Busy {
+public:
+    Busy(toolkit::BusyIndicator& indicator, const std::string& text) : indicator_(indicator) {
+        indicator_.begin(text);
+    }
+    Busy(const Busy&) = delete;
+    Busy& operator=(const Busy&) = delete;
+    ~Busy() { indicator_.end(); }
+
+private:
+    toolkit::BusyIndicator& indicator_;
+};
+
+} // namespace
 
 ModifiedState::ModifiedState(ServicesList& list, platform::Environment& environment,
                              toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs)
@@ -39,7 +56,7 @@ bool ModifiedState::save() {
     try {
         cancelled_ = !needs_.agreesToDirectoriesLeaving();
         if (cancelled_) return false;
-        const bool ok = needs_.saveSearchPolicies() && saveItems();
+        const bool ok = saveEverything();
         outlets_.selectPlugIn.reloadData();
         if (ok) setPluginModified(false);
         return ok;
@@ -47,6 +64,11 @@ bool ModifiedState::save() {
         showUnexpectedError(title, button, failure.what());
         return false;
     }
+}
+
+bool ModifiedState::saveEverything() {
+    const Busy busy(outlets_.busy, environment_.strings.localized("Saving…"));
+    return needs_.saveSearchPolicies() && saveItems();
 }
 
 bool ModifiedState::saveItems() {

@@ -30,6 +30,7 @@ public:
         toolkit::Button& applyButton;
         toolkit::ProgressIndicator& progressBar;
         toolkit::TableView& selectPlugIn;
+        toolkit::BusyIndicator& busy;
     };
 
     ModifiedState(ServicesList& list, platform::Environment& environment, toolkit::Toolkit& toolkit,
@@ -62,6 +63,7 @@ public:
     void loadConfigWithSheet();
 
 private:
+    [[nodiscard]] bool saveEverything();
     [[nodiscard]] bool saveItems();
     void showProgress();
     void showUnexpectedError(const std::string& title, const std::string& button, const std::string& reason);

@@ -2,6 +2,9 @@
 
 #include <exception>
 
+#include "plugins/ConnectorNames.h"
+#include "util/TextFormat.h"
+
 namespace corvane::services {
 namespace {
 
@@ -21,8 +24,9 @@ std::shared_ptr<toolkit::Cell> checkBoxCell() {
 
 } // namespace
 
-ServicesTable::ServicesTable(ServicesList& list, Outlets outlets, Needs& needs)
-    : list_(list), outlets_(outlets), needs_(needs) {}
+ServicesTable::ServicesTable(ServicesList& list, const platform::LocalizedStrings& strings, Outlets outlets,
+                             Needs& needs)
+    : list_(list), strings_(strings), outlets_(outlets), needs_(needs) {}
 
 void ServicesTable::setUpTable() {
     auto& table = outlets_.selectPlugIn;
@@ -40,7 +44,10 @@ toolkit::TableColumn* ServicesTable::onOffColumn() {
     return column != nullptr ? column : outlets_.selectPlugIn.tableColumnWithIdentifier(onOffOfOld);
 }
 
-void ServicesTable::reloadPluginTable() { outlets_.selectPlugIn.reloadData(); }
+void ServicesTable::reloadPluginTable() {
+    outlets_.selectPlugIn.reloadData();
+    showState();
+}
 
 std::shared_ptr<plugins::PluginItem> ServicesTable::itemAtRow(int row) const {
     if (row < 0 || static_cast<std::size_t>(row) >= list_.count()) return nullptr;
@@ -55,6 +62,40 @@ void ServicesTable::updateConfigEnable() {
 void ServicesTable::configPlugInAction(toolkit::Control* sender) {
     if (const auto item = itemAtRow(outlets_.selectPlugIn.selectedRow()))
         item->configureButtonClicked(sender);
+}
+
+void ServicesTable::showState() {
+    const auto item = itemAtRow(outlets_.selectPlugIn.selectedRow());
+    outlets_.state.setText(item ? stateOf(*item) : "");
+}
+
+std::string ServicesTable::stateOf(const plugins::PluginItem& item) {
+    const bool on = item.isEnabledForLocation(nullptr);
+    const auto said = [&](std::string_view format) {
+        return util::formatted(strings_.localized(format), {item.pluginName()});
+    };
+    if (on != item.isActive())
+        return on ? said("%@ is on once you apply the change.")
+                  : said("%@ is off once you apply the change.");
+    if (!on) return said("%@ is off: none of its directories is used.");
+    const auto prefix = item.pluginPrefix();
+    const bool isTheMachines = prefix == plugins::connector::local || prefix == plugins::connector::bsd;
+    return isTheMachines ? said("%@ is on.") : said("%@ is on, ") + directoriesOf(prefix);
+}
+
+/// "with two servers." or the like.
+std::string ServicesTable::directoriesOf(const std::string& prefix) {
+    const auto session = needs_.haldenSession();
+    const auto names = session ? session->nodeNames(nullptr) : util::Array();
+    std::size_t count = 0;
+    if (names)
+        for (const auto& name : names.texts())
+            count += name.starts_with("/" + prefix + "/") ? 1 : 0;
+    const bool areServers = prefix == plugins::connector::ldap;
+    if (count == 0) return strings_.localized(areServers ? "without a server." : "without a directory.");
+    if (count == 1) return strings_.localized(areServers ? "with one server." : "with one directory.");
+    return util::formatted(strings_.localized(areServers ? "with %@ servers." : "with %@ directories."),
+                           {std::to_string(count)});
 }
 
 int ServicesTable::numberOfRowsInTableView(const toolkit::TableView& /*table*/) {
@@ -111,6 +152,7 @@ void ServicesTable::tableViewSelectionDidChange(const toolkit::TableView& /*tabl
         updateConfigEnable();
     else
         outlets_.configPlugIn.setEnabled(false);
+    showState();
 }
 
 } // namespace corvane::services

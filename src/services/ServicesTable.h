@@ -1,5 +1,7 @@
 #pragma once
 
+#include "halden/Session.h"
+#include "platform/LocalizedStrings.h"
 #include "services/ServicesList.h"
 #include "toolkit/TableView.h"
 
@@ -13,13 +15,16 @@ public:
         virtual ~Needs() = default;
         [[nodiscard]] virtual bool unlocked() = 0;
         virtual void setPluginModified(bool modified) = 0;
+        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
     };
     struct Outlets {
         toolkit::TableView& selectPlugIn;
         toolkit::Button& configPlugIn;
+        toolkit::Label& state; ///< below the table
     };
 
-    ServicesTable(ServicesList& list, Outlets outlets, Needs& needs);
+    ServicesTable(ServicesList& list, const platform::LocalizedStrings& strings, Outlets outlets,
+                  Needs& needs);
 
     /// Gives the on/off column its check box, then takes it and the version column out of the table:
     /// connectors are switched by their plug-ins. An interface that keeps the columns would find them
@@ -29,6 +34,8 @@ public:
     /// Enables the configure button for a selected connector that can be configured.
     void updateConfigEnable();
     void configPlugInAction(toolkit::Control* sender);
+    /// Says whether the selected connector is on, and with how many directories.
+    void showState();
 
     [[nodiscard]] int numberOfRowsInTableView(const toolkit::TableView& table) override;
     [[nodiscard]] toolkit::ObjectValue objectValueForTableColumn(const toolkit::TableView& table,
@@ -45,8 +52,11 @@ private:
     /// Null for a row outside the list.
     [[nodiscard]] std::shared_ptr<plugins::PluginItem> itemAtRow(int row) const;
     [[nodiscard]] toolkit::TableColumn* onOffColumn();
+    [[nodiscard]] std::string stateOf(const plugins::PluginItem& item);
+    [[nodiscard]] std::string directoriesOf(const std::string& prefix);
 
     ServicesList& list_;
+    const platform::LocalizedStrings& strings_;
     Outlets outlets_;
     Needs& needs_;
 };

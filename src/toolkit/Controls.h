@@ -43,6 +43,12 @@ public:
     [[nodiscard]] virtual std::string stringValue() const = 0;
 };
 
+/// A line of text that the user reads.
+class Label : public View {
+public:
+    virtual void setText(std::string_view text) = 0;
+};
+
 /// A strip in a pane that says what is the case until something is done about it; its buttons are controls of
 /// their own. Read out when it appears, and when its texts change while it is there.
 class Notice : public View {
@@ -50,6 +56,15 @@ public:
     virtual void setMessageText(std::string_view text) = 0;
     /// Smaller, below the message; "" for none.
     virtual void setInformativeText(std::string_view text) = 0;
+};
+
+/// Says in the window that the program is busy and takes no input, once that lasts longer than a moment. The
+/// work is done on the main thread between the two calls.
+class BusyIndicator {
+public:
+    virtual ~BusyIndicator() = default;
+    virtual void begin(std::string_view text) = 0;
+    virtual void end() = 0;
 };
 
 class ProgressIndicator : public View {

@@ -168,6 +168,16 @@ private:
     std::string description_;
 };
 
+class FakeLabel final : public FakeViewOf<toolkit::Label> {
+public:
+    using FakeViewOf::FakeViewOf;
+    void setText(std::string_view text) override { text_ = text; }
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+private:
+    std::string text_;
+};
+
 class FakeNotice final : public FakeViewOf<toolkit::Notice> {
 public:
     using FakeViewOf::FakeViewOf;
@@ -180,6 +190,26 @@ public:
 private:
     std::string message_;
     std::string information_;
+};
+
+class FakeBusyIndicator final : public toolkit::BusyIndicator {
+public:
+    explicit FakeBusyIndicator(Journal& journal) : journal_(journal) {}
+    void begin(std::string_view text) override {
+        EXPECT_EQ(text_, "") << "busy twice";
+        text_ = text;
+        journal_.add("busy: " + text_);
+    }
+    void end() override {
+        text_.clear();
+        journal_.add("busy no longer");
+    }
+    /// "" while the program isn't busy.
+    [[nodiscard]] const std::string& text() const { return text_; }
+
+private:
+    Journal& journal_;
+    std::string text_;
 };
 
 class FakeProgressIndicator final : public FakeViewOf<toolkit::ProgressIndicator> {

@@ -87,7 +87,7 @@ struct FakeInterface final : app::InterfaceLoader {
           mainTabView(journal, "mainTabView"), directoryEditor(journal),
           localNodeView(journal, "localNodeView"), progressBar(journal, "progressBar"),
           applyButton(journal, "applyButton", &window), helpButton(journal, "helpButton", &window),
-          configPlugIn(journal, "configPlugIn", &window),
+          configPlugIn(journal, "configPlugIn", &window), serviceState(journal, "serviceState"),
           selectPlugIn(journal, "selectPlugIn", {"Name", "Version", "On-Off"}),
           selectSearchPolicy(journal, "selectSearchPolicy", {"Automatic", "Local", "Custom"}),
           selectNode(journal, "selectNode", {"NodeName"}), addNode(journal, "addNode", &window),
@@ -97,7 +97,7 @@ struct FakeInterface final : app::InterfaceLoader {
           addNodeContact(journal, "addNodeContact", &window),
           deleteNodeContact(journal, "deleteNodeContact", &window),
           dragMessageContact(journal, "dragMessageContact"), trialNotice(journal, "trialNotice"),
-          unsaved(journal, "unsaved"), tryAgain(journal, "tryAgain", &window),
+          busy(journal), unsaved(journal, "unsaved"), tryAgain(journal, "tryAgain", &window),
           showSaved(journal, "showSaved", &window), unsavedContact(journal, "unsavedContact"),
           tryAgainContact(journal, "tryAgainContact", &window),
           showSavedContact(journal, "showSavedContact", &window), remarks(journal, "remarks"),
@@ -122,8 +122,10 @@ struct FakeInterface final : app::InterfaceLoader {
                 applyButton,
                 helpButton,
                 trialNotice,
+                busy,
                 selectPlugIn,
                 configPlugIn,
+                serviceState,
                 selectSearchPolicy,
                 selectNode,
                 addNode,
@@ -163,6 +165,7 @@ public:
     FakeButton applyButton;
     FakeButton helpButton;
     FakeButton configPlugIn;
+    FakeLabel serviceState;
     FakeTableView selectPlugIn;
     FakePopUpButton selectSearchPolicy;
     FakeTableView selectNode;
@@ -175,6 +178,7 @@ public:
     FakeButton deleteNodeContact;
     FakeView dragMessageContact;
     FakeNotice trialNotice;
+    FakeBusyIndicator busy;
     FakeNotice unsaved;
     FakeButton tryAgain;
     FakeButton showSaved;

@@ -378,3 +378,21 @@ TEST(LdapServers, damagedFile_isLeftAsItIsAndNamed) {
     EXPECT_NE(answer.error.code, 0);
     EXPECT_EQ(machine.sssd(), "[sssd]\nthis is no option\n");
 }
+
+TEST(LdapServers, reply_saysWhichServersAPolicyAsksInWhicheverMode) {
+    ServerMachine machine;
+    const auto isAsked = [&](const std::string& name) {
+        return machine.described(name).valueForKey(serverKey::onPolicy) == util::Value(true);
+    };
+    ASSERT_FALSE(machine.call(machine.contacts(), 222));
+    EXPECT_FALSE(isAsked("staff") || isAsked("guests")) << "both policies are Local";
+    ASSERT_FALSE(machine.call(machine.search(), 111));
+    EXPECT_TRUE(isAsked("staff") && isAsked("guests"));
+    ASSERT_FALSE(machine.setCustom(machine.search(), {guestsNode}));
+    ASSERT_FALSE(machine.call(machine.search(), 333));
+    EXPECT_FALSE(isAsked("staff"));
+    EXPECT_TRUE(isAsked("guests"));
+    ASSERT_FALSE(machine.setCustom(machine.contacts(), {staffNode}));
+    ASSERT_FALSE(machine.call(machine.contacts(), 333));
+    EXPECT_TRUE(isAsked("staff"));
+}

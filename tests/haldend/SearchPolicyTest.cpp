@@ -1,3 +1,5 @@
+#include <algorithm>
+
 #include "haldend/TestMachine.h"
 
 using namespace corvane;
@@ -228,4 +230,22 @@ TEST(SearchPolicy, symbolicLink_staysAndItsTargetIsChanged) {
     EXPECT_EQ(machine.call(machine.search(), 111).code, 0);
     EXPECT_TRUE(fs::is_symlink(machine.folder.path() + "/etc/nsswitch.conf"));
     EXPECT_NE(machine.folder.read("etc/select/nsswitch.conf").find(" sss"), std::string::npos);
+}
+
+TEST(SearchPolicy, listThatNobodyChose_sentBackAsItWasReported_stillFollowsAutomatic) {
+    TestMachine machine; // in Local mode
+    const auto search = machine.search();
+    EXPECT_FALSE(machine.setCustom(search, machine.path(search, customPath)));
+    machine.folder.write("etc/sssd/sssd.conf",
+                         machine.folder.read("etc/sssd/sssd.conf") +
+                             "\n[domain/late]\nid_provider = ldap\nldap_uri = ldap://late.example.com\n");
+    const auto now = machine.path(search, customPath);
+    EXPECT_NE(std::ranges::find(now, "/LDAP/late.example.com"), now.end()) << "Custom would begin without it";
+}
+
+TEST(SearchPolicy, anotherListThanReported_isStored) {
+    TestMachine machine;
+    const auto search = machine.search();
+    EXPECT_FALSE(machine.setCustom(search, {guestsNode}));
+    EXPECT_EQ(machine.path(search, customPath).back(), guestsNode);
 }

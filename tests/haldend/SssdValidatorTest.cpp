@@ -23,12 +23,13 @@ struct Bench {
         std::filesystem::permissions(folder.path() + "/sssctl", std::filesystem::perms(0755));
     }
     [[nodiscard]] SssdValidator validator(const std::string& name) {
-        return {machine, log, folder.path() + "/" + name};
+        return {machine, log, [this] { ++waits; }, folder.path() + "/" + name};
     }
 
     TemporaryFolder folder;
     RecordedLog log;
     MachineFolder machine{folder.path()};
+    int waits = 0;
 };
 
 } // namespace
@@ -57,6 +58,13 @@ TEST(SssdValidator, newProblem_isRefusedInTheToolsWords) {
 TEST(SssdValidator, problemThatWasThereBefore_isNotThisChangesDoing) {
     Bench bench;
     EXPECT_NO_THROW(bench.validator("sssctl").check("bad_option = 1\nnew\n", "bad_option = 1\n"));
+}
+
+TEST(SssdValidator, callerThatIsKeptWaiting_hearsOfIt) {
+    if (::geteuid() != 0) GTEST_SKIP() << "the tool is run as root only";
+    Bench bench;
+    bench.validator("sssctl").check("good\n", "");
+    EXPECT_GT(bench.waits, 0);
 }
 
 TEST(SssdValidator, missingTool_isLoggedOnce) {

@@ -311,6 +311,18 @@ TEST_F(MainWindowInterfaceTest, ThePanesFitTheirSize) {
     EXPECT_LE(named<QWidget>("contentView").minimumSizeHint().height(), 365);
 }
 
+TEST_F(MainWindowInterfaceTest, TheStripAtTheFootIsAsWideAsThePanes) {
+    ui_->trialNotice.setMessageText("Trial folder");
+    ui_->trialNotice.setHidden(false);
+    QTest::qWait(0);
+    const auto placeOf = [&](const char* name) {
+        auto& each = named<QWidget>(name);
+        return QRect(each.mapTo(&ui_->shell(), QPoint()), each.size());
+    };
+    EXPECT_EQ(placeOf("trialNotice").left(), placeOf("selectPlugIn").left());
+    EXPECT_EQ(placeOf("trialNotice").right(), placeOf("selectPlugIn").right());
+}
+
 TEST_F(MainWindowInterfaceTest, APlaceOutsideOfEveryScreenIsMovedOntoOne) {
     ui_->window.setFrameTopLeftPoint({-90000, 90000});
     const auto edge = QRect(ui_->shell().pos(), QSize(ui_->shell().width(), 1));

@@ -240,3 +240,36 @@ TEST_F(NodePane, closingItsWindow_stopsAModalRun) {
     controller.sharedNodePaneController().windowWillClose();
     EXPECT_TRUE(program.journal.contains("application.stopModal 0"));
 }
+
+TEST_F(NodePane, policyThatIsReadAgainUnderThePanel_getsWhatIsAdded) {
+    program.interface.selectNode.selectRow(3, false);
+    open();
+    program.setPolicy(program.framework.session->search(), attribute::customSearchPath,
+                      {"/Local/Accounts", "/BSD/Files"});
+    controller.buildDSSearchPaneData(); // a plug-in may ask for it at any time
+    program.interface.panelAdd.click();
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/zulu"}));
+    program.toolkit.willAnswer(2); // directories leave the login policy? no matter here
+    EXPECT_TRUE(controller.save());
+    const auto& calls = program.framework.session->search().calls;
+    ASSERT_FALSE(calls.empty());
+    EXPECT_EQ(calls[0].code, 444);
+}
+
+TEST_F(NodePane, policyThatCanNoLongerBeReadUnderThePanel_getsNothing) {
+    open();
+    program.framework.session->search().raisesOnDetails = true;
+    controller.buildDSSearchPaneData();
+    program.interface.panelAdd.click();
+    EXPECT_TRUE(list().empty());
+    program.framework.session->search().raisesOnDetails = false;
+    controller.buildDSSearchPaneData();
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/two"}));
+}
+
+TEST_F(NodePane, theOtherPolicyReadAgain_leavesThePanelsListAlone) {
+    open();
+    controller.buildDSContactsPaneData();
+    program.interface.panelAdd.click();
+    EXPECT_EQ(list().back(), "/L/zulu");
+}

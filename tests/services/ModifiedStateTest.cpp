@@ -223,6 +223,40 @@ TEST_F(ModifiedState, revert_withoutASession_doesNothing) {
     EXPECT_TRUE(edited());
 }
 
+TEST_F(ModifiedState, save_isSaidToGoOnFromTheFirstCallToTheLast) {
+    controller.buildDSSearchPaneData();
+    controller.addNodeToAuthSearchPolicy("/LDAP/two");
+    std::vector<std::string> said;
+    program.framework.session->search().onCall = [&](const auto&, auto*) -> std::optional<util::Bytes> {
+        said.push_back(program.interface.busy.text());
+        return util::Bytes{};
+    };
+    EXPECT_TRUE(controller.save());
+    EXPECT_EQ(said, (std::vector<std::string>{"Saving…", "Saving…"})) << "the list and the mode";
+    EXPECT_EQ(program.interface.busy.text(), "");
+}
+
+TEST_F(ModifiedState, saveThatRaises_isNoLongerSaidToGoOnWhenItsAlertIsShown) {
+    controller.buildDSSearchPaneData();
+    controller.addNodeToAuthSearchPolicy("/LDAP/two");
+    program.framework.session->search().onCall = [](const auto&, auto*) -> std::optional<util::Bytes> {
+        throw halden::Exception("the service went away");
+    };
+    program.journal.clear();
+    EXPECT_FALSE(controller.save());
+    EXPECT_TRUE(program.journal.contains("busy: Saving…"));
+    EXPECT_EQ(program.interface.busy.text(), "");
+}
+
+TEST_F(ModifiedState, saveThatIsCancelledInItsQuestion_isNotSaidToGoOn) {
+    controller.buildDSSearchPaneData();
+    program.interface.selectSearchPolicy.choose(1); // Local: a directory leaves
+    program.toolkit.willAnswer(1);
+    program.journal.clear();
+    EXPECT_FALSE(controller.save());
+    EXPECT_FALSE(program.journal.contains("busy: Saving…"));
+}
+
 TEST_F(ModifiedState, applyButton_saves) {
     controller.setPluginModified(true);
     program.interface.applyButton.click();

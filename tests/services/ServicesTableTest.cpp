@@ -27,6 +27,7 @@ struct TableOfOld : ServicesTable, services::ServicesTable::Needs, services::Ser
     }
     bool unlocked() override { return isUnlocked; }
     void setPluginModified(bool value) override { modified = value; }
+    std::shared_ptr<halden::Session> haldenSession() override { return program.framework.session; }
     std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override {
         return program.controller().haldenConfigNode();
     }
@@ -41,7 +42,11 @@ struct TableOfOld : ServicesTable, services::ServicesTable::Needs, services::Ser
     services::ServicesList list{{plugins::PluginController::sharedInstance(program.platform.environment),
                                  program.toolkit, program.platform.environment},
                                 *this};
-    services::ServicesTable served{list, {withColumns, program.interface.configPlugIn}, *this};
+    services::ServicesTable served{
+        list,
+        program.platform.strings,
+        {withColumns, program.interface.configPlugIn, program.interface.serviceState},
+        *this};
 };
 
 } // namespace
@@ -168,4 +173,56 @@ TEST_F(TableOfOld, checkBoxOfAPlugin_asksAndTellsThePlugin) {
     EXPECT_FALSE(withColumns.tableColumnWithIdentifier("On/Off")->dataCell()->on);
     withColumns.toggleCheckBox("On/Off", 1, false);
     EXPECT_EQ(Recording::script().calls.back(), "setEnabledForLocation off null");
+}
+
+struct ServiceState : ServicesTable {
+    ServiceState() {
+        program.addConnector("AD", "Inactive", "1.2.3.4");
+        program.framework.session->names = {"/Local/Accounts", "/BSD/Files",   "/LDAP/one",
+                                            "/LDAP/two",       "/LDAPS/three", "/Search"};
+        program.launchUnlocked(); // AD, BSD, LDAP
+    }
+    [[nodiscard]] std::string ofRow(int row) {
+        table().selectRow(row, false);
+        return program.interface.serviceState.text();
+    }
+    [[nodiscard]] const std::string& text() const { return program.interface.serviceState.text(); }
+};
+
+TEST_F(ServiceState, followsTheSelectionAndCountsTheConnectorsServers) {
+    EXPECT_EQ(ofRow(0), "AD is off: none of its directories is used.");
+    EXPECT_EQ(ofRow(1), "BSD is on.");
+    EXPECT_EQ(ofRow(2), "LDAP is on, with 2 servers.");
+    table().deselectAll();
+    EXPECT_EQ(text(), "");
+}
+
+TEST_F(ServiceState, oneOrNoServer_isSaidSo) {
+    program.framework.session->names = {"/LDAP/one"};
+    EXPECT_EQ(ofRow(2), "LDAP is on, with one server.");
+    program.framework.session->names = {"/Local/Accounts"};
+    program.controller().reloadPluginTable();
+    EXPECT_EQ(text(), "LDAP is on, without a server.");
+}
+
+TEST_F(ServiceState, wishThatIsNotAppliedYet_isSaidToBeOneAndThenTrue) {
+    EXPECT_EQ(ofRow(0), "AD is off: none of its directories is used.");
+    program.controller().pluginWithPrefix("AD")->setEnabled(true);
+    program.controller().setPluginModified(true);
+    EXPECT_EQ(text(), "AD is on once you apply the change.");
+    program.interface.applyButton.click();
+    EXPECT_EQ(text(), "AD is on, without a directory.");
+}
+
+TEST_F(ServiceState, changeOfTheMachine_isFollowed) {
+    EXPECT_EQ(ofRow(2), "LDAP is on, with 2 servers.");
+    program.framework.session->names = {"/LDAP/one", "/LDAP/two", "/LDAP/three"};
+    program.platform.environment.notifications.post("DSSearchPathNodeChange");
+    EXPECT_EQ(text(), "LDAP is on, with 3 servers.");
+}
+
+TEST_F(ServiceState, locked_saysNothing) {
+    EXPECT_NE(ofRow(2), "");
+    program.interface.authorizationView.click();
+    EXPECT_EQ(text(), "");
 }

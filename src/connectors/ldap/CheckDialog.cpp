@@ -14,6 +14,8 @@
 #include <algorithm>
 
 #include "connectors/ldap/Widgets.h"
+#include "qt/widgets/Announcement.h"
+#include "qt/widgets/GrowingArea.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::connectors::ldap {
@@ -90,21 +92,27 @@ void CheckDialog::build() {
     names->addRow("Look up the &user:", user_);
     names->addRow("Look up the &group:", group_);
     layout->addLayout(names);
+    auto* report = new QWidget(this);
+    auto* inside = new QVBoxLayout(report);
+    inside->setContentsMargins(0, 0, 0, 0);
+    inside->setSpacing(12);
     steps_ = new QGridLayout;
     steps_->setColumnStretch(2, 1);
     steps_->setVerticalSpacing(8);
-    layout->addLayout(steps_);
+    inside->addLayout(steps_);
     progress_ = new QProgressBar(this);
     progress_->setRange(0, 0);
     progress_->setTextVisible(false);
     progress_->setAccessibleName("The test is running");
-    layout->addWidget(progress_);
+    inside->addWidget(progress_);
     result_ = paragraph("", *this);
     result_->setObjectName("checkResult");
     result_->setTextFormat(Qt::RichText);
     result_->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
-    layout->addWidget(result_);
-    layout->addStretch();
+    qt::makeAnnouncer(*result_);
+    inside->addStretch();
+    layout->addWidget(area_ = new qt::GrowingArea(report, this), 1);
+    layout->addWidget(result_); // always to be seen, whatever the steps need
     auto* buttons = new QDialogButtonBox(this);
     again_ = buttons->addButton("Test &Again", QDialogButtonBox::ActionRole);
     close_ = buttons->addButton("Cancel", QDialogButtonBox::RejectRole);
@@ -116,7 +124,7 @@ void CheckDialog::build() {
     connect(again_, &QPushButton::clicked, this, &CheckDialog::start);
     connect(buttons, &QDialogButtonBox::rejected, this, &QDialog::reject);
     layout->addWidget(buttons);
-    resize(600, 460);
+    resize(600, std::min(460, qt::heightOnScreen(*this)));
 }
 
 void CheckDialog::showEvent(QShowEvent* event) {
@@ -236,6 +244,7 @@ void CheckDialog::showResult(const QStringList& parts) {
         message += message.isEmpty() ? "<b>" + shown + "</b>" : "<p style='margin-top:6px'>" + shown + "</p>";
     }
     result_->setText(message);
+    qt::announce(*result_, parts.join("\n"));
     fitHeight();
 }
 
@@ -249,9 +258,6 @@ void CheckDialog::copyReport() {
 }
 
 // Details and results wrap: the window is as high as they need.
-void CheckDialog::fitHeight() {
-    layout()->activate();
-    resize(width(), std::max(height(), layout()->totalHeightForWidth(width())));
-}
+void CheckDialog::fitHeight() { qt::fitHeight(*this, *area_, false); }
 
 } // namespace corvane::connectors::ldap

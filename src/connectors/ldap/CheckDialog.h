@@ -13,6 +13,10 @@ class QLineEdit;
 class QProgressBar;
 class QPushButton;
 
+namespace corvane::qt {
+class GrowingArea;
+} // namespace corvane::qt
+
 namespace corvane::connectors::ldap {
 
 /// Tries a server step by step while the user looks on, and says in plain words what failed. Begins when it
@@ -55,6 +59,7 @@ private:
     std::vector<Row> rows_;
     QLineEdit* user_ = nullptr;
     QLineEdit* group_ = nullptr;
+    qt::GrowingArea* area_ = nullptr; ///< the steps
     QGridLayout* steps_ = nullptr;
     QLabel* result_ = nullptr;
     QProgressBar* progress_ = nullptr;

@@ -17,6 +17,8 @@
 #include "connectors/ldap/CheckDialog.h"
 #include "connectors/ldap/FieldRules.h"
 #include "connectors/ldap/Widgets.h"
+#include "qt/widgets/Announcement.h"
+#include "qt/widgets/GrowingArea.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::connectors::ldap {
@@ -99,22 +101,29 @@ void ServerDialog::build() {
     layout->setContentsMargins(24, 20, 24, 16);
     layout->setSpacing(14);
     layout->addWidget(heading(windowTitle(), *this));
+    auto* fields = new QWidget(this);
+    auto* inside = new QVBoxLayout(fields);
+    inside->setContentsMargins(0, 0, 0, 0);
+    inside->setSpacing(14);
     form_ = new QFormLayout;
     form_->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
     addServerFields(*form_);
     addDirectoryFields(*form_);
-    layout->addLayout(form_);
-    layout->addWidget(more_ = new QToolButton(this));
-    layout->addWidget(moreBox_ = moreFields());
+    inside->addLayout(form_);
+    inside->addWidget(more_ = new QToolButton(this));
+    inside->addWidget(moreBox_ = moreFields());
+    inside->addStretch();
     more_->setObjectName("more");
     more_->setText("&More settings");
     more_->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
     more_->setAutoRaise(true);
     connect(more_, &QToolButton::clicked, this, [this] { setMoreShown(moreBox_->isHidden()); });
-    layout->addStretch();
+    layout->addWidget(area_ = new qt::GrowingArea(fields, this), 1);
+    area_->setObjectName("serverFields");
     problem_ = paragraph("", *this);
     problem_->setObjectName("problem");
     setAlarming(*problem_, true);
+    qt::makeAnnouncer(*problem_);
     problem_->hide();
     layout->addWidget(problem_);
     layout->addWidget(buttonRow());
@@ -123,13 +132,11 @@ void ServerDialog::build() {
 }
 
 // Texts that wrap come and go: the window is as high as they need.
-void ServerDialog::fitHeight() {
-    layout()->activate();
-    resize(width(), std::max(layout()->totalHeightForWidth(width()), layout()->totalMinimumSize().height()));
-}
+void ServerDialog::fitHeight() { qt::fitHeight(*this, *area_, true); }
 
 void ServerDialog::showProblem(const QString& wrong) {
     problem_->setText(wrong);
+    qt::announce(*problem_, wrong);
     problem_->setVisible(!wrong.isEmpty());
     fitHeight();
 }
@@ -153,6 +160,7 @@ void ServerDialog::addServerFields(QFormLayout& form) {
     form.addRow("&Encryption:", security_);
     securityWarning_ = hint("", *this);
     securityWarning_->setObjectName("securityWarning");
+    qt::makeAnnouncer(*securityWarning_);
     setAlarming(*securityWarning_, true);
     form.addRow("", securityWarning_);
     port_ = namedField("port", "", *this);
@@ -181,6 +189,7 @@ void ServerDialog::addDirectoryFields(QFormLayout& form) {
     form.addRow("Search &base:", besideEachOther(baseDN_, askBases_));
     basesNote_ = hint("", *this);
     basesNote_->setObjectName("basesNote");
+    qt::makeAnnouncer(*basesNote_);
     form.addRow("", basesNote_);
     form.setRowVisible(basesNote_, false);
     bindDN_ = namedField("bindDN", "anonymous", *this);
@@ -282,6 +291,7 @@ void ServerDialog::securityChanged() {
                                  "the password below. Users are found, but nobody can log in: SSSD doesn’t "
                                  "check their passwords without encryption."
                                : "");
+    qt::announce(*securityWarning_, securityWarning_->text());
     form_->setRowVisible(securityWarning_, mode == security::none);
     fitHeight();
 }
@@ -360,6 +370,7 @@ Server ServerDialog::server() const {
 QString ServerDialog::complain(QWidget& field, const QString& about) {
     if (moreBox_->isAncestorOf(&field)) setMoreShown(true);
     field.setFocus();
+    area_->ensureWidgetVisible(&field);
     wrong_ = &field;
     return about;
 }
@@ -481,6 +492,7 @@ void ServerDialog::endOfBases(const QString& message) {
 
 void ServerDialog::showBasesNote(const QString& message) {
     basesNote_->setText(message);
+    qt::announce(*basesNote_, message);
     form_->setRowVisible(basesNote_, true);
     fitHeight();
 }

@@ -15,6 +15,10 @@ class QLineEdit;
 class QPushButton;
 class QToolButton;
 
+namespace corvane::qt {
+class GrowingArea;
+} // namespace corvane::qt
+
 namespace corvane::connectors::ldap {
 
 class AddressField;
@@ -72,6 +76,7 @@ private:
     std::unique_ptr<ServerCheck> bases_;
     QTimer basesTimer_;
 
+    qt::GrowingArea* area_ = nullptr; ///< everything but the heading, the message and the buttons
     QFormLayout* form_ = nullptr;
     AddressField* addresses_ = nullptr;
     QComboBox* security_ = nullptr;

@@ -45,10 +45,14 @@ sdk::Object configNode(const sdk::Host& host) {
 
 ServerList::Reply ServerList::read(const sdk::Object& reply) const {
     const auto content = host_.propertyListFromData(reply);
-    Reply answer{content["revision"].text(), {}};
+    Reply answer{content["revision"].text(), {}, {}};
     const auto list = content["servers"];
-    for (std::uint64_t i = 0; i < list.count(); ++i)
-        answer.servers.push_back(Server::from(list.at(i)));
+    for (std::uint64_t i = 0; i < list.count(); ++i) {
+        const auto server = list.at(i);
+        answer.servers.push_back(Server::from(server));
+        if (server[sdk::ldap::serverKey::onPolicy].boolean())
+            answer.onPolicies.insert(answer.servers.back().node);
+    }
     return answer;
 }
 
@@ -58,10 +62,19 @@ ServerList::Reply ServerList::fetch() const {
 
 void ServerList::readIfClean() {
     if (isDirty()) return;
-    auto answer = fetch();
-    revision_ = std::move(answer.revision);
-    saved_ = answer.servers;
-    servers_ = std::move(answer.servers);
+    adopt(fetch());
+}
+
+void ServerList::adopt(Reply&& reply) {
+    revision_ = std::move(reply.revision);
+    saved_ = reply.servers;
+    servers_ = std::move(reply.servers);
+    onPolicies_ = std::move(reply.onPolicies);
+}
+
+bool ServerList::isOnPolicy(const std::string& node) const {
+    return onPolicies_.contains(node) || host_.isNodeOnAuthSearchPolicy(node) ||
+           host_.isNodeOnContactsSearchPolicy(node);
 }
 
 const Server* ServerList::savedNamed(const std::string& name) const {
@@ -119,9 +132,7 @@ void ServerList::save() {
         after = write(now.revision);
     }
     tellPolicies(after);
-    revision_ = after.revision;
-    saved_ = after.servers;
-    servers_ = std::move(after.servers);
+    adopt(std::move(after));
 }
 
 // The service has changed its policies together with the servers. What the window shows, perhaps with

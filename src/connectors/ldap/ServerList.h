@@ -1,6 +1,7 @@
 #pragma once
 
 #include <functional>
+#include <set>
 
 #include "connectors/ldap/Server.h"
 
@@ -23,6 +24,10 @@ public:
 
     /// The nodes of the servers that are deleted with the next `save`.
     [[nodiscard]] std::vector<std::string> nodesToRemove() const;
+
+    /// One of the search policies uses the node: as the service has them, in whichever mode, or as they are
+    /// edited in the window.
+    [[nodiscard]] bool isOnPolicy(const std::string& node) const;
 
     /// Reads the servers unless there are unsaved changes. Throws `sdk::CallError`.
     void readIfClean();
@@ -52,7 +57,9 @@ private:
     struct Reply {
         std::string revision;
         std::vector<Server> servers;
+        std::set<std::string> onPolicies; ///< nodes
     };
+    void adopt(Reply&& reply);
     [[nodiscard]] Reply fetch() const;
     [[nodiscard]] Reply read(const sdk::Object& reply) const;
     [[nodiscard]] Reply write(const std::string& revision) const;
@@ -66,6 +73,7 @@ private:
     std::string revision_;
     std::vector<Server> saved_;
     std::vector<Server> servers_;
+    std::set<std::string> onPolicies_; ///< nodes that a policy asked when the servers were read
 };
 
 } // namespace corvane::connectors::ldap

@@ -14,6 +14,7 @@
 #include "connectors/ldap/ServerDialog.h"
 #include "connectors/ldap/ServerTable.h"
 #include "connectors/ldap/Widgets.h"
+#include "qt/widgets/GrowingArea.h"
 
 namespace corvane::connectors::ldap {
 
@@ -31,7 +32,7 @@ bool ServersDialog::isUsed() const { return use_->isChecked(); }
 void ServersDialog::build() {
     auto* layout = new QVBoxLayout(this);
     layout->setContentsMargins(24, 20, 24, 16);
-    layout->setSpacing(12);
+    layout->setSpacing(10);
     layout->addWidget(heading(windowTitle(), *this));
     layout->addWidget(
         paragraph("Users and groups of LDAP servers. Each server is one directory, which can be "
@@ -62,7 +63,7 @@ void ServersDialog::build() {
     done->setObjectName("serversDone");
     connect(buttons, &QDialogButtonBox::accepted, this, &QDialog::accept);
     layout->addWidget(buttons);
-    resize(560, 460);
+    resize(560, std::min(460, qt::heightOnScreen(*this)));
     servers_->setFocus();
 }
 
@@ -80,9 +81,9 @@ QWidget* ServersDialog::buttonColumn() {
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(button("&Add…", "addServer", &ServersDialog::addServer));
     layout->addWidget(edit_ = button("&Edit…", "editServer", &ServersDialog::editServer));
-    layout->addWidget(duplicate_ = button("D&uplicate", "duplicateServer", &ServersDialog::duplicateServer));
+    layout->addWidget(duplicate_ = button("Du&plicate", "duplicateServer", &ServersDialog::duplicateServer));
     layout->addWidget(delete_ = button("De&lete", "deleteServer", &ServersDialog::deleteServers));
-    layout->addSpacing(12);
+    layout->addSpacing(6);
     layout->addWidget(test_ = button("&Test…", "testServer", &ServersDialog::testServer));
     layout->addStretch();
     return column;
@@ -134,6 +135,14 @@ void ServersDialog::describeState() {
                              : pairs.join(", ") + " are the same directory: it would be asked twice. "
                                                   "Change or delete one of them.");
     duplicates_->setVisible(!pairs.isEmpty());
+    fitHeight();
+}
+
+// Texts that wrap come and go: nothing beside them may be squeezed.
+void ServersDialog::fitHeight() {
+    layout()->activate();
+    const int wanted = std::max(height(), layout()->totalHeightForWidth(width()));
+    resize(width(), std::min(wanted, qt::heightOnScreen(*this)));
 }
 
 std::vector<std::size_t> ServersDialog::selection() const {
@@ -196,9 +205,7 @@ QStringList ServersDialog::titlesOnPolicies(const std::vector<std::size_t>& inde
     QStringList titles;
     for (const auto index : indexes) {
         const auto& server = list_.servers().at(index);
-        if (server.node.empty()) continue;
-        if (host_.isNodeOnAuthSearchPolicy(server.node) || host_.isNodeOnContactsSearchPolicy(server.node))
-            titles << text(server.title());
+        if (!server.node.empty() && list_.isOnPolicy(server.node)) titles << text(server.title());
     }
     return titles;
 }

@@ -35,6 +35,7 @@ private:
     void selectionChanged();
     /// Whether the connector is on, with how many servers, and which of them are the same directory.
     void describeState();
+    void fitHeight();
     [[nodiscard]] QString distinctSummary(const Server& server) const;
     [[nodiscard]] std::vector<std::size_t> selection() const;
     void addServer();

@@ -34,6 +34,9 @@ public:
     void pollForChanges() { machine_.pollForChanges(); }
     /// Called after each change of the policies, whoever made it. For the life of the engine.
     void addChangeListener(std::function<void()> listener) { listeners_.push_back(std::move(listener)); }
+    /// Called again and again while a change keeps its caller waiting, on the caller's thread: what is busy
+    /// can be shown. It makes no request.
+    void setWaitListener(StillWaiting listener) { machine_.setWaitListener(std::move(listener)); }
     /// Throws `Failure` unless `form` stands for an authorization that may change the configuration.
     void requireConfigureRight(util::BytesView form) const;
 

@@ -54,8 +54,10 @@ Failure generatedFile(const MachineFolder& folder, bool isWanted) {
 } // namespace
 
 Machine::Machine(MachineFolder folder, const platform::PropertyListCodec& codec, util::ProcessLog& log)
-    : folder_(std::move(folder)), codec_(codec), log_(log), validator_(folder_, log),
-      sssd_(sssdControlFor(folder_, log)), session_(std::to_string(std::random_device()())) {
+    : folder_(std::move(folder)), codec_(codec), log_(log),
+      validator_(folder_, log, [this] { stillWaiting(); }),
+      sssd_(sssdControlFor(folder_, log, [this] { stillWaiting(); })),
+      session_(std::to_string(std::random_device()())) {
     repair();
     picture_ = read();
     seen_.fill(picture_.fingerprints());
@@ -126,12 +128,16 @@ void Machine::changeLocked(const std::function<void()>& require,
         const FolderLock lock(folder_);
         if (MachineTransaction::needsRecovery(folder_)) MachineTransaction::recover(folder_, lock, log_);
         require();
+        stillWaiting();
         before = picture_.fingerprints();
         MachineDraft draft{picture_.storedPolicy(), picture_.additions(), picture_.sssdText(),
                            picture_.knownNodes()};
         decide(draft);
+        stillWaiting();
         write(lock, draft);
+        stillWaiting();
         adopt(read());
+        stillWaiting();
         // A client with a stale view stays stale.
         for (auto& seen : seen_)
             if (seen == before) seen = picture_.fingerprints();
@@ -267,6 +273,7 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
     const auto nodes = domainNodes(*after);
     const PolicyGround ground{before.nsswitch, *after, nodes, draft.added.formerList};
     requireServed(wanted, ground);
+    stillWaiting();
     const auto nsswitch = nsswitchTextFor(draft, ground);
     if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
         throw generatedFile(folder_, !activeDirectories(draft.policy, ground).empty());

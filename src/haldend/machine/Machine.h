@@ -67,6 +67,9 @@ public:
     void pollForChanges() { (void)picture(); }
     /// Called after each change of the settings, whoever made it.
     void setChangeListener(std::function<void()> listener) { listener_ = std::move(listener); }
+    /// Called again and again during a change, between its steps and while other programs are waited for. It
+    /// asks nothing of the machine.
+    void setWaitListener(StillWaiting listener) { waitListener_ = std::move(listener); }
 
 private:
     using Fingerprints = MachinePicture::Fingerprints;
@@ -89,6 +92,9 @@ private:
     [[nodiscard]] Fingerprints& seen(View view) { return seen_[static_cast<std::size_t>(view)]; }
     void tellSssd(const MachinePicture::Fingerprints& before);
     void signal() const;
+    void stillWaiting() const {
+        if (waitListener_) waitListener_();
+    }
 
     MachineFolder folder_;
     const platform::PropertyListCodec& codec_;
@@ -96,6 +102,7 @@ private:
     SssdValidator validator_;
     std::unique_ptr<SssdControl> sssd_;
     std::function<void()> listener_;
+    StillWaiting waitListener_;
     mutable SssdFileReader reader_; ///< what it keeps changes nothing but the time
     MachinePicture picture_;
     std::array<Fingerprints, 2> seen_{}; ///< of the state that the client has seen, by `View`

@@ -1,6 +1,7 @@
 #include "haldend/nodes/LdapServers.h"
 
 #include <algorithm>
+#include <set>
 
 #include "haldend/servers/LdapServerRequest.h"
 #include "haldend/storage/Failure.h"
@@ -13,9 +14,10 @@ namespace key = sdk::ldap::serverKey;
 
 constexpr std::size_t maximumRequest = 1024U * 1024U;
 
-util::Value valueOf(const LdapServer& server, const std::string& node) {
+util::Value valueOf(const LdapServer& server, const std::string& node, bool isOnPolicy) {
     return util::Dictionary{{key::name, server.name},
                             {key::node, node},
+                            {key::onPolicy, isOnPolicy},
                             {key::addresses, util::Array::ofTexts(server.addresses)},
                             {key::port, server.port},
                             {key::security, server.security},
@@ -27,6 +29,17 @@ util::Value valueOf(const LdapServer& server, const std::string& node) {
                             {key::computedNumbers, server.computesNumbers},
                             {key::connectTimeout, server.connectTimeout},
                             {key::searchTimeout, server.searchTimeout}};
+}
+
+/// What either policy consults, in whichever mode it is.
+std::set<std::string> nodesOnPolicies(const MachinePicture& picture) {
+    const auto policy = picture.policy();
+    const auto ground = picture.ground();
+    std::set<std::string> names;
+    for (const auto* each : {&policy.authentication, &policy.contacts})
+        for (auto& name : consultedNodes(*each, policy.disabled, ground))
+            names.insert(std::move(name));
+    return names;
 }
 
 /// Text of a draft without a trace of what was cut from it.
@@ -196,9 +209,12 @@ util::Bytes replyOf(util::ValueMap values, const platform::PropertyListCodec& co
 util::Bytes listLdapServers(Engine& engine) {
     auto& machine = engine.machine();
     const auto revision = machine.directoriesRevision();
+    const auto consulted = nodesOnPolicies(machine.picture());
     util::ValueList servers;
     for (const auto& node : machine.picture().nodes())
-        if (isLdapServer(node.domain)) servers.push_back(valueOf(LdapServer::from(node.domain), node.name));
+        if (isLdapServer(node.domain))
+            servers.push_back(
+                valueOf(LdapServer::from(node.domain), node.name, consulted.contains(node.name)));
     return replyOf({{"revision", revision}, {"servers", util::Array(std::move(servers))}}, engine.codec());
 }
 

@@ -148,14 +148,19 @@ util::Bytes SearchNode::call(std::int32_t code, util::BytesView request) {
     }
 }
 
+std::vector<std::string> SearchNode::firstCustomList(const SearchPolicy& own) const {
+    auto list = customPath(own, engine().machine().picture().automaticDirectories());
+    if (purpose_ == Purpose::authentication) std::erase_if(list, isLocalNode);
+    return list;
+}
+
 void SearchNode::setMode(PolicyMode mode, util::BytesView request) {
     engine().requireConfigureRight(soleAuthorizationIn(request));
     auto& machine = engine().machine();
     machine.change(view(), [&](MachinePolicy& policy) {
         auto& own = policyIn(policy);
         if (mode == PolicyMode::custom && !own.hasCustom && machine.picture().knowsDirectories()) {
-            own.custom = customPath(own, machine.picture().automaticDirectories());
-            if (purpose_ == Purpose::authentication) std::erase_if(own.custom, isLocalNode);
+            own.custom = firstCustomList(own);
             own.hasCustom = true;
         }
         own.mode = mode;
@@ -165,9 +170,13 @@ void SearchNode::setMode(PolicyMode mode, util::BytesView request) {
 void SearchNode::setCustomList(util::BytesView request) {
     engine().requireConfigureRight(authorizationIn(request));
     const auto names = listFrom(request.subspan(util::AuthorizationExternalForm::length));
-    engine().machine().change(view(), [&](MachinePolicy& policy) {
-        policyIn(policy).custom = names;
-        policyIn(policy).hasCustom = true;
+    auto& machine = engine().machine();
+    machine.change(view(), [&](MachinePolicy& policy) {
+        auto& own = policyIn(policy);
+        // What was only reported and comes back as it was isn't anybody's choice: it still follows Automatic.
+        if (!own.hasCustom && names == firstCustomList(own)) return;
+        own.custom = names;
+        own.hasCustom = true;
     });
 }
 

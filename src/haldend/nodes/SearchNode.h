@@ -33,6 +33,9 @@ private:
     [[nodiscard]] SearchPolicy policyOf(const MachinePicture& picture) const;
     [[nodiscard]] std::vector<std::string> customPath(const SearchPolicy& policy,
                                                       const std::vector<std::string>& automatic) const;
+    /// What is stored first: a list that nobody stored yet as it is reported, without the local nodes where
+    /// they aren't stored.
+    [[nodiscard]] std::vector<std::string> firstCustomList(const SearchPolicy& own) const;
     [[nodiscard]] std::vector<std::string> activePath() const;
     [[nodiscard]] std::vector<std::string> listFrom(util::BytesView bytes) const;
     void setMode(PolicyMode mode, util::BytesView request);

@@ -67,15 +67,19 @@ std::vector<std::string> automaticNodes(const PolicyGround& ground, const Disabl
     return automaticNodes(ground.sssd, ground.nodes, ground.formerList, disabled);
 }
 
-std::vector<std::string> activeDirectories(const MachinePolicy& policy, const PolicyGround& ground) {
-    if (policy.authentication.mode == PolicyMode::localOnly) return {};
-    if (policy.authentication.mode == PolicyMode::automatic || !policy.authentication.hasCustom)
-        return automaticNodes(ground, policy.disabled);
-    const auto usable = usableNodes(ground.nodes, policy.disabled);
+std::vector<std::string> consultedNodes(const SearchPolicy& policy, const DisabledConnectors& disabled,
+                                        const PolicyGround& ground) {
+    if (policy.mode == PolicyMode::localOnly) return {};
+    if (policy.mode == PolicyMode::automatic || !policy.hasCustom) return automaticNodes(ground, disabled);
+    const auto usable = usableNodes(ground.nodes, disabled);
     std::vector<std::string> active;
-    for (const auto& name : policy.authentication.custom)
+    for (const auto& name : policy.custom)
         if (contains(usable, name) && !contains(active, name)) active.push_back(name);
     return active;
+}
+
+std::vector<std::string> activeDirectories(const MachinePolicy& policy, const PolicyGround& ground) {
+    return consultedNodes(policy.authentication, policy.disabled, ground);
 }
 
 std::vector<std::string> domainsFor(const MachinePolicy& policy, const PolicyGround& ground) {

@@ -48,6 +48,9 @@ struct PolicyGround {
                                                       const std::vector<DomainNode>& nodes,
                                                       const std::vector<std::string>& formerList,
                                                       const DisabledConnectors& disabled);
+/// The directories that one policy of the machine consults, in order, without the local nodes.
+[[nodiscard]] std::vector<std::string>
+consultedNodes(const SearchPolicy& policy, const DisabledConnectors& disabled, const PolicyGround& ground);
 /// The directories that the authentication policy consults, in order, without the local nodes.
 [[nodiscard]] std::vector<std::string> activeDirectories(const MachinePolicy& policy,
                                                          const PolicyGround& ground);

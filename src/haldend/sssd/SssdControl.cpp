@@ -41,7 +41,8 @@ std::vector<std::string> splitAtNul(const std::string& text) {
 
 class LiveSssdControl final : public SssdControl {
 public:
-    explicit LiveSssdControl(util::ProcessLog& log) : log_(log) {}
+    LiveSssdControl(util::ProcessLog& log, StillWaiting stillWaiting)
+        : log_(log), stillWaiting_(std::move(stillWaiting)) {}
 
     void filesChanged(SssdUse use) override {
         if (use == SssdUse::needed)
@@ -111,6 +112,7 @@ private:
         }
         for (int i = 0; i < 1000 && ::kill(number, 0) == 0; ++i) {
             if (hasEnded(number)) return true;
+            stillWaiting_();
             std::this_thread::sleep_for(10ms);
         }
         if (::kill(number, 0) != 0 || hasEnded(number)) return true;
@@ -130,7 +132,7 @@ private:
     }
 
     void run(const std::vector<std::string>& arguments) {
-        const auto outcome = runProcess(arguments, 60s);
+        const auto outcome = runProcess(arguments, 60s, stillWaiting_);
         if (outcome.status == 0) return;
         std::string command;
         for (const auto& argument : arguments)
@@ -148,12 +150,14 @@ private:
     }
 
     util::ProcessLog& log_;
+    StillWaiting stillWaiting_;
 };
 
 } // namespace
 
-std::unique_ptr<SssdControl> sssdControlFor(const MachineFolder& folder, util::ProcessLog& log) {
-    if (folder.isLiveMachine()) return std::make_unique<LiveSssdControl>(log);
+std::unique_ptr<SssdControl> sssdControlFor(const MachineFolder& folder, util::ProcessLog& log,
+                                            StillWaiting stillWaiting) {
+    if (folder.isLiveMachine()) return std::make_unique<LiveSssdControl>(log, std::move(stillWaiting));
     return std::make_unique<NoSssdControl>();
 }
 

@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "haldend/storage/ChildProcess.h"
 #include "haldend/storage/MachineFolder.h"
 #include "util/ProcessLog.h"
 
@@ -26,6 +27,7 @@ public:
 };
 
 /// The control that fits a folder: the running SSSD for the machine itself, nothing for a private folder.
-[[nodiscard]] std::unique_ptr<SssdControl> sssdControlFor(const MachineFolder& folder, util::ProcessLog& log);
+[[nodiscard]] std::unique_ptr<SssdControl> sssdControlFor(const MachineFolder& folder, util::ProcessLog& log,
+                                                          StillWaiting stillWaiting);
 
 } // namespace corvane::haldend

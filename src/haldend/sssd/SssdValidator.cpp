@@ -59,8 +59,9 @@ std::string newLines(const std::string& found, const std::string& known) {
 
 } // namespace
 
-SssdValidator::SssdValidator(const MachineFolder& folder, util::ProcessLog& log, std::string tool)
-    : folder_(folder), log_(log), tool_(std::move(tool)) {}
+SssdValidator::SssdValidator(const MachineFolder& folder, util::ProcessLog& log, StillWaiting stillWaiting,
+                             std::string tool)
+    : folder_(folder), log_(log), stillWaiting_(std::move(stillWaiting)), tool_(std::move(tool)) {}
 
 bool SssdValidator::isUsable() {
     const bool installed = ::access(tool_.c_str(), X_OK) == 0;
@@ -78,8 +79,8 @@ std::string SssdValidator::findings(const std::string& text) const {
     const auto candidate = folder.path() + "/sssd.conf";
     ::mkdir(snippets.c_str(), 0700);
     writeDurably(candidate, text, 0600);
-    const auto outcome =
-        runProcess({tool_, "config-check", "-c", candidate, "-s", snippets}, std::chrono::seconds(10));
+    const auto outcome = runProcess({tool_, "config-check", "-c", candidate, "-s", snippets},
+                                    std::chrono::seconds(10), stillWaiting_);
     if (outcome.status == 0) return {};
     const auto output = without(outcome.output, folder.path() + "/");
     const auto problems = problemsIn(output);

@@ -2,6 +2,7 @@
 
 #include <string>
 
+#include "haldend/storage/ChildProcess.h"
 #include "haldend/storage/MachineFolder.h"
 #include "util/ProcessLog.h"
 
@@ -12,7 +13,8 @@ namespace corvane::haldend {
 /// every candidate passes.
 class SssdValidator {
 public:
-    SssdValidator(const MachineFolder& folder, util::ProcessLog& log, std::string tool = "/usr/sbin/sssctl");
+    SssdValidator(const MachineFolder& folder, util::ProcessLog& log, StillWaiting stillWaiting = {},
+                  std::string tool = "/usr/sbin/sssctl");
     /// Throws `Failure` when the tool finds something in `candidate` that it doesn't find in `current`.
     void check(const std::string& candidate, const std::string& current);
 
@@ -22,6 +24,7 @@ private:
 
     const MachineFolder& folder_;
     util::ProcessLog& log_;
+    StillWaiting stillWaiting_;
     std::string tool_;
     bool saidSo_ = false;
 };

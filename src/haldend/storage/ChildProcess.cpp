@@ -48,10 +48,12 @@ bool readSome(const FileDescriptor& pipe, std::string& output, int milliseconds)
 
 /// Waits for the program itself, not for the end of its output: a daemon that it leaves behind may keep that
 /// open.
-ProcessOutcome waitFor(pid_t child, const FileDescriptor& pipe, Clock::time_point deadline) {
+ProcessOutcome waitFor(pid_t child, const FileDescriptor& pipe, Clock::time_point deadline,
+                       const StillWaiting& stillWaiting) {
     ProcessOutcome outcome;
     bool isOpen = true;
     while (Clock::now() < deadline) {
+        if (stillWaiting) stillWaiting();
         int status = 0;
         if (::waitpid(child, &status, WNOHANG) == child) {
             for (auto before = outcome.output.size() + 1; isOpen && before != outcome.output.size();) {
@@ -74,7 +76,8 @@ ProcessOutcome waitFor(pid_t child, const FileDescriptor& pipe, Clock::time_poin
 
 } // namespace
 
-ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono::milliseconds patience) {
+ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono::milliseconds patience,
+                          const StillWaiting& stillWaiting) {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) return {-1, std::strerror(errno)};
     const FileDescriptor reading(ends[0]);
@@ -83,7 +86,7 @@ ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono
     const int failed = spawn(child, arguments, writing.number());
     if (failed != 0) return {-1, std::strerror(failed)};
     writing.close();
-    return waitFor(child, reading, Clock::now() + patience);
+    return waitFor(child, reading, Clock::now() + patience, stillWaiting);
 }
 
 } // namespace corvane::haldend

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <chrono>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -12,10 +13,15 @@ struct ProcessOutcome {
     std::string output;
 };
 
+/// Called every few milliseconds while its caller is kept waiting, on the caller's thread. It starts no
+/// request of its own. May be empty.
+using StillWaiting = std::function<void()>;
+
 /// Runs a program to its end, without a shell, with an empty standard input. `arguments` begins with the
 /// program's absolute path. It is killed when it takes longer than `patience`. At most 64 KiB of its output
 /// are kept.
 [[nodiscard]] ProcessOutcome runProcess(const std::vector<std::string>& arguments,
-                                        std::chrono::milliseconds patience);
+                                        std::chrono::milliseconds patience,
+                                        const StillWaiting& stillWaiting = {});
 
 } // namespace corvane::haldend

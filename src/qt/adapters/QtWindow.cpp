@@ -14,6 +14,7 @@
 #include "qt/Text.h"
 #include "qt/adapters/QtToolbar.h"
 #include "qt/adapters/QtView.h"
+#include "qt/look/ScreenFit.h"
 #include "qt/platform/QtStateCoder.h"
 #include "qt/widgets/SheetOverlay.h"
 
@@ -131,7 +132,7 @@ void QtWindow::moveTopLeft(QPoint point) {
     const QScreen* screen = QGuiApplication::primaryScreen();
     for (const auto* each : QGuiApplication::screens())
         if (each->geometry().contains(wanted.center())) screen = each;
-    if (screen && fitsScreen_) {
+    if (screen && fitsScreen()) {
         const auto area = screen->availableGeometry();
         const auto last = [](int start, int length, int size) {
             return std::max(start, start + length - size);
@@ -148,8 +149,8 @@ QSize QtWindow::decoration() const { return shell_.frameGeometry().size() - shel
 /// The largest size that the window can have on its screen.
 QSize QtWindow::room() const {
     const auto* screen = shell_.screen();
-    return screen && fitsScreen_ ? screen->availableGeometry().size() - decoration()
-                                 : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    return screen && fitsScreen() ? screen->availableGeometry().size() - decoration()
+                                  : QSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
 }
 
 void QtWindow::setContentMinSize(const toolkit::Size& size) {

@@ -32,9 +32,6 @@ public:
     QtWindow(const QtWindow&) = delete;
     QtWindow& operator=(const QtWindow&) = delete;
 
-    /// Windows are only drawn for pictures: what screen there is doesn't matter. Before the first window is
-    /// made.
-    static void forgetScreen() { fitsScreen_ = false; }
     /// The window that shows `widget`, null when that is no `QtWindow`.
     [[nodiscard]] static QtWindow* of(const QWidget& widget);
     [[nodiscard]] QWidget& shell() const { return shell_; }
@@ -99,7 +96,6 @@ private:
     /// The user wants to close the window; false keeps it.
     [[nodiscard]] bool userMayClose();
     void willClose();
-    static inline bool fitsScreen_ = true; ///< whether windows are kept on their screen
     [[nodiscard]] QSize decoration() const;
     [[nodiscard]] QSize room() const;
     void moveTopLeft(QPoint point);

@@ -3,10 +3,14 @@
 #include <QApplication>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QVBoxLayout>
+#include <algorithm>
 
 #include "qt/Text.h"
 #include "qt/look/Icons.h"
+#include "qt/widgets/GrowingArea.h"
 
 namespace corvane::qt {
 
@@ -28,22 +32,22 @@ QLabel* textLabel(QWidget* parent) {
 } // namespace
 
 AlertPanel::AlertPanel(QWidget* parent)
-    : QDialog(parent), message_(textLabel(this)), information_(textLabel(this)), row_(new QHBoxLayout) {
+    : QDialog(parent), message_(textLabel(this)), information_(textLabel(this)), texts_(new QVBoxLayout),
+      row_(new QHBoxLayout) {
     auto font = message_->font();
     font.setBold(true);
     message_->setFont(font);
     auto* sign = new QLabel(this);
     sign->setPixmap(icon("Corvane").pixmap(QSize(signSize, signSize), devicePixelRatioF()));
     sign->setFixedSize(signSize, signSize);
-    auto* texts = new QVBoxLayout;
-    texts->setSpacing(8);
-    texts->addWidget(message_);
-    texts->addWidget(information_);
-    texts->addStretch(1);
+    texts_->setSpacing(8);
+    texts_->addWidget(message_);
+    texts_->addWidget(information_);
+    texts_->addStretch(1);
     auto* upper = new QHBoxLayout;
     upper->setSpacing(16);
     upper->addWidget(sign, 0, Qt::AlignTop);
-    upper->addLayout(texts);
+    upper->addLayout(texts_);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(24, 24, 24, 24);
     all->setSpacing(24);
@@ -79,6 +83,24 @@ void AlertPanel::addButton(const QString& title) {
     connect(button, &QPushButton::clicked, this, [this, number] { done(number); });
 }
 
+// A text that is too long for the screen scrolls, so that the answers stay where they can be seen.
+void AlertPanel::fitScreen() {
+    const int excess = sizeHint().height() - heightOnScreen(*this);
+    if (excess <= 0 || information_->isHidden()) return;
+    constexpr int least = 60;
+    auto* area = new QScrollArea(this);
+    area->setObjectName("alertText");
+    area->setFrameShape(QFrame::NoFrame);
+    area->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    delete texts_->replaceWidget(information_, area);
+    const int height = information_->heightForWidth(textWidth);
+    information_->setFixedHeight(height);
+    area->setWidget(information_);
+    information_->show();
+    area->setFixedSize(textWidth + area->verticalScrollBar()->sizeHint().width(),
+                       std::max(least, height - excess));
+}
+
 // The default button where the eye ends, on the right; the second of three, which throws something away,
 // apart from the others on the left.
 void AlertPanel::arrange() {
@@ -89,6 +111,7 @@ void AlertPanel::arrange() {
         if (!three || at != 1) row_->addWidget(buttons_[at]);
     for (std::size_t at = 1; at < buttons_.size(); ++at)
         setTabOrder(buttons_[at - 1], buttons_[at]);
+    fitScreen();
     if (buttons_.empty()) return;
     buttons_.front()->setDefault(true);
     buttons_.front()->setFocus();

@@ -4,6 +4,7 @@
 #include <vector>
 
 class QHBoxLayout;
+class QVBoxLayout;
 class QLabel;
 class QPushButton;
 
@@ -25,8 +26,11 @@ public:
     void arrange();
 
 private:
+    void fitScreen();
+
     QLabel* message_;
     QLabel* information_;
+    QVBoxLayout* texts_;
     QHBoxLayout* row_;
     std::vector<QPushButton*> buttons_;
     QString mnemonics_ = "cfewh"; ///< taken by the menus, beside which a sheet stands, and by the buttons

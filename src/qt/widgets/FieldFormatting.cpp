@@ -1,11 +1,12 @@
 #include "qt/widgets/FieldFormatting.h"
 
-#include <QAccessible>
 #include <QEvent>
 #include <QLabel>
 #include <QValidator>
 #include <algorithm>
 #include <utility>
+
+#include "qt/widgets/Announcement.h"
 
 namespace corvane::qt {
 
@@ -32,6 +33,7 @@ QLabel* makeLabel(const QLineEdit& field) {
     auto* label = new QLabel(field.parentWidget());
     label->setObjectName("fieldMessage");
     label->setTextFormat(Qt::PlainText);
+    makeAnnouncer(*label);
     label->setAutoFillBackground(true);
     label->setMargin(3);
     label->setAttribute(Qt::WA_TransparentForMouseEvents);
@@ -136,12 +138,11 @@ void FieldFormatting::show(const QString& description) {
     palette.setColor(QPalette::WindowText, alarmingColor(palette));
     label_->setPalette(palette);
     label_->setText(description);
+    announce(*label_, description);
     label_->setVisible(field_->parentWidget() && field_->isVisible());
     label_->raise();
     placeLabel();
     field_->setAccessibleDescription(description);
-    QAccessibleEvent alert(field_, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
 }
 
 void FieldFormatting::hide() {

@@ -4,6 +4,9 @@
 #include <QFile>
 #include <QShortcut>
 #include <QVBoxLayout>
+#include <algorithm>
+
+#include "qt/widgets/GrowingArea.h"
 
 namespace corvane::qt {
 
@@ -15,7 +18,7 @@ HelpWindow::HelpWindow() : page_(new QTextBrowser(this)) {
     page_->setOpenExternalLinks(true);
     page_->document()->setDocumentMargin(24);
     page_->document()->setIndentWidth(20);
-    resize(520, 560);
+    resize(520, std::min(560, heightOnScreen(*this)));
     for (const auto& keys : {QKeySequence(Qt::Key_Escape), QKeySequence(QKeySequence::Close)}) {
         auto* shortcut = new QShortcut(keys, this);
         connect(shortcut, &QShortcut::activated, this, &QWidget::close);

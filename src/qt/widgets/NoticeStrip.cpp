@@ -1,10 +1,11 @@
 #include "qt/widgets/NoticeStrip.h"
 
-#include <QAccessible>
 #include <QLabel>
 #include <QPainter>
 #include <QPushButton>
 #include <QVBoxLayout>
+
+#include "qt/widgets/Announcement.h"
 
 namespace corvane::qt {
 
@@ -42,6 +43,7 @@ QLabel* textLabel(QWidget& parent) {
 
 NoticeStrip::NoticeStrip(QWidget* parent)
     : QFrame(parent), message_(textLabel(*this)), information_(textLabel(*this)), buttons_(new QVBoxLayout) {
+    makeAnnouncer(*this);
     auto font = message_->font();
     font.setWeight(QFont::DemiBold);
     message_->setFont(font);
@@ -63,7 +65,6 @@ void NoticeStrip::setMessageText(const QString& text) {
     const bool news = text != message_->text();
     message_->setText(text);
     message_->setVisible(!text.isEmpty());
-    setAccessibleName(text);
     fitTexts();
     if (news) announce();
 }
@@ -72,7 +73,6 @@ void NoticeStrip::setInformativeText(const QString& text) {
     const bool news = text != wholeInformation_;
     wholeInformation_ = text;
     information_->setVisible(!text.isEmpty());
-    setAccessibleDescription(text);
     fitTexts();
     if (news) announce();
 }
@@ -101,11 +101,6 @@ void NoticeStrip::paintEvent(QPaintEvent* /*event*/) {
     painter.drawRoundedRect(QRectF(rect()).adjusted(0.5, 0.5, -0.5, -0.5), corner, corner);
 }
 
-void NoticeStrip::showEvent(QShowEvent* event) {
-    QFrame::showEvent(event);
-    announce();
-}
-
 void NoticeStrip::resizeEvent(QResizeEvent* event) {
     QFrame::resizeEvent(event);
     fitTexts();
@@ -126,9 +121,8 @@ void NoticeStrip::fitTexts() {
 void NoticeStrip::keepMessageOnOneLine() { message_->setWordWrap(false); }
 
 void NoticeStrip::announce() {
-    if (!isVisible()) return;
-    QAccessibleEvent event(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&event);
+    const auto all = wholeInformation_.isEmpty() ? messageText() : messageText() + "\n" + wholeInformation_;
+    qt::announce(*this, all);
 }
 
 } // namespace corvane::qt

@@ -9,6 +9,7 @@
 #include "qt/Text.h"
 #include "qt/look/Appearance.h"
 #include "qt/look/Icons.h"
+#include "qt/look/ScreenFit.h"
 #include "ui_MainWindow.h"
 
 namespace corvane::qt {
@@ -77,7 +78,7 @@ private:
 NoticeStrip& addFootStrip(QMainWindow& shell) {
     auto* foot = new QStatusBar(&shell);
     foot->setSizeGripEnabled(false);
-    foot->setContentsMargins(22, 0, 22, 6);
+    foot->setContentsMargins(22, 0, 24, 6); // as wide as the panes: a status bar adds two on its left
     auto* strip = new NoticeStrip(foot);
     strip->setObjectName("trialNotice");
     strip->keepMessageOnOneLine();
@@ -123,7 +124,8 @@ private:
     void dress() {
         for (auto* heading : {ui.servicesHeading, ui.editorHeading})
             makeHeading(*heading, 1.15);
-        for (auto* note : {ui.servicesNote, ui.editorNote, ui.dragMessage, ui.dragMessageContact})
+        for (auto* note :
+             {ui.servicesNote, ui.serviceState, ui.editorNote, ui.dragMessage, ui.dragMessageContact})
             makeSecondary(*note);
         sayWhenEmpty(*ui.selectPlugIn, tr("No directory services"));
         sayWhenEmpty(*ui.selectNode, tr("No directory domains"));
@@ -168,7 +170,8 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       progressBar(*form_->ui.progressBar), applyButton(*form_->ui.applyButton, guard),
       helpButton(*form_->ui.helpButton, guard),
       selectPlugIn(*form_->ui.selectPlugIn, serviceColumns(), guard),
-      configPlugIn(*form_->ui.configPlugIn, guard), selectSearchPolicy(*form_->ui.selectSearchPolicy, guard),
+      configPlugIn(*form_->ui.configPlugIn, guard), serviceState(*form_->ui.serviceState),
+      selectSearchPolicy(*form_->ui.selectSearchPolicy, guard),
       selectNode(*form_->ui.selectNode, nodeColumns(), guard), addNode(*form_->ui.addNode, guard),
       deleteNode(*form_->ui.deleteNode, guard), dragMessage(*form_->ui.dragMessage),
       selectContactPolicy(*form_->ui.selectContactPolicy, guard),
@@ -176,10 +179,10 @@ MainWindowInterface::MainWindowInterface(QtApplication& application,
       addNodeContact(*form_->ui.addNodeContact, guard),
       deleteNodeContact(*form_->ui.deleteNodeContact, guard),
       dragMessageContact(*form_->ui.dragMessageContact), trialNotice(*form_->trialNotice),
-      unsaved(*form_->ui.unsaved), tryAgain(*form_->tryAgain, guard), showSaved(*form_->showSaved, guard),
-      unsavedContact(*form_->ui.unsavedContact), tryAgainContact(*form_->tryAgainContact, guard),
-      showSavedContact(*form_->showSavedContact, guard), remarks(*form_->ui.remarks),
-      remarksContact(*form_->ui.remarksContact),
+      busy(*form_->ui.busyNote), unsaved(*form_->ui.unsaved), tryAgain(*form_->tryAgain, guard),
+      showSaved(*form_->showSaved, guard), unsavedContact(*form_->ui.unsavedContact),
+      tryAgainContact(*form_->tryAgainContact, guard), showSavedContact(*form_->showSavedContact, guard),
+      remarks(*form_->ui.remarks), remarksContact(*form_->ui.remarksContact),
       authorizationView(*form_->ui.authorizationView, authorization, guard),
       menu(*form_->shell.menuBar(), application, guard) {
     window.setTitle("Corvane");
@@ -195,7 +198,7 @@ QWidget& MainWindowInterface::directoryEditorPage() const { return *form_->ui.di
 QMainWindow& MainWindowInterface::shell() const { return form_->shell; }
 
 void prepareForPictures() {
-    QtWindow::forgetScreen();
+    forgetScreen();
     if (!qEnvironmentVariableIsSet("QT_SCALE_FACTOR")) qputenv("QT_SCALE_FACTOR", "2");
 }
 

@@ -7,7 +7,9 @@
 #include "qt/HandlerGuard.h"
 #include "qt/adapters/QtApplication.h"
 #include "qt/adapters/QtAuthorizationView.h"
+#include "qt/adapters/QtBusyIndicator.h"
 #include "qt/adapters/QtButton.h"
+#include "qt/adapters/QtLabel.h"
 #include "qt/adapters/QtNotice.h"
 #include "qt/adapters/QtPopUpButton.h"
 #include "qt/adapters/QtProgressIndicator.h"
@@ -46,6 +48,7 @@ public:
 
     QtTableView selectPlugIn;
     QtButton configPlugIn;
+    QtLabel serviceState;
 
     QtPopUpButton selectSearchPolicy;
     QtTableView selectNode;
@@ -60,6 +63,7 @@ public:
     QtPlainView dragMessageContact;
 
     QtNotice trialNotice; ///< at the window's foot
+    QtBusyIndicator busy;
     QtNotice unsaved;
     QtButton tryAgain;
     QtButton showSaved;

@@ -94,6 +94,17 @@ TEST_F(ServersWindow, serverOnAPolicy_isDeletedAfterAQuestionOnly) {
     EXPECT_EQ(rows(), (QStringList{"a.example.com", "c.example.com"}));
 }
 
+TEST_F(ServersWindow, serverThatAPolicyUsesWithoutACustomList_isDeletedAfterAQuestion) {
+    service.serve("b.example.com", {{"onPolicy", true}}); // Automatic, say
+    configure();
+    clickRow(0);
+    click("deleteServer");
+    EXPECT_EQ(rows().size(), 2) << "the one that no policy uses is deleted at once";
+    click("deleteServer");
+    EXPECT_EQ(rows().size(), 2);
+    EXPECT_TRUE(frontText().contains("b.example.com is on a search policy."));
+}
+
 TEST_F(ServersWindow, severalServersOnPolicies_areSpokenOfTogether) {
     service.program().contacts = {"/LDAP/a.example.com", "/LDAP/b.example.com"};
     configure();

@@ -46,8 +46,10 @@ TEST_F(Leaving, aServerDeletedInAutomaticMode_isAskedAboutAtApply) {
     user().clickRow("selectPlugIn", 2); // LDAP
     user().click("configPlugIn");
     settle(200);
-    user().clickRow("servers", 1); // on no custom list: the connector itself asks nothing
+    user().clickRow("servers", 1);
     user().click("deleteServer");
+    settle(200);
+    user().click("reallyDelete"); // the connector's own question, as Automatic uses the server
     settle(200);
     user().click("serversDone");
     settle(200);
