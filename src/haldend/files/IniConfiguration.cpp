@@ -59,6 +59,7 @@ std::size_t lineOfForeignByte(std::string_view text) {
     return following > 0 ? line : 0;
 }
 
+constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view blanks = " \t\r\v\f\n";
 
 /// The library overlooks an end of a comment that begins its line.
@@ -90,7 +91,6 @@ std::optional<std::size_t> lengthOfComment(std::string_view text) {
 
 /// Comments are most of a commented file and mean nothing; emptied, they keep the numbers of the lines.
 std::string withoutComments(std::string_view text) {
-    constexpr std::string_view byteOrderMark = "\xEF\xBB\xBF";
     std::string result;
     result.reserve(text.size());
     if (text.starts_with(byteOrderMark)) {
@@ -266,11 +266,27 @@ Reading readingOf(ini_cfgobj* object, Way way) {
     return reading;
 }
 
+/// True unless every title is there once.
+bool mayRepeatTitles(std::string_view text, const std::vector<IniSection>& sections) {
+    const Buffer buffer(text);
+    const auto& plain = buffer.text;
+    std::size_t titles = 0;
+    for (auto at = plain.find('['); at != std::string::npos; at = plain.find('[', at + 1))
+        if (at == 0 || plain[at - 1] == '\n' ||
+            (at == byteOrderMark.size() && plain.starts_with(byteOrderMark)))
+            ++titles;
+    const auto named = std::ranges::count_if(
+        sections, [](const auto& section) { return folded(section.title) != "default"; });
+    return titles != static_cast<std::size_t>(named);
+}
+
 /// To look for an earlier value of each option, and for a value by its name, takes the library the square of
-/// their number: that is done only where it is needed.
+/// their number: that is done only where it is needed. Of several values of one section the last is read
+/// last, but not when more of the section follows in another place.
 std::vector<IniSection> sectionsIn(std::string_view text) {
     auto reading = readingOf(parsed(text, INI_MV1S_ALLOW).get(), Way::asWritten);
-    if (reading.hasSeveralValues) reading = readingOf(parsed(text, INI_MV1S_OVERWRITE).get(), Way::asWritten);
+    if (reading.hasSeveralValues && mayRepeatTitles(text, reading.sections))
+        reading = readingOf(parsed(text, INI_MV1S_OVERWRITE).get(), Way::asWritten);
     if (!reading.isWhole) reading = readingOf(parsed(text, INI_MV1S_OVERWRITE).get(), Way::byName);
     return std::move(reading.sections);
 }
