@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "haldend/servers/AccountDefaults.h"
 #include "haldend/servers/LdapServerRequest.h"
 #include "haldend/storage/Failure.h"
 #include "sdk/LdapServerCalls.h"
