@@ -42,8 +42,8 @@ public:
     Program& operator=(const Program&) = delete;
     ~Program();
 
-    /// Shows the main window, with its state of the last time if `restoreState`. The folder's sample directory
-    /// is started after that; a sheet says so when it can't be.
+    /// Shows the main window, with its state of the last time if `restoreState`. The folder's sample
+    /// directory is started after that; a sheet says so when it can't be.
     void launch(bool restoreState);
     /// Shows one of the panes "services", "search" and "editor".
     void showPane(const std::string& name);
