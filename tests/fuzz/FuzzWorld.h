@@ -42,9 +42,9 @@ struct World {
         const auto reply =
             framework->defaultSession()->nodeWithType(node, nullptr)->customCall(code, request, &error);
         if (reply.has_value() == (error.code != 0)) std::abort();
-        const auto& picture = engine->machine().picture();
-        if (haldend::activeDirectories(picture.policy(), picture.ground()) !=
-            haldend::servedNodes(picture.ground()))
+        const auto& snapshot = engine->machine().snapshot();
+        if (haldend::activeDirectories(snapshot.policy(), snapshot.inputs()) !=
+            haldend::servedNodes(snapshot.inputs()))
             std::abort();
         return error;
     }

@@ -36,7 +36,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto payload = withRevision(world, {data, size});
     request.insert(request.end(), payload.begin(), payload.end());
     (void)world.call(halden::NodeType::configNode, sdk::ldap::call::writeServers, request);
-    const auto& picture = world.engine->machine().picture();
-    if (!foreignSectionIsWhole(picture.ground().sssd.domains())) std::abort();
+    const auto& snapshot = world.engine->machine().snapshot();
+    if (!foreignSectionIsWhole(snapshot.inputs().sssd.domains())) std::abort();
     return 0;
 }

@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "haldend/files/SssdListing.h"
+#include "haldend/files/DomainsLine.h"
 #include "haldend/policy/DomainNodes.h"
 #include "haldend/storage/Failure.h"
 
@@ -22,7 +22,7 @@ SssdFile file(const std::string& text, const std::vector<std::string>& snippets)
 std::string ldap(const std::string& name) { return "[domain/" + name + "]\nid_provider = ldap\n"; }
 std::string listing(const std::string& text, const Names& names) {
     MachineAdditions added;
-    return textListing(text, names, added);
+    return textWithDomainsLine(text, names, added);
 }
 Names nodesOf(const SssdFile& conf) {
     Names names;
@@ -147,33 +147,33 @@ TEST(SssdFile, damagedText_isRefusedWithTheLineButNothingFromIt) {
     }
 }
 
-TEST(SssdListing, listChanged_everythingElseKeepsEveryByte) {
+TEST(DomainsLine, listChanged_everythingElseKeepsEveryByte) {
     const auto before = std::string("domains = staff,  guests   \n");
     auto expected = sample;
     expected.replace(expected.find(before), before.size(), "domains = spare, staff   \n");
     EXPECT_EQ(listing(sample, {"spare", "staff"}), expected);
 }
 
-TEST(SssdListing, sameNamesInAnotherSpelling_areNotTouched) {
+TEST(DomainsLine, sameNamesInAnotherSpelling_areNotTouched) {
     EXPECT_EQ(listing(sample, {"staff", "guests"}), sample);
     const std::string text = "[ Sssd ]\nDomains=\"A\" ,b,\n" + ldap("a") + ldap("b");
     EXPECT_EQ(listing(text, {"a", "b"}), text);
 }
 
-TEST(SssdListing, oddlyWrittenSectionAndKey_areEditedInPlace) {
+TEST(DomainsLine, oddlyWrittenSectionAndKey_areEditedInPlace) {
     EXPECT_EQ(listing("[ SSSD ]\r\nDOMAINS = a\r\n", {"b"}), "[ SSSD ]\r\nDOMAINS = b\r\n");
     EXPECT_EQ(listing("/*\n[sssd]\ndomains = old\n */\n[sssd]\ndomains = a\n", {"b"}),
               "/*\n[sssd]\ndomains = old\n */\n[sssd]\ndomains = b\n");
     EXPECT_EQ(listing("\xEF\xBB\xBF[sssd]\ndomains = a\n", {"b"}), "\xEF\xBB\xBF[sssd]\ndomains = b\n");
 }
 
-TEST(SssdListing, missingLineOrSection_isAdded) {
+TEST(DomainsLine, missingLineOrSection_isAdded) {
     EXPECT_EQ(listing("[sssd]\nservices = nss\n\n" + ldap("a"), {"a"}),
               "[sssd]\nservices = nss\ndomains = a\n\n" + ldap("a"));
     EXPECT_EQ(listing("[sssd]\r\nservices = nss\r\n", {"a"}), "[sssd]\r\nservices = nss\r\ndomains = a\r\n");
     EXPECT_EQ(file(listing(ldap("a"), {"a"})).servedDomains(), Names{"a"});
 }
 
-TEST(SssdListing, noNames_leavesNoEmptyLineOnWhichSssdStops) {
+TEST(DomainsLine, noNames_leavesNoEmptyLineOnWhichSssdStops) {
     EXPECT_EQ(listing("[sssd]\nservices = nss\ndomains = a\n", {}), "[sssd]\nservices = nss\n");
 }

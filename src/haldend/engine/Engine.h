@@ -8,7 +8,7 @@
 #include "haldend/engine/Rights.h"
 #include "haldend/machine/Machine.h"
 #include "haldend/policy/ConnectorCatalog.h"
-#include "haldend/servers/LdapChecks.h"
+#include "haldend/servers/LdapTestJobs.h"
 
 namespace corvane::haldend {
 
@@ -26,7 +26,7 @@ public:
     [[nodiscard]] Machine& machine() { return machine_; }
     [[nodiscard]] Rights& rights() { return rights_; }
     [[nodiscard]] ConnectorCatalog& connectorCatalog() { return connectorCatalog_; }
-    [[nodiscard]] LdapChecks& checks() { return checks_; }
+    [[nodiscard]] LdapTestJobs& testJobs() { return testJobs_; }
     [[nodiscard]] const platform::PropertyListCodec& codec() const { return codec_; }
     [[nodiscard]] util::ProcessLog& log() { return log_; }
 
@@ -47,7 +47,7 @@ private:
     ConnectorCatalog connectorCatalog_;
     std::vector<std::function<void()>> listeners_;
     Machine machine_;
-    LdapChecks checks_;
+    LdapTestJobs testJobs_;
 };
 
 } // namespace corvane::haldend

@@ -31,7 +31,7 @@ std::string placeOf(const std::string& host, const std::string& address, int por
     return name + ", port " + std::to_string(port);
 }
 
-CheckFailure unknownHost(const std::string& host, int status) {
+LdapTestFailure unknownHost(const std::string& host, int status) {
     if (status == EAI_AGAIN)
         return {
             kind::unknownHost, "The address of \"" + host + "\" can't be found out now.",
@@ -43,7 +43,7 @@ CheckFailure unknownHost(const std::string& host, int status) {
             "Correct the name, or enter the server's IP address."};
 }
 
-CheckFailure notConnected(const std::string& place, int number, std::chrono::seconds patience) {
+LdapTestFailure notConnected(const std::string& place, int number, std::chrono::seconds patience) {
     if (number == ECONNREFUSED)
         return {kind::refused, "The host refuses the connection.", place + ": nothing listens there.",
                 "See whether the directory server runs on that host, and whether the port is right."};
@@ -56,21 +56,21 @@ CheckFailure notConnected(const std::string& place, int number, std::chrono::sec
             "See whether this machine is on the network that the server belongs to."};
 }
 
-CheckFailure silent(const std::string& peer, std::chrono::seconds patience) {
+LdapTestFailure silent(const std::string& peer, std::chrono::seconds patience) {
     return {kind::timeout, "The server accepts the connection and then says nothing.",
             peer + ": no answer to the attempt to encrypt within " + inSeconds(patience.count()) + ".",
             "See whether a directory server, and not something else, listens on that port, and whether it "
             "hangs; or choose a longer time limit."};
 }
 
-CheckFailure noTls(const std::string& peer, const std::string& evidence) {
+LdapTestFailure noTls(const std::string& peer, const std::string& evidence) {
     return {kind::tlsUnsupported, "The server can't encrypt the connection in this way.",
             peer + ": " + evidence + ".",
             "Choose the other way to encrypt (StartTLS or LDAPS) or another port, or have the server's "
             "administrator switch encryption on."};
 }
 
-CheckFailure noAuthorities(const std::string& path, const std::string& evidence) {
+LdapTestFailure noAuthorities(const std::string& path, const std::string& evidence) {
     return {kind::caFileUnreadable, "The certificates of the authorities can't be read.",
             path + ": " + evidence + ".",
             "Choose a file that holds certificates in PEM form and that root may read."};
@@ -168,7 +168,7 @@ void LdapWire::encrypt(const std::string& host, const WireTrust& trust, std::chr
     gnutls_transport_set_pull_function(session_, pulled);
     try {
         shakeHands(Clock::now() + patience);
-    } catch (const CheckFailure& failure) {
+    } catch (const LdapTestFailure& failure) {
         throw failure.kind == kind::timeout ? silent(peer_, patience) : failure;
     }
     isEncrypted_ = true;
@@ -186,7 +186,7 @@ void LdapWire::shakeHands(Time deadline) {
         if (status == GNUTLS_E_SUCCESS) return;
         if (status == GNUTLS_E_AGAIN || status == GNUTLS_E_INTERRUPTED) {
             const short events = gnutls_record_get_direction(session_) == 1 ? POLLOUT : POLLIN;
-            if (!waitFor(events, deadline)) throw CheckFailure{kind::timeout, "", "", ""};
+            if (!waitFor(events, deadline)) throw LdapTestFailure{kind::timeout, "", "", ""};
             continue;
         }
         if (gnutls_error_is_fatal(status) == 0) continue;

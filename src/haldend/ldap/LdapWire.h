@@ -8,7 +8,7 @@
 #include <string>
 
 #include "haldend/ldap/HostLookup.h"
-#include "haldend/ldap/LdapCheckReport.h"
+#include "haldend/ldap/LdapTestReport.h"
 #include "haldend/storage/FileDescriptor.h"
 
 namespace corvane::haldend {
@@ -30,7 +30,7 @@ public:
     LdapWire& operator=(const LdapWire&) = delete;
     ~LdapWire();
 
-    /// Each throws `CheckFailure` or `Stopped`.
+    /// Each throws `LdapTestFailure` or `Stopped`.
     void connect(const std::string& host, int port, std::chrono::seconds patience);
     void encrypt(const std::string& host, const WireTrust& trust, std::chrono::seconds patience);
     /// Waits a moment for the server to say something.

@@ -22,8 +22,8 @@ Failure changedElsewhere(const std::string& evidence) {
 }
 
 /// The files whose contents differ, as in "/etc/nsswitch.conf differs".
-std::string changedFiles(const MachineFolder& folder, const MachinePicture::Fingerprints& before,
-                         const MachinePicture::Fingerprints& now) {
+std::string changedFiles(const MachineFolder& folder, const MachineSnapshot::Fingerprints& before,
+                         const MachineSnapshot::Fingerprints& now) {
     constexpr const char* names[] = {machineFile::nsswitch, machineFile::sssd, machineFile::policies};
     std::vector<std::string> changed;
     for (std::size_t i = 0; i < before.size(); ++i)
@@ -59,12 +59,12 @@ Machine::Machine(MachineFolder folder, const platform::PropertyListCodec& codec,
       sssd_(sssdControlFor(folder_, log, [this] { stillWaiting(); })),
       session_(std::to_string(std::random_device()())) {
     repair();
-    picture_ = read();
-    seen_.fill(picture_.fingerprints());
+    snapshot_ = read();
+    seen_.fill(snapshot_.fingerprints());
 }
 
 std::shared_ptr<const SssdFile> Machine::sssdFileWith(const std::string& text) const {
-    return reader_.read(text, picture_.sssd().snippets(), folder_.pathOf(machineFile::sssd));
+    return reader_.read(text, snapshot_.sssd().snippets(), folder_.pathOf(machineFile::sssd));
 }
 
 void Machine::repair() {
@@ -78,37 +78,37 @@ void Machine::repair() {
     }
 }
 
-MachinePicture Machine::read() {
-    auto picture = MachinePicture::read(folder_, codec_, reader_);
+MachineSnapshot Machine::read() {
+    auto snapshot = MachineSnapshot::read(folder_, codec_, reader_);
     // Another process may be renaming the files one by one; then they are read once more.
-    for (int i = 0; i < 3 && picture.stampsAtReading() != MachinePicture::stamps(folder_); ++i)
-        picture = MachinePicture::read(folder_, codec_, reader_);
-    return picture;
+    for (int i = 0; i < 3 && snapshot.stampsAtReading() != MachineSnapshot::stamps(folder_); ++i)
+        snapshot = MachineSnapshot::read(folder_, codec_, reader_);
+    return snapshot;
 }
 
-const MachinePicture& Machine::picture() {
-    if (MachinePicture::stamps(folder_) == picture_.stampsAtReading()) return picture_;
+const MachineSnapshot& Machine::snapshot() {
+    if (MachineSnapshot::stamps(folder_) == snapshot_.stampsAtReading()) return snapshot_;
     repair();
-    const auto before = picture_.fingerprints();
+    const auto before = snapshot_.fingerprints();
     adopt(read());
-    if (picture_.fingerprints() != before) signal();
-    return picture_;
+    if (snapshot_.fingerprints() != before) signal();
+    return snapshot_;
 }
 
-void Machine::adopt(MachinePicture fresh) {
-    if (!fresh.hasSameDirectoriesAs(picture_)) ++revision_;
-    picture_ = std::move(fresh);
+void Machine::adopt(MachineSnapshot fresh) {
+    if (!fresh.hasSameDirectoriesAs(snapshot_)) ++revision_;
+    snapshot_ = std::move(fresh);
 }
 
 std::string Machine::directoriesRevision() {
-    (void)picture();
+    (void)snapshot();
     return session_ + "-" + std::to_string(revision_);
 }
 
 void Machine::change(View view, const std::function<void(MachinePolicy&)>& decide) {
     const auto require = [&] {
         requireUnchangedSinceRead(view);
-        if (view == View::authentication) (void)picture_.policy(); // what it is written to can be read
+        if (view == View::authentication) (void)snapshot_.policy(); // what it is written to can be read
     };
     changeLocked(require, [&](MachineDraft& draft) { decide(draft.policy); });
 }
@@ -116,22 +116,22 @@ void Machine::change(View view, const std::function<void(MachinePolicy&)>& decid
 void Machine::changeDirectories(std::string_view revision, const std::function<void(MachineDraft&)>& decide) {
     const auto require = [&] {
         requireRevision(revision);
-        (void)picture_.policy();
+        (void)snapshot_.policy();
     };
     changeLocked(require, decide);
 }
 
 void Machine::changeLocked(const std::function<void()>& require,
                            const std::function<void(MachineDraft&)>& decide) {
-    MachinePicture::Fingerprints before;
+    MachineSnapshot::Fingerprints before;
     {
         const FolderLock lock(folder_);
         if (MachineTransaction::needsRecovery(folder_)) MachineTransaction::recover(folder_, lock, log_);
         require();
         stillWaiting();
-        before = picture_.fingerprints();
-        MachineDraft draft{picture_.storedPolicy(), picture_.additions(), picture_.sssdText(),
-                           picture_.knownNodes()};
+        before = snapshot_.fingerprints();
+        MachineDraft draft{snapshot_.storedPolicy(), snapshot_.additions(), snapshot_.sssdText(),
+                           snapshot_.knownNodes()};
         decide(draft);
         stillWaiting();
         write(lock, draft);
@@ -140,19 +140,19 @@ void Machine::changeLocked(const std::function<void()>& require,
         stillWaiting();
         // A client with a stale view stays stale.
         for (auto& seen : seen_)
-            if (seen == before) seen = picture_.fingerprints();
+            if (seen == before) seen = snapshot_.fingerprints();
     }
-    const auto& now = picture_.fingerprints();
+    const auto& now = snapshot_.fingerprints();
     if (before[0] != now[0] || before[1] != now[1]) tellSssd(before);
     if (before != now) signal();
 }
 
-void Machine::tellSssd(const MachinePicture::Fingerprints& before) {
-    const auto ground = picture_.ground();
-    const bool isChanged = before[1] != picture_.fingerprints()[1];
-    if (!activeDirectories(picture_.policy(), ground).empty())
+void Machine::tellSssd(const MachineSnapshot::Fingerprints& before) {
+    const auto inputs = snapshot_.inputs();
+    const bool isChanged = before[1] != snapshot_.fingerprints()[1];
+    if (!activeDirectories(snapshot_.policy(), inputs).empty())
         sssd_->filesChanged(SssdUse::needed);
-    else if (isChanged && !ground.sssd.trouble().empty())
+    else if (isChanged && !inputs.sssd.trouble().empty())
         sssd_->filesChanged(SssdUse::impossible);
     else
         sssd_->filesChanged(isChanged ? SssdUse::changed : SssdUse::notNeeded);
@@ -161,7 +161,7 @@ void Machine::tellSssd(const MachinePicture::Fingerprints& before) {
 void Machine::requireUnchangedSinceRead(View view) {
     auto fresh = read();
     const auto now = fresh.fingerprints();
-    const bool isNews = now != picture_.fingerprints();
+    const bool isNews = now != snapshot_.fingerprints();
     adopt(std::move(fresh));
     if (now == seen(view)) return;
     if (isNews) signal();
@@ -170,7 +170,7 @@ void Machine::requireUnchangedSinceRead(View view) {
 
 void Machine::requireRevision(std::string_view revision) {
     auto fresh = read();
-    const bool isNews = fresh.fingerprints() != picture_.fingerprints();
+    const bool isNews = fresh.fingerprints() != snapshot_.fingerprints();
     adopt(std::move(fresh));
     if (isNews) signal();
     if (revision != session_ + "-" + std::to_string(revision_))
@@ -181,7 +181,7 @@ void Machine::requireRevision(std::string_view revision) {
 std::vector<std::string> Machine::wantedDomains(const MachineDraft& draft) const {
     const auto edited = sssdFileWith(draft.sssd);
     const auto nodes = domainNodes(*edited);
-    return domainsFor(draft.policy, {picture_.ground().nsswitch, *edited, nodes, draft.added.formerList});
+    return domainsFor(draft.policy, {snapshot_.inputs().nsswitch, *edited, nodes, draft.added.formerList});
 }
 
 /// The text with the names that the policy wants on the `domains` line. Without any directory on the policy
@@ -191,60 +191,60 @@ std::string Machine::sssdTextFor(MachineDraft& draft, const std::vector<std::str
     const bool isServedAlready = names == edited->servedDomains() && edited->trouble().empty();
     if (names.empty() || isServedAlready) return draft.sssd;
     if (edited->servedDomains().empty() && !draft.added.domains && !draft.added.emptyDomains)
-        draft.added.emptyDomains = lineListing(draft.sssd); // nothing on it can be served
+        draft.added.emptyDomains = domainsLine(draft.sssd); // nothing on it can be served
     auto full = fullList(names, fullList(edited->listedDomains(), draft.added.formerList));
     std::erase_if(full, [&](const auto& name) { return !edited->domainNamed(name); });
     draft.added.formerList = full == names ? std::vector<std::string>() : full;
-    return textListing(draft.sssd, names, draft.added);
+    return textWithDomainsLine(draft.sssd, names, draft.added);
 }
 
 /// A last look before anything is written: what SSSD itself reads there is what was meant.
-void Machine::requireServed(const std::vector<std::string>& wanted, const PolicyGround& ground) const {
+void Machine::requireServed(const std::vector<std::string>& wanted, const PolicyInputs& inputs) const {
     if (wanted.empty()) return;
-    const auto snippet = ground.sssd.snippetDeciding("sssd", "domains");
-    if (wanted != ground.sssd.listedDomains() && !snippet.empty())
+    const auto snippet = inputs.sssd.snippetDeciding("sssd", "domains");
+    if (wanted != inputs.sssd.listedDomains() && !snippet.empty())
         throw notServable(snippet + " sets the option \"domains\", which overrides the one in " +
                               folder_.pathOf(machineFile::sssd) + ".",
                           "Take the line \"domains\" out of " + snippet + ", then apply again.");
-    if (!ground.sssd.trouble().empty())
-        throw notServable("With the changed configuration SSSD would not start: " + ground.sssd.trouble(),
+    if (!inputs.sssd.trouble().empty())
+        throw notServable("With the changed configuration SSSD would not start: " + inputs.sssd.trouble(),
                           "Correct " + folder_.pathOf(machineFile::sssd) + ", then apply again.");
-    for (const auto& name : ground.sssd.servedDomains())
+    for (const auto& name : inputs.sssd.servedDomains())
         if (std::ranges::find(wanted, name) == wanted.end())
             throw notServable("The section [domain/" + name +
                                   "] says \"enabled = true\", so SSSD serves it whatever else is listed.",
                               "Take that line out of the section, then apply again.");
-    if (wanted != ground.sssd.servedDomains())
-        throw notServable("SSSD would serve " + commaJoined(ground.sssd.servedDomains()) + " instead of " +
+    if (wanted != inputs.sssd.servedDomains())
+        throw notServable("SSSD would serve " + commaJoined(inputs.sssd.servedDomains()) + " instead of " +
                               commaJoined(wanted) + ".",
                           "Correct " + folder_.pathOf(machineFile::sssd) + ", then apply again.");
 }
 
 /// Where the last directory goes and nobody has edited anything but `sss` since the first one came,
 /// nsswitch.conf gets the bytes that it had then: some distributions ask SSSD before there is a directory.
-std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyGround& ground) const {
-    const bool wanted = !activeDirectories(draft.policy, ground).empty();
-    const bool wasWanted = !activeDirectories(picture_.policy(), picture_.ground()).empty();
-    const auto& text = ground.nsswitch.text();
-    if (!wanted && !wasWanted && servedNodes(ground).empty()) return text;
-    if (wanted && !wasWanted && ground.nsswitch.usesSssd()) draft.added.nsswitch = text;
+std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyInputs& inputs) const {
+    const bool wanted = !activeDirectories(draft.policy, inputs).empty();
+    const bool wasWanted = !activeDirectories(snapshot_.policy(), snapshot_.inputs()).empty();
+    const auto& text = inputs.nsswitch.text();
+    if (!wanted && !wasWanted && servedNodes(inputs).empty()) return text;
+    if (wanted && !wasWanted && inputs.nsswitch.usesSssd()) draft.added.nsswitch = text;
     const auto memory = draft.added.lines;
-    auto changed = ground.nsswitch.textUsingSssd(wanted, draft.added.lines);
+    auto changed = inputs.nsswitch.textUsingSssd(wanted, draft.added.lines);
     if (wanted || !draft.added.nsswitch || draft.policy.authentication.mode == PolicyMode::localOnly)
         return changed;
     const NsswitchFile former(*std::exchange(draft.added.nsswitch, std::nullopt),
                               folder_.pathOf(machineFile::nsswitch));
     auto now = memory, then = memory;
-    const bool isSame = former.textUsingSssd(false, then) == ground.nsswitch.textUsingSssd(false, now);
-    const bool isIdle = servedNodes({former, ground.sssd, ground.nodes, ground.formerList}).empty();
+    const bool isSame = former.textUsingSssd(false, then) == inputs.nsswitch.textUsingSssd(false, now);
+    const bool isIdle = servedNodes({former, inputs.sssd, inputs.nodes, inputs.formerList}).empty();
     return isSame && isIdle ? former.text() : changed;
 }
 
 void Machine::replaceSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
                           StoredPolicy& stored) {
-    const auto& before = picture_.ground().sssd;
+    const auto& before = snapshot_.inputs().sssd;
     if (draft.added.file && SssdLines(text).isBlank()) {
-        if (picture_.hasSssdFile()) transaction.remove(machineFile::sssd, draft.added.folder);
+        if (snapshot_.hasSssdFile()) transaction.remove(machineFile::sssd, draft.added.folder);
         stored.sssd = sssdFingerprint(std::nullopt, before.snippets());
         stored.added = {};
         stored.added.nsswitch = draft.added.nsswitch;
@@ -257,8 +257,8 @@ void Machine::replaceSssd(MachineTransaction& transaction, const MachineDraft& d
 }
 
 void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored) {
-    const auto before = picture_.ground();
-    if (!picture_.hasSssdFile()) {
+    const auto before = snapshot_.inputs();
+    if (!snapshot_.hasSssdFile()) {
         MachineAdditions fresh;
         fresh.folder = !hasFolder(folder_, machineFile::sssd);
         fresh.file = true;
@@ -271,12 +271,12 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
     const auto sssd = sssdTextFor(draft, wanted);
     const auto after = sssdFileWith(sssd);
     const auto nodes = domainNodes(*after);
-    const PolicyGround ground{before.nsswitch, *after, nodes, draft.added.formerList};
-    requireServed(wanted, ground);
+    const PolicyInputs inputs{before.nsswitch, *after, nodes, draft.added.formerList};
+    requireServed(wanted, inputs);
     stillWaiting();
-    const auto nsswitch = nsswitchTextFor(draft, ground);
+    const auto nsswitch = nsswitchTextFor(draft, inputs);
     if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
-        throw generatedFile(folder_, !activeDirectories(draft.policy, ground).empty());
+        throw generatedFile(folder_, !activeDirectories(draft.policy, inputs).empty());
     stored.added = draft.added;
     replaceSssd(transaction, draft, sssd, stored);
     if (nsswitch == before.nsswitch.text()) return;
@@ -288,13 +288,13 @@ void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, S
 /// the administrator's.
 void Machine::write(const FolderLock& lock, MachineDraft& draft) {
     const bool isAboutFiles =
-        isOtherLogin(draft.policy, picture_.storedPolicy()) || draft.sssd != picture_.sssdText();
+        isOtherLogin(draft.policy, snapshot_.storedPolicy()) || draft.sssd != snapshot_.sssdText();
     MachineTransaction transaction(folder_, lock);
-    auto stored = picture_.asStored(draft.policy);
+    auto stored = snapshot_.asStored(draft.policy);
     stored.added = draft.added;
     if (isAboutFiles) writeFiles(transaction, draft, stored);
     const auto text = storedText(stored, codec_);
-    if (Fingerprint::of(text) == picture_.fingerprints()[2]) return; // nothing is new
+    if (Fingerprint::of(text) == snapshot_.fingerprints()[2]) return; // nothing is new
     // For its owner alone: from the fingerprint of sssd.conf a password in it could be guessed.
     transaction.replace(machineFile::policies, text, 0600, true);
     transaction.commit();

@@ -7,7 +7,7 @@
 #include <string>
 #include <string_view>
 
-#include "haldend/machine/MachinePicture.h"
+#include "haldend/machine/MachineSnapshot.h"
 #include "haldend/policy/PolicyStore.h"
 #include "haldend/sssd/SssdControl.h"
 #include "haldend/sssd/SssdValidator.h"
@@ -40,12 +40,13 @@ public:
     Machine& operator=(const Machine&) = delete;
 
     [[nodiscard]] const MachineFolder& folder() const { return folder_; }
-    /// The present picture; the files are read again if they have changed. Borrowed until the next call.
-    [[nodiscard]] const MachinePicture& picture();
+    /// The present snapshot; the files are read again if they have changed. Borrowed until the next call.
+    [[nodiscard]] const MachineSnapshot& snapshot();
     /// The two policies are read, and looked at, one by one.
     enum class View { authentication, contacts };
-    /// From here on changes of that policy are based on what `picture()` says now: somebody has looked at it.
-    void noteThatPolicyWasRead(View view) { seen(view) = picture().fingerprints(); }
+    /// From here on changes of that policy are based on what `snapshot()` says now: somebody has looked at
+    /// it.
+    void noteThatPolicyWasRead(View view) { seen(view) = snapshot().fingerprints(); }
 
     /// Lets `decide` edit the policy, and the machine's files with it where the login policy or a connector
     /// is changed; all or nothing. Through `View::contacts` also while the files can't be read. Throws
@@ -54,7 +55,7 @@ public:
     /// again.
     void change(View view, const std::function<void(MachinePolicy&)>& decide);
 
-    /// Stands for the directories and all their options as `picture()` has them: another text once one of
+    /// Stands for the directories and all their options as `snapshot()` has them: another text once one of
     /// them differs. It tells nothing about what they are, passwords least of all.
     [[nodiscard]] std::string directoriesRevision();
     /// As `change`, for the directories themselves; `draft` may be edited whole. Throws `Failure` with code
@@ -64,7 +65,7 @@ public:
     [[nodiscard]] std::shared_ptr<const SssdFile> sssdFileWith(const std::string& text) const;
 
     /// Looks whether another program has changed the files, and tells the listener. Cheap: three `stat`s.
-    void pollForChanges() { (void)picture(); }
+    void pollForChanges() { (void)snapshot(); }
     /// Called after each change of the settings, whoever made it.
     void setChangeListener(std::function<void()> listener) { listener_ = std::move(listener); }
     /// Called again and again during a change, between its steps and while other programs are waited for. It
@@ -72,11 +73,11 @@ public:
     void setWaitListener(StillWaiting listener) { waitListener_ = std::move(listener); }
 
 private:
-    using Fingerprints = MachinePicture::Fingerprints;
+    using Fingerprints = MachineSnapshot::Fingerprints;
 
     void repair();
-    [[nodiscard]] MachinePicture read();
-    void adopt(MachinePicture fresh);
+    [[nodiscard]] MachineSnapshot read();
+    void adopt(MachineSnapshot fresh);
     void requireUnchangedSinceRead(View view);
     void requireRevision(std::string_view revision);
     /// Holds the lock, lets `require` look at the present state and `decide` edit it, and writes the result.
@@ -87,10 +88,10 @@ private:
                      StoredPolicy& stored);
     [[nodiscard]] std::vector<std::string> wantedDomains(const MachineDraft& draft) const;
     [[nodiscard]] std::string sssdTextFor(MachineDraft& draft, const std::vector<std::string>& names) const;
-    [[nodiscard]] std::string nsswitchTextFor(MachineDraft& draft, const PolicyGround& ground) const;
-    void requireServed(const std::vector<std::string>& wanted, const PolicyGround& ground) const;
+    [[nodiscard]] std::string nsswitchTextFor(MachineDraft& draft, const PolicyInputs& inputs) const;
+    void requireServed(const std::vector<std::string>& wanted, const PolicyInputs& inputs) const;
     [[nodiscard]] Fingerprints& seen(View view) { return seen_[static_cast<std::size_t>(view)]; }
-    void tellSssd(const MachinePicture::Fingerprints& before);
+    void tellSssd(const MachineSnapshot::Fingerprints& before);
     void signal() const;
     void stillWaiting() const {
         if (waitListener_) waitListener_();
@@ -104,7 +105,7 @@ private:
     std::function<void()> listener_;
     StillWaiting waitListener_;
     mutable SssdFileReader reader_; ///< what it keeps changes nothing but the time
-    MachinePicture picture_;
+    MachineSnapshot snapshot_;
     std::array<Fingerprints, 2> seen_{}; ///< of the state that the client has seen, by `View`
     std::string session_;                ///< so that the revisions of two runs are never the same
     std::uint64_t revision_ = 0;

@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "haldend/nodes/LdapCheckCalls.h"
 #include "haldend/nodes/LdapServers.h"
+#include "haldend/nodes/LdapTestCalls.h"
 #include "haldend/records/AccountFiles.h"
 #include "haldend/storage/Failure.h"
 #include "sdk/LdapServerCalls.h"
@@ -82,7 +82,7 @@ util::BytesView soleAuthorizationIn(util::BytesView request) {
 RecordList ConfigNode::fetch(const QueryParameters& parameters, bool) {
     RecordList records;
     if (wantsType(parameters, recordType::plugins)) {
-        const auto disabled = engine().machine().picture().disabledConnectors();
+        const auto disabled = engine().machine().snapshot().disabledConnectors();
         for (const auto& connector : engine().connectorCatalog().all())
             append(records, parameters, recordType::plugins, attributesOf(connector, disabled));
     }
@@ -112,9 +112,9 @@ std::optional<util::Bytes> ConfigNode::ldapCall(std::int32_t code, util::BytesVi
     namespace ldap = sdk::ldap::call;
     using Answerer = util::Bytes (*)(Engine&, util::BytesView);
     static constexpr std::pair<std::int32_t, Answerer> answerers[] = {{ldap::writeServers, writeLdapServers},
-                                                                      {ldap::startCheck, startLdapCheck},
-                                                                      {ldap::checkReport, ldapCheckReport},
-                                                                      {ldap::cancelCheck, cancelLdapCheck}};
+                                                                      {ldap::startCheck, startLdapTest},
+                                                                      {ldap::checkReport, ldapTestReport},
+                                                                      {ldap::cancelCheck, cancelLdapTest}};
     if (code == ldap::listServers) return listLdapServers(engine());
     for (const auto& [known, answer] : answerers)
         if (code == known) {

@@ -33,12 +33,12 @@ util::Value valueOf(const LdapServer& server, const std::string& node, bool isOn
 }
 
 /// What either policy consults, in whichever mode it is.
-std::set<std::string> nodesOnPolicies(const MachinePicture& picture) {
-    const auto policy = picture.policy();
-    const auto ground = picture.ground();
+std::set<std::string> nodesOnPolicies(const MachineSnapshot& snapshot) {
+    const auto policy = snapshot.policy();
+    const auto inputs = snapshot.inputs();
     std::set<std::string> names;
     for (const auto* each : {&policy.authentication, &policy.contacts})
-        for (auto& name : consultedNodes(*each, policy.disabled, ground))
+        for (auto& name : consultedNodes(*each, policy.disabled, inputs))
             names.insert(std::move(name));
     return names;
 }
@@ -154,7 +154,7 @@ void requireMeaning(const SssdFile& before, const SssdFile& after, const LdapSer
 
 /// Both policies go on with the servers' new nodes in the places of the old ones. A node's name may change
 /// with its address, and with that of another one of the same address.
-void followInPolicy(SearchPolicy& policy, const std::vector<DomainNode>& before,
+void followInPolicy(StoredSearchPolicy& policy, const std::vector<DomainNode>& before,
                     const std::vector<DomainNode>& after, const LdapServersRequest& request) {
     std::vector<std::string> names;
     for (const auto& name : policy.custom) {
@@ -177,7 +177,7 @@ void apply(MachineDraft& draft, const util::Dictionary& values, const Machine& m
     const auto edited = requireReadable(text, machine);
     requireMeaning(*before, *edited, request);
     const auto listed = listedAfter(edited->listedDomains(), request);
-    if (listed != edited->listedDomains()) replaceText(text, textListing(text, listed, draft.added));
+    if (listed != edited->listedDomains()) replaceText(text, textWithDomainsLine(text, listed, draft.added));
     const auto after = domainNodes(*edited);
     followInPolicy(draft.policy.authentication, draft.nodes, after, request);
     followInPolicy(draft.policy.contacts, draft.nodes, after, request);
@@ -210,9 +210,9 @@ util::Bytes replyOf(util::ValueMap values, const platform::PropertyListCodec& co
 util::Bytes listLdapServers(Engine& engine) {
     auto& machine = engine.machine();
     const auto revision = machine.directoriesRevision();
-    const auto consulted = nodesOnPolicies(machine.picture());
+    const auto consulted = nodesOnPolicies(machine.snapshot());
     util::ValueList servers;
-    for (const auto& node : machine.picture().nodes())
+    for (const auto& node : machine.snapshot().nodes())
         if (isLdapServer(node.domain))
             servers.push_back(
                 valueOf(LdapServer::from(node.domain), node.name, consulted.contains(node.name)));

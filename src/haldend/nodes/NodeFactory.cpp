@@ -17,13 +17,13 @@ Failure unknown(const std::string& name, const std::string& reason, const std::s
 }
 
 std::shared_ptr<EngineNode> directoryNamed(const std::shared_ptr<Engine>& engine, const std::string& name) {
-    const auto& picture = engine->machine().picture();
-    const auto& nodes = picture.nodes();
+    const auto& snapshot = engine->machine().snapshot();
+    const auto& nodes = snapshot.nodes();
     const auto found = std::ranges::find(nodes, name, &DomainNode::name);
     if (found == nodes.end())
         throw unknown(name, "This machine's configuration has no directory of that name.",
                       "See whether it was renamed or removed, and take it off the search policy if so.");
-    if (picture.storedPolicy().disabled.contains(found->connector))
+    if (snapshot.storedPolicy().disabled.contains(found->connector))
         throw unknown(name, "The connector " + found->connector + " is switched off.",
                       "Switch it on in the Services pane.");
     if (found->connector != "LDAP") return std::make_shared<SssdOnlyNode>(engine, *found);
@@ -57,9 +57,9 @@ std::shared_ptr<EngineNode> nodeNamed(const std::shared_ptr<Engine>& engine, con
 }
 
 std::vector<std::string> nodeNames(Engine& engine) {
-    const auto& picture = engine.machine().picture();
+    const auto& snapshot = engine.machine().snapshot();
     auto names = localNodeNames();
-    for (auto& name : usableNodes(picture.nodes(), picture.storedPolicy().disabled))
+    for (auto& name : usableNodes(snapshot.nodes(), snapshot.storedPolicy().disabled))
         names.push_back(std::move(name));
     names.emplace_back(searchNodeName);
     names.emplace_back(contactsNodeName);

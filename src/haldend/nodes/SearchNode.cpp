@@ -60,7 +60,7 @@ SearchNode::SearchNode(std::shared_ptr<Engine> engine, Purpose purpose)
                  std::string(purpose == Purpose::authentication ? searchNodeName : contactsNodeName)),
       purpose_(purpose) {}
 
-SearchPolicy& SearchNode::policyIn(MachinePolicy& policy) const {
+StoredSearchPolicy& SearchNode::policyIn(MachinePolicy& policy) const {
     return purpose_ == Purpose::authentication ? policy.authentication : policy.contacts;
 }
 
@@ -69,14 +69,14 @@ Machine::View SearchNode::view() const {
 }
 
 /// The contacts policy isn't expressed by the machine's files, so damage there leaves it in reach.
-SearchPolicy SearchNode::policyOf(const MachinePicture& picture) const {
-    return purpose_ == Purpose::authentication ? picture.policy().authentication
-                                               : picture.storedPolicy().contacts;
+StoredSearchPolicy SearchNode::policyOf(const MachineSnapshot& snapshot) const {
+    return purpose_ == Purpose::authentication ? snapshot.policy().authentication
+                                               : snapshot.storedPolicy().contacts;
 }
 
 /// A list that nobody ever stored begins as what Automatic uses now, so that choosing Custom changes nothing
 /// yet.
-std::vector<std::string> SearchNode::customPath(const SearchPolicy& policy,
+std::vector<std::string> SearchNode::customPath(const StoredSearchPolicy& policy,
                                                 const std::vector<std::string>& automatic) const {
     if (!policy.hasCustom) return withLocalNodes(automatic);
     return purpose_ == Purpose::authentication ? withLocalNodes(policy.custom) : policy.custom;
@@ -85,25 +85,25 @@ std::vector<std::string> SearchNode::customPath(const SearchPolicy& policy,
 AttributeMap SearchNode::details() {
     auto& machine = engine().machine();
     machine.noteThatPolicyWasRead(view());
-    const auto& picture = machine.picture();
-    const auto own = policyOf(picture);
-    const auto automatic = picture.automaticDirectories();
+    const auto& snapshot = machine.snapshot();
+    const auto own = policyOf(snapshot);
+    const auto automatic = snapshot.automaticDirectories();
     // Sections that can't be used concern the machine, and are said there.
-    const bool concernsUs = purpose_ == Purpose::authentication || !picture.knowsDirectories();
+    const bool concernsUs = purpose_ == Purpose::authentication || !snapshot.knowsDirectories();
     return {{std::string(attribute::searchPolicy), {attributeOf(own.mode)}},
             {std::string(attribute::automaticSearchPath), withLocalNodes(automatic)},
             {std::string(attribute::localOnlySearchPath), localNodeNames()},
             {std::string(attribute::customSearchPath), customPath(own, automatic)},
-            {std::string(attribute::remarks), concernsUs ? picture.remarks() : std::vector<std::string>()}};
+            {std::string(attribute::remarks), concernsUs ? snapshot.remarks() : std::vector<std::string>()}};
 }
 
 std::vector<std::string> SearchNode::activePath() const {
-    const auto& picture = engine().machine().picture();
-    const auto own = policyOf(picture);
+    const auto& snapshot = engine().machine().snapshot();
+    const auto own = policyOf(snapshot);
     if (own.mode == PolicyMode::localOnly) return localNodeNames();
-    const auto automatic = picture.automaticDirectories();
+    const auto automatic = snapshot.automaticDirectories();
     if (own.mode == PolicyMode::automatic) return withLocalNodes(automatic);
-    const auto usable = picture.usableDirectories();
+    const auto usable = snapshot.usableDirectories();
     auto path = customPath(own, automatic);
     std::erase_if(path, [&](const auto& name) {
         return !isLocalNode(name) && std::ranges::find(usable, name) == usable.end();
@@ -148,8 +148,8 @@ util::Bytes SearchNode::call(std::int32_t code, util::BytesView request) {
     }
 }
 
-std::vector<std::string> SearchNode::firstCustomList(const SearchPolicy& own) const {
-    auto list = customPath(own, engine().machine().picture().automaticDirectories());
+std::vector<std::string> SearchNode::firstCustomList(const StoredSearchPolicy& own) const {
+    auto list = customPath(own, engine().machine().snapshot().automaticDirectories());
     if (purpose_ == Purpose::authentication) std::erase_if(list, isLocalNode);
     return list;
 }
@@ -159,7 +159,7 @@ void SearchNode::setMode(PolicyMode mode, util::BytesView request) {
     auto& machine = engine().machine();
     machine.change(view(), [&](MachinePolicy& policy) {
         auto& own = policyIn(policy);
-        if (mode == PolicyMode::custom && !own.hasCustom && machine.picture().knowsDirectories()) {
+        if (mode == PolicyMode::custom && !own.hasCustom && machine.snapshot().knowsDirectories()) {
             own.custom = firstCustomList(own);
             own.hasCustom = true;
         }

@@ -28,14 +28,14 @@ protected:
     util::Bytes call(std::int32_t code, util::BytesView request) override;
 
 private:
-    [[nodiscard]] SearchPolicy& policyIn(MachinePolicy& policy) const;
+    [[nodiscard]] StoredSearchPolicy& policyIn(MachinePolicy& policy) const;
     [[nodiscard]] Machine::View view() const;
-    [[nodiscard]] SearchPolicy policyOf(const MachinePicture& picture) const;
-    [[nodiscard]] std::vector<std::string> customPath(const SearchPolicy& policy,
+    [[nodiscard]] StoredSearchPolicy policyOf(const MachineSnapshot& snapshot) const;
+    [[nodiscard]] std::vector<std::string> customPath(const StoredSearchPolicy& policy,
                                                       const std::vector<std::string>& automatic) const;
     /// What is stored first: a list that nobody stored yet as it is reported, without the local nodes where
     /// they aren't stored.
-    [[nodiscard]] std::vector<std::string> firstCustomList(const SearchPolicy& own) const;
+    [[nodiscard]] std::vector<std::string> firstCustomList(const StoredSearchPolicy& own) const;
     [[nodiscard]] std::vector<std::string> activePath() const;
     [[nodiscard]] std::vector<std::string> listFrom(util::BytesView bytes) const;
     void setMode(PolicyMode mode, util::BytesView request);

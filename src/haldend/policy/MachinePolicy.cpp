@@ -63,47 +63,47 @@ std::vector<std::string> automaticNodes(const SssdFile& sssd, const std::vector<
     return names;
 }
 
-std::vector<std::string> automaticNodes(const PolicyGround& ground, const DisabledConnectors& disabled) {
-    return automaticNodes(ground.sssd, ground.nodes, ground.formerList, disabled);
+std::vector<std::string> automaticNodes(const PolicyInputs& inputs, const DisabledConnectors& disabled) {
+    return automaticNodes(inputs.sssd, inputs.nodes, inputs.formerList, disabled);
 }
 
-std::vector<std::string> consultedNodes(const SearchPolicy& policy, const DisabledConnectors& disabled,
-                                        const PolicyGround& ground) {
+std::vector<std::string> consultedNodes(const StoredSearchPolicy& policy, const DisabledConnectors& disabled,
+                                        const PolicyInputs& inputs) {
     if (policy.mode == PolicyMode::localOnly) return {};
-    if (policy.mode == PolicyMode::automatic || !policy.hasCustom) return automaticNodes(ground, disabled);
-    const auto usable = usableNodes(ground.nodes, disabled);
+    if (policy.mode == PolicyMode::automatic || !policy.hasCustom) return automaticNodes(inputs, disabled);
+    const auto usable = usableNodes(inputs.nodes, disabled);
     std::vector<std::string> active;
     for (const auto& name : policy.custom)
         if (contains(usable, name) && !contains(active, name)) active.push_back(name);
     return active;
 }
 
-std::vector<std::string> activeDirectories(const MachinePolicy& policy, const PolicyGround& ground) {
-    return consultedNodes(policy.authentication, policy.disabled, ground);
+std::vector<std::string> activeDirectories(const MachinePolicy& policy, const PolicyInputs& inputs) {
+    return consultedNodes(policy.authentication, policy.disabled, inputs);
 }
 
-std::vector<std::string> domainsFor(const MachinePolicy& policy, const PolicyGround& ground) {
+std::vector<std::string> domainsFor(const MachinePolicy& policy, const PolicyInputs& inputs) {
     std::vector<std::string> names;
-    for (const auto& name : activeDirectories(policy, ground))
-        names.push_back(std::ranges::find(ground.nodes, name, &DomainNode::name)->domain.name);
+    for (const auto& name : activeDirectories(policy, inputs))
+        names.push_back(std::ranges::find(inputs.nodes, name, &DomainNode::name)->domain.name);
     return names;
 }
 
-std::vector<std::string> servedNodes(const PolicyGround& ground) {
+std::vector<std::string> servedNodes(const PolicyInputs& inputs) {
     std::vector<std::string> names;
-    if (!ground.nsswitch.usesSssd() || !ground.sssd.trouble().empty()) return names;
-    for (const auto& section : ground.sssd.servedDomains())
-        if (const auto* node = nodeOfSection(ground.nodes, section)) names.push_back(node->name);
+    if (!inputs.nsswitch.usesSssd() || !inputs.sssd.trouble().empty()) return names;
+    for (const auto& section : inputs.sssd.servedDomains())
+        if (const auto* node = nodeOfSection(inputs.nodes, section)) names.push_back(node->name);
     return names;
 }
 
-MachinePolicy derivedPolicy(const MachinePolicy& known, const PolicyGround& ground) {
-    const auto served = servedNodes(ground);
-    if (activeDirectories(known, ground) == served) return known;
+MachinePolicy derivedPolicy(const MachinePolicy& known, const PolicyInputs& inputs) {
+    const auto served = servedNodes(inputs);
+    if (activeDirectories(known, inputs) == served) return known;
     auto policy = known;
     for (const auto& name : served)
         policy.disabled.erase(connectorOf(name)); // it is on the machine, so it is on
-    if (served == automaticNodes(ground, policy.disabled) && ground.nsswitch.usesSssd())
+    if (served == automaticNodes(inputs, policy.disabled) && inputs.nsswitch.usesSssd())
         policy.authentication.mode = PolicyMode::automatic;
     else if (served.empty())
         policy.authentication.mode = PolicyMode::localOnly;

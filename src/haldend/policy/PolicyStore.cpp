@@ -103,7 +103,7 @@ MachineAdditions additionsFrom(const util::Dictionary& values) {
     return added;
 }
 
-util::Value valueOf(const SearchPolicy& policy) {
+util::Value valueOf(const StoredSearchPolicy& policy) {
     util::ValueMap values{{modeKey, static_cast<int>(policy.mode)}};
     if (policy.hasCustom) values.emplace(customKey, util::Array::ofTexts(policy.custom));
     return util::Dictionary(std::move(values));
@@ -129,7 +129,7 @@ std::vector<std::string> textsFrom(const util::Dictionary& values, const char* k
     return list.texts();
 }
 
-SearchPolicy policyFrom(const util::Dictionary& values, const char* key) {
+StoredSearchPolicy policyFrom(const util::Dictionary& values, const char* key) {
     const auto entry = required(values, key, util::Kind::Dictionary).as<util::Dictionary>();
     const auto mode = required(entry, modeKey, util::Kind::Number).as<util::Number>().integerValue();
     if (mode < 1 || mode > 3) throw Damage{"A mode is " + std::to_string(mode) + ", not 1, 2 or 3."};

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "haldend/files/SssdListing.h"
+#include "haldend/files/DomainsLine.h"
 #include "haldend/policy/MachinePolicy.h"
 #include "haldend/storage/MachineFolder.h"
 #include "platform/PropertyListCodec.h"

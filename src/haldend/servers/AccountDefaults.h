@@ -3,9 +3,9 @@
 #include <string>
 #include <vector>
 
+#include "haldend/files/DomainsLine.h"
 #include "haldend/files/SssdFile.h"
 #include "haldend/files/SssdLines.h"
-#include "haldend/files/SssdListing.h"
 
 namespace corvane::haldend {
 

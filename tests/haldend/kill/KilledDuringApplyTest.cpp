@@ -102,13 +102,13 @@ std::vector<std::string> leftovers(const TestMachine& machine) {
 }
 
 void expectWhole(TestMachine& machine) {
-    const auto& picture = machine.engine->machine().picture();
-    EXPECT_EQ(haldend::activeDirectories(picture.policy(), picture.ground()),
-              haldend::servedNodes(picture.ground()));
-    EXPECT_EQ(picture.ground().nsswitch.textUsingSssd(false), plainNsswitch);
-    EXPECT_EQ(withoutDomains(picture.ground().sssd.text()), withoutDomains(twoDirectories));
-    if (const auto wanted = haldend::domainsFor(picture.policy(), picture.ground()); !wanted.empty()) {
-        EXPECT_EQ(picture.ground().sssd.listedDomains(), wanted);
+    const auto& snapshot = machine.engine->machine().snapshot();
+    EXPECT_EQ(haldend::activeDirectories(snapshot.policy(), snapshot.inputs()),
+              haldend::servedNodes(snapshot.inputs()));
+    EXPECT_EQ(snapshot.inputs().nsswitch.textUsingSssd(false), plainNsswitch);
+    EXPECT_EQ(withoutDomains(snapshot.inputs().sssd.text()), withoutDomains(twoDirectories));
+    if (const auto wanted = haldend::domainsFor(snapshot.policy(), snapshot.inputs()); !wanted.empty()) {
+        EXPECT_EQ(snapshot.inputs().sssd.listedDomains(), wanted);
     }
     EXPECT_EQ(leftovers(machine), std::vector<std::string>());
 }

@@ -3,7 +3,7 @@
 
 #include "haldend/OwnMounts.h"
 #include "haldend/TestMachine.h"
-#include "haldend/machine/MachinePicture.h"
+#include "haldend/machine/MachineSnapshot.h"
 
 // The machine itself, with a folder of SSSD's that only a child process sees. It is only read.
 
@@ -21,9 +21,9 @@ std::optional<std::string> remarksWith(const TemporaryFolder& folder) {
             ::_exit(1);
         const plist::PropertyListCodec codec;
         haldend::SssdFileReader reader;
-        const auto picture = haldend::MachinePicture::read(haldend::MachineFolder("/"), codec, reader);
+        const auto snapshot = haldend::MachineSnapshot::read(haldend::MachineFolder("/"), codec, reader);
         std::string all;
-        for (const auto& remark : picture.remarks())
+        for (const auto& remark : snapshot.remarks())
             all += remark + "\n";
         std::ofstream("/etc/sssd/remarks") << all;
         ::_exit(0);

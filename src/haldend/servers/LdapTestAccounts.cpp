@@ -6,7 +6,7 @@
 #include "haldend/ldap/LdapSchema.h"
 #include "haldend/ldap/SidNumbers.h"
 #include "haldend/servers/AccountDefaults.h"
-#include "haldend/servers/LdapCheck.h"
+#include "haldend/servers/LdapTest.h"
 #include "sdk/LdapServerCalls.h"
 
 // The steps of a test that look accounts up. They count only what SSSD would take from this directory: an
@@ -17,7 +17,7 @@ namespace corvane::haldend {
 namespace kind = sdk::ldap::failure;
 
 /// A kind of account, and which one of it is to be found.
-struct LdapCheck::Account {
+struct LdapTest::Account {
     std::string what, name; ///< "user" or "group"; "" for any one
     std::string base, className, nameAttribute;
     std::string number, groupNumber; ///< attributes; the latter "" for groups
@@ -53,20 +53,20 @@ std::string present(const std::string& attribute) { return "(" + attribute + "=*
 
 } // namespace
 
-std::string LdapCheck::findUser() {
+std::string LdapTest::findUser() {
     return findAccount({"user", plan_.user, baseFor("ldap_user_search_base"), name("ldap_user_object_class"),
                         name("ldap_user_name"), name("ldap_user_uid_number"), name("ldap_user_gid_number"),
                         name("ldap_user_objectsid"), name("ldap_user_primary_group"),
                         name("ldap_user_home_directory"), name("ldap_user_shell")});
 }
 
-std::string LdapCheck::findGroup() {
+std::string LdapTest::findGroup() {
     return findAccount({"group", plan_.group, baseFor("ldap_group_search_base"),
                         name("ldap_group_object_class"), name("ldap_group_name"),
                         name("ldap_group_gid_number"), "", name("ldap_group_objectsid"), "", "", ""});
 }
 
-std::string LdapCheck::findAccount(const Account& wanted) const {
+std::string LdapTest::findAccount(const Account& wanted) const {
     const bool computes = plan_.server.computesNumbers;
     std::string numbers = computes ? (wanted.sid.empty() ? "" : present(wanted.sid))
                                    : present(wanted.number) + "(!(" + wanted.number + "=0))";
@@ -85,14 +85,14 @@ std::string LdapCheck::findAccount(const Account& wanted) const {
 }
 
 /// Says whether there is nothing at all, or only what has no number.
-void LdapCheck::failToFind(const Account& wanted) const {
+void LdapTest::failToFind(const Account& wanted) const {
     const auto filter = "(&" + filterFor(wanted.className, wanted.nameAttribute, wanted.name) + ")";
     const auto answer = search(wanted.base, LDAP_SCOPE_SUBTREE, filter, {wanted.nameAttribute}, 1);
     auto* entry = ldap_first_entry(ldap_.get(), answer.message.get());
     if (!entry) requireAllowed(answer, "in this way");
     const auto quoted = "\"" + wanted.name + "\"";
     if (!entry)
-        throw CheckFailure{
+        throw LdapTestFailure{
             kind::nothingFound,
             wanted.name.empty() ? "No " + wanted.what + " was found."
                                 : "There is no " + wanted.what + " " + quoted + ".",
@@ -103,7 +103,7 @@ void LdapCheck::failToFind(const Account& wanted) const {
     const auto stored = wanted.number + (wanted.groupNumber.empty() ? "" : " and " + wanted.groupNumber);
     const bool computes = plan_.server.computesNumbers;
     const bool mayCompute = !computes && plan_.server.schema == sdk::ldap::schema::activeDirectory;
-    throw CheckFailure{
+    throw LdapTestFailure{
         kind::noNumbers,
         wanted.name.empty()
             ? "No " + wanted.what + " has a number, so this machine finds none."
@@ -121,7 +121,7 @@ void LdapCheck::failToFind(const Account& wanted) const {
                          wanted.what + "."};
 }
 
-std::optional<std::string> LdapCheck::described(LDAPMessage* entry, const Account& wanted) const {
+std::optional<std::string> LdapTest::described(LDAPMessage* entry, const Account& wanted) const {
     const auto numbers =
         plan_.server.computesNumbers ? computedNumbersOf(entry, wanted) : numbersOf(entry, wanted);
     if (!numbers) return std::nullopt;
@@ -137,14 +137,14 @@ std::optional<std::string> LdapCheck::described(LDAPMessage* entry, const Accoun
 }
 
 /// SSSD's own limits, within which both numbers of a user must be.
-bool LdapCheck::isUsable(const std::string& number) const {
+bool LdapTest::isUsable(const std::string& number) const {
     const auto value = numberIn(number);
     const auto least = numberIn(plan_.options.option("min_id")).value_or(1);
     const auto most = numberIn(plan_.options.option("max_id")).value_or(0);
     return value && *value >= std::max<std::int64_t>(least, 1) && (most <= 0 || *value <= most);
 }
 
-std::optional<std::string> LdapCheck::numbersOf(LDAPMessage* entry, const Account& wanted) const {
+std::optional<std::string> LdapTest::numbersOf(LDAPMessage* entry, const Account& wanted) const {
     const auto own = valuesOf(entry, wanted.number);
     if (own.empty() || !isUsable(own.front())) return std::nullopt;
     if (wanted.groupNumber.empty()) return ", number " + own.front();
@@ -153,7 +153,7 @@ std::optional<std::string> LdapCheck::numbersOf(LDAPMessage* entry, const Accoun
     return ", number " + own.front() + ", group " + group.front();
 }
 
-std::optional<std::string> LdapCheck::computedNumbersOf(LDAPMessage* entry, const Account& wanted) const {
+std::optional<std::string> LdapTest::computedNumbersOf(LDAPMessage* entry, const Account& wanted) const {
     constexpr std::int64_t securityGroup = 0x80000000; // SSSD passes over groups for mail alone
     const auto types = valuesOf(entry, "groupType");
     const auto type = types.empty() ? std::nullopt : numberIn(types.front());
@@ -176,13 +176,13 @@ std::optional<std::string> LdapCheck::computedNumbersOf(LDAPMessage* entry, cons
 }
 
 // The schema is the one that is being tested, saved or not.
-std::string LdapCheck::name(const char* key) const {
+std::string LdapTest::name(const char* key) const {
     auto tried = plan_.options;
     tried.options["ldap_schema"] = plan_.server.schema;
     return ldapName(tried, key);
 }
 
-std::string LdapCheck::baseFor(const char* key) const {
+std::string LdapTest::baseFor(const char* key) const {
     const auto own = baseIn(plan_.options.option(key));
     return own.empty() ? base_ : own;
 }

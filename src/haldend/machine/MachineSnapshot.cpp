@@ -1,4 +1,4 @@
-#include "haldend/machine/MachinePicture.h"
+#include "haldend/machine/MachineSnapshot.h"
 
 #include <sys/stat.h>
 
@@ -26,10 +26,10 @@ void raise(const std::optional<halden::Error>& trouble) {
 }
 
 /// What the files say where nothing was ever stored.
-MachinePolicy firstPolicy(const PolicyGround& ground) {
+MachinePolicy firstPolicy(const PolicyInputs& inputs) {
     MachinePolicy policy;
-    if (ground.nsswitch.usesSssd()) policy.authentication.mode = PolicyMode::automatic;
-    return derivedPolicy(policy, ground);
+    if (inputs.nsswitch.usesSssd()) policy.authentication.mode = PolicyMode::automatic;
+    return derivedPolicy(policy, inputs);
 }
 
 std::string ownerRemark(const MachineFolder& folder) {
@@ -55,7 +55,7 @@ Fingerprint sssdFingerprint(const std::optional<std::string>& text,
     return fingerprint;
 }
 
-MachinePicture::Stamps MachinePicture::stamps(const MachineFolder& folder) {
+MachineSnapshot::Stamps MachineSnapshot::stamps(const MachineFolder& folder) {
     Stamps stamps;
     (void)troubleOf([&] {
         stamps = {folder.stamp(machineFile::nsswitch), folder.stamp(machineFile::sssd),
@@ -64,27 +64,27 @@ MachinePicture::Stamps MachinePicture::stamps(const MachineFolder& folder) {
     return stamps;
 }
 
-MachinePicture MachinePicture::read(const MachineFolder& folder, const platform::PropertyListCodec& codec,
-                                    SssdFileReader& reader) {
-    MachinePicture picture;
-    picture.stamps_ = stamps(folder);
-    picture.nsswitchTrouble_ = troubleOf([&] { picture.readNsswitch(folder); });
-    picture.sssdTrouble_ = troubleOf([&] { picture.readSssd(folder, reader); });
-    if (picture.sssdTrouble_)
-        picture.remarks_.push_back("No directory can be listed: " + picture.sssdTrouble_->description + " " +
-                                   picture.sssdTrouble_->reason);
-    picture.storeTrouble_ = troubleOf([&] { picture.readStore(folder, codec); });
-    picture.derivePolicy();
-    return picture;
+MachineSnapshot MachineSnapshot::read(const MachineFolder& folder, const platform::PropertyListCodec& codec,
+                                      SssdFileReader& reader) {
+    MachineSnapshot snapshot;
+    snapshot.stamps_ = stamps(folder);
+    snapshot.nsswitchTrouble_ = troubleOf([&] { snapshot.readNsswitch(folder); });
+    snapshot.sssdTrouble_ = troubleOf([&] { snapshot.readSssd(folder, reader); });
+    if (snapshot.sssdTrouble_)
+        snapshot.remarks_.push_back("No directory can be listed: " + snapshot.sssdTrouble_->description +
+                                    " " + snapshot.sssdTrouble_->reason);
+    snapshot.storeTrouble_ = troubleOf([&] { snapshot.readStore(folder, codec); });
+    snapshot.derivePolicy();
+    return snapshot;
 }
 
-void MachinePicture::readNsswitch(const MachineFolder& folder) {
+void MachineSnapshot::readNsswitch(const MachineFolder& folder) {
     const auto text = folder.read(machineFile::nsswitch);
     fingerprints_[0] = Fingerprint::of(text);
     nsswitch_.emplace(text.value_or(""), folder.pathOf(machineFile::nsswitch));
 }
 
-void MachinePicture::readSssd(const MachineFolder& folder, SssdFileReader& reader) {
+void MachineSnapshot::readSssd(const MachineFolder& folder, SssdFileReader& reader) {
     auto snippets = SssdSnippets::of(folder);
     auto text = folder.read(machineFile::sssd);
     hasSssdFile_ = text.has_value();
@@ -98,7 +98,7 @@ void MachinePicture::readSssd(const MachineFolder& folder, SssdFileReader& reade
         remarks_.push_back(std::move(sentence));
 }
 
-void MachinePicture::readStore(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
+void MachineSnapshot::readStore(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
     const auto text = folder.read(machineFile::policies);
     fingerprints_[2] = Fingerprint::of(text);
     if (!text) return;
@@ -109,61 +109,61 @@ void MachinePicture::readStore(const MachineFolder& folder, const platform::Prop
 
 /// The stored policy where the files are still those that it was stored with, or can't be read, else what the
 /// files say now.
-void MachinePicture::derivePolicy() {
+void MachineSnapshot::derivePolicy() {
     if (!nsswitch_ || !sssd_) {
         if (!stored_ && nsswitch_ && nsswitch_->usesSssd())
             policy_.authentication.mode = PolicyMode::automatic; // as where nothing is damaged
         return;
     }
     if (!stored_)
-        policy_ = firstPolicy(ground());
+        policy_ = firstPolicy(inputs());
     else if (stored_->nsswitch != fingerprints_[0] || stored_->sssd != fingerprints_[1])
-        policy_ = derivedPolicy(stored_->policy, ground());
+        policy_ = derivedPolicy(stored_->policy, inputs());
 }
 
-const std::vector<DomainNode>& MachinePicture::nodes() const {
+const std::vector<DomainNode>& MachineSnapshot::nodes() const {
     raise(sssdTrouble_);
     return nodes_;
 }
 
-const SssdFile& MachinePicture::sssd() const {
+const SssdFile& MachineSnapshot::sssd() const {
     raise(sssdTrouble_);
     return *sssd_;
 }
 
-const MachinePolicy& MachinePicture::policy() const {
+const MachinePolicy& MachineSnapshot::policy() const {
     raise(storeTrouble_);
-    (void)ground();
+    (void)inputs();
     return policy_;
 }
 
-const MachinePolicy& MachinePicture::storedPolicy() const {
+const MachinePolicy& MachineSnapshot::storedPolicy() const {
     raise(storeTrouble_);
     return policy_;
 }
 
 /// A policy that isn't derived from what the files say now still belongs to what they said before.
-StoredPolicy MachinePicture::asStored(const MachinePolicy& policy) const {
+StoredPolicy MachineSnapshot::asStored(const MachinePolicy& policy) const {
     const bool isOld = stored_ && (!nsswitch_ || !sssd_);
     return {policy, isOld ? stored_->nsswitch : fingerprints_[0], isOld ? stored_->sssd : fingerprints_[1],
             additions_};
 }
 
-std::vector<std::string> MachinePicture::automaticDirectories() const {
+std::vector<std::string> MachineSnapshot::automaticDirectories() const {
     if (!sssd_) return {};
     return automaticNodes(*sssd_, nodes_, additions_.formerList, policy_.disabled);
 }
 
-std::vector<std::string> MachinePicture::usableDirectories() const {
+std::vector<std::string> MachineSnapshot::usableDirectories() const {
     return usableNodes(nodes_, policy_.disabled);
 }
 
-bool MachinePicture::hasSameDirectoriesAs(const MachinePicture& other) const {
+bool MachineSnapshot::hasSameDirectoriesAs(const MachineSnapshot& other) const {
     if (!sssd_ || !other.sssd_) return sssd_ == other.sssd_;
     return sssd_ == other.sssd_ || sssd_->domains() == other.sssd_->domains();
 }
 
-PolicyGround MachinePicture::ground() const {
+PolicyInputs MachineSnapshot::inputs() const {
     raise(nsswitchTrouble_);
     raise(sssdTrouble_);
     return {*nsswitch_, *sssd_, nodes_, additions_.formerList};

@@ -9,14 +9,14 @@
 #include <string>
 #include <vector>
 
-#include "haldend/ldap/LdapCheckReport.h"
+#include "haldend/ldap/LdapTestReport.h"
 #include "haldend/ldap/LdapWire.h"
 #include "haldend/servers/LdapServer.h"
 
 namespace corvane::haldend {
 
 /// What is to be tried.
-struct LdapCheckPlan {
+struct LdapTestPlan {
     LdapServer server; ///< with the password that is to be used
     WireTrust trust;
     SssdDomain options;              ///< the saved section's, for the names of classes and attributes
@@ -28,15 +28,15 @@ struct LdapCheckPlan {
 
 /// Tries a server step by step, in a thread of its own; `report` may be asked for from any thread in the
 /// meantime. Holds everything that the thread needs.
-class LdapCheck {
+class LdapTest {
 public:
-    explicit LdapCheck(LdapCheckPlan plan);
-    LdapCheck(const LdapCheck&) = delete;
-    LdapCheck& operator=(const LdapCheck&) = delete;
+    explicit LdapTest(LdapTestPlan plan);
+    LdapTest(const LdapTest&) = delete;
+    LdapTest& operator=(const LdapTest&) = delete;
 
     /// Ends by itself, or soon after `stop` is requested. Never throws.
     void run(const std::stop_token& stop) noexcept;
-    [[nodiscard]] CheckReport report() const;
+    [[nodiscard]] LdapTestReport report() const;
 
 private:
     struct Unbinder {
@@ -62,7 +62,7 @@ private:
     void take(const char* step, const Action& action);
     void skip(const char* step, const std::string& detail);
     void note(const char* step, const char* state, const std::string& detail);
-    void fail(const CheckFailure& failure);
+    void fail(const LdapTestFailure& failure);
 
     std::string connect(const std::stop_token& stop);
     std::string encrypt();
@@ -94,12 +94,12 @@ private:
     /// SSSD's BASE?SCOPE?FILTER without what follows the base.
     [[nodiscard]] static std::string baseIn(const std::string& text);
 
-    LdapCheckPlan plan_;
+    LdapTestPlan plan_;
     std::unique_ptr<LdapWire> wire_; ///< outlives `ldap_`
     std::unique_ptr<LDAP, Unbinder> ldap_;
     std::string host_, base_;
     mutable std::mutex mutex_; ///< of the report
-    CheckReport report_;
+    LdapTestReport report_;
 };
 
 } // namespace corvane::haldend

@@ -1,4 +1,4 @@
-#include "haldend/servers/LdapCheck.h"
+#include "haldend/servers/LdapTest.h"
 #include "haldend/ldap/LdapLibrary.h"
 
 #include <openldap.h>
@@ -15,14 +15,14 @@ namespace security = sdk::ldap::security;
 
 namespace {
 
-CheckFailure lost(const std::string& peer) {
+LdapTestFailure lost(const std::string& peer) {
     return {kind::other, "The server has closed the connection.",
             peer + ": the connection ended before the answer.",
             "See the server's log. A server that only speaks LDAPS drops clients that don't encrypt "
             "immediately."};
 }
 
-CheckFailure silent(const std::string& peer, int seconds) {
+LdapTestFailure silent(const std::string& peer, int seconds) {
     return {kind::timeout, "The server accepts the connection but doesn't respond.",
             peer + ": no answer within " + inSeconds(seconds) + ".",
             "See whether a directory server, and not something else, listens on that port, and whether it is "
@@ -39,12 +39,12 @@ bool isRefusal(int status) {
 
 } // namespace
 
-std::string LdapCheck::Answer::text() const {
+std::string LdapTest::Answer::text() const {
     return std::string("\"") + ldap_err2string(status) + "\" (" + std::to_string(status) + ")" +
            (diagnostic.empty() ? "" : ": " + diagnostic);
 }
 
-std::vector<std::string> LdapCheck::valuesOf(LDAPMessage* entry, const std::string& attribute) const {
+std::vector<std::string> LdapTest::valuesOf(LDAPMessage* entry, const std::string& attribute) const {
     std::vector<std::string> values;
     if (attribute.empty()) return values;
     auto** found = ldap_get_values_len(ldap_.get(), entry, attribute.c_str());
@@ -54,58 +54,58 @@ std::vector<std::string> LdapCheck::valuesOf(LDAPMessage* entry, const std::stri
     return values;
 }
 
-std::string LdapCheck::baseIn(const std::string& text) { return text.substr(0, text.find('?')); }
+std::string LdapTest::baseIn(const std::string& text) { return text.substr(0, text.find('?')); }
 
 /// Servers say in two ways that they want encryption; one that has it already wants something else.
-void LdapCheck::requireAllowed(const Answer& answer, const std::string& how) const {
+void LdapTest::requireAllowed(const Answer& answer, const std::string& how) const {
     if (!isRefusal(answer.status)) return;
     const auto evidence = wire_->peer() + " says " + answer.text() + ".";
     const bool wantsMore =
         answer.status == LDAP_STRONG_AUTH_REQUIRED || answer.status == LDAP_CONFIDENTIALITY_REQUIRED;
     if (wantsMore && plan_.server.security == security::none)
-        throw CheckFailure{kind::encryptionRequired,
-                           "The server takes sign-ins over an encrypted connection only.", evidence,
-                           "Choose StartTLS or LDAPS as the encryption, and enter the certificate of the "
-                           "authority that has signed the server's."};
+        throw LdapTestFailure{kind::encryptionRequired,
+                              "The server takes sign-ins over an encrypted connection only.", evidence,
+                              "Choose StartTLS or LDAPS as the encryption, and enter the certificate of the "
+                              "authority that has signed the server's."};
     if (wantsMore)
-        throw CheckFailure{kind::bindRefused, "The server wants a stronger sign-in than a password.",
-                           evidence,
-                           "Ask the server's administrator to allow sign-ins with a password over an "
-                           "encrypted connection; SSSD signs in that way here."};
-    throw CheckFailure{kind::bindRefused, "The server refuses to serve anyone who signs in " + how + ".",
-                       evidence,
-                       "Enter a bind DN and a password, encrypt the connection, or have the server's "
-                       "administrator allow this kind of sign-in."};
+        throw LdapTestFailure{kind::bindRefused, "The server wants a stronger sign-in than a password.",
+                              evidence,
+                              "Ask the server's administrator to allow sign-ins with a password over an "
+                              "encrypted connection; SSSD signs in that way here."};
+    throw LdapTestFailure{kind::bindRefused, "The server refuses to serve anyone who signs in " + how + ".",
+                          evidence,
+                          "Enter a bind DN and a password, encrypt the connection, or have the server's "
+                          "administrator allow this kind of sign-in."};
 }
 
-LdapCheck::LdapCheck(LdapCheckPlan plan) : plan_(std::move(plan)) {
+LdapTest::LdapTest(LdapTestPlan plan) : plan_(std::move(plan)) {
     std::vector<const char*> names{step::connect, step::encrypt, step::bind, step::base};
     if (!plan_.wantsBases) names.insert(names.end(), {step::user, step::group});
     for (const auto* name : names)
         report_.steps.push_back({name, "waiting", ""});
 }
 
-CheckReport LdapCheck::report() const {
+LdapTestReport LdapTest::report() const {
     const std::lock_guard lock(mutex_);
     return report_;
 }
 
-void LdapCheck::note(const char* name, const char* state, const std::string& detail) {
+void LdapTest::note(const char* name, const char* state, const std::string& detail) {
     const std::lock_guard lock(mutex_);
-    const auto found = std::ranges::find(report_.steps, name, &CheckStep::name);
+    const auto found = std::ranges::find(report_.steps, name, &LdapTestStep::name);
     found->state = state;
     found->detail = detail;
 }
 
-void LdapCheck::skip(const char* name, const std::string& detail) { note(name, "skipped", detail); }
+void LdapTest::skip(const char* name, const std::string& detail) { note(name, "skipped", detail); }
 
 template <typename Action>
-void LdapCheck::take(const char* name, const Action& action) {
+void LdapTest::take(const char* name, const Action& action) {
     note(name, "running", "");
     note(name, "done", action());
 }
 
-void LdapCheck::fail(const CheckFailure& failure) {
+void LdapTest::fail(const LdapTestFailure& failure) {
     const std::lock_guard lock(mutex_);
     report_.failure = failure;
     for (auto& one : report_.steps) {
@@ -117,10 +117,10 @@ void LdapCheck::fail(const CheckFailure& failure) {
     }
 }
 
-void LdapCheck::run(const std::stop_token& stop) noexcept {
+void LdapTest::run(const std::stop_token& stop) noexcept {
     try {
         takeAll(stop);
-    } catch (const CheckFailure& failure) {
+    } catch (const LdapTestFailure& failure) {
         fail(failure);
     } catch (const Stopped&) {
         fail({kind::other, "The test was cancelled.", "", ""});
@@ -134,7 +134,7 @@ void LdapCheck::run(const std::stop_token& stop) noexcept {
     report_.isFinished = true;
 }
 
-void LdapCheck::takeAll(const std::stop_token& stop) {
+void LdapTest::takeAll(const std::stop_token& stop) {
     take(step::connect, [&] { return connect(stop); });
     if (plan_.server.security == security::none)
         skip(step::encrypt, "Encryption is switched off: SSSD looks accounts up, but logs nobody in.");
@@ -148,7 +148,7 @@ void LdapCheck::takeAll(const std::stop_token& stop) {
 }
 
 /// Most servers say their bases to anybody: a sign-in that would be refused must not hide them.
-void LdapCheck::takeBases() {
+void LdapTest::takeBases() {
     note(step::base, "running", "");
     const bool isOpen = keepBases();
     if (!isOpen && !plan_.server.bindDN.empty()) {
@@ -161,10 +161,10 @@ void LdapCheck::takeBases() {
 }
 
 /// The first address that answers counts, as with SSSD; the others are named with what was wrong.
-std::string LdapCheck::connect(const std::stop_token& stop) {
+std::string LdapTest::connect(const std::stop_token& stop) {
     const auto& server = plan_.server;
     const int standard = server.security == security::ldaps ? 636 : 389;
-    std::optional<CheckFailure> first;
+    std::optional<LdapTestFailure> first;
     std::string tried;
     for (const auto& address : server.addresses) {
         try {
@@ -173,7 +173,7 @@ std::string LdapCheck::connect(const std::stop_token& stop) {
                            std::chrono::seconds(server.connectTimeout));
             host_ = address;
             break;
-        } catch (const CheckFailure& failure) {
+        } catch (const LdapTestFailure& failure) {
             if (!first) first = failure;
             tried += (tried.empty() ? "" : " ") + failure.evidence;
         }
@@ -185,7 +185,7 @@ std::string LdapCheck::connect(const std::stop_token& stop) {
     prepareLdapLibrary();
     LDAP* ldap = nullptr;
     if (ldap_init_fd(wire_->socket(), LDAP_PROTO_EXT, nullptr, &ldap) != LDAP_SUCCESS)
-        throw CheckFailure{kind::other, "The LDAP library can't be used.", wire_->peer(), "Try again."};
+        throw LdapTestFailure{kind::other, "The LDAP library can't be used.", wire_->peer(), "Try again."};
     ldap_.reset(ldap);
     const int version = LDAP_VERSION3;
     ldap_set_option(ldap, LDAP_OPT_PROTOCOL_VERSION, &version);
@@ -196,34 +196,34 @@ std::string LdapCheck::connect(const std::stop_token& stop) {
     return wire_->peer() + " answers." + (tried.empty() ? "" : " Before it: " + tried);
 }
 
-std::string LdapCheck::encrypt() {
+std::string LdapTest::encrypt() {
     if (plan_.server.security == security::startTLS) startTls();
     wire_->encrypt(host_, plan_.trust, std::chrono::seconds(plan_.server.connectTimeout));
     return wire_->encryption() +
            (plan_.trust.isDemanded ? "" : " Nobody has looked at it: ldap_tls_reqcert says so.");
 }
 
-void LdapCheck::startTls() {
+void LdapTest::startTls() {
     int message = 0;
     ldap_extended_operation(ldap_.get(), LDAP_EXOP_START_TLS, nullptr, nullptr, nullptr, &message);
     const auto answer = await(message);
     if (answer.status == LDAP_SUCCESS) return;
-    throw CheckFailure{kind::tlsUnsupported, "The server can't encrypt with StartTLS.",
-                       wire_->peer() + " says " + answer.text() + ".",
-                       "Try LDAPS, or have the server's administrator give the server a certificate."};
+    throw LdapTestFailure{kind::tlsUnsupported, "The server can't encrypt with StartTLS.",
+                          wire_->peer() + " says " + answer.text() + ".",
+                          "Try LDAPS, or have the server's administrator give the server a certificate."};
 }
 
-std::string LdapCheck::bind() {
+std::string LdapTest::bind() {
     const auto& server = plan_.server;
     if (!server.bindDN.empty() && server.password.empty())
-        throw CheckFailure{kind::credentials, "There is no password for the bind DN.",
-                           plan_.hasReadablePassword
-                               ? "\"" + server.bindDN +
-                                     "\" is to sign in, and no password is stored or entered."
-                               : "The stored password is in a form that only SSSD can read.",
-                           "Enter the password, or clear the bind DN."};
+        throw LdapTestFailure{kind::credentials, "There is no password for the bind DN.",
+                              plan_.hasReadablePassword
+                                  ? "\"" + server.bindDN +
+                                        "\" is to sign in, and no password is stored or entered."
+                                  : "The stored password is in a form that only SSSD can read.",
+                              "Enter the password, or clear the bind DN."};
     if (!server.bindDN.empty() && server.security == security::none && !plan_.mayShowPassword)
-        throw CheckFailure{
+        throw LdapTestFailure{
             kind::clearPassword, "The password was not sent.",
             "The connection isn't encrypted: anybody on the network could read the password of "
             "\"" +
@@ -240,26 +240,27 @@ std::string LdapCheck::bind() {
     const bool isWrong = answer.status == LDAP_INVALID_CREDENTIALS ||
                          answer.status == LDAP_INVALID_DN_SYNTAX || answer.status == LDAP_NO_SUCH_OBJECT;
     if (isWrong && !server.bindDN.empty())
-        throw CheckFailure{kind::credentials, "The bind DN or its password is wrong.",
-                           wire_->peer() + " says " + answer.text() + " to \"" + server.bindDN + "\".",
-                           "Enter the password again, and check whether the bind DN is correct; the server "
-                           "doesn't say which of the two is wrong."};
+        throw LdapTestFailure{
+            kind::credentials, "The bind DN or its password is wrong.",
+            wire_->peer() + " says " + answer.text() + " to \"" + server.bindDN + "\".",
+            "Enter the password again, and check whether the bind DN is correct; the server "
+            "doesn't say which of the two is wrong."};
     requireAllowed(answer, who);
-    throw CheckFailure{kind::other, "The server doesn't let this machine sign in.",
-                       wire_->peer() + " says " + answer.text() + ".", "See the server's log."};
+    throw LdapTestFailure{kind::other, "The server doesn't let this machine sign in.",
+                          wire_->peer() + " says " + answer.text() + ".", "See the server's log."};
 }
 
-std::string LdapCheck::findBases(bool isKnown) {
+std::string LdapTest::findBases(bool isKnown) {
     if (!isKnown && !keepBases())
-        throw CheckFailure{kind::nothingFound, "The server doesn't list its naming contexts.",
-                           wire_->peer() + " names no naming context.",
-                           "Ask the server's administrator for the base DN and enter it."};
+        throw LdapTestFailure{kind::nothingFound, "The server doesn't list its naming contexts.",
+                              wire_->peer() + " names no naming context.",
+                              "Ask the server's administrator for the base DN and enter it."};
     const auto count = report_.bases.size();
     return std::to_string(count) + (count == 1 ? " base." : " bases.");
 }
 
 /// False where the server names none.
-bool LdapCheck::keepBases() {
+bool LdapTest::keepBases() {
     auto bases = rootValues("namingContexts");
     const auto preferred = rootValues("defaultNamingContext");
     std::erase(bases, ""); // some servers name the root of everything
@@ -271,15 +272,16 @@ bool LdapCheck::keepBases() {
     return true;
 }
 
-std::string LdapCheck::findBase() {
+std::string LdapTest::findBase() {
     base_ = baseIn(plan_.server.baseDN);
     const bool isGiven = !base_.empty();
     if (!isGiven) { // SSSD asks the server, too
         auto told = rootValues("defaultNamingContext");
         if (told.empty()) told = rootValues("namingContexts");
         if (told.empty() || told.front().empty())
-            throw CheckFailure{kind::noSuchBase, "There is no base DN.",
-                               "None is entered, and the server doesn't tell its own.", "Enter the base DN."};
+            throw LdapTestFailure{kind::noSuchBase, "There is no base DN.",
+                                  "None is entered, and the server doesn't tell its own.",
+                                  "Enter the base DN."};
         base_ = told.front();
     }
     const auto answer = search(base_, LDAP_SCOPE_BASE, "(objectClass=*)", {LDAP_NO_ATTRS}, 1);
@@ -289,14 +291,14 @@ std::string LdapCheck::findBase() {
     std::string known;
     for (const auto& name : rootValues("namingContexts"))
         known += (known.empty() ? "" : ", ") + ("\"" + name + "\"");
-    throw CheckFailure{kind::noSuchBase, "The base DN isn't in this directory.",
-                       "\"" + base_ + "\": " + wire_->peer() + " says " + answer.text() + "." +
-                           (answer.matched.empty() ? "" : " It only has \"" + answer.matched + "\"."),
-                       known.empty() ? "Correct the base DN."
-                                     : "Correct the base DN; the server holds " + known + "."};
+    throw LdapTestFailure{kind::noSuchBase, "The base DN isn't in this directory.",
+                          "\"" + base_ + "\": " + wire_->peer() + " says " + answer.text() + "." +
+                              (answer.matched.empty() ? "" : " It only has \"" + answer.matched + "\"."),
+                          known.empty() ? "Correct the base DN."
+                                        : "Correct the base DN; the server holds " + known + "."};
 }
 
-LdapCheck::Answer LdapCheck::await(int message) const {
+LdapTest::Answer LdapTest::await(int message) const {
     const auto seconds = plan_.server.searchTimeout;
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(seconds);
     for (;;) {
@@ -322,8 +324,8 @@ LdapCheck::Answer LdapCheck::await(int message) const {
     }
 }
 
-LdapCheck::Answer LdapCheck::search(const std::string& base, int scope, const std::string& filter,
-                                    const std::vector<std::string>& attributes, int most) const {
+LdapTest::Answer LdapTest::search(const std::string& base, int scope, const std::string& filter,
+                                  const std::vector<std::string>& attributes, int most) const {
     std::vector<char*> names;
     for (const auto& name : attributes)
         names.push_back(const_cast<char*>(name.c_str()));
@@ -332,13 +334,13 @@ LdapCheck::Answer LdapCheck::search(const std::string& base, int scope, const st
     const int status = ldap_search_ext(ldap_.get(), base.c_str(), scope, filter.c_str(), names.data(), 0,
                                        nullptr, nullptr, nullptr, most, &message);
     if (status == LDAP_FILTER_ERROR)
-        throw CheckFailure{kind::other, "The names of classes and attributes can't be used.", filter,
-                           "Correct them in the server's section of sssd.conf."};
+        throw LdapTestFailure{kind::other, "The names of classes and attributes can't be used.", filter,
+                              "Correct them in the server's section of sssd.conf."};
     if (status != LDAP_SUCCESS) throw lost(wire_->peer());
     return await(message);
 }
 
-std::vector<std::string> LdapCheck::rootValues(const char* attribute) const {
+std::vector<std::string> LdapTest::rootValues(const char* attribute) const {
     const auto answer = search("", LDAP_SCOPE_BASE, "(objectClass=*)", {attribute}, 1);
     auto* entry = ldap_first_entry(ldap_.get(), answer.message.get());
     return entry ? valuesOf(entry, attribute) : std::vector<std::string>();

@@ -1,10 +1,10 @@
-#include "haldend/LdapChecksTest.h"
+#include "haldend/LdapTestJobsTest.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;
 using testing::HasSubstr;
 
-TEST(LdapChecks, everythingRight_goesThroughAllStepsAndSaysWhatItSaw) {
+TEST(LdapTestJobs, everythingRight_goesThroughAllStepsAndSaysWhatItSaw) {
     const TestSlapd slapd;
     const Bench machine;
     const auto result = machine.tried(
@@ -17,7 +17,7 @@ TEST(LdapChecks, everythingRight_goesThroughAllStepsAndSaysWhatItSaw) {
     EXPECT_THAT(result.step("group", "detail"), HasSubstr("cn=makers,dc=example,dc=com"));
 }
 
-TEST(LdapChecks, nobodyNamedAndNoBaseEntered_findsTheServersBaseAndAnyUser) {
+TEST(LdapTestJobs, nobodyNamedAndNoBaseEntered_findsTheServersBaseAndAnyUser) {
     const TestSlapd slapd;
     const Bench machine;
     const auto result = machine.tried(plain(slapd.port(), {{serverKey::baseDN, ""}}));
@@ -25,7 +25,7 @@ TEST(LdapChecks, nobodyNamedAndNoBaseEntered_findsTheServersBaseAndAnyUser) {
     EXPECT_THAT(result.step("base", "detail"), HasSubstr("dc=example,dc=com"));
 }
 
-TEST(LdapChecks, bothWaysToEncrypt_trustTheAuthorityThatIsChosen) {
+TEST(LdapTestJobs, bothWaysToEncrypt_trustTheAuthorityThatIsChosen) {
     const TestCertificates certificates;
     const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
     const Bench machine;
@@ -37,7 +37,7 @@ TEST(LdapChecks, bothWaysToEncrypt_trustTheAuthorityThatIsChosen) {
     }
 }
 
-TEST(LdapChecks, certificateForAnAddress_isTakenForThatAddressAlone) {
+TEST(LdapTestJobs, certificateForAnAddress_isTakenForThatAddressAlone) {
     const TestSlapd slapd(0, "sizelimit unlimited", true);
     const Bench machine;
     const auto at = [&](const char* address) {
@@ -51,7 +51,7 @@ TEST(LdapChecks, certificateForAnAddress_isTakenForThatAddressAlone) {
     EXPECT_THAT(other.evidence(), HasSubstr("made out for 127.0.0.1"));
 }
 
-TEST(LdapChecks, certificateOfAnotherAuthority_isUntrustedAndNamed) {
+TEST(LdapTestJobs, certificateOfAnotherAuthority_isUntrustedAndNamed) {
     const TestCertificates certificates;
     const TestCertificates others;
     const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
@@ -68,7 +68,7 @@ TEST(LdapChecks, certificateOfAnotherAuthority_isUntrustedAndNamed) {
     expectClear(machine.tried(encrypted(slapd.port(), "startTLS", keyInstead)), kind::caFileUnreadable);
 }
 
-TEST(LdapChecks, expiredCertificate_isToldWithItsEnd) {
+TEST(LdapTestJobs, expiredCertificate_isToldWithItsEnd) {
     const TestCertificates certificates("localhost", -TestCertificates::day);
     const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
     const auto result = Bench().tried(encrypted(slapd.tlsPort(), "ldaps", certificates.authority()));
@@ -77,7 +77,7 @@ TEST(LdapChecks, expiredCertificate_isToldWithItsEnd) {
     EXPECT_EQ(result.states(), "done failed skipped skipped skipped skipped");
 }
 
-TEST(LdapChecks, certificateThatIsNotValidYet_isToldFromAnOldOne) {
+TEST(LdapTestJobs, certificateThatIsNotValidYet_isToldFromAnOldOne) {
     const TestCertificates certificates("localhost", 2 * TestCertificates::day, TestCertificates::day);
     const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
     const auto result = Bench().tried(encrypted(slapd.tlsPort(), "ldaps", certificates.authority()));
@@ -85,7 +85,7 @@ TEST(LdapChecks, certificateThatIsNotValidYet_isToldFromAnOldOne) {
     EXPECT_THAT(result.failure("cause"), HasSubstr("isn't valid yet"));
 }
 
-TEST(LdapChecks, savedOptionsThatAskForNoCertificate_areFollowedAndTold) {
+TEST(LdapTestJobs, savedOptionsThatAskForNoCertificate_areFollowedAndTold) {
     const TestSlapd slapd(0, "sizelimit unlimited", true);
     for (const std::string demand : {"never", "allow", "demand"}) {
         const Bench machine("[domain/office]\nid_provider = ldap\nldap_uri = ldaps://localhost:" +
@@ -98,7 +98,7 @@ TEST(LdapChecks, savedOptionsThatAskForNoCertificate_areFollowedAndTold) {
     }
 }
 
-TEST(LdapChecks, certificateOfAnotherHost_isToldWithBothNames) {
+TEST(LdapTestJobs, certificateOfAnotherHost_isToldWithBothNames) {
     const TestCertificates certificates("ldap.example.com");
     const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
     const auto result = Bench().tried(encrypted(slapd.port(), "startTLS", certificates.authority()));
@@ -107,14 +107,14 @@ TEST(LdapChecks, certificateOfAnotherHost_isToldWithBothNames) {
     EXPECT_THAT(result.evidence(), HasSubstr("\"localhost\""));
 }
 
-TEST(LdapChecks, serverThatCannotEncrypt_isToldFromOneThatIsNotTrusted) {
+TEST(LdapTestJobs, serverThatCannotEncrypt_isToldFromOneThatIsNotTrusted) {
     const TestSlapd slapd;
     const Bench machine;
     expectClear(machine.tried(encrypted(slapd.port(), "startTLS", "")), kind::tlsUnsupported);
     expectClear(machine.tried(encrypted(slapd.port(), "ldaps", "")), kind::tlsUnsupported);
 }
 
-TEST(LdapChecks, wrongPasswordWrongBaseAndUnknownUser_areThreeDifferentFailures) {
+TEST(LdapTestJobs, wrongPasswordWrongBaseAndUnknownUser_areThreeDifferentFailures) {
     const TestSlapd slapd;
     const Bench machine;
     const auto wrong = machine.tried(
@@ -131,19 +131,19 @@ TEST(LdapChecks, wrongPasswordWrongBaseAndUnknownUser_areThreeDifferentFailures)
     expectClear(machine.tried(plain(slapd.port(), {{serverKey::schema, "ad"}})), kind::nothingFound);
 }
 
-TEST(LdapChecks, anonymousBindNotAllowed_isNotTakenForAWrongPassword) {
+TEST(LdapTestJobs, anonymousBindNotAllowed_isNotTakenForAWrongPassword) {
     const TestSlapd slapd(0, "disallow bind_anon");
     expectClear(Bench().tried(plain(slapd.port())), kind::bindRefused);
 }
 
-TEST(LdapChecks, closedPortAndUnknownHost_areTold) {
+TEST(LdapTestJobs, closedPortAndUnknownHost_areTold) {
     const Bench machine;
     expectClear(machine.tried(plain(unusedPort())), kind::refused);
     expectClear(machine.tried(plain(389, {{serverKey::addresses, util::Array{"nowhere.invalid"}}})),
                 kind::unknownHost);
 }
 
-TEST(LdapChecks, hostThatSaysNothingAtAll_isToldFromOneThatHangs) {
+TEST(LdapTestJobs, hostThatSaysNothingAtAll_isToldFromOneThatHangs) {
     const SilentServer silent(0);
     const int first = silent.connection(); // whoever comes behind it waits for room
     const int second = silent.connection();
@@ -156,7 +156,7 @@ TEST(LdapChecks, hostThatSaysNothingAtAll_isToldFromOneThatHangs) {
     EXPECT_EQ(result.states(), "failed skipped skipped skipped skipped skipped");
 }
 
-TEST(LdapChecks, addressThatAPersonWroteOtherwise_isLeftOutAndAloneRefused) {
+TEST(LdapTestJobs, addressThatAPersonWroteOtherwise_isLeftOutAndAloneRefused) {
     const TestSlapd slapd;
     const auto port = std::to_string(slapd.port());
     const std::string section = "[domain/office]\nid_provider = ldap\nldap_uri = ";
@@ -168,7 +168,7 @@ TEST(LdapChecks, addressThatAPersonWroteOtherwise_isLeftOutAndAloneRefused) {
     EXPECT_THAT(answer.error.reason, HasSubstr("DNS"));
 }
 
-TEST(LdapChecks, savedNamesBasesAndFolderOfAuthorities_areUsedAsBySssd) {
+TEST(LdapTestJobs, savedNamesBasesAndFolderOfAuthorities_areUsedAsBySssd) {
     const TestCertificates certificates;
     const TestSlapd slapd(0, "sizelimit unlimited", true, certificates.folder());
     const TemporaryFolder authorities;
@@ -184,7 +184,7 @@ TEST(LdapChecks, savedNamesBasesAndFolderOfAuthorities_areUsedAsBySssd) {
     EXPECT_THAT(result.evidence(), HasSubstr("ou=people,dc=example,dc=com"));
 }
 
-TEST(LdapChecks, secondAddress_isTakenWhereTheFirstDoesNotAnswer) {
+TEST(LdapTestJobs, secondAddress_isTakenWhereTheFirstDoesNotAnswer) {
     const TestSlapd slapd;
     const auto result =
         Bench().tried(plain(slapd.port(), {{serverKey::addresses, util::Array{"127.9.9.9", "127.0.0.1"}}}));
@@ -193,7 +193,7 @@ TEST(LdapChecks, secondAddress_isTakenWhereTheFirstDoesNotAnswer) {
     EXPECT_THAT(result.step("connect", "detail"), HasSubstr("127.9.9.9, port"));
 }
 
-TEST(LdapChecks, serverThatHangsAfterTheConnection_isToldInEachSecurityMode) {
+TEST(LdapTestJobs, serverThatHangsAfterTheConnection_isToldInEachSecurityMode) {
     const SilentServer silent;
     const Bench machine;
     std::vector<util::Value> jobs;
@@ -206,7 +206,7 @@ TEST(LdapChecks, serverThatHangsAfterTheConnection_isToldInEachSecurityMode) {
     }
 }
 
-TEST(LdapChecks, bases_areThoseOfTheServerWithoutAnAccount) {
+TEST(LdapTestJobs, bases_areThoseOfTheServerWithoutAnAccount) {
     const TestSlapd slapd(0, "disallow bind_anon");
     const auto result = Bench().tried(plain(slapd.port()), {{"kind", "bases"}});
     EXPECT_EQ(result.kind(), "") << result.evidence();
@@ -216,7 +216,7 @@ TEST(LdapChecks, bases_areThoseOfTheServerWithoutAnAccount) {
     EXPECT_EQ(result.report.textForKey(reportKey::defaultBase), "dc=example,dc=com");
 }
 
-TEST(LdapChecks, baseThatTheServerPrefers_isTheDefaultOne) {
+TEST(LdapTestJobs, baseThatTheServerPrefers_isTheDefaultOne) {
     const TemporaryFolder folder;
     folder.write("root.ldif", "dn:\ndefaultNamingContext: dc=preferred\n\n");
     const TestSlapd slapd(0, "attributetype ( 1.3.6.1.4.1.55555.1 NAME 'defaultNamingContext' SYNTAX "
@@ -228,7 +228,7 @@ TEST(LdapChecks, baseThatTheServerPrefers_isTheDefaultOne) {
               std::vector<std::string>{"dc=example,dc=com"});
 }
 
-TEST(LdapChecks, finished_isForgottenWithItsReport) {
+TEST(LdapTestJobs, finished_isForgottenWithItsReport) {
     const Bench machine;
     const auto job = machine.start(plain(unusedPort()));
     expectClear(machine.finished(job), kind::refused);
@@ -237,7 +237,7 @@ TEST(LdapChecks, finished_isForgottenWithItsReport) {
     EXPECT_THAT(again.error.description, HasSubstr("no such try"));
 }
 
-TEST(LdapChecks, endsThatNobodyAsksAbout_makeRoomTheOldestFirst) {
+TEST(LdapTestJobs, endsThatNobodyAsksAbout_makeRoomTheOldestFirst) {
     const Bench machine;
     const auto port = unusedPort();
     const util::Dictionary request{
@@ -251,7 +251,7 @@ TEST(LdapChecks, endsThatNobodyAsksAbout_makeRoomTheOldestFirst) {
     expectClear(machine.finished(jobs.back()), kind::refused);
 }
 
-TEST(LdapChecks, passwordThatOnlySssdCanRead_isNotTakenForAMissingOne) {
+TEST(LdapTestJobs, passwordThatOnlySssdCanRead_isNotTakenForAMissingOne) {
     const TestSlapd slapd;
     const Bench machine("[domain/office]\nid_provider = ldap\nldap_uri = ldap://localhost:" +
                         std::to_string(slapd.port()) + "\nldap_default_bind_dn = " + bound +
@@ -264,7 +264,7 @@ TEST(LdapChecks, passwordThatOnlySssdCanRead_isNotTakenForAMissingOne) {
         "");
 }
 
-TEST(LdapChecks, savedPassword_isUsedWhereNoneIsEntered) {
+TEST(LdapTestJobs, savedPassword_isUsedWhereNoneIsEntered) {
     const TestSlapd slapd;
     const Bench machine("");
     auto saved = plain(slapd.port(), {{serverKey::bindDN, bound},
@@ -278,7 +278,7 @@ TEST(LdapChecks, savedPassword_isUsedWhereNoneIsEntered) {
                 kind::credentials);
 }
 
-TEST(LdapChecks, cancelled_isForgottenAtOnceThoughTheServerHangs) {
+TEST(LdapTestJobs, cancelled_isForgottenAtOnceThoughTheServerHangs) {
     const SilentServer silent;
     const Bench machine;
     const auto slow =
@@ -301,7 +301,7 @@ TEST(LdapChecks, cancelled_isForgottenAtOnceThoughTheServerHangs) {
     EXPECT_FALSE(answer.values.valueForKey("job").isNull());
 }
 
-TEST(LdapChecks, engineThatGoesWithChecksUnderWay_doesNotWaitForTheServer) {
+TEST(LdapTestJobs, engineThatGoesWithChecksUnderWay_doesNotWaitForTheServer) {
     const SilentServer silent;
     ::alarm(50); // ends the test if it does
     {
@@ -317,7 +317,7 @@ TEST(LdapChecks, engineThatGoesWithChecksUnderWay_doesNotWaitForTheServer) {
     ::alarm(0);
 }
 
-TEST(LdapChecks, requestThatIsWrong_isRefusedBeforeAnythingIsTried) {
+TEST(LdapTestJobs, requestThatIsWrong_isRefusedBeforeAnythingIsTried) {
     const Bench machine;
     const auto refused = [&](util::Dictionary values) {
         const auto answer = machine.ask(serverCall::startCheck, values);

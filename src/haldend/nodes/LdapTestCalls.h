@@ -8,8 +8,8 @@ namespace corvane::haldend {
 // come without the authorization, which the node has looked at. Main thread; none of them waits for a server.
 // Each throws `Failure`.
 
-util::Bytes startLdapCheck(Engine& engine, util::BytesView request);
-util::Bytes ldapCheckReport(Engine& engine, util::BytesView request);
-util::Bytes cancelLdapCheck(Engine& engine, util::BytesView request);
+util::Bytes startLdapTest(Engine& engine, util::BytesView request);
+util::Bytes ldapTestReport(Engine& engine, util::BytesView request);
+util::Bytes cancelLdapTest(Engine& engine, util::BytesView request);
 
 } // namespace corvane::haldend

@@ -8,7 +8,7 @@ namespace corvane::haldend {
 
 /// Why a try of a server ended early. `kind` is one of sdk::ldap::failure; the rest is for people. Thrown
 /// from step to step inside a check; it never leaves its thread that way.
-struct CheckFailure {
+struct LdapTestFailure {
     std::string kind, cause, evidence, nextStep;
 };
 
@@ -17,17 +17,17 @@ struct CheckFailure {
     return std::to_string(number) + (number == 1 ? " second" : " seconds");
 }
 
-struct CheckStep {
+struct LdapTestStep {
     std::string name; ///< one of sdk::ldap::step
     std::string state = "waiting";
     std::string detail;
 };
 
 /// How far a try of a server has got, in the words of sdk/LdapServerCalls.h. Holds no secret.
-struct CheckReport {
+struct LdapTestReport {
     bool isFinished = false;
-    std::vector<CheckStep> steps;
-    std::optional<CheckFailure> failure;
+    std::vector<LdapTestStep> steps;
+    std::optional<LdapTestFailure> failure;
     std::vector<std::string> bases;
     std::string defaultBase;
 };

@@ -41,10 +41,10 @@ struct MachineAdditions {
 /// already. A line that is missing is added with `services`, which SSSD needs where nothing starts its
 /// services on demand; what is added is noted in `added`. Without names what `added` notes is taken away
 /// again, and so is a line that isn't ours: SSSD doesn't start with an empty one.
-[[nodiscard]] std::string textListing(const std::string& text, const std::vector<std::string>& names,
-                                      MachineAdditions& added);
+[[nodiscard]] std::string textWithDomainsLine(const std::string& text, const std::vector<std::string>& names,
+                                              MachineAdditions& added);
 
 /// The line `domains` as it is; none when there is none.
-[[nodiscard]] std::optional<std::string> lineListing(const std::string& text);
+[[nodiscard]] std::optional<std::string> domainsLine(const std::string& text);
 
 } // namespace corvane::haldend

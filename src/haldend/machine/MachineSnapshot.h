@@ -19,8 +19,8 @@ namespace corvane::haldend {
                                           const std::vector<SssdSnippet>& snippets);
 
 /// What a machine folder said at one moment: its configuration files, its directories and its policy. Damage
-/// is part of the picture, so that what isn't affected goes on working. Immutable once read.
-class MachinePicture {
+/// is part of it, so that what isn't affected goes on working. Immutable once read.
+class MachineSnapshot {
 public:
     /// One each for nsswitch.conf, sssd.conf with its snippets, and the stored policy.
     using Fingerprints = std::array<Fingerprint, 3>;
@@ -28,7 +28,7 @@ public:
     using Stamps = std::array<FileStamp, 4>;
 
     /// Reads the folder, sssd.conf through `reader`. Never throws for what the folder holds.
-    [[nodiscard]] static MachinePicture
+    [[nodiscard]] static MachineSnapshot
     read(const MachineFolder& folder, const platform::PropertyListCodec& codec, SssdFileReader& reader);
     [[nodiscard]] static Stamps stamps(const MachineFolder& folder);
 
@@ -38,7 +38,7 @@ public:
     [[nodiscard]] const std::vector<DomainNode>& nodes() const;
     [[nodiscard]] const SssdFile& sssd() const;
     [[nodiscard]] const MachinePolicy& policy() const;
-    [[nodiscard]] PolicyGround ground() const;
+    [[nodiscard]] PolicyInputs inputs() const;
     /// The policy where the files can be read, else as it was stored last: enough for all but the login
     /// policy and the connectors, which the files express. Throws `Failure` when the store can't be read.
     [[nodiscard]] const MachinePolicy& storedPolicy() const;
@@ -54,7 +54,7 @@ public:
     [[nodiscard]] const std::vector<std::string>& remarks() const { return remarks_; }
     [[nodiscard]] bool hasSssdFile() const { return hasSssdFile_; }
     /// True when both hold the same directories with the same options.
-    [[nodiscard]] bool hasSameDirectoriesAs(const MachinePicture& other) const;
+    [[nodiscard]] bool hasSameDirectoriesAs(const MachineSnapshot& other) const;
     /// What this service has added to the machine; nothing where that can't be read.
     [[nodiscard]] const MachineAdditions& additions() const { return additions_; }
     /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or

@@ -1,12 +1,12 @@
-#include "haldend/nodes/LdapCheckCalls.h"
+#include "haldend/nodes/LdapTestCalls.h"
 
 #include <algorithm>
 
 #include "haldend/ldap/LdapSettings.h"
 #include "haldend/nodes/LdapServers.h"
 #include "haldend/servers/AccountDefaults.h"
-#include "haldend/servers/LdapCheck.h"
 #include "haldend/servers/LdapServerRequest.h"
+#include "haldend/servers/LdapTest.h"
 #include "haldend/storage/Failure.h"
 #include "sdk/LdapServerCalls.h"
 
@@ -63,8 +63,8 @@ SssdDomain optionsFor(const LdapServerPut& put, const SssdFile& saved) {
     return options;
 }
 
-LdapCheckPlan planFrom(const util::Dictionary& values, const SssdFile& saved, const MachineFolder& folder) {
-    LdapCheckPlan plan;
+LdapTestPlan planFrom(const util::Dictionary& values, const SssdFile& saved, const MachineFolder& folder) {
+    LdapTestPlan plan;
     plan.wantsBases = wantsBases(values);
     plan.mayShowPassword = mayShowPassword(values);
     plan.user = plainTextIn(values, "user");
@@ -84,11 +84,11 @@ LdapCheckPlan planFrom(const util::Dictionary& values, const SssdFile& saved, co
     return plan;
 }
 
-util::Value valueOf(const CheckStep& step) {
+util::Value valueOf(const LdapTestStep& step) {
     return util::Dictionary{{"step", step.name}, {"state", step.state}, {"detail", step.detail}};
 }
 
-util::ValueMap valuesOf(const CheckReport& report) {
+util::ValueMap valuesOf(const LdapTestReport& report) {
     util::ValueList steps;
     for (const auto& step : report.steps)
         steps.push_back(valueOf(step));
@@ -110,7 +110,7 @@ void makePlain(std::string& text) {
         if ((static_cast<unsigned char>(c) < 0x20 && c != '\n') || c == 0x7F) c = ' ';
 }
 
-void makePlain(CheckReport& report) {
+void makePlain(LdapTestReport& report) {
     for (auto& step : report.steps)
         makePlain(step.detail);
     for (auto& base : report.bases)
@@ -124,24 +124,24 @@ void makePlain(CheckReport& report) {
 
 } // namespace
 
-util::Bytes startLdapCheck(Engine& engine, util::BytesView bytes) {
+util::Bytes startLdapTest(Engine& engine, util::BytesView bytes) {
     const LdapRequestValues request(bytes, engine.codec());
     auto& machine = engine.machine();
-    const auto& saved = machine.picture().sssd();
-    return replyOf({{"job", engine.checks().start(planFrom(request.values(), saved, machine.folder()))}},
+    const auto& saved = machine.snapshot().sssd();
+    return replyOf({{"job", engine.testJobs().start(planFrom(request.values(), saved, machine.folder()))}},
                    engine.codec());
 }
 
-util::Bytes ldapCheckReport(Engine& engine, util::BytesView bytes) {
+util::Bytes ldapTestReport(Engine& engine, util::BytesView bytes) {
     const LdapRequestValues request(bytes, engine.codec());
-    auto report = engine.checks().report(jobIn(request));
+    auto report = engine.testJobs().report(jobIn(request));
     makePlain(report);
     return replyOf(valuesOf(report), engine.codec());
 }
 
-util::Bytes cancelLdapCheck(Engine& engine, util::BytesView bytes) {
+util::Bytes cancelLdapTest(Engine& engine, util::BytesView bytes) {
     const LdapRequestValues request(bytes, engine.codec());
-    engine.checks().cancel(jobIn(request));
+    engine.testJobs().cancel(jobIn(request));
     return replyOf({}, engine.codec());
 }
 

@@ -1,5 +1,5 @@
 // What a test of a server takes for an account: only what the machine would find with SSSD.
-#include "haldend/LdapChecksTest.h"
+#include "haldend/LdapTestJobsTest.h"
 #include "haldend/ldap/SidNumbers.h"
 
 using namespace corvane;

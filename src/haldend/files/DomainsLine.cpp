@@ -1,4 +1,4 @@
-#include "haldend/files/SssdListing.h"
+#include "haldend/files/DomainsLine.h"
 
 #include <algorithm>
 
@@ -42,8 +42,8 @@ void takeAway(SssdLines& lines, MachineAdditions& added) {
 
 } // namespace
 
-std::string textListing(const std::string& text, const std::vector<std::string>& names,
-                        MachineAdditions& added) {
+std::string textWithDomainsLine(const std::string& text, const std::vector<std::string>& names,
+                                MachineAdditions& added) {
     SssdLines lines(text);
     if (names.empty())
         takeAway(lines, added);
@@ -55,7 +55,7 @@ std::string textListing(const std::string& text, const std::vector<std::string>&
     return lines.text();
 }
 
-std::optional<std::string> lineListing(const std::string& text) {
+std::optional<std::string> domainsLine(const std::string& text) {
     const SssdLines lines(text);
     if (!lines.has(mainSection, domainsKey)) return std::nullopt;
     return lines.line(mainSection, domainsKey);
