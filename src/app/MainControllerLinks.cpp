@@ -55,8 +55,8 @@ void MainController::Links::pluginFailed(const std::string& plugin, const std::s
     c_.showErrorSheetWithTitle(
         util::formatted(strings.localized("The plug-in %@ has failed."), {plugin}),
         util::formatted(
-            strings.localized("It stopped in “%@”: %@. What it was asked to do was not done; everything "
-                              "else goes on. Try again, or ask its maker for a newer version."),
+            strings.localized("It failed in “%@”: %@. The operation wasn’t completed; everything else "
+                              "continues to work. Try again, or contact its developer."),
             {operation, reason}));
 }
 
@@ -102,7 +102,7 @@ bool MainController::Links::isPaneLoaded(Pane pane) {
     case Pane::contactsPolicy:
         return c_.contactsPolicy_.isLoaded();
     case Pane::localUsers:
-        break; // a page that no interface file has any more
+        break; // a page that no interface file has now
     }
     return false;
 }

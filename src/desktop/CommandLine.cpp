@@ -60,7 +60,7 @@ CommandLine CommandLine::parse(const std::vector<std::string>& all) {
         if (const auto value = words.valueOf(word); value && !value->empty())
             target = *value;
         else
-            line.problem = "The option " + word + " wants a value behind it.";
+            line.problem = "The option " + word + " requires a value.";
     };
     bool paneIsNamed = false;
     while (!words.atEnd() && line.problem.empty()) {
@@ -78,8 +78,7 @@ CommandLine CommandLine::parse(const std::vector<std::string>& all) {
         else if (word.starts_with("--"))
             line.problem = "There is no option \"" + word + "\".";
         else
-            line.problem =
-                "The word \"" + word + "\" belongs to no option; a machine folder is given with --machine.";
+            line.problem = "Unexpected argument \"" + word + "\"; a machine folder is given with --machine.";
     }
     if (line.problem.empty()) checkPane(line, paneIsNamed);
     return line;
@@ -93,7 +92,8 @@ std::string CommandLine::helpText() {
            "  --machine DIR       the machine folder to work on; / is the machine itself (needs root).\n"
            "                      Without it: a private folder of yours, made on first use from what\n"
            "                      you may read of this machine\n"
-           "  --screenshot FILE   show the window without a display, save its picture as FILE (PNG) and end\n"
+           "  --screenshot FILE   show the window without a display, save a screenshot as FILE (PNG) and "
+           "exit\n"
            "  --pane NAME         with --screenshot: the pane to show, one of services, search, editor\n"
            "  --help              show this text\n";
 }

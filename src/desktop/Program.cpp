@@ -17,7 +17,7 @@ constexpr double samplePollSeconds = 0.02;
 qt::About about() {
     return {"Corvane",
             CORVANE_VERSION,
-            "Directory services of a Linux machine, decided in one window",
+            "Directory services of a Linux machine, managed in one window",
             "Apache License 2.0",
             {std::string("Qt ") + qVersion() + " (LGPL 3)", "OpenLDAP libraries (OpenLDAP Public License)",
              "libini_config (LGPL 3)", "libsss_idmap (LGPL 3)", "GnuTLS (LGPL 2.1)", "Expat (MIT)",

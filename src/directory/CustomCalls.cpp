@@ -7,9 +7,9 @@ namespace {
 
 void appendItem(util::Bytes& request, util::BytesView item) {
     const auto length = static_cast<std::uint32_t>(item.size());
-    std::uint8_t octets[sizeof length];
-    std::memcpy(octets, &length, sizeof length);
-    request.insert(request.end(), octets, octets + sizeof length);
+    std::uint8_t bytes[sizeof length];
+    std::memcpy(bytes, &length, sizeof length);
+    request.insert(request.end(), bytes, bytes + sizeof length);
     request.insert(request.end(), item.begin(), item.end());
 }
 

@@ -7,12 +7,12 @@
 #include "platform/PropertyListCodec.h"
 #include "util/AuthorizationExternalForm.h"
 
-/// Framing of numbered requests to directory nodes. An authorized request is the 32-octet external form
+/// Framing of numbered requests to directory nodes. An authorized request is the 32-byte external form
 /// directly followed by the payload. None of these retries or logs: reply and error are the bare call's.
 /// Main thread; each blocks until the service answers.
 namespace corvane::directory {
 
-/// The authorization form as a request's first octets, with room for `payloadLength` more. The caller wipes
+/// The authorization form as a request's first bytes, with room for `payloadLength` more. The caller wipes
 /// it.
 [[nodiscard]] util::Bytes authorizedRequest(const util::AuthorizationExternalForm& authorization,
                                             std::size_t payloadLength);
@@ -23,7 +23,7 @@ namespace corvane::directory {
                                                     const util::AuthorizationExternalForm& authorization,
                                                     halden::Error* error);
 
-/// Sends the form alone: exactly 32 octets.
+/// Sends the form alone: exactly 32 bytes.
 [[nodiscard]] std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code,
                                                     const util::AuthorizationExternalForm& authorization,
                                                     halden::Error* error);
@@ -35,7 +35,7 @@ customCallSendPropertyList(halden::Node& node, std::int32_t code, const util::Va
                            const platform::PropertyListCodec& codec,
                            const util::AuthorizationExternalForm& authorization, halden::Error* error);
 
-/// Sends strings and data one after the other, each behind its length in octets (32 bits, host order; longer
+/// Sends strings and data one after the other, each behind its length in bytes (32 bits, host order; longer
 /// data keeps only the low 32 bits). Other kinds are skipped. Strings are UTF-8 and never lack that form.
 /// No authorization is added.
 [[nodiscard]] std::optional<util::Bytes> customCallSendItems(halden::Node& node, std::int32_t code,

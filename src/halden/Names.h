@@ -51,7 +51,7 @@ inline constexpr std::string_view all = "dsAttributesAll";
 } // namespace attribute
 
 namespace authenticationType {
-/// The single authentication item is a 32-octet authorization external form.
+/// The single authentication item is a 32-byte authorization external form.
 inline constexpr std::string_view authorizationExternalForm = "dsAuthTypeStandard:AuthorizationExternalForm";
 } // namespace authenticationType
 

@@ -46,7 +46,7 @@ private:
     [[nodiscard]] std::string refusalFor(const Rights::Names& names, std::uint32_t flags) const {
         if (engine_->rights().holds(ref_, names)) return {};
         if (!(flags & platform::AuthorizationFlag::interactionAllowed))
-            return "The right is not held, and nobody was to be asked. Open the lock to obtain it.";
+            return "You don't have this right, and prompting wasn't allowed. Open the lock to obtain it.";
         for (const auto& name : names)
             if (name != configureRight && name != preferencesRight)
                 return "The right \"" + name + "\" is not known to this service. Ask for one that it knows.";

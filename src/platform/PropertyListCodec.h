@@ -16,7 +16,7 @@ public:
     [[nodiscard]] virtual std::optional<util::Bytes> xml(const util::Value& value) const = 0;
     /// The binary form; none as for `xml`.
     [[nodiscard]] virtual std::optional<util::Bytes> binary(const util::Value& value) const = 0;
-    /// Reads either form, told apart by its first octets. Null when the octets are no property list;
+    /// Reads either form, told apart by its first bytes. Null when the bytes are no property list;
     /// `reason`, when given, then says why and where. Depth and size are limited. Values come immutable.
     [[nodiscard]] virtual util::Value parse(util::BytesView bytes, std::string* reason) const = 0;
 };

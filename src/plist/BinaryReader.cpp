@@ -20,7 +20,7 @@ bool BinaryReader::looksBinary(util::BytesView bytes) {
     static constexpr std::string_view magic = "bplist";
     return bytes.size() >= magic.size() &&
            std::ranges::equal(bytes.first(magic.size()), magic,
-                              [](std::uint8_t octet, char c) { return octet == c; });
+                              [](std::uint8_t byte, char c) { return byte == c; });
 }
 
 util::Value BinaryReader::read() {
@@ -45,9 +45,9 @@ void BinaryReader::readTrailer() {
     top_ = field(16);
     const auto table = field(24);
     if (offsetWidth_ < 1 || offsetWidth_ > 8)
-        fail(trailer + 6, "offsets are " + std::to_string(offsetWidth_) + " octets wide");
+        fail(trailer + 6, "offsets are " + std::to_string(offsetWidth_) + " bytes wide");
     if (referenceWidth_ < 1 || referenceWidth_ > 8)
-        fail(trailer + 7, "references are " + std::to_string(referenceWidth_) + " octets wide");
+        fail(trailer + 7, "references are " + std::to_string(referenceWidth_) + " bytes wide");
     if (table < headerLength || table > trailer)
         fail(trailer + 24, "the table of offsets lies outside the document");
     if (objectCount_ > (trailer - table) / offsetWidth_)
@@ -105,7 +105,7 @@ util::Value BinaryReader::readSimple(std::size_t offset) {
 
 util::Value BinaryReader::readInteger(std::size_t offset) {
     const auto exponent = bytes_[offset] & 0xFU;
-    if (exponent > 4) fail(offset, "an integer is wider than sixteen octets");
+    if (exponent > 4) fail(offset, "an integer is wider than sixteen bytes");
     if (exponent < 3) return static_cast<std::int64_t>(unsignedAt(offset + 1, std::size_t{1} << exponent));
     if (exponent == 3) return static_cast<std::int64_t>(unsignedAt(offset + 1, 8));
     const auto high = unsignedAt(offset + 1, 8);
@@ -125,24 +125,24 @@ util::Value BinaryReader::readFloating(std::size_t offset, bool isDate) {
         return static_cast<double>(
             std::bit_cast<float>(static_cast<std::uint32_t>(unsignedAt(offset + 1, 4))));
     fail(offset,
-         isDate ? "a date is not eight octets wide" : "a floating number is not four or eight octets wide");
+         isDate ? "a date is not eight bytes wide" : "a floating number is not four or eight bytes wide");
 }
 
 util::Value BinaryReader::readData(std::size_t offset) {
     const auto extent = extentAt(offset, 1);
     countLeaf(extent.count);
-    const auto octets = slice(extent.start, extent.count);
-    return util::Data(util::Bytes(octets.begin(), octets.end()));
+    const auto bytes = slice(extent.start, extent.count);
+    return util::Data(util::Bytes(bytes.begin(), bytes.end()));
 }
 
 util::Value BinaryReader::readText(std::size_t offset, bool isWide) {
     const auto extent = extentAt(offset, isWide ? 2 : 1);
     countLeaf(extent.count * (isWide ? 2 : 1));
     if (!isWide) {
-        const auto octets = slice(extent.start, extent.count);
-        if (std::ranges::any_of(octets, [](std::uint8_t octet) { return octet >= 0x80; }))
-            fail(offset, "a plain text holds an octet above 127");
-        return util::String(util::textFromBytes(octets));
+        const auto bytes = slice(extent.start, extent.count);
+        if (std::ranges::any_of(bytes, [](std::uint8_t byte) { return byte >= 0x80; }))
+            fail(offset, "a plain text holds a byte above 127");
+        return util::String(util::textFromBytes(bytes));
     }
     std::u16string units;
     for (std::uint64_t i = 0; i < extent.count; ++i)
@@ -168,7 +168,7 @@ util::Value BinaryReader::readDictionary(std::size_t offset) {
         if (key.isNull()) fail(offset, "a key of a dictionary is no text");
         auto value = readObject(referenceAt(extent, extent.count + i));
         if (!map.emplace(key.text(), std::move(value)).second)
-            fail(offset, "the key \"" + key.text() + "\" stands twice");
+            fail(offset, "the key \"" + key.text() + "\" appears twice");
     }
     return util::Dictionary(std::move(map));
 }
@@ -178,7 +178,7 @@ BinaryReader::Extent BinaryReader::extentAt(std::size_t offset, std::size_t elem
     if (extent.count == 0xF) {
         if (offset + 1 >= end_ || (bytes_[offset + 1] >> 4U) != 1) fail(offset + 1, "a count is no integer");
         const auto exponent = bytes_[offset + 1] & 0xFU;
-        if (exponent > 3) fail(offset + 1, "a count is wider than eight octets");
+        if (exponent > 3) fail(offset + 1, "a count is wider than eight bytes");
         extent.count = unsignedAt(offset + 2, std::size_t{1} << exponent);
         extent.start = offset + 2 + (std::size_t{1} << exponent);
     }
@@ -203,13 +203,13 @@ std::uint64_t BinaryReader::referenceAt(const Extent& extent, std::uint64_t posi
     return unsignedAt(extent.start + static_cast<std::size_t>(position) * referenceWidth_, referenceWidth_);
 }
 
-void BinaryReader::countLeaf(std::uint64_t octets) {
-    leafOctets_ += octets;
-    if (leafOctets_ > maximumSize) fail(end_, "the texts and data are larger than 64 MiB in all");
+void BinaryReader::countLeaf(std::uint64_t bytes) {
+    leafBytes_ += bytes;
+    if (leafBytes_ > maximumSize) fail(end_, "the texts and data are larger than 64 MiB in all");
 }
 
 void BinaryReader::fail(std::size_t offset, const std::string& why) {
-    throw FormatFailure("octet " + std::to_string(offset) + ": " + why);
+    throw FormatFailure("byte " + std::to_string(offset) + ": " + why);
 }
 
 } // namespace corvane::plist

@@ -8,11 +8,11 @@ namespace corvane::plist {
 
 /// Reads the binary form. Every offset, reference and count is checked before it is used; a container that
 /// holds itself is refused, and an object counts once for each reference to it, so that small input can't
-/// grow into a huge value. The octets are borrowed. Used once. Throws `FormatFailure` with the offset.
+/// grow into a huge value. The bytes are borrowed. Used once. Throws `FormatFailure` with the offset.
 class BinaryReader {
 public:
     explicit BinaryReader(util::BytesView bytes) : bytes_(bytes) {}
-    /// True when the octets begin like the binary form, whole or not.
+    /// True when the bytes begin like the binary form, whole or not.
     [[nodiscard]] static bool looksBinary(util::BytesView bytes);
     [[nodiscard]] util::Value read();
 
@@ -37,7 +37,7 @@ private:
     [[nodiscard]] util::BytesView slice(std::size_t offset, std::uint64_t length) const;
     [[nodiscard]] std::uint64_t unsignedAt(std::size_t offset, std::size_t width) const;
     [[nodiscard]] std::uint64_t referenceAt(const Extent& extent, std::uint64_t position) const;
-    void countLeaf(std::uint64_t octets);
+    void countLeaf(std::uint64_t bytes);
     [[noreturn]] static void fail(std::size_t offset, const std::string& why);
 
     util::BytesView bytes_;
@@ -48,7 +48,7 @@ private:
     std::uint64_t top_ = 0;
     std::vector<std::uint64_t> path_; ///< containers being read, outermost first
     std::size_t visits_ = 0;
-    std::uint64_t leafOctets_ = 0;
+    std::uint64_t leafBytes_ = 0;
 };
 
 } // namespace corvane::plist

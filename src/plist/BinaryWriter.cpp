@@ -12,7 +12,7 @@ namespace {
 
 constexpr double secondsFrom1970To2001 = 978307200.0; // the binary form counts from 2001-01-01
 
-/// Octets needed for an unsigned number: 1, 2, 4 or 8.
+/// Bytes needed for an unsigned number: 1, 2, 4 or 8.
 std::size_t widthOf(std::uint64_t number) {
     if (number <= 0xFF) return 1;
     if (number <= 0xFFFF) return 2;
@@ -75,9 +75,9 @@ void BinaryWriter::writeItem(const Item& item) {
             8);
         break;
     case util::Kind::Data: {
-        const auto& octets = value.as<util::Data>().bytes();
-        writeMarker(0x4, octets.size());
-        bytes_.insert(bytes_.end(), octets.begin(), octets.end());
+        const auto& bytes = value.as<util::Data>().bytes();
+        writeMarker(0x4, bytes.size());
+        bytes_.insert(bytes_.end(), bytes.begin(), bytes.end());
         break;
     }
     case util::Kind::Array:
@@ -100,7 +100,7 @@ void BinaryWriter::writeNumber(const util::Number& number) {
         bytes_.push_back(0x23);
         writeBigEndian(std::bit_cast<std::uint64_t>(number.doubleValue()), 8);
     } else if (number.isUnsigned() && number.unsignedValue() > INT64_MAX) {
-        bytes_.push_back(0x14); // eight octets are signed, so the upper half needs sixteen
+        bytes_.push_back(0x14); // eight bytes are signed, so the upper half needs sixteen
         writeBigEndian(0, 8);
         writeBigEndian(number.unsignedValue(), 8);
     } else {

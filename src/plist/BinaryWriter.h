@@ -6,8 +6,8 @@
 
 namespace corvane::plist {
 
-/// Writes one value in the binary form: an eight-octet header, the objects, a table of their offsets and a
-/// trailer of 32 octets, all integers big-endian. Used once. Throws `FormatFailure` like `XmlWriter`, except
+/// Writes one value in the binary form: an eight-byte header, the objects, a table of their offsets and a
+/// trailer of 32 bytes, all integers big-endian. Used once. Throws `FormatFailure` like `XmlWriter`, except
 /// that any well-formed text and any date can be held.
 class BinaryWriter {
 public:

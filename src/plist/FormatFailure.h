@@ -4,7 +4,7 @@
 
 namespace corvane::plist {
 
-/// Why octets are no property list, or why a value has no such form. Stays inside this folder.
+/// Why bytes are no property list, or why a value has no such form. Stays inside this folder.
 class FormatFailure : public std::runtime_error {
 public:
     using std::runtime_error::runtime_error;

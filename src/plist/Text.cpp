@@ -22,9 +22,9 @@ std::optional<char32_t> takeCharacter(std::string_view& text) {
     if (length == 0 || length > text.size()) return std::nullopt;
     char32_t character = length == 1 ? lead : lead & (0xFFU >> (length + 1));
     for (std::size_t i = 1; i < length; ++i) {
-        const auto octet = static_cast<std::uint8_t>(text[i]);
-        if ((octet & 0xC0U) != 0x80) return std::nullopt;
-        character = (character << 6U) | (octet & 0x3FU);
+        const auto byte = static_cast<std::uint8_t>(text[i]);
+        if ((byte & 0xC0U) != 0x80) return std::nullopt;
+        character = (character << 6U) | (byte & 0x3FU);
     }
     static constexpr std::array<char32_t, 5> smallest{0, 0, 0x80, 0x800, 0x10000};
     if (character < smallest[length] || character > 0x10FFFF) return std::nullopt;
@@ -34,19 +34,19 @@ std::optional<char32_t> takeCharacter(std::string_view& text) {
 }
 
 void appendUtf8(std::string& text, char32_t character) {
-    const auto octet = [&](char32_t bits) { text += static_cast<char>(static_cast<std::uint8_t>(bits)); };
-    if (character < 0x80) return octet(character);
+    const auto byte = [&](char32_t bits) { text += static_cast<char>(static_cast<std::uint8_t>(bits)); };
+    if (character < 0x80) return byte(character);
     if (character < 0x800) {
-        octet(0xC0 | (character >> 6U));
+        byte(0xC0 | (character >> 6U));
     } else if (character < 0x10000) {
-        octet(0xE0 | (character >> 12U));
-        octet(0x80 | ((character >> 6U) & 0x3FU));
+        byte(0xE0 | (character >> 12U));
+        byte(0x80 | ((character >> 6U) & 0x3FU));
     } else {
-        octet(0xF0 | (character >> 18U));
-        octet(0x80 | ((character >> 12U) & 0x3FU));
-        octet(0x80 | ((character >> 6U) & 0x3FU));
+        byte(0xF0 | (character >> 18U));
+        byte(0x80 | ((character >> 12U) & 0x3FU));
+        byte(0x80 | ((character >> 6U) & 0x3FU));
     }
-    octet(0x80 | (character & 0x3FU));
+    byte(0x80 | (character & 0x3FU));
 }
 
 bool isHighSurrogate(char16_t unit) { return unit >= 0xD800 && unit <= 0xDBFF; }
@@ -111,22 +111,22 @@ bool isXmlText(std::string_view text) {
     return true;
 }
 
-std::string base64(std::string_view octets) {
+std::string base64(std::string_view bytes) {
     std::string text;
-    text.reserve((octets.size() + 2) / 3 * 4);
-    for (std::size_t i = 0; i < octets.size(); i += 3) {
+    text.reserve((bytes.size() + 2) / 3 * 4);
+    for (std::size_t i = 0; i < bytes.size(); i += 3) {
         std::uint32_t group = 0;
         for (std::size_t k = 0; k < 3; ++k)
-            group = (group << 8U) | (i + k < octets.size() ? static_cast<std::uint8_t>(octets[i + k]) : 0U);
+            group = (group << 8U) | (i + k < bytes.size() ? static_cast<std::uint8_t>(bytes[i + k]) : 0U);
         for (std::size_t k = 0; k < 4; ++k)
-            text += i + k > octets.size() ? '=' : alphabet[(group >> (18 - 6 * k)) & 63U];
+            text += i + k > bytes.size() ? '=' : alphabet[(group >> (18 - 6 * k)) & 63U];
     }
     return text;
 }
 
-std::optional<std::string> octetsFromBase64(std::string_view text) {
-    std::string octets;
-    octets.reserve(text.size() / 4 * 3 + 3); // grown in one piece, so that no copy stays behind
+std::optional<std::string> bytesFromBase64(std::string_view text) {
+    std::string bytes;
+    bytes.reserve(text.size() / 4 * 3 + 3); // grown in one piece, so that no copy stays behind
     std::uint32_t group = 0;
     std::size_t digits = 0;
     std::size_t padding = 0;
@@ -140,11 +140,11 @@ std::optional<std::string> octetsFromBase64(std::string_view text) {
         group = (group << 6U) | (c == '=' ? 0U : static_cast<std::uint32_t>(digit));
         if (++digits % 4 != 0) continue;
         for (std::size_t k = 0; k < 3 - std::min<std::size_t>(padding, 3); ++k)
-            octets += static_cast<char>((group >> (16 - 8 * k)) & 255U);
+            bytes += static_cast<char>((group >> (16 - 8 * k)) & 255U);
         group = 0;
     }
     if (digits % 4 != 0 || padding > 2) return std::nullopt;
-    return octets;
+    return bytes;
 }
 
 std::optional<std::string> dateText(double secondsSinceEpoch) {

@@ -13,9 +13,9 @@ namespace corvane::plist {
 /// True for well-formed UTF-8 whose characters may all stand in an XML document.
 [[nodiscard]] bool isXmlText(std::string_view text);
 
-/// Octets as base 64 with padding, and back; white space is skipped. None on anything else.
-[[nodiscard]] std::string base64(std::string_view octets);
-[[nodiscard]] std::optional<std::string> octetsFromBase64(std::string_view text);
+/// Bytes as base 64 with padding, and back; white space is skipped. None on anything else.
+[[nodiscard]] std::string base64(std::string_view bytes);
+[[nodiscard]] std::optional<std::string> bytesFromBase64(std::string_view text);
 
 /// "2026-01-31T23:59:59Z" from seconds since 1970, fractions dropped; none outside the years 1 to 9999.
 [[nodiscard]] std::optional<std::string> dateText(double secondsSinceEpoch);

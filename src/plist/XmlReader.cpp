@@ -49,9 +49,9 @@ util::Value dateFrom(std::string_view text) {
 }
 
 util::Value dataFrom(std::string_view text) {
-    if (auto octets = octetsFromBase64(text)) {
-        util::Data data(util::bytesFromText(*octets));
-        util::wipe(*octets);
+    if (auto bytes = bytesFromBase64(text)) {
+        util::Data data(util::bytesFromText(*bytes));
+        util::wipe(*bytes);
         return data;
     }
     throw FormatFailure("a data element is not in base 64");
@@ -188,7 +188,7 @@ private:
     void endKey() {
         leaf_.clear();
         if (stack_.back().map.contains(text_.text()))
-            throw FormatFailure("the key \"" + text_.text() + "\" stands twice");
+            throw FormatFailure("the key \"" + text_.text() + "\" appears twice");
         stack_.back().key = text_.text();
     }
 

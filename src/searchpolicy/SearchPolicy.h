@@ -57,7 +57,7 @@ public:
 
     /// Null until the first read.
     [[nodiscard]] const util::Dictionary& details() const { return details_; }
-    /// The lists themselves, empty when there are none: who edits them edits the policy.
+    /// The lists themselves, empty when there are none: editing these lists edits the policy.
     [[nodiscard]] util::Array automaticList() const;
     [[nodiscard]] util::Array localOnlyList() const;
     [[nodiscard]] util::Array customList() const;

@@ -22,8 +22,8 @@ std::optional<std::string> firstValue(const halden::Record& record, std::string_
 
 /// Number of characters of a UTF-8 text.
 std::int32_t characterCount(const std::string& text) {
-    const auto startsCharacter = [](char octet) {
-        return (static_cast<unsigned char>(octet) & 0xC0U) != 0x80U;
+    const auto startsCharacter = [](char byte) {
+        return (static_cast<unsigned char>(byte) & 0xC0U) != 0x80U;
     };
     return static_cast<std::int32_t>(std::ranges::count_if(text, startsCharacter));
 }

@@ -7,7 +7,7 @@
 
 namespace corvane::util {
 
-/// The fixed 32-octet opaque block that stands for an authorization outside the object that holds it.
+/// The fixed 32-byte opaque block that stands for an authorization outside the object that holds it.
 /// It is a bearer secret: all zero until it is made, wiped when it goes out of scope, never logged.
 struct AuthorizationExternalForm {
     static constexpr std::size_t length = 32;

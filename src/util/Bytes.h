@@ -8,22 +8,22 @@
 
 namespace corvane::util {
 
-/// Raw octets, owned. Requests to and replies from the directory service travel in this form.
+/// Raw bytes, owned. Requests to and replies from the directory service travel in this form.
 using Bytes = std::vector<std::uint8_t>;
-/// Raw octets, borrowed for the length of one call.
+/// Raw bytes, borrowed for the length of one call.
 using BytesView = std::span<const std::uint8_t>;
 
-/// The UTF-8 octets of a text, without a terminator.
+/// The UTF-8 bytes of a text, without a terminator.
 [[nodiscard]] inline Bytes bytesFromText(std::string_view text) { return {text.begin(), text.end()}; }
 
-/// The octets read as UTF-8 text; nothing is checked or converted.
+/// The bytes read as UTF-8 text; nothing is checked or converted.
 [[nodiscard]] inline std::string textFromBytes(BytesView bytes) { return {bytes.begin(), bytes.end()}; }
 
 /// Overwrites memory that held a secret in a way that an optimiser may not leave out.
 inline void wipe(void* memory, std::size_t length) noexcept {
-    auto* octets = static_cast<volatile std::uint8_t*>(memory);
+    auto* bytes = static_cast<volatile std::uint8_t*>(memory);
     for (std::size_t i = 0; i < length; ++i)
-        octets[i] = 0;
+        bytes[i] = 0;
 }
 inline void wipe(std::string& secret) noexcept {
     wipe(secret.data(), secret.size());

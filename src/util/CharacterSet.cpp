@@ -9,7 +9,7 @@ namespace {
 constexpr char32_t lastCharacter = 0x10FFFF;
 constexpr char32_t replacement = 0xFFFD;
 
-/// Octets of the character that begins with this one; 0 where none does.
+/// Bytes of the character that begins with this one; 0 where none does.
 std::size_t lengthOfCharacter(unsigned char lead) {
     if (lead < 0x80) return 1;
     if (lead >= 0xC2 && lead < 0xE0) return 2;
@@ -46,9 +46,9 @@ char32_t takeCharacter(std::string_view& text) {
     char32_t character = lead & (0xFFU >> (length + 1));
     bool continued = true;
     for (std::size_t i = 1; i < length; ++i) {
-        const auto octet = static_cast<unsigned char>(text[i]);
-        continued = continued && (octet & 0xC0U) == 0x80;
-        character = character << 6U | (octet & 0x3FU);
+        const auto byte = static_cast<unsigned char>(text[i]);
+        continued = continued && (byte & 0xC0U) == 0x80;
+        character = character << 6U | (byte & 0x3FU);
     }
     const bool good = continued && isWellFormed(character, length);
     text.remove_prefix(good ? length : 1);

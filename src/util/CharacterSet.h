@@ -5,7 +5,7 @@
 
 namespace corvane::util {
 
-/// Takes the first character off `text` (UTF-8, not empty). An octet that begins no well-formed character
+/// Takes the first character off `text` (UTF-8, not empty). A byte that begins no well-formed character
 /// counts as a character of its own, U+FFFD.
 [[nodiscard]] char32_t takeCharacter(std::string_view& text);
 

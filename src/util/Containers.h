@@ -100,7 +100,7 @@ public:
     void setElements(ValueList elements);
 };
 
-/// Text keys to values, walked in the order of the keys' octets. A null handle reads as empty.
+/// Text keys to values, walked in the order of the keys' bytes. A null handle reads as empty.
 class Dictionary : public HandleOf<Kind::Dictionary> {
 public:
     using HandleOf::HandleOf;

@@ -48,14 +48,14 @@ public:
     [[nodiscard]] double secondsSinceEpoch() const;
 };
 
-/// Raw octets. They are overwritten when the last reference goes.
+/// Raw bytes. They are overwritten when the last reference goes.
 class Data : public HandleOf<Kind::Data> {
 public:
     using HandleOf::HandleOf;
     explicit Data(Bytes bytes);
     [[nodiscard]] static Data makeMutable(Bytes bytes);
 
-    /// The octets, none for a null handle. Borrowed as with `String::text`.
+    /// The bytes, none for a null handle. Borrowed as with `String::text`.
     [[nodiscard]] const Bytes& bytes() const;
     /// Throws `ImmutableObjectException` on the immutable form.
     void setBytes(Bytes bytes);

@@ -23,7 +23,7 @@ TEST(CommandLine, values_comeBehindTheOptionOrAfterAnEqualsSign) {
 
 TEST(CommandLine, missingValue_isNamed) {
     for (const auto& words : {std::vector<std::string>{"--machine"}, {"--machine="}, {"--machine", "--help"}})
-        EXPECT_NE(CommandLine::parse(words).problem.find("wants a value"), std::string::npos)
+        EXPECT_NE(CommandLine::parse(words).problem.find("requires a value"), std::string::npos)
             << words.front();
 }
 

@@ -24,7 +24,7 @@ struct CustomCalls : testing::Test {
 
 } // namespace
 
-TEST_F(CustomCalls, withoutPayload_sendsExactly32Octets) {
+TEST_F(CustomCalls, withoutPayload_sendsExactly32Bytes) {
     (void)directory::customCall(node, 111, form, nullptr);
     EXPECT_EQ(sent(), Bytes(32, 0xA5));
     EXPECT_EQ(state->calls.at(0).code, 111);

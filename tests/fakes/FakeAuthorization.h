@@ -37,7 +37,7 @@ private:
     std::string refusalReason_;
 };
 
-/// The external form of an authorization is its reference in every octet, plus the number of times that its
+/// The external form of an authorization is its reference in every byte, plus the number of times that its
 /// rights were destroyed.
 class FakeAuthorizationService final : public platform::AuthorizationService {
 public:

@@ -8,7 +8,7 @@
 namespace corvane::fakes {
 
 /// Writes a value as its description behind a marker of the form and of the value's kinds, and remembers what
-/// was written, so that reading the octets back gives the value.
+/// was written, so that reading the bytes back gives the value.
 class FakePropertyListCodec final : public platform::PropertyListCodec {
 public:
     [[nodiscard]] std::optional<util::Bytes> xml(const util::Value& value) const override {

@@ -33,7 +33,7 @@ public:
     [[nodiscard]] static bool granted(util::BytesView form) {
         return form.size() >= util::AuthorizationExternalForm::length &&
                std::ranges::any_of(form.first(util::AuthorizationExternalForm::length),
-                                   [](auto octet) { return octet != 0; });
+                                   [](auto byte) { return byte != 0; });
     }
 
 private:

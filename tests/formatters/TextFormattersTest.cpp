@@ -46,7 +46,7 @@ TEST_F(Ascii, commit_ofCharactersBeyondTheFirstPlane_takesThemOutWhole) {
     EXPECT_EQ(commit(formatter, "a\U0001F600b"), (Commit{false, "ab", onlyAscii}));
 }
 
-TEST_F(Ascii, commit_ofOctetsThatAreNoText_takesThemOut) {
+TEST_F(Ascii, commit_ofBytesThatAreNoText_takesThemOut) {
     EXPECT_EQ(commit(formatter, "a\xFF\xC3z"), (Commit{false, "az", onlyAscii}));
 }
 
@@ -81,10 +81,10 @@ TEST_F(ValidCharacters, typing_anythingElse_isRefusedWithABeep) {
     }
 }
 
-TEST_F(ValidCharacters, typing_countsCharactersNotOctets) {
+TEST_F(ValidCharacters, typing_countsCharactersNotBytes) {
     accept("é\U0001F600");
     EXPECT_TRUE(mayBecome(formatter, "é\U0001F600é"));
-    EXPECT_FALSE(mayBecome(formatter, "è")) << "shares its first octet with é";
+    EXPECT_FALSE(mayBecome(formatter, "è")) << "shares its first byte with é";
     EXPECT_FALSE(mayBecome(formatter, "\U0001F601"));
     EXPECT_FALSE(mayBecome(formatter, "\xC3"));
 }

@@ -71,7 +71,7 @@ TEST(LdapServers, newServerWithEverything_writesEachOptionAsSssdReadsIt) {
     EXPECT_EQ(office.valueForKey(serverKey::hasPassword), util::Value(true));
 }
 
-TEST(LdapServers, oneValueChanged_everythingElseKeepsEveryOctet) {
+TEST(LdapServers, oneValueChanged_everythingElseKeepsEveryByte) {
     const ServerMachine machine(oneServer);
     ASSERT_EQ(machine.write({newServer("staff", "b.example.com")}).error.code, 0);
     EXPECT_EQ(machine.sssd(), with("ldap://a.example.com", "ldap://b.example.com"));
@@ -276,11 +276,11 @@ TEST(LdapServers, withoutTheRight_listIsAnsweredAndNothingElse) {
     const ServerMachine machine(oneServer);
     EXPECT_EQ(machine.list().error.code, 0);
     const util::Dictionary payload{{"revision", machine.revision()}, {"remove", util::Array{"staff"}}};
-    const auto octets = *machine.codec.xml(payload);
+    const auto bytes = *machine.codec.xml(payload);
     for (const int code : {serverCall::writeServers, serverCall::startCheck, serverCall::checkReport,
                            serverCall::cancelCheck}) {
         util::Bytes request(32, 0);
-        request.insert(request.end(), octets.begin(), octets.end());
+        request.insert(request.end(), bytes.begin(), bytes.end());
         halden::Error error;
         EXPECT_FALSE(machine.node(halden::NodeType::configNode)->customCall(code, request, &error));
         EXPECT_EQ(error.code, halden::ErrorCode::notPermitted) << code;
@@ -309,7 +309,7 @@ std::vector<Refusal> refusals() {
         {"name of an AD section in capitals", {newServer("CORP", "a")}, {}, "[domain/corp] already"},
         {"two of one name", {newServer("x", "a"), newServer("x", "b")}, {}, "Two servers are named"},
         {"renamed onto another", {server("guests", {{serverKey::replaces, "staff"}})}, {}, "already"},
-        {"changed and removed", changed({}), {"staff"}, "spoken of twice"},
+        {"changed and removed", changed({}), {"staff"}, "appears twice"},
         {"removed though unknown", {}, {"nobody"}, "There is no LDAP server"},
         {"replaces an unknown one",
          {newServer("x", "a", {{serverKey::replaces, "y"}})},
@@ -332,7 +332,7 @@ std::vector<Refusal> refusals() {
          changed({{serverKey::bindDN, "cn=a "}}),
          {},
          "begins or ends with a blank"},
-        {"relative CA file", changed({{serverKey::caFile, "ca.pem"}}), {}, "no path"},
+        {"relative CA file", changed({{serverKey::caFile, "ca.pem"}}), {}, "isn't an absolute path"},
         {"CA file with a return", changed({{serverKey::caFile, "/a\rb"}}), {}, "control character"},
         {"long CA file", changed({{serverKey::caFile, "/" + std::string(2000, 'a')}}), {}, "longer than"},
         {"password with a line end", changed({{serverKey::password, password("a\nb = c")}}), {}, "line end"},

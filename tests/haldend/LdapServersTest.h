@@ -34,8 +34,8 @@ public:
                              bool authorized = true) const {
         auto request = authorized ? form() : util::Bytes();
         if (payload) {
-            const auto octets = *codec.xml(*payload);
-            request.insert(request.end(), octets.begin(), octets.end());
+            const auto bytes = *codec.xml(*payload);
+            request.insert(request.end(), bytes.begin(), bytes.end());
         }
         Answer answer;
         const auto reply = node(halden::NodeType::configNode)->customCall(code, request, &answer.error);

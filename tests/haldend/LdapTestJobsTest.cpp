@@ -234,7 +234,7 @@ TEST(LdapTestJobs, finished_isForgottenWithItsReport) {
     expectClear(machine.finished(job), kind::refused);
     const auto again = machine.about(serverCall::checkReport, job);
     EXPECT_EQ(again.error.code, halden::ErrorCode::parameter);
-    EXPECT_THAT(again.error.description, HasSubstr("no such try"));
+    EXPECT_THAT(again.error.description, HasSubstr("no longer exists"));
 }
 
 TEST(LdapTestJobs, endsThatNobodyAsksAbout_makeRoomTheOldestFirst) {

@@ -3,7 +3,7 @@
 using namespace corvane;
 using namespace corvane::haldend::test;
 
-// A machine that never had a directory gets a server, uses it, and loses it again: not an octet of its
+// A machine that never had a directory gets a server, uses it, and loses it again: not a byte of its
 // configuration may differ then.
 namespace {
 
@@ -35,7 +35,7 @@ util::Array office() {
 
 } // namespace
 
-TEST(LeftAsFound, serverAddedUsedAndRemoved_leavesEveryOctetOfEtc) {
+TEST(LeftAsFound, serverAddedUsedAndRemoved_leavesEveryByteOfEtc) {
     for (const auto& start : starts()) {
         ServerMachine machine(start.sssd, start.nsswitch);
         const auto before = everythingBelowEtc(machine);
@@ -48,7 +48,7 @@ TEST(LeftAsFound, serverAddedUsedAndRemoved_leavesEveryOctetOfEtc) {
     }
 }
 
-TEST(LeftAsFound, serverAddedAndRemovedWithoutUse_leavesEveryOctetOfEtc) {
+TEST(LeftAsFound, serverAddedAndRemovedWithoutUse_leavesEveryByteOfEtc) {
     for (const auto& start : starts()) {
         const ServerMachine machine(start.sssd, start.nsswitch);
         const auto before = everythingBelowEtc(machine);
@@ -58,7 +58,7 @@ TEST(LeftAsFound, serverAddedAndRemovedWithoutUse_leavesEveryOctetOfEtc) {
     }
 }
 
-TEST(LeftAsFound, severalServersRemovedOneByOneAndAllAtOnce_leaveEveryOctetOfEtc) {
+TEST(LeftAsFound, severalServersRemovedOneByOneAndAllAtOnce_leaveEveryByteOfEtc) {
     const util::Array three{newServer("a", "a.example.com"), newServer("b", "b.example.com"),
                             newServer("c", "c.example.com")};
     for (const auto& start : starts()) {

@@ -39,7 +39,7 @@ TEST(LocalNode, user_hasTheAttributesOfItsLine) {
     EXPECT_EQ(found[0]->valuesForAttribute(attribute::userShell, nullptr).texts(), Names{"/bin/sh"});
 }
 
-TEST(LocalNode, matchTypes_selectByNameOctetByOctet) {
+TEST(LocalNode, matchTypes_selectByNameByteByByte) {
     TestMachine machine;
     const auto node = machine.framework->defaultSession()->nodeWithName("/BSD/Files", nullptr);
     EXPECT_EQ(namesOf(node, users(halden::MatchType::beginsWith, "al")), Names{"alice"});

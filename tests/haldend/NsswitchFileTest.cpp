@@ -31,7 +31,7 @@ TEST(NsswitchFile, sssAlreadyThere_staysWhereItStands) {
     EXPECT_EQ(with(text), text);
 }
 
-TEST(NsswitchFile, commentsAndForeignLines_keepEveryOctet) {
+TEST(NsswitchFile, commentsAndForeignLines_keepEveryByte) {
     const std::string text =
         "# /etc/nsswitch.conf\n#\n\n  # indented \t note\npasswd:   files  systemd   # people\n\ngroup: "
         "compat\n"

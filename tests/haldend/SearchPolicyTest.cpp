@@ -93,7 +93,7 @@ TEST(SearchPolicy, emptyCustomList_takesSssOut) {
     EXPECT_EQ(domainsLine(machine), "domains = staff, guests, corp.example.com");
 }
 
-TEST(SearchPolicy, everyLineButTheEditedOnes_keepsItsOctets) {
+TEST(SearchPolicy, everyLineButTheEditedOnes_keepsItsBytes) {
     TestMachine machine;
     (void)machine.setCustom(machine.search(), {guestsNode});
     (void)machine.call(machine.search(), 333);
@@ -157,7 +157,7 @@ TEST(SearchPolicy, badRequests_areRefusedAndChangeNothing) {
         EXPECT_NE(error.reason.find(part), std::string::npos) << error.reason;
         EXPECT_FALSE(error.recovery.empty());
     };
-    refused(machine.call(machine.search(), 111, {1}), "33 octets");
+    refused(machine.call(machine.search(), 111, {1}), "33 bytes");
     refused(machine.call(machine.search(), 444, {1, 2}), "no property list");
     refused(machine.call(machine.search(), 444, *machine.codec.binary("text")), "no array");
     refused(machine.call(machine.search(), 444, *machine.codec.binary(util::Array{1})), "no text");

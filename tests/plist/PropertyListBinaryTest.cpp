@@ -10,7 +10,7 @@ using corvane::plist::PropertyListCodec;
 
 namespace {
 
-/// A document with one-octet offsets and references, the first object on top.
+/// A document with one-byte offsets and references, the first object on top.
 Bytes document(const std::vector<Bytes>& objects) {
     Bytes bytes = bytesFromText("bplist00");
     Bytes offsets;
@@ -41,7 +41,7 @@ void expectRefusal(const Bytes& bytes, const std::string& part) {
 
 } // namespace
 
-TEST(PropertyListBinary, everyKind_isWrittenAsTheseOctets) {
+TEST(PropertyListBinary, everyKind_isWrittenAsTheseBytes) {
     const std::pair<Value, std::vector<Bytes>> table[] = {
         {true, {{0x09}}},
         {false, {{0x08}}},
@@ -78,8 +78,8 @@ TEST(PropertyListBinary, sharedObject_isReadAtEachReference) {
 }
 
 TEST(PropertyListBinary, malformedObject_isRefusedWithPlaceAndReason) {
-    expectRefusal(bytesFromText("bplist00"), "octet 8: it ends too soon");
-    expectRefusal(document({{0x00}}), "octet 8: an object of kind 0 is not known");
+    expectRefusal(bytesFromText("bplist00"), "byte 8: it ends too soon");
+    expectRefusal(document({{0x00}}), "byte 8: an object of kind 0 is not known");
     expectRefusal(document({{0x80, 1}}), "kind 128");
     expectRefusal(document({{0xC1, 1}, {0x09}}), "kind 193");
     expectRefusal(document({{0x15, 1}}), "wider than sixteen");
@@ -96,19 +96,19 @@ TEST(PropertyListBinary, malformedObject_isRefusedWithPlaceAndReason) {
     expectRefusal(document({{0xA1, 7}}), "object 7 does not exist");
     expectRefusal(document({{0xA1, 0}}), "object 0 holds itself");
     expectRefusal(document({{0xD1, 1, 1}, {0x09}}), "a key of a dictionary is no text");
-    expectRefusal(document({{0xD2, 1, 1, 2, 2}, {0x51, 'k'}, {0x09}}), "\"k\" stands twice");
+    expectRefusal(document({{0xD2, 1, 1, 2, 2}, {0x51, 'k'}, {0x09}}), "\"k\" appears twice");
 }
 
 TEST(PropertyListBinary, malformedTrailer_isRefused) {
     const auto good = document({{0x09}});
-    const auto changed = [&](std::size_t fromEnd, std::uint8_t octet) {
+    const auto changed = [&](std::size_t fromEnd, std::uint8_t byte) {
         auto bytes = good;
-        bytes[bytes.size() - fromEnd] = octet;
+        bytes[bytes.size() - fromEnd] = byte;
         return bytes;
     };
-    expectRefusal(changed(26, 0), "offsets are 0 octets wide");
-    expectRefusal(changed(26, 9), "offsets are 9 octets wide");
-    expectRefusal(changed(25, 0), "references are 0 octets wide");
+    expectRefusal(changed(26, 0), "offsets are 0 bytes wide");
+    expectRefusal(changed(26, 9), "offsets are 9 bytes wide");
+    expectRefusal(changed(25, 0), "references are 0 bytes wide");
     expectRefusal(changed(17, 9), "the table of offsets is too short");
     expectRefusal(changed(24, 255), "the table of offsets is too short");
     expectRefusal(changed(9, 1), "object 1 does not exist");

@@ -95,7 +95,7 @@ TEST(PropertyListCodec, formOfANumber_survivesWritingAndReading) {
     }
 }
 
-TEST(PropertyListCodec, damagedAtAnyOctet_isReadOrRefusedWithAReason) {
+TEST(PropertyListCodec, damagedAtAnyByte_isReadOrRefusedWithAReason) {
     const PropertyListCodec codec;
     ValueGenerator generator(77);
     const auto value = Array{generator.any(3), generator.any(3), Dictionary{{"key", generator.any(2)}}};

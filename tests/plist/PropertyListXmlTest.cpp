@@ -105,7 +105,7 @@ TEST(PropertyListXml, malformedDocument_isRefusedWithPlaceAndReason) {
         {"<plist><dict><true/></dict></plist>", "without a key"},
         {"<plist><dict><key>a</key></dict></plist>", "the key \"a\" has no value"},
         {"<plist><dict><key>a</key><key>b</key></dict></plist>", "the key \"a\" has no value"},
-        {"<plist><dict><key>a</key><true/><key>a</key><true/></dict></plist>", "stands twice"},
+        {"<plist><dict><key>a</key><true/><key>a</key><true/></dict></plist>", "appears twice"},
         {"<plist><array><key>a</key></array></plist>", "<key> outside a dict"},
         {"<plist><string><true/></string></plist>", "<true> inside <string>"},
         {"<plist><set/></plist>", "<set> is no element"},

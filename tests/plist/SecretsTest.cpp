@@ -12,7 +12,7 @@ using namespace corvane;
 
 namespace {
 
-/// A pattern to look for that isn't itself in the memory: every octet inverted.
+/// A pattern to look for that isn't itself in the memory: every byte inverted.
 using Inverted = std::vector<std::uint8_t>;
 
 Inverted inverted(std::string_view text) {
@@ -23,8 +23,8 @@ Inverted inverted(std::string_view text) {
 }
 
 bool holds(const std::uint8_t* first, std::size_t length, const Inverted& pattern) {
-    const auto fits = [](std::uint8_t octet, std::uint8_t wanted) {
-        return octet == static_cast<std::uint8_t>(~wanted);
+    const auto fits = [](std::uint8_t byte, std::uint8_t wanted) {
+        return byte == static_cast<std::uint8_t>(~wanted);
     };
     return std::search(first, first + length, pattern.begin(), pattern.end(), fits) != first + length;
 }

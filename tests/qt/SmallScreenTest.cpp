@@ -62,7 +62,7 @@ TEST_F(SmallScreen, shortAlert_hasNothingToScroll) {
 TEST_F(SmallScreen, aboutAndHelp_fit) {
     AboutPanel about({"Corvane",
                       "1.0",
-                      "Directory services of a Linux machine, decided in one window",
+                      "Directory services of a Linux machine, managed in one window",
                       "Apache License 2.0",
                       {"one", "two", "three", "four", "five", "six", "seven"}},
                      {{"NoticeStartYear", "2026"}}, qt_.guard);

@@ -31,7 +31,7 @@ struct SearchPolicy : testing::Test {
             all.push_back(call.code);
         return all;
     }
-    /// The list that a call 444 brought, behind the 32 octets of the form.
+    /// The list that a call 444 brought, behind the 32 bytes of the form.
     [[nodiscard]] Names writtenList(const fakes::ReceivedCall& call) {
         const util::BytesView payload = util::BytesView(call.request).subspan(32);
         return program.platform.propertyLists.parse(payload, nullptr).as<util::Array>().texts();

@@ -71,7 +71,7 @@ TEST_F(ServicesList, index_isTheLengthOfTheVersionText) {
     EXPECT_EQ(session.config().calls[0].code, 1005);
 }
 
-TEST_F(ServicesList, index_countsCharactersNotOctets) {
+TEST_F(ServicesList, index_countsCharactersNotBytes) {
     program.addConnector("AD", "Active", "1.β");
     program.launch();
     program.controller().setPluginEnabled("AD", false);

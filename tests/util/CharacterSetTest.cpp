@@ -13,7 +13,7 @@ TEST(TakeCharacter, ofEveryLength_takesItWhole) {
     EXPECT_TRUE(text.empty());
 }
 
-TEST(TakeCharacter, ofWhatIsNotWellFormed_takesOneOctet) {
+TEST(TakeCharacter, ofWhatIsNotWellFormed_takesOneByte) {
     for (const std::string_view bad :
          {"\xFF", "\xC3", "\xC3(", "\xC0\x80", "\xED\xA0\x80", "\xF4\x90\x80\x80", "\x80"}) {
         auto text = bad;

@@ -13,9 +13,10 @@ Engine::Engine(const std::string& root, const platform::PropertyListCodec& codec
 
 void Engine::requireConfigureRight(util::BytesView form) const {
     if (rights_.permits(form, configureRight)) return;
-    throw Failure(halden::ErrorCode::notPermitted, "The directory configuration may not be changed.",
-                  "The authorization that came with the request holds no right to do so (any more).",
-                  "Open the lock and try again.");
+    throw Failure(
+        halden::ErrorCode::notPermitted, "The directory configuration may not be changed.",
+        "The authorization that came with the request no longer holds the right to do so, or never did.",
+        "Open the lock and try again.");
 }
 
 } // namespace corvane::haldend

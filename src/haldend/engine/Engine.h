@@ -13,7 +13,7 @@
 namespace corvane::haldend {
 
 /// The directory service of one machine, in this process: its settings, its rights and its listeners.
-/// Sessions, nodes, authorizations and stores share it. Main thread, but for the tries of servers that it
+/// Sessions, nodes, authorizations and stores share it. Main thread, but for the tests of servers that it
 /// has under way.
 class Engine {
 public:

@@ -18,7 +18,7 @@ bool fillRandomly(util::AuthorizationExternalForm& form) {
     return true;
 }
 
-/// Takes the same time wherever the octets differ.
+/// Takes the same time wherever the bytes differ.
 bool equalInConstantTime(util::BytesView a, util::BytesView b) {
     if (a.size() != b.size()) return false;
     unsigned difference = 0;

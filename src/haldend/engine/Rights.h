@@ -14,7 +14,7 @@ inline constexpr std::string_view configureRight = "system.services.directory.co
 inline constexpr std::string_view preferencesRight = "system.preferences";
 
 /// Who may change the machine, within one run of the service: authorizations, the rights that each holds and
-/// the 32 random octets by which each is known outside. Tokens are compared in constant time and wiped when
+/// the 32 random bytes by which each is known outside. Tokens are compared in constant time and wiped when
 /// the authorization's rights are destroyed, when it is closed, and when this object goes. Main thread.
 class Rights {
 public:
@@ -35,7 +35,7 @@ public:
     [[nodiscard]] bool holds(Ref ref, const Names& names) const;
 
     /// Writes the authorization's token, minted on first use. False for an unknown reference, or when the
-    /// system has no random octets; the form is unchanged then.
+    /// system has no random bytes; the form is unchanged then.
     [[nodiscard]] bool externalForm(Ref ref, util::AuthorizationExternalForm& form);
     /// True when `form` is the token of an authorization that holds `right`.
     [[nodiscard]] bool permits(util::BytesView form, std::string_view right) const;

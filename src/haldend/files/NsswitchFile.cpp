@@ -54,7 +54,7 @@ Failure unreadable(const std::string& path, std::size_t number, const std::strin
 
 Failure unreachable(const std::string& path, std::size_t number, const std::string& line,
                     const std::string& stop) {
-    return {halden::ErrorCode::storage, "The machine can't be told to look users up in a directory.",
+    return {halden::ErrorCode::storage, "The machine can't be set up to look users up in a directory.",
             "SSSD would not be reached: in " + path + ", line " + std::to_string(number) + ", \"" +
                 shown(line) + "\", the search ends at \"" + stop + "\".",
             "Take the reaction that ends the search out of that line, then apply again."};
@@ -76,7 +76,7 @@ Failure unterminated(const std::string& path, std::size_t number, const std::str
 }
 
 Failure missingDatabases(const std::string& path) {
-    return {halden::ErrorCode::storage, "The machine can't be told to look users up in a directory.",
+    return {halden::ErrorCode::storage, "The machine can't be set up to look users up in a directory.",
             path + " has no line that begins with \"passwd:\" or \"group:\".",
             "Add the lines \"passwd: files\" and \"group: files\" to it and try again."};
 }

@@ -31,8 +31,8 @@ HostLookupResult resolved(const std::string& host, int port) {
     result.status = ::getaddrinfo(host.c_str(), std::to_string(port).c_str(), &hints, &list);
     if (result.status != 0) return result;
     for (const auto* one = list; one; one = one->ai_next) {
-        const auto* octets = reinterpret_cast<const unsigned char*>(one->ai_addr);
-        result.addresses.push_back({one->ai_family, {octets, octets + one->ai_addrlen}, textOf(*one)});
+        const auto* bytes = reinterpret_cast<const unsigned char*>(one->ai_addr);
+        result.addresses.push_back({one->ai_family, {bytes, bytes + one->ai_addrlen}, textOf(*one)});
     }
     ::freeaddrinfo(list);
     return result;

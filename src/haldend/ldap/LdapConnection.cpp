@@ -4,6 +4,7 @@
 #include <ldap.h>
 #include <optional>
 
+#include "haldend/files/LdapUri.h"
 #include "haldend/ldap/HandshakeGuard.h"
 #include "haldend/ldap/LdapLibrary.h"
 #include "haldend/storage/Failure.h"
@@ -48,10 +49,10 @@ std::string nextStep(int status, const std::string& uri) {
     switch (status) {
     case LDAP_SERVER_DOWN:
     case LDAP_CONNECT_ERROR:
-        return "See whether the server runs, whether its address and port are right, and whether a "
+        return "Check whether the server runs, whether its address and port are right, and whether a "
                "firewall lies between; with TLS, whether its certificate is trusted here.";
     case LDAP_TIMEOUT:
-        return "See whether the server is overloaded or a firewall swallows the answers, and try again.";
+        return "Check whether the server is overloaded or a firewall is dropping the replies, and try again.";
     case LDAP_INVALID_CREDENTIALS:
     case LDAP_INAPPROPRIATE_AUTH:
         return "Correct ldap_default_bind_dn and ldap_default_authtok for " + uri + ".";
@@ -75,7 +76,7 @@ Failure ldapFailure(int status, const std::string& uri, const std::string& step,
     const bool isRefusal = status == LDAP_INVALID_CREDENTIALS || status == LDAP_INSUFFICIENT_ACCESS ||
                            status == LDAP_INAPPROPRIATE_AUTH;
     return {isRefusal ? halden::ErrorCode::credentials : halden::ErrorCode::nodeUnreachable,
-            "The directory server did not answer as hoped.",
+            "The directory server returned an error.",
             uri + ": trying to " + step + " failed: " + ldap_err2string(status) +
                 (diagnostics.empty() ? "" : " (" + diagnostics + ")") + ".",
             nextStep(status, uri)};
@@ -100,11 +101,11 @@ void LdapConnection::Handle::open(const LdapSettings& settings) {
     ldap_set_option(ldap, LDAP_OPT_RESTART, LDAP_OPT_ON);
     setTimes(settings);
     setTls(settings);
-    const bool isEncrypted = settings.startTls || uri.starts_with("ldaps:");
+    const bool isEncrypted = settings.startTls || LdapUri::from(uri).isLdaps();
     std::optional<HandshakeGuard> guard;
     if (isEncrypted)
         guard.emplace(ldap, std::chrono::seconds(settings.networkTimeout + settings.operationTimeout));
-    if (settings.startTls && !uri.starts_with("ldaps:")) startTls();
+    if (settings.startTls && !LdapUri::from(uri).isLdaps()) startTls();
     bind(settings);
 }
 
@@ -130,7 +131,7 @@ void LdapConnection::Handle::setTls(const LdapSettings& settings) {
     const auto level = levels.find(settings.requireCertificate);
     const int wanted = level == levels.end() ? LDAP_OPT_X_TLS_HARD : level->second;
     ldap_set_option(ldap, LDAP_OPT_X_TLS_REQUIRE_CERT, &wanted);
-    const bool usesTls = settings.startTls || uri.starts_with("ldaps:");
+    const bool usesTls = settings.startTls || LdapUri::from(uri).isLdaps();
     const int forClient = 0; // without this the options above are only remembered, not used
     if (usesTls)
         require(ldap_set_option(ldap, LDAP_OPT_X_TLS_NEWCTX, &forClient), "prepare an encrypted connection");
@@ -289,9 +290,9 @@ std::string filterEscaped(std::string_view text) {
     static constexpr char digits[] = "0123456789abcdef";
     std::string result;
     for (const char c : text) {
-        const auto octet = static_cast<unsigned char>(c);
-        if (c == '*' || c == '(' || c == ')' || c == '\\' || octet < 0x20 || octet >= 0x7F)
-            result.append({'\\', digits[octet >> 4U], digits[octet & 15U]});
+        const auto byte = static_cast<unsigned char>(c);
+        if (c == '*' || c == '(' || c == ')' || c == '\\' || byte < 0x20 || byte >= 0x7F)
+            result.append({'\\', digits[byte >> 4U], digits[byte & 15U]});
         else
             result += c;
     }

@@ -36,9 +36,13 @@ constexpr Default defaults[] = {
 std::string ldapName(const SssdDomain& domain, std::string_view option) {
     const auto found = std::ranges::find(defaults, option, &Default::option);
     if (found == std::end(defaults)) return domain.option(option);
-    const auto schema = domain.option("ldap_schema", "rfc2307");
+    const auto schema = ldapSchema(domain);
     if (schema == "ad") return domain.option(option, found->activeDirectory);
     return domain.option(option, schema == "rfc2307bis" ? found->rfc2307bis : found->rfc2307);
+}
+
+std::string ldapSchema(const SssdDomain& domain) {
+    return foldedCase(domain.option("ldap_schema", "rfc2307"));
 }
 
 bool isTrueOption(std::string_view value) {

@@ -12,6 +12,10 @@ namespace corvane::haldend {
 /// set.
 [[nodiscard]] std::string ldapName(const SssdDomain& domain, std::string_view option);
 
+/// The section's `ldap_schema` in small letters, in which case SSSD doesn't look at it; "rfc2307" without
+/// one.
+[[nodiscard]] std::string ldapSchema(const SssdDomain& domain);
+
 /// Whether an option's value is one of those that SSSD takes for yes.
 [[nodiscard]] bool isTrueOption(std::string_view value);
 

@@ -21,9 +21,8 @@ constexpr int sliceMilliseconds = 20;
 constexpr std::chrono::seconds writePatience{10};
 
 bool isNumeric(const std::string& host) {
-    unsigned char octets[sizeof(in6_addr)];
-    return ::inet_pton(AF_INET, host.c_str(), octets) == 1 ||
-           ::inet_pton(AF_INET6, host.c_str(), octets) == 1;
+    unsigned char bytes[sizeof(in6_addr)];
+    return ::inet_pton(AF_INET, host.c_str(), bytes) == 1 || ::inet_pton(AF_INET6, host.c_str(), bytes) == 1;
 }
 
 std::string placeOf(const std::string& host, const std::string& address, int port) {
@@ -36,7 +35,7 @@ LdapTestFailure unknownHost(const std::string& host, int status) {
         return {
             kind::unknownHost, "The address of \"" + host + "\" can't be found out now.",
             "The machine's name service gives no answer.",
-            "See whether this machine is on the network and whether its name servers answer, or enter the "
+            "Check whether this machine is on the network and whether its name servers answer, or enter the "
             "server's IP address."};
     return {kind::unknownHost, "There is no host named \"" + host + "\".",
             std::string("The machine's name service says: ") + ::gai_strerror(status) + ".",
@@ -46,20 +45,20 @@ LdapTestFailure unknownHost(const std::string& host, int status) {
 LdapTestFailure notConnected(const std::string& place, int number, std::chrono::seconds patience) {
     if (number == ECONNREFUSED)
         return {kind::refused, "The host refuses the connection.", place + ": nothing listens there.",
-                "See whether the directory server runs on that host, and whether the port is right."};
+                "Check whether the directory server runs on that host, and whether the port is right."};
     if (number == ETIMEDOUT)
         return {kind::timeout, "The host doesn't answer.",
                 place + ": no answer within " + inSeconds(patience.count()) + ".",
-                "See whether the host is switched on, whether the address is right, and whether a firewall "
+                "Check whether the host is switched on, whether the address is right, and whether a firewall "
                 "lies between."};
     return {kind::other, "The host can't be reached.", place + ": " + std::strerror(number) + ".",
-            "See whether this machine is on the network that the server belongs to."};
+            "Check whether this machine is on the network that the server belongs to."};
 }
 
 LdapTestFailure silent(const std::string& peer, std::chrono::seconds patience) {
-    return {kind::timeout, "The server accepts the connection and then says nothing.",
+    return {kind::timeout, "The server accepts the connection but doesn't respond.",
             peer + ": no answer to the attempt to encrypt within " + inSeconds(patience.count()) + ".",
-            "See whether a directory server, and not something else, listens on that port, and whether it "
+            "Check whether a directory server, and not something else, listens on that port, and whether it "
             "hangs; or choose a longer time limit."};
 }
 

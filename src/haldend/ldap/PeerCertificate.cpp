@@ -120,7 +120,7 @@ std::optional<LdapTestFailure> objectionToPeer(gnutls_session_t session, const s
     if (!chain || count == 0)
         return LdapTestFailure{kind::tlsUnsupported, "The server has shown no certificate.",
                                "The encrypted connection to \"" + host +
-                                   "\" stands, but nobody vouches for it.",
+                                   "\" is established, but no certificate proves whose it is.",
                                "Have the server's administrator give it a certificate."};
     unsigned status = 0;
     const Certificate own(chain[0]);

@@ -16,7 +16,8 @@ bool hasFolder(const MachineFolder& folder, const char* file) {
 
 Failure changedElsewhere(const std::string& evidence) {
     return {
-        halden::ErrorCode::changedElsewhere, "Another program has changed the machine's settings meanwhile.",
+        halden::ErrorCode::changedElsewhere,
+        "Another program has changed the machine's settings in the meantime.",
         evidence + " Nothing was written.",
         "Look at the settings as they are now, make your change again if it is still wanted, and apply it."};
 }

@@ -53,8 +53,8 @@ void append(RecordList& records, const QueryParameters& parameters, std::string_
 }
 
 Failure wrongLength(std::size_t length) {
-    return {ErrorCode::parameter, "The request is not complete, or holds too much.",
-            "It has " + std::to_string(length) + " octets; it begins with an authorization of 32.",
+    return {ErrorCode::parameter, "The request is too short or too long.",
+            "It has " + std::to_string(length) + " bytes; it begins with an authorization of 32.",
             "Use a program of the same version as this service."};
 }
 

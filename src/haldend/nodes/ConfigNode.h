@@ -21,7 +21,7 @@ protected:
     /// The version of the machine's operating system; absent when the machine doesn't tell it.
     [[nodiscard]] AttributeMap details() override;
     [[nodiscard]] std::vector<std::string> subnodes() override;
-    /// Flips a connector, where the request is the 32-octet external form alone and the reply is empty; or
+    /// Flips a connector, where the request is the 32-byte external form alone and the reply is empty; or
     /// one of the calls about LDAP servers.
     util::Bytes call(std::int32_t code, util::BytesView request) override;
 

@@ -68,7 +68,7 @@ bool EngineNode::setCredentials(std::string_view recordType, std::string_view au
         const auto& form = items.at(0).as<util::Data>().bytes();
         if (engine_->rights().permits(form, configureRight)) return true;
         throw Failure(halden::ErrorCode::credentials, "The node " + name_ + " refused the authorization.",
-                      "It holds no right to change the directory configuration (any more).",
+                      "It no longer holds the right to change the directory configuration, or never did.",
                       "Open the lock and try again.");
     });
 }

@@ -202,7 +202,7 @@ LdapRequestValues::~LdapRequestValues() { wipePasswords(values_); }
 util::Bytes replyOf(util::ValueMap values, const platform::PropertyListCodec& codec) {
     const auto bytes = codec.xml(util::Dictionary(std::move(values)));
     if (!bytes)
-        throw Failure(halden::ErrorCode::storage, "The LDAP servers can't be told.",
+        throw Failure(halden::ErrorCode::storage, "The LDAP servers can't be listed.",
                       "sssd.conf holds characters that no property list can hold.", "Correct the file.");
     return *bytes;
 }

@@ -22,7 +22,7 @@ std::shared_ptr<EngineNode> directoryNamed(const std::shared_ptr<Engine>& engine
     const auto found = std::ranges::find(nodes, name, &DomainNode::name);
     if (found == nodes.end())
         throw unknown(name, "This machine's configuration has no directory of that name.",
-                      "See whether it was renamed or removed, and take it off the search policy if so.");
+                      "Check whether it was renamed or removed, and take it off the search policy if so.");
     if (snapshot.storedPolicy().disabled.contains(found->connector))
         throw unknown(name, "The connector " + found->connector + " is switched off.",
                       "Switch it on in the Services pane.");

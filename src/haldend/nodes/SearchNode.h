@@ -23,7 +23,7 @@ public:
 protected:
     [[nodiscard]] AttributeMap details() override;
     [[nodiscard]] std::vector<std::string> subnodes() override { return activePath(); }
-    /// The requests begin with the 32-octet external form; 444 goes on with a property list, an array of node
+    /// The requests begin with the 32-byte external form; 444 goes on with a property list, an array of node
     /// names. The replies are empty.
     util::Bytes call(std::int32_t code, util::BytesView request) override;
 

@@ -10,7 +10,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr const char* plugInExtension = ".cvplug";
-/// One octet longer than the longest version text of the service's own connectors.
+/// One byte longer than the longest version text of the service's own connectors.
 constexpr std::string_view shortestGuestVersion = "0.0.0.0.0";
 static_assert(std::ranges::all_of(connectors, [](const Connector& own) {
     return own.version.size() < shortestGuestVersion.size();

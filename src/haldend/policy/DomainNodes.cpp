@@ -3,19 +3,15 @@
 #include <algorithm>
 #include <map>
 
+#include "haldend/files/LdapUri.h"
+
 namespace corvane::haldend {
 namespace {
 
-/// Host, and port unless it is the scheme's usual one, of a URI like "ldaps://host:636/"; "" when it has no
-/// host, as a socket path or a service record hasn't.
-std::string serverOf(std::string_view uri) {
-    const auto scheme = foldedCase(uri.substr(0, uri.find("://")));
-    if (scheme != "ldap" && scheme != "ldaps") return {};
-    auto server = uri.substr(scheme.size() + 3);
-    server = server.substr(0, server.find_first_of("/? \t"));
-    const std::string_view usualPort = scheme == "ldap" ? ":389" : ":636";
-    if (server.ends_with(usualPort)) server.remove_suffix(usualPort.size());
-    return std::string(server);
+/// "" for what has no host, as a socket path or a service record hasn't.
+std::string serverOf(std::string_view text) {
+    const auto uri = LdapUri::from(text);
+    return uri.scheme.empty() ? std::string() : uri.hostAndPort();
 }
 
 std::string ldapName(const SssdDomain& domain) {

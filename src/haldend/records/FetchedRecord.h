@@ -33,7 +33,7 @@ private:
 
 /// True when the query asks for records of this type.
 [[nodiscard]] bool wantsType(const halden::QueryParameters& parameters, std::string_view recordType);
-/// True when a record with these attributes is what the query looks for. Texts are compared octet by octet.
+/// True when a record with these attributes is what the query looks for. Texts are compared byte by byte.
 [[nodiscard]] bool matches(const halden::QueryParameters& parameters, const AttributeMap& attributes);
 /// A record with the attributes that the query asks for; its name is always among them.
 [[nodiscard]] std::shared_ptr<halden::Record> recordFor(const halden::QueryParameters& parameters,

@@ -1,9 +1,9 @@
 #include "haldend/servers/LdapServer.h"
 
 #include <algorithm>
-#include <cctype>
 #include <charconv>
 
+#include "haldend/files/LdapUri.h"
 #include "haldend/ldap/LdapSchema.h"
 #include "sdk/LdapServerCalls.h"
 
@@ -16,63 +16,26 @@ namespace schema = sdk::ldap::schema;
 constexpr int networkTimeoutDefault = 6;
 constexpr int operationTimeoutDefault = 8;
 
-std::string lowered(std::string text) {
-    std::ranges::transform(text, text.begin(),
-                           [](unsigned char c) { return static_cast<char>(std::tolower(c)); });
-    return text;
-}
-
 int numberIn(std::string_view text, int fallback) {
     int number = 0;
     const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
     return status == std::errc() && end == text.data() + text.size() && number > 0 ? number : fallback;
 }
 
-/// Scheme, host and port of "ldaps://[::1]:1636/"; the whole text is the host where it is no such address.
-struct Uri {
-    std::string scheme, host;
-    int port = 0;
-};
-
-Uri uriFrom(const std::string& text) {
-    const auto colon = text.find("://");
-    if (colon == std::string::npos) return {"", text, 0};
-    Uri uri{lowered(text.substr(0, colon)), text.substr(colon + 3), 0};
-    if (uri.scheme != "ldap" && uri.scheme != "ldaps") return {"", text, 0};
-    uri.host = uri.host.substr(0, uri.host.find('/'));
-    const auto bracket = uri.host.rfind(']');
-    const auto portAt = uri.host.rfind(':');
-    if (portAt != std::string::npos && (bracket == std::string::npos || portAt > bracket)) {
-        uri.port = numberIn(std::string_view(uri.host).substr(portAt + 1), 0);
-        uri.host.resize(portAt);
-    }
-    if (uri.host.starts_with('[') && uri.host.ends_with(']'))
-        uri.host = uri.host.substr(1, uri.host.size() - 2);
-    if (uri.port == (uri.scheme == "ldaps" ? 636 : 389)) uri.port = 0;
-    return uri;
-}
-
 /// Addresses that share scheme and port are shown without them; others, and what is no host, as they are.
 void readAddresses(LdapServer& server, const SssdDomain& domain) {
     const auto texts = commaSeparated(domain.option("ldap_uri"));
-    std::vector<Uri> uris;
+    std::vector<LdapUri> uris;
     for (const auto& text : texts)
-        uris.push_back(uriFrom(text));
+        uris.push_back(LdapUri::from(text));
     if (uris.empty()) return;
     const auto& first = uris.front();
     server.port = first.scheme.empty() ? 0 : first.port;
-    if (first.scheme == "ldaps") server.security = security::ldaps;
+    if (first.isLdaps()) server.security = security::ldaps;
     for (std::size_t i = 0; i < uris.size(); ++i) {
         const bool isPlain = uris[i].scheme == first.scheme && uris[i].port == first.port;
         server.addresses.push_back(isPlain ? uris[i].host : texts[i]);
     }
-}
-
-std::string schemaFrom(const std::string& text) {
-    const auto lower = lowered(text);
-    for (const auto* known : {schema::rfc2307, schema::rfc2307bis, schema::activeDirectory})
-        if (lower == known) return known;
-    return text;
 }
 
 /// Writes the lines of one section, each only where it has to be.
@@ -123,7 +86,7 @@ LdapServer LdapServer::from(const SssdDomain& domain) {
     server.hasPassword = !domain.option("ldap_default_authtok").empty();
     if (domain.option("ldap_default_authtok_type", "password") == "password")
         server.password = domain.option("ldap_default_authtok");
-    server.schema = schemaFrom(domain.option("ldap_schema", schema::rfc2307));
+    server.schema = ldapSchema(domain);
     server.computesNumbers = isTrueOption(domain.option("ldap_id_mapping"));
     server.connectTimeout = numberIn(domain.option("ldap_network_timeout"), networkTimeoutDefault);
     server.searchTimeout = numberIn(domain.option("ldap_search_timeout"),
@@ -133,14 +96,10 @@ LdapServer LdapServer::from(const SssdDomain& domain) {
 
 std::vector<std::string> LdapServer::uris() const {
     const std::string scheme = security == sdk::ldap::security::ldaps ? "ldaps" : "ldap";
-    const int standard = scheme == "ldaps" ? 636 : 389;
     std::vector<std::string> uris;
     for (const auto& address : addresses) {
-        const bool isIPv6 = std::ranges::count(address, ':') > 1;
         const bool isOdd = address.find("://") != std::string::npos || address == "_srv_";
-        const auto host = isIPv6 ? "[" + address + "]" : address;
-        const auto suffix = port == 0 || port == standard ? "" : ":" + std::to_string(port);
-        uris.push_back(isOdd ? address : scheme + "://" + host + suffix);
+        uris.push_back(isOdd ? address : LdapUri{scheme, address, port}.text());
     }
     return uris;
 }
@@ -167,7 +126,7 @@ void writeSection(SssdLines& lines, const LdapServer& server, const std::optiona
     if (differs(&LdapServer::caFile)) writer.putOrRemove("ldap_tls_cacert", server.caFile);
     if (differs(&LdapServer::baseDN)) writer.putOrRemove("ldap_search_base", server.baseDN);
     if (differs(&LdapServer::bindDN)) writer.putOrRemove("ldap_default_bind_dn", server.bindDN);
-    // A password without a name to go with it is of no use and would only lie about.
+    // A password without a name to go with it is of no use and would be left lying around.
     const bool losesName = server.bindDN.empty() && (differs(&LdapServer::bindDN) || password);
     writePassword(writer, losesName ? std::make_optional<std::string>() : password);
     if (differs(&LdapServer::schema)) writer.put("ldap_schema", server.schema, schema::rfc2307);

@@ -40,7 +40,7 @@ struct LdapServer {
 [[nodiscard]] bool isLdapServer(const SssdDomain& domain);
 
 /// Makes the section `[domain/NAME]`, at the end when it is missing, say what `server` says. `before` is what
-/// it says now, none for a new one: lines about what doesn't differ keep their octets, and what is SSSD's
+/// it says now, none for a new one: lines about what doesn't differ keep their bytes, and what is SSSD's
 /// default isn't written where it didn't stand. `password`: none to leave the stored one, empty to take it
 /// away.
 void writeSection(SssdLines& lines, const LdapServer& server, const std::optional<LdapServer>& before,

@@ -1,5 +1,6 @@
 #include "haldend/servers/LdapServerRequest.h"
 
+#include "haldend/files/LdapUri.h"
 #include <algorithm>
 #include <array>
 
@@ -111,7 +112,7 @@ void fillIn(LdapServer& server, const util::Dictionary& values) {
     server.computesNumbers = flagIn(values, key::computedNumbers, server.computesNumbers);
     const auto port = numberIn(values, key::port, server.port);
     requireRange("The port", port, 0, highestPort);
-    const bool isStandard = port == (server.security == security::ldaps ? 636 : 389);
+    const bool isStandard = port == usualLdapPort(server.security == security::ldaps);
     server.port = isStandard ? 0 : static_cast<int>(port);
 }
 
@@ -196,7 +197,7 @@ void requireDistinct(const LdapServersRequest& request, const std::vector<SssdDo
     }
     std::ranges::sort(sources);
     if (const auto twice = std::ranges::adjacent_find(sources); twice != sources.end())
-        throw refused("The server \"" + *twice + "\" is spoken of twice.", "Say what becomes of it once.");
+        throw refused("The server \"" + *twice + "\" appears twice.", "List it only once.");
     for (const auto& name : names) {
         const auto* taken = sectionNamed(saved, name);
         if (taken && !std::ranges::binary_search(sources, taken->name))

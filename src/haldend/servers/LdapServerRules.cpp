@@ -31,7 +31,7 @@ bool isAsciiLetterOrDigit(unsigned char c) {
     return (c >= '0' && c <= '9') || (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z');
 }
 
-/// Octets of the UTF-8 character that begins with `first`, 0 for none.
+/// Bytes of the UTF-8 character that begins with `first`, 0 for none.
 std::size_t characterLength(unsigned char first) {
     if (first < 0x80) return 1;
     if (first >= 0xC2 && first < 0xE0) return 2;
@@ -63,9 +63,8 @@ std::string objection(std::string_view text) {
 }
 
 bool isNumericAddress(const std::string& text) {
-    unsigned char octets[sizeof(in6_addr)];
-    return ::inet_pton(AF_INET, text.c_str(), octets) == 1 ||
-           ::inet_pton(AF_INET6, text.c_str(), octets) == 1;
+    unsigned char bytes[sizeof(in6_addr)];
+    return ::inet_pton(AF_INET, text.c_str(), bytes) == 1 || ::inet_pton(AF_INET6, text.c_str(), bytes) == 1;
 }
 
 bool isHostLabel(std::string_view label) {
@@ -103,9 +102,10 @@ void requireServerName(std::string_view name) {
     if (!name.empty() && name.size() <= maximumNameLength && std::ranges::all_of(name, isInner) &&
         isAsciiLetterOrDigit(static_cast<unsigned char>(name.front())))
         return;
-    throw refused("The name " + shown(name) + " can't be the name of a section of sssd.conf.",
-                  "Use letters from A to Z, digits, points, hyphens and underlines, and begin with a letter "
-                  "or a digit; at most 128 of them.");
+    throw refused(
+        "The name " + shown(name) + " can't be the name of a section of sssd.conf.",
+        "Use letters from A to Z, digits, periods, hyphens and underscores, and begin with a letter "
+        "or a digit; at most 128 of them.");
 }
 
 void requireAddress(std::string_view address) {
@@ -130,7 +130,7 @@ void requireDN(const std::string& label, const std::string& text) {
 void requireFilePath(const std::string& label, std::string_view path) {
     requirePlainText(label, path);
     if (!path.empty() && !path.starts_with('/'))
-        throw refused(label + " " + shown(path) + " is no path from the machine's root.",
+        throw refused(label + " " + shown(path) + " isn't an absolute path.",
                       "Write it like /etc/ssl/certs/example.pem.");
 }
 

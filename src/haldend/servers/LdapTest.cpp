@@ -1,10 +1,11 @@
 #include "haldend/servers/LdapTest.h"
-#include "haldend/ldap/LdapLibrary.h"
 
 #include <openldap.h>
 
 #include <algorithm>
 
+#include "haldend/files/LdapUri.h"
+#include "haldend/ldap/LdapLibrary.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::haldend {
@@ -23,10 +24,11 @@ LdapTestFailure lost(const std::string& peer) {
 }
 
 LdapTestFailure silent(const std::string& peer, int seconds) {
-    return {kind::timeout, "The server accepts the connection but doesn't respond.",
-            peer + ": no answer within " + inSeconds(seconds) + ".",
-            "See whether a directory server, and not something else, listens on that port, and whether it is "
-            "overloaded; or choose a longer time limit."};
+    return {
+        kind::timeout, "The server accepts the connection but doesn't respond.",
+        peer + ": no answer within " + inSeconds(seconds) + ".",
+        "Check whether a directory server, and not something else, listens on that port, and whether it is "
+        "overloaded; or choose a longer time limit."};
 }
 
 bool isRefusal(int status) {
@@ -72,8 +74,7 @@ void LdapTest::requireAllowed(const Answer& answer, const std::string& how) cons
                               evidence,
                               "Ask the server's administrator to allow sign-ins with a password over an "
                               "encrypted connection; SSSD signs in that way here."};
-    throw LdapTestFailure{kind::bindRefused, "The server refuses to serve anyone who signs in " + how + ".",
-                          evidence,
+    throw LdapTestFailure{kind::bindRefused, "The server refuses clients that sign in " + how + ".", evidence,
                           "Enter a bind DN and a password, encrypt the connection, or have the server's "
                           "administrator allow this kind of sign-in."};
 }
@@ -163,7 +164,7 @@ void LdapTest::takeBases() {
 /// The first address that answers counts, as with SSSD; the others are named with what was wrong.
 std::string LdapTest::connect(const std::stop_token& stop) {
     const auto& server = plan_.server;
-    const int standard = server.security == security::ldaps ? 636 : 389;
+    const int standard = usualLdapPort(server.security == security::ldaps);
     std::optional<LdapTestFailure> first;
     std::string tried;
     for (const auto& address : server.addresses) {
@@ -280,7 +281,7 @@ std::string LdapTest::findBase() {
         if (told.empty()) told = rootValues("namingContexts");
         if (told.empty() || told.front().empty())
             throw LdapTestFailure{kind::noSuchBase, "There is no base DN.",
-                                  "None is entered, and the server doesn't tell its own.",
+                                  "None is entered, and the server doesn't list its own.",
                                   "Enter the base DN."};
         base_ = told.front();
     }

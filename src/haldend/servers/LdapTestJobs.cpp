@@ -30,7 +30,7 @@ std::int64_t LdapTestJobs::start(const LdapTestPlan& plan) {
 LdapTestReport LdapTestJobs::report(std::int64_t number) {
     const auto found = jobs_.find(number);
     if (found == jobs_.end())
-        throw Failure(halden::ErrorCode::parameter, "There is no such try of a server (any more).",
+        throw Failure(halden::ErrorCode::parameter, "This server test no longer exists.",
                       "It was asked for number " + std::to_string(number) + ".", "Start it again.");
     auto report = found->second.check->report();
     if (report.isFinished) jobs_.erase(found);

@@ -13,7 +13,7 @@ namespace corvane::haldend {
 class LdapTest;
 struct LdapTestPlan;
 
-/// The tries of servers that are under way or whose end nobody has asked about yet. Main thread; each try
+/// The tests of servers that are under way or whose end nobody has asked about yet. Main thread; each test
 /// has a thread of its own, which ends within moments of being given up.
 class LdapTestJobs {
 public:

@@ -13,7 +13,7 @@ enum class SssdUse {
     needed,     ///< a directory is on the policy: SSSD has to run and to know it
     changed,    ///< its configuration is another one, but nobody looks anything up in it
     notNeeded,  ///< its configuration is what it was, and nobody looks anything up in it
-    impossible, ///< its configuration names no domain (any more): it can't run
+    impossible, ///< its configuration no longer names a domain: it can't run
 };
 
 /// Tells the machine's running services that its files have changed. Main thread; may block for seconds.

@@ -31,7 +31,7 @@ std::string nextStep(const std::string& what, const std::string& path, int numbe
     case EBUSY:
         return "The file is in use as a mount point; take the mount away and try again.";
     case ENOENT:
-        return "See whether the machine folder is still there and complete.";
+        return "Check whether the machine folder is still there and complete.";
     case ENOTDIR:
     case EEXIST:
         return "A file is in the way of a folder. Move it aside and try again.";

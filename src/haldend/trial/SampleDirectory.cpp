@@ -278,7 +278,7 @@ SampleDirectory::Next SampleDirectory::waitUntilItAnswers() {
         if (::waitpid(server_, nullptr, WNOHANG) == server_) {
             server_ = -1;
             throw trouble("The server at " + uri_ + " ended at once. " + complaint(),
-                          "See whether another program uses that port; change it in the section "
+                          "Check whether another program uses that port; change it in the section "
                           "[domain/sample] of sssd.conf if so.");
         }
         if (answers(uri_)) return Next::nothing;

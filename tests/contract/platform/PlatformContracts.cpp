@@ -93,7 +93,7 @@ TEST_P(AuthorizationContract, externalFormOfNothing_failsAndLeavesTheFormAlone) 
 TEST_P(PropertyListContract, valueWritten_isReadBackFromBothForms) {
     const auto codec = GetParam().make();
     const util::Value value =
-        util::Dictionary{{"list", util::Array{"a", 1, true, 0.5}}, {"octets", util::Data({1, 2})}};
+        util::Dictionary{{"list", util::Array{"a", 1, true, 0.5}}, {"bytes", util::Data({1, 2})}};
     for (const auto& bytes : {codec->xml(value), codec->binary(value)}) {
         ASSERT_TRUE(bytes.has_value());
         EXPECT_EQ(codec->parse(*bytes, nullptr), value);
@@ -131,7 +131,7 @@ TEST_P(PropertyListContract, valueWithoutForm_givesNone) {
     EXPECT_FALSE(codec->binary(util::Array{util::Set{"a"}}).has_value());
 }
 
-TEST_P(PropertyListContract, octetsThatAreNone_giveNullAndAReason) {
+TEST_P(PropertyListContract, bytesThatAreNone_giveNullAndAReason) {
     const auto codec = GetParam().make();
     std::string reason;
     EXPECT_TRUE(codec->parse(util::bytesFromText("no property list"), &reason).isNull());
