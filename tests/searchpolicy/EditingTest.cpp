@@ -173,6 +173,14 @@ TEST_F(Editing, deleteInsideTheHeadOrWithoutASelection_doesNothing) {
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
+TEST_F(Editing, deleteOfTheFirstRowBehindTheHead_asks) {
+    EXPECT_TRUE(nodes.clickRow(2));
+    remove.click();
+    ASSERT_EQ(program.toolkit.alerts().size(), 1U);
+    program.toolkit.answerSheet(1);
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/3", "/L/4", "/L/5", "/L/6"}));
+}
+
 TEST_F(Editing, contactsDelete_protectsALocalNodeInItsOwnPlaceOnly) {
     contactNodes.selectRow(0, false);
     removeContact.click();

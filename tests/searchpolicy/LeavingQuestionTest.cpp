@@ -91,6 +91,17 @@ TEST_F(LeavingQuestion, aShorterList_asksAboutWhatWasTakenOff) {
     EXPECT_EQ(questions(), 1U);
 }
 
+TEST_F(LeavingQuestion, secondShorterList_asksOnlyAboutWhatLeavesSinceTheSaveBefore) {
+    openPolicies();
+    controller.deleteNodeFromAuthSearchPolicy("/LDAP/two");
+    apply(saveAnyway);
+    controller.deleteNodeFromAuthSearchPolicy("/AD/corp");
+    apply(saveAnyway);
+    ASSERT_EQ(questions(), 2U);
+    EXPECT_TRUE(program.toolkit.alerts()[1].information.starts_with("/AD/corp\n\n"))
+        << program.toolkit.alerts()[1].information;
+}
+
 TEST_F(LeavingQuestion, aMovedOrAddedDirectory_asksNothing) {
     openPolicies();
     controller.addNodeToAuthSearchPolicy("/LDAP/three");

@@ -298,6 +298,32 @@ TEST(SearchPolicyFirstRead, renamingReadsBothPoliciesFirst) {
     EXPECT_TRUE(program.controller().isNodeOnContactsSearchPolicy("/LDAP/new"));
 }
 
+TEST(SearchPolicyFirstRead, deletingReadsThePolicyFirst) {
+    fakes::FakeProgram program;
+    program.setPolicy(program.framework.session->search(), attribute::customSearchPath, authCustom);
+    program.controller().deleteNodeFromAuthSearchPolicy("/LDAP/one");
+    EXPECT_EQ(program.interface.selectNode.texts("NodeName"),
+              (Names{"/Local/Accounts", "/BSD/Files", "/LDAP/two"}));
+    EXPECT_TRUE(program.interface.window.isDocumentEdited());
+}
+
+TEST(SearchPolicyFirstRead, deletingByPrefixReadsThePolicyFirst) {
+    fakes::FakeProgram program;
+    program.setPolicy(program.framework.session->contacts(), attribute::customSearchPath, authCustom);
+    program.controller().deleteNodesFromContactsSearchPolicyWithPrefix("/LDAP/");
+    EXPECT_EQ(program.interface.selectNodeContact.texts("NodeName"), fakes::localNodes);
+    EXPECT_TRUE(program.interface.window.isDocumentEdited());
+}
+
+TEST(SearchPolicyFirstRead, addingWhereTheServiceHasNoCustomList_makesOne) {
+    fakes::FakeProgram program;
+    auto& search = program.framework.session->search();
+    program.setPolicy(search, attribute::automaticSearchPath, {});
+    search.details.remove(attribute::customSearchPath);
+    program.controller().addNodeToAuthSearchPolicy("/LDAP/three");
+    EXPECT_EQ(program.interface.selectNode.texts("NodeName"), Names{"/LDAP/three"});
+}
+
 TEST_F(SearchPolicy, adding_appendsMarksSwitchesToCustomAndReloads) {
     program.interface.selectSearchPolicy.choose(1);
     program.journal.clear();

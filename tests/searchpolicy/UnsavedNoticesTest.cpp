@@ -133,6 +133,36 @@ TEST_F(UnsavedNotices, showWhatIsSaved_dropsTheEditAndTheStrip) {
     EXPECT_EQ(search.calls.size(), calls); // nothing of it is left to be written
 }
 
+TEST_F(UnsavedNotices, showWhatIsSaved_takesTheMarkAwayWhereNothingElseIsUnsaved) {
+    search.nextError = diskFull;
+    addAndApply();
+    controller.addNodeToAuthSearchPolicy("/LDAP/three");
+    ASSERT_TRUE(edited());
+    interface.showSaved.click();
+    EXPECT_FALSE(edited());
+}
+
+TEST_F(UnsavedNotices, showWhatIsSaved_keepsTheMarkOfTheOtherPolicy) {
+    search.nextError = diskFull;
+    addAndApply();
+    interface.selectContactPolicy.choose(2);
+    interface.showSaved.click();
+    EXPECT_TRUE(edited());
+}
+
+TEST_F(UnsavedNotices, showWhatIsSaved_showsTheControlsOfTheSavedMode) {
+    interface.selectSearchPolicy.choose(0);
+    interface.selectContactPolicy.choose(2);
+    search.nextError = diskFull;
+    contacts.nextError = diskFull;
+    interface.applyButton.click();
+    interface.showSaved.click();
+    EXPECT_FALSE(interface.addNode.isHidden());
+    EXPECT_FALSE(interface.addNodeContact.isHidden()) << "its own choice is unsaved still";
+    interface.showSavedContact.click();
+    EXPECT_TRUE(interface.addNodeContact.isHidden());
+}
+
 TEST_F(UnsavedNotices, showWhatIsSaved_leavesTheOtherPolicysEditAlone) {
     interface.selectContactPolicy.choose(2);
     search.nextError = diskFull;
