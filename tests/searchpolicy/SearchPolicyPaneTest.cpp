@@ -120,6 +120,9 @@ TEST_F(Panes, customListShorterThanTheShownOne_leavesTheColourAsItWas) {
     program.setPolicy(search, attribute::automaticSearchPath, {"/Local/Accounts"});
     controller.buildDSSearchPaneData();
     EXPECT_EQ(colour(nodes, 2, TextColor::red), TextColor::red);
+    toolkit::Cell cell;
+    cell.note = "of another row";
+    EXPECT_EQ(nodes.drawnCell("NodeName", 2, cell).note, "");
 }
 
 TEST_F(Panes, contactsOutsideCustomMode_areGrayHoweverShortTheCustomList) {

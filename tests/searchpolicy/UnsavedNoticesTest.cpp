@@ -122,6 +122,29 @@ TEST_F(UnsavedNotices, tryAgainThatIsRefusedAgain_keepsTheStripWithTheNewReason)
     EXPECT_EQ(interface.unsaved.shownInformation(), "The file is immutable.");
 }
 
+TEST_F(UnsavedNotices, policyReadAgain_takesTheStripAwayWithTheEdit) {
+    interface.selectContactPolicy.choose(2);
+    search.nextError = diskFull;
+    contacts.nextError = diskFull;
+    addAndApply();
+    ASSERT_FALSE(interface.unsaved.isHidden());
+    ASSERT_FALSE(interface.unsavedContact.isHidden());
+    controller.buildDSSearchPaneData();
+    EXPECT_TRUE(interface.unsaved.isHidden());
+    EXPECT_FALSE(interface.unsavedContact.isHidden());
+    controller.buildDSContactsPaneData();
+    EXPECT_TRUE(interface.unsavedContact.isHidden());
+}
+
+TEST_F(UnsavedNotices, anotherSession_takesTheStripAway) {
+    interface.selectSearchPolicy.choose(0);
+    search.nextError = diskFull;
+    interface.applyButton.click();
+    ASSERT_FALSE(interface.unsaved.isHidden());
+    controller.setHaldenSession(program.framework.session);
+    EXPECT_TRUE(interface.unsaved.isHidden());
+}
+
 TEST_F(UnsavedNotices, showWhatIsSaved_dropsTheEditAndTheStrip) {
     search.nextError = diskFull;
     addAndApply();
