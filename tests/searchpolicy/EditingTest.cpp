@@ -289,6 +289,19 @@ TEST_F(Editing, dropsFromElsewhereOntoARowOrNowhere_areRefused) {
               DragOperation::none);
 }
 
+TEST_F(Editing, dropBetweenRows_isAMoveWhateverTheMode) {
+    fakes::FakePasteboard pasteboard;
+    const auto answer = [&](fakes::FakeTableView& table, DropOperation operation) {
+        return static_cast<int>(table.dragHandler()->validateDrop(table, {&table, pasteboard}, 2, operation));
+    };
+    EXPECT_EQ(answer(nodes, DropOperation::above), 16);
+    EXPECT_EQ(answer(nodes, DropOperation::on), 0);
+    program.interface.selectSearchPolicy.choose(0);
+    program.interface.selectContactPolicy.choose(0);
+    EXPECT_EQ(answer(nodes, DropOperation::above), 16) << "no drag begins there";
+    EXPECT_EQ(answer(contactNodes, DropOperation::above), 16);
+}
+
 TEST_F(Editing, draggedName_comesFromTheCustomListWhateverIsOnScreen) {
     program.interface.selectContactPolicy.choose(1); // Local: row 1 shows "/BSD/Files"
     fakes::FakePasteboard pasteboard;

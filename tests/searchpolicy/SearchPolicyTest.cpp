@@ -46,6 +46,11 @@ struct SearchPolicy : testing::Test {
 
 } // namespace
 
+TEST(SearchNodes, ofBothPolicies_areOpenedByTheirNumbers) {
+    EXPECT_EQ(static_cast<std::uint32_t>(searchpolicy::authenticationTraits.searchNode), 8705U);
+    EXPECT_EQ(static_cast<std::uint32_t>(searchpolicy::contactsTraits.searchNode), 8708U);
+}
+
 TEST_F(SearchPolicy, reading_showsTheActivePathsMode) {
     const std::pair<std::string_view, int> table[] = {{attribute::automaticSearchPath, 0},
                                                       {attribute::localOnlySearchPath, 1},
