@@ -1,4 +1,7 @@
 // Rows deleted after one question, in the real window.
+#include <QApplication>
+#include <QDialog>
+
 #include "gui/policies/PolicyWindow.h"
 
 namespace corvane::gui {
