@@ -121,7 +121,7 @@ TEST_F(LeavingQuestion, aConnectorThatIsSwitchedOff_takesItsDirectoriesAlong_sho
     // What was read for the question is what the pane shows from here on.
     EXPECT_EQ(program.interface.selectSearchPolicy.indexOfSelectedItem(), 2);
     EXPECT_EQ(program.interface.selectNode.numberOfRows(), 5);
-    EXPECT_FALSE(program.interface.remarks.isHidden());
+    EXPECT_EQ(program.interface.remarks.shownMessage(), "A section isn’t used.");
 }
 
 TEST_F(LeavingQuestion, aConnectorThatIsOffAlready_hasNothingToLose) {
