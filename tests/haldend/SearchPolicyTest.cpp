@@ -182,6 +182,9 @@ TEST(SearchPolicy, callWithoutTheRight_isRefused) {
     EXPECT_FALSE(machine.search()->customCall(111, old, &error));
     EXPECT_EQ(error.code, halden::ErrorCode::notPermitted);
     EXPECT_EQ(machine.call(machine.search(), 111).code, halden::ErrorCode::notPermitted);
+    const auto list = *machine.codec.binary(util::Array{staffNode});
+    EXPECT_EQ(machine.call(machine.search(), 444, {list.begin(), list.end()}).code,
+              halden::ErrorCode::notPermitted);
     halden::Error zero;
     EXPECT_FALSE(machine.search()->customCall(222, util::Bytes(32), &zero));
     EXPECT_EQ(zero.code, halden::ErrorCode::notPermitted);
@@ -241,6 +244,18 @@ TEST(SearchPolicy, listThatNobodyChose_sentBackAsItWasReported_stillFollowsAutom
                              "\n[domain/late]\nid_provider = ldap\nldap_uri = ldap://late.example.com\n");
     const auto now = machine.path(search, customPath);
     EXPECT_NE(std::ranges::find(now, "/LDAP/late.example.com"), now.end()) << "Custom would begin without it";
+}
+
+TEST(SearchPolicy, customModeAlone_keepsTheListThatItBeganWith) {
+    TestMachine machine;
+    EXPECT_FALSE(machine.call(machine.contacts(), 333));
+    const auto before = machine.path(machine.contacts(), customPath);
+    EXPECT_EQ(before, machine.path(machine.contacts(), automaticPath));
+    machine.folder.write("etc/sssd/sssd.conf",
+                         machine.folder.read("etc/sssd/sssd.conf") +
+                             "\n[domain/late]\nid_provider = ldap\nldap_uri = ldap://late.example.com\n");
+    EXPECT_NE(machine.path(machine.contacts(), automaticPath), before);
+    EXPECT_EQ(machine.path(machine.contacts(), customPath), before);
 }
 
 TEST(SearchPolicy, anotherListThanReported_isStored) {

@@ -173,6 +173,14 @@ TEST_F(Editing, deleteInsideTheHeadOrWithoutASelection_doesNothing) {
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
+TEST_F(Editing, deleteOfTheFirstRowBehindTheHead_asks) {
+    EXPECT_TRUE(nodes.clickRow(2));
+    remove.click();
+    ASSERT_EQ(program.toolkit.alerts().size(), 1U);
+    program.toolkit.answerSheet(1);
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/3", "/L/4", "/L/5", "/L/6"}));
+}
+
 TEST_F(Editing, contactsDelete_protectsALocalNodeInItsOwnPlaceOnly) {
     contactNodes.selectRow(0, false);
     removeContact.click();
@@ -279,6 +287,19 @@ TEST_F(Editing, dropsFromElsewhereOntoARowOrNowhere_areRefused) {
     fakes::FakePasteboard pasteboard;
     EXPECT_EQ(nodes.dragHandler()->validateDrop(nodes, {nullptr, pasteboard}, 4, DropOperation::above),
               DragOperation::none);
+}
+
+TEST_F(Editing, dropBetweenRows_isAMoveWhateverTheMode) {
+    fakes::FakePasteboard pasteboard;
+    const auto answer = [&](fakes::FakeTableView& table, DropOperation operation) {
+        return static_cast<int>(table.dragHandler()->validateDrop(table, {&table, pasteboard}, 2, operation));
+    };
+    EXPECT_EQ(answer(nodes, DropOperation::above), 16);
+    EXPECT_EQ(answer(nodes, DropOperation::on), 0);
+    program.interface.selectSearchPolicy.choose(0);
+    program.interface.selectContactPolicy.choose(0);
+    EXPECT_EQ(answer(nodes, DropOperation::above), 16) << "no drag begins there";
+    EXPECT_EQ(answer(contactNodes, DropOperation::above), 16);
 }
 
 TEST_F(Editing, draggedName_comesFromTheCustomListWhateverIsOnScreen) {

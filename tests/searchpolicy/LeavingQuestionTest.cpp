@@ -91,6 +91,17 @@ TEST_F(LeavingQuestion, aShorterList_asksAboutWhatWasTakenOff) {
     EXPECT_EQ(questions(), 1U);
 }
 
+TEST_F(LeavingQuestion, secondShorterList_asksOnlyAboutWhatLeavesSinceTheSaveBefore) {
+    openPolicies();
+    controller.deleteNodeFromAuthSearchPolicy("/LDAP/two");
+    apply(saveAnyway);
+    controller.deleteNodeFromAuthSearchPolicy("/AD/corp");
+    apply(saveAnyway);
+    ASSERT_EQ(questions(), 2U);
+    EXPECT_TRUE(program.toolkit.alerts()[1].information.starts_with("/AD/corp\n\n"))
+        << program.toolkit.alerts()[1].information;
+}
+
 TEST_F(LeavingQuestion, aMovedOrAddedDirectory_asksNothing) {
     openPolicies();
     controller.addNodeToAuthSearchPolicy("/LDAP/three");
@@ -100,12 +111,17 @@ TEST_F(LeavingQuestion, aMovedOrAddedDirectory_asksNothing) {
 }
 
 TEST_F(LeavingQuestion, aConnectorThatIsSwitchedOff_takesItsDirectoriesAlong_shownOrNot) {
+    search.details.set(attribute::remarks, util::Array{"A section isn’t used."});
     program.launchUnlocked(); // the policy was never shown
     controller.pluginWithPrefix("AD")->setEnabled(false);
     controller.setPluginModified(true);
     apply(cancel);
     EXPECT_TRUE(asked().information.starts_with("/AD/corp\n\n")) << asked().information;
     EXPECT_TRUE(config.calls.empty());
+    // What was read for the question is what the pane shows from here on.
+    EXPECT_EQ(program.interface.selectSearchPolicy.indexOfSelectedItem(), 2);
+    EXPECT_EQ(program.interface.selectNode.numberOfRows(), 5);
+    EXPECT_EQ(program.interface.remarks.shownMessage(), "A section isn’t used.");
 }
 
 TEST_F(LeavingQuestion, aConnectorThatIsOffAlready_hasNothingToLose) {

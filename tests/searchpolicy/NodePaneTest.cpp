@@ -236,6 +236,15 @@ TEST_F(NodePane, afterItHasClosed_addsToNoList) {
     EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/two"}));
 }
 
+TEST_F(NodePane, policyThatIsReadAgainAfterItHasClosed_isNotAddedTo) {
+    open();
+    program.interface.panelDone.click();
+    controller.buildDSSearchPaneData();
+    select({0});
+    controller.sharedNodePaneController().addNodeAction();
+    EXPECT_EQ(list(), (Names{"/Local/Accounts", "/BSD/Files", "/L/one", "/L/two"}));
+}
+
 TEST_F(NodePane, closingItsWindow_stopsAModalRun) {
     controller.sharedNodePaneController().windowWillClose();
     EXPECT_TRUE(program.journal.contains("application.stopModal 0"));

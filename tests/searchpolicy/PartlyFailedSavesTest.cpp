@@ -70,6 +70,21 @@ TEST_F(PartlyFailedSaves, refusedLoginPolicy_doesNotKeepContactsFromBeingSent) {
     EXPECT_EQ(program.toolkit.alerts().size(), 1U);
 }
 
+TEST_F(PartlyFailedSaves, externalForm_isMadeOnceForBothPolicies) {
+    controller.addNodeToAuthSearchPolicy("/LDAP/two");
+    controller.addNodeToContactsSearchPolicy("/LDAP/two");
+    program.journal.clear();
+    EXPECT_TRUE(controller.saveSearchPolicies());
+    EXPECT_EQ(program.journal.only({"makeExternalForm", "open /Search", "open /Contacts", "/Search.call 444",
+                                    "/Contacts.call 444"}),
+              (Names{"makeExternalForm", "open /Search", "/Search.call 444", "open /Contacts",
+                     "/Contacts.call 444"}));
+    const auto form = [](const fakes::ReceivedCall& call) {
+        return util::Bytes(call.request.begin(), call.request.begin() + 32);
+    };
+    EXPECT_EQ(form(search.calls.at(0)), form(contacts.calls.at(0)));
+}
+
 TEST_F(PartlyFailedSaves, localNodeThatIsOnTheListTwice_isSentNotAtAll) {
     program.setPolicy(search, attribute::customSearchPath,
                       {"/Local/Accounts", "/BSD/Files", "/LDAP/one", "/Local/Accounts", "/BSD/Files"});

@@ -120,6 +120,9 @@ TEST_F(Panes, customListShorterThanTheShownOne_leavesTheColourAsItWas) {
     program.setPolicy(search, attribute::automaticSearchPath, {"/Local/Accounts"});
     controller.buildDSSearchPaneData();
     EXPECT_EQ(colour(nodes, 2, TextColor::red), TextColor::red);
+    toolkit::Cell cell;
+    cell.note = "of another row";
+    EXPECT_EQ(nodes.drawnCell("NodeName", 2, cell).note, "");
 }
 
 TEST_F(Panes, contactsOutsideCustomMode_areGrayHoweverShortTheCustomList) {
@@ -160,11 +163,26 @@ TEST_F(Panes, contactsSelection_protectsOnlyALocalNodeInItsOwnPlace) {
 TEST_F(Panes, negativeRow_maySelectNothing) {
     EXPECT_TRUE(nodes.clickRow(-1));
     EXPECT_TRUE(contactNodes.clickRow(-1));
+    mode.choose(automatic);
+    contactMode.choose(automatic);
+    EXPECT_TRUE(nodes.clickRow(-1));
+    EXPECT_FALSE(contactNodes.clickRow(-1));
+}
+
+TEST_F(Panes, authenticationHead_isAsLongAsTheLocalListWhateverStandsThere) {
+    program.setPolicy(search, attribute::customSearchPath, {"/LDAP/one", "/LDAP/two", "/LDAP/three"});
+    controller.buildDSSearchPaneData();
+    EXPECT_FALSE(nodes.clickRow(0));
+    EXPECT_FALSE(nodes.clickRow(1));
+    EXPECT_TRUE(nodes.clickRow(2));
+    EXPECT_EQ(colour(nodes, 1), TextColor::gray);
 }
 
 TEST_F(Panes, deleteButton_ofAuthenticationLooksAtTheRow) {
     EXPECT_FALSE(program.interface.deleteNode.isEnabled());
     EXPECT_TRUE(nodes.clickRow(3));
+    EXPECT_TRUE(program.interface.deleteNode.isEnabled());
+    EXPECT_TRUE(nodes.clickRow(2)); // the first one behind the head
     EXPECT_TRUE(program.interface.deleteNode.isEnabled());
     nodes.selectRow(1, false); // by the program: inside the head
     EXPECT_FALSE(program.interface.deleteNode.isEnabled());

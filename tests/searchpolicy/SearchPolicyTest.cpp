@@ -46,6 +46,11 @@ struct SearchPolicy : testing::Test {
 
 } // namespace
 
+TEST(SearchNodes, ofBothPolicies_areOpenedByTheirNumbers) {
+    EXPECT_EQ(static_cast<std::uint32_t>(searchpolicy::authenticationTraits.searchNode), 8705U);
+    EXPECT_EQ(static_cast<std::uint32_t>(searchpolicy::contactsTraits.searchNode), 8708U);
+}
+
 TEST_F(SearchPolicy, reading_showsTheActivePathsMode) {
     const std::pair<std::string_view, int> table[] = {{attribute::automaticSearchPath, 0},
                                                       {attribute::localOnlySearchPath, 1},
@@ -296,6 +301,32 @@ TEST(SearchPolicyFirstRead, renamingReadsBothPoliciesFirst) {
     program.controller().nodeNameChanged("/LDAP/one", "/LDAP/new");
     EXPECT_TRUE(program.controller().isNodeOnAuthSearchPolicy("/LDAP/new"));
     EXPECT_TRUE(program.controller().isNodeOnContactsSearchPolicy("/LDAP/new"));
+}
+
+TEST(SearchPolicyFirstRead, deletingReadsThePolicyFirst) {
+    fakes::FakeProgram program;
+    program.setPolicy(program.framework.session->search(), attribute::customSearchPath, authCustom);
+    program.controller().deleteNodeFromAuthSearchPolicy("/LDAP/one");
+    EXPECT_EQ(program.interface.selectNode.texts("NodeName"),
+              (Names{"/Local/Accounts", "/BSD/Files", "/LDAP/two"}));
+    EXPECT_TRUE(program.interface.window.isDocumentEdited());
+}
+
+TEST(SearchPolicyFirstRead, deletingByPrefixReadsThePolicyFirst) {
+    fakes::FakeProgram program;
+    program.setPolicy(program.framework.session->contacts(), attribute::customSearchPath, authCustom);
+    program.controller().deleteNodesFromContactsSearchPolicyWithPrefix("/LDAP/");
+    EXPECT_EQ(program.interface.selectNodeContact.texts("NodeName"), fakes::localNodes);
+    EXPECT_TRUE(program.interface.window.isDocumentEdited());
+}
+
+TEST(SearchPolicyFirstRead, addingWhereTheServiceHasNoCustomList_makesOne) {
+    fakes::FakeProgram program;
+    auto& search = program.framework.session->search();
+    program.setPolicy(search, attribute::automaticSearchPath, {});
+    search.details.remove(attribute::customSearchPath);
+    program.controller().addNodeToAuthSearchPolicy("/LDAP/three");
+    EXPECT_EQ(program.interface.selectNode.texts("NodeName"), Names{"/LDAP/three"});
 }
 
 TEST_F(SearchPolicy, adding_appendsMarksSwitchesToCustomAndReloads) {

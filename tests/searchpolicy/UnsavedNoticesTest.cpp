@@ -122,6 +122,29 @@ TEST_F(UnsavedNotices, tryAgainThatIsRefusedAgain_keepsTheStripWithTheNewReason)
     EXPECT_EQ(interface.unsaved.shownInformation(), "The file is immutable.");
 }
 
+TEST_F(UnsavedNotices, policyReadAgain_takesTheStripAwayWithTheEdit) {
+    interface.selectContactPolicy.choose(2);
+    search.nextError = diskFull;
+    contacts.nextError = diskFull;
+    addAndApply();
+    ASSERT_FALSE(interface.unsaved.isHidden());
+    ASSERT_FALSE(interface.unsavedContact.isHidden());
+    controller.buildDSSearchPaneData();
+    EXPECT_TRUE(interface.unsaved.isHidden());
+    EXPECT_FALSE(interface.unsavedContact.isHidden());
+    controller.buildDSContactsPaneData();
+    EXPECT_TRUE(interface.unsavedContact.isHidden());
+}
+
+TEST_F(UnsavedNotices, anotherSession_takesTheStripAway) {
+    interface.selectSearchPolicy.choose(0);
+    search.nextError = diskFull;
+    interface.applyButton.click();
+    ASSERT_FALSE(interface.unsaved.isHidden());
+    controller.setHaldenSession(program.framework.session);
+    EXPECT_TRUE(interface.unsaved.isHidden());
+}
+
 TEST_F(UnsavedNotices, showWhatIsSaved_dropsTheEditAndTheStrip) {
     search.nextError = diskFull;
     addAndApply();
@@ -131,6 +154,36 @@ TEST_F(UnsavedNotices, showWhatIsSaved_dropsTheEditAndTheStrip) {
     const auto calls = search.calls.size();
     EXPECT_TRUE(controller.saveSearchPolicies());
     EXPECT_EQ(search.calls.size(), calls); // nothing of it is left to be written
+}
+
+TEST_F(UnsavedNotices, showWhatIsSaved_takesTheMarkAwayWhereNothingElseIsUnsaved) {
+    search.nextError = diskFull;
+    addAndApply();
+    controller.addNodeToAuthSearchPolicy("/LDAP/three");
+    ASSERT_TRUE(edited());
+    interface.showSaved.click();
+    EXPECT_FALSE(edited());
+}
+
+TEST_F(UnsavedNotices, showWhatIsSaved_keepsTheMarkOfTheOtherPolicy) {
+    search.nextError = diskFull;
+    addAndApply();
+    interface.selectContactPolicy.choose(2);
+    interface.showSaved.click();
+    EXPECT_TRUE(edited());
+}
+
+TEST_F(UnsavedNotices, showWhatIsSaved_showsTheControlsOfTheSavedMode) {
+    interface.selectSearchPolicy.choose(0);
+    interface.selectContactPolicy.choose(2);
+    search.nextError = diskFull;
+    contacts.nextError = diskFull;
+    interface.applyButton.click();
+    interface.showSaved.click();
+    EXPECT_FALSE(interface.addNode.isHidden());
+    EXPECT_FALSE(interface.addNodeContact.isHidden()) << "its own choice is unsaved still";
+    interface.showSavedContact.click();
+    EXPECT_TRUE(interface.addNodeContact.isHidden());
 }
 
 TEST_F(UnsavedNotices, showWhatIsSaved_leavesTheOtherPolicysEditAlone) {

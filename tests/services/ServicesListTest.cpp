@@ -130,6 +130,17 @@ TEST_F(ServicesList, queryAsksForEveryConnectorAndEveryAttribute) {
     EXPECT_TRUE(program.controller().pluginWithPrefix("AD")->canConfigure());
 }
 
+TEST_F(ServicesList, query_isTheWildcardForRecordNamesWithoutALimit) {
+    program.controller().buildDSConfigPaneData();
+    const auto& query = session.config().queries.back();
+    EXPECT_EQ(query.recordTypes, std::vector<std::string>{"dsRecTypeStandard:Plugins"});
+    EXPECT_EQ(query.attribute, attribute::recordName);
+    EXPECT_EQ(query.matchType, halden::MatchType::equalTo);
+    EXPECT_EQ(query.values, std::vector<std::string>{"dsRecordsAll"});
+    EXPECT_EQ(query.attributesToReturn, std::vector<std::string>{std::string(attribute::all)});
+    EXPECT_EQ(query.maximumResults, 0U);
+}
+
 TEST_F(ServicesList, failingQuery_leavesAnEmptyListAndTellsNobody) {
     program.launch();
     session.config().nextError = {1, "down", "", ""};

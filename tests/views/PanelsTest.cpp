@@ -69,6 +69,7 @@ TEST_F(EmptyMessage, messageRow_movesTheBandDown) {
     view.setMessageRow(-1);
     view.drawRect(canvas);
     EXPECT_EQ(canvas.texts[1].rect.origin.y, 5 - 19 + (17 - 22.5) * 0.5);
+    EXPECT_EQ(displays, 3) << "the message and each row are drawn";
 }
 
 TEST_F(EmptyMessage, awakeFromNib_isRowZero) {

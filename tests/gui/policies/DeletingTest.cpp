@@ -1,10 +1,23 @@
 // Rows deleted after one question, in the real window.
+#include <QApplication>
+#include <QDialog>
+
 #include "gui/policies/PolicyWindow.h"
 
 namespace corvane::gui {
 namespace {
 
 using Deleting = PolicyWindow;
+
+/// What a screen reader says of the question that is open, besides its message.
+std::string spokenQuestion() {
+    for (const auto* widget : QApplication::allWidgets()) {
+        const auto* dialog = qobject_cast<const QDialog*>(widget);
+        if (dialog && dialog->isVisible() && dialog->accessibleName() == "Delete directory domain?")
+            return dialog->accessibleDescription().toStdString();
+    }
+    return {};
+}
 
 TEST_F(Deleting, severalRows_goAfterOneQuestion) {
     open();
@@ -20,6 +33,18 @@ TEST_F(Deleting, severalRows_goAfterOneQuestion) {
     EXPECT_EQ(nodes(), Names({head1, head2, "echo"}));
     EXPECT_EQ(selection(), std::vector<int>());
     EXPECT_TRUE(edited());
+}
+
+TEST_F(Deleting, question_isReadOutWithTheRowsThatWouldGo) {
+    open();
+    user().clickRow(authenticationTable, 2);
+    user().clickRow(authenticationTable, 5, Qt::ControlModifier);
+    user().click("deleteNode");
+    const auto row = [this](int at) {
+        return view(authenticationTable).model()->index(at, 0).data().toString().toStdString();
+    };
+    EXPECT_EQ(spokenQuestion(), "Please confirm deletion: " + row(2) + ", " + row(5));
+    user().answer("Cancel");
 }
 
 TEST_F(Deleting, answeredWithCancel_deletesNothing) {
