@@ -14,8 +14,7 @@ set(LAYER_EDGES_plugins sdk util halden toolkit platform directory formatters vi
 set(LAYER_EDGES_auth util halden toolkit platform directory formatters views)
 set(LAYER_EDGES_services util halden toolkit platform directory formatters views plugins auth)
 set(LAYER_EDGES_searchpolicy ${LAYER_EDGES_services})
-set(LAYER_EDGES_diagnostics ${LAYER_EDGES_services})
-set(LAYER_EDGES_app sdk ${LAYER_EDGES_services} services searchpolicy diagnostics)
+set(LAYER_EDGES_app sdk ${LAYER_EDGES_services} services searchpolicy)
 # Floor 6: adapters. They know the interfaces that they implement, and nothing of each other.
 set(LAYER_EDGES_plist util platform)
 set(LAYER_EDGES_linux sdk util platform)
