@@ -1,14 +1,13 @@
 #include "app/MainController.h"
 
 #include "app/MainControllerLinks.h"
+#include "halden/Calls.h"
 #include "util/TextFormat.h"
 
 namespace corvane::app {
 namespace {
 
 constexpr const char* listenerName = "com.velmora.dsSearchPolicyListener";
-constexpr const char* searchPolicyChangedKey =
-    "com.velmora.DirectoryService.NotifyTypeStandard:SearchPolicyChanged";
 constexpr const char* searchPathNodeChange = "DSSearchPathNodeChange";
 constexpr const char* servicesPage = "1";
 
@@ -104,7 +103,8 @@ bool MainController::listenForSearchPolicyChanges() {
     auto& notifications = environment_.platform.notifications;
     const auto listener = environment_.platform.dynamicStore.create(
         listenerName, [&notifications] { notifications.post(searchPathNodeChange); });
-    if (!listener || !listener->setNotificationKeys({searchPolicyChangedKey})) return false;
+    if (!listener || !listener->setNotificationKeys({std::string(halden::searchPolicyChangedKey)}))
+        return false;
     listener->addToRunLoop();
     return true;
 }

@@ -1,5 +1,6 @@
 #include "directory/NetworkLocations.h"
 
+#include "halden/Calls.h"
 #include "util/TextComparison.h"
 #include "util/TextFormat.h"
 
@@ -7,11 +8,6 @@ namespace corvane::directory {
 namespace {
 
 constexpr const char* clientName = "com.velmora.Corvane";
-
-// Requests about the network configuration to a server's configuration node: the value at a key path as a
-// property list, and the value of a top-level key as text.
-constexpr std::int32_t keyPathValueCall = 445;
-constexpr std::int32_t keyValueCall = 447;
 
 // Keys of the network configuration.
 constexpr const char* setsKey = "Sets";
@@ -88,7 +84,7 @@ util::Array NetworkLocations::remoteNetworkSets() {
     const auto node = configNodeFor("networkSets");
     const auto path = util::formatted("/%@", {setsKey});
     halden::Error error;
-    const auto reply = remoteValue(node.get(), keyPathValueCall, path, error);
+    const auto reply = remoteValue(node.get(), halden::callCode::keyPathValue, path, error);
     if (reply.empty())
         log(util::formatted("-[MainController networkSets]: got zero length data from "
                             "eDSCustomCallConfigureSCGetKeyPathValueData.for path \"%@\" error is %@",
@@ -106,7 +102,7 @@ util::Array NetworkLocations::remoteNetworkSets() {
 util::Dictionary NetworkLocations::remoteCurrentNetworkSet() {
     const auto node = configNodeFor("currentNetworkSet");
     halden::Error error;
-    const auto reply = remoteValue(node.get(), keyValueCall, currentSetKey, error);
+    const auto reply = remoteValue(node.get(), halden::callCode::keyValue, currentSetKey, error);
     if (reply.empty())
         log(util::formatted("-[MainController currentNetworkSet]: got zero length data from "
                             "eDSCustomCallConfigureSCGetKeyValueData.for key \"%@\" error is %@",
@@ -126,7 +122,7 @@ util::Dictionary NetworkLocations::remoteCurrentNetworkSet() {
 std::string NetworkLocations::remoteHostName() {
     const auto node = needs_.haldenConfigNode();
     halden::Error error;
-    const auto reply = remoteValue(node.get(), keyPathValueCall, hostNamesPath, error);
+    const auto reply = remoteValue(node.get(), halden::callCode::keyPathValue, hostNamesPath, error);
     const auto name = remoteDictionary(reply).textForKey(localHostNameKey);
     return name.empty() ? needs_.ipAddress() : name;
 }

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "halden/Calls.h"
+
 namespace corvane::haldend {
 
 /// The sessions that the run loop keeps.
@@ -29,7 +31,7 @@ public:
             sessions.push_back(shared_from_this());
     }
     void policyChanged() const {
-        if (std::ranges::find(keys_, searchPolicyChangedKey) != keys_.end() && callback_) callback_();
+        if (std::ranges::find(keys_, halden::searchPolicyChangedKey) != keys_.end() && callback_) callback_();
     }
 
 private:

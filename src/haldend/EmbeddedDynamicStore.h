@@ -2,7 +2,6 @@
 
 #include <functional>
 #include <memory>
-#include <string_view>
 #include <vector>
 
 #include "haldend/engine/Engine.h"
@@ -10,11 +9,8 @@
 
 namespace corvane::haldend {
 
-/// The one key that is known: the search policies or what they stand on have changed.
-inline constexpr std::string_view searchPolicyChangedKey =
-    "com.velmora.DirectoryService.NotifyTypeStandard:SearchPolicyChanged";
-
-/// Tells listeners of the engine's changes: other programs' edits and the program's own.
+/// Tells listeners of the engine's changes: other programs' edits and the program's own. The one key that is
+/// known is `halden::searchPolicyChangedKey`: the policies or what they are made from have changed.
 class EmbeddedDynamicStore final : public platform::DynamicStore {
 public:
     /// Runs its argument from the main loop, later.

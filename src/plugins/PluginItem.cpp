@@ -1,6 +1,7 @@
 #include "plugins/PluginItem.h"
 
 #include "directory/CustomCalls.h"
+#include "halden/Calls.h"
 #include "plugins/ConnectorNames.h"
 #include "plugins/ServiceDescription.h"
 #include "util/TextFormat.h"
@@ -144,7 +145,7 @@ bool PluginItem::saveEnableState() {
     if (!node) return false;
     // The call names no direction: it flips the state, which is why it is sent only when the two differ.
     halden::Error error;
-    const auto code = service::enableCallBase + static_cast<std::int32_t>(index.integerValue());
+    const auto code = halden::callCode::flipConnectorBase + static_cast<std::int32_t>(index.integerValue());
     (void)directory::customCall(*node, code, form, &error);
     if (error) return false;
     mDictionary.set(service::loaded, desired);

@@ -21,7 +21,4 @@ inline constexpr std::string_view makeInactive = "Make InActive";
 inline constexpr std::string_view unknown = "Unknown";
 inline constexpr std::string_view notAvailable = "Not Available";
 
-/// The custom call that flips a connector's state is this plus the connector's index.
-inline constexpr int enableCallBase = 1000;
-
 } // namespace corvane::plugins::service

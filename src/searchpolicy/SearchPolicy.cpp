@@ -3,30 +3,24 @@
 #include <exception>
 
 #include "directory/CustomCalls.h"
+#include "halden/Calls.h"
 
 namespace corvane::searchpolicy {
 
 namespace attribute = halden::attribute;
+namespace code = halden::callCode;
 
 namespace {
-
-/// Requests to a search node.
-namespace code {
-constexpr std::int32_t automatic = 111;
-constexpr std::int32_t local = 222;
-constexpr std::int32_t custom = 333;
-constexpr std::int32_t replaceCustomList = 444;
-} // namespace code
 
 /// 0 for a mode that can't be switched to.
 std::int32_t codeOf(Mode mode) {
     switch (mode) {
     case Mode::automatic:
-        return code::automatic;
+        return code::automaticPolicy;
     case Mode::local:
-        return code::local;
+        return code::localPolicy;
     case Mode::custom:
-        return code::custom;
+        return code::customPolicy;
     case Mode::notYetKnown:
         break;
     }

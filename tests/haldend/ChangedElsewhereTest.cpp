@@ -13,7 +13,7 @@ struct Listener {
         : store(machine.engine,
                 [this](std::function<void()> action) { posted.push_back(std::move(action)); }) {
         const auto session = store.create("test", [this] { ++calls; });
-        EXPECT_TRUE(session->setNotificationKeys({std::string(haldend::searchPolicyChangedKey)}));
+        EXPECT_TRUE(session->setNotificationKeys({std::string(halden::searchPolicyChangedKey)}));
         session->addToRunLoop();
     }
     int delivered() {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <set>
 
+#include "halden/Calls.h"
 #include "haldend/nodes/ConfigNode.h"
 #include "haldend/nodes/NodeFactory.h"
 #include "haldend/storage/Failure.h"
@@ -131,16 +132,16 @@ RecordList SearchNode::fetch(const QueryParameters& parameters, bool allowPartia
 
 util::Bytes SearchNode::call(std::int32_t code, util::BytesView request) {
     switch (code) {
-    case 111:
+    case callCode::automaticPolicy:
         setMode(PolicyMode::automatic, request);
         return {};
-    case 222:
+    case callCode::localPolicy:
         setMode(PolicyMode::localOnly, request);
         return {};
-    case 333:
+    case callCode::customPolicy:
         setMode(PolicyMode::custom, request);
         return {};
-    case 444:
+    case callCode::replaceCustomList:
         setCustomList(request);
         return {};
     default:

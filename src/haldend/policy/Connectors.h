@@ -5,6 +5,8 @@
 #include <string>
 #include <string_view>
 
+#include "halden/Calls.h"
+
 namespace corvane::haldend {
 
 /// A kind of directory that the service can connect to.
@@ -14,7 +16,9 @@ struct Connector {
     std::string_view version;
     bool canBeSwitchedOff;
 
-    [[nodiscard]] constexpr int callCode() const { return 1000 + static_cast<int>(version.size()); }
+    [[nodiscard]] constexpr int callCode() const {
+        return halden::callCode::flipConnectorBase + static_cast<int>(version.size());
+    }
 };
 
 inline constexpr std::array<Connector, 6> connectors{{
