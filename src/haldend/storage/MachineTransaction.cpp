@@ -114,8 +114,8 @@ void keepPrevious(const std::string& target, const std::string& content, const s
     (void)writeFile(kept, content, 0600);
 }
 
-/// True when the crash came before all new contents were stored, and so before the first renaming: each file is
-/// as it was, and the new content of one is missing.
+/// True when the crash came before all new contents were stored, and so before the first renaming: each file
+/// is as it was, and the new content of one is missing.
 bool mustBeUndone(const MachineFolder& folder, const TransactionJournal& journal) {
     bool isIncomplete = false;
     for (const auto& entry : journal.entries) {
