@@ -6,6 +6,8 @@
 
 #include "Object.h"
 
+// Kept to itself by each module, as in PluginWrapper.h.
+#pragma GCC visibility push(hidden)
 namespace corvane::sdk {
 
 /// The authorization's external form: as good as a password, so it is overwritten when it goes.
@@ -241,3 +243,4 @@ private:
 };
 
 } // namespace corvane::sdk
+#pragma GCC visibility pop

@@ -10,6 +10,8 @@
 
 #include "PluginTable.h"
 
+// Kept to itself by each module, as in PluginWrapper.h.
+#pragma GCC visibility push(hidden)
 namespace corvane::sdk {
 
 /// A counted reference to an object of the host, or to none: what Objects.h says, with the counting done.
@@ -115,3 +117,4 @@ private:
 };
 
 } // namespace corvane::sdk
+#pragma GCC visibility pop

@@ -9,6 +9,10 @@
 
 #include "PluginTable.h"
 
+// A module keeps its copies to itself, whatever options it is built with: statics of templates are otherwise
+// one for the whole process, and two plug-ins with the same class name would share a table.
+#pragma GCC visibility push(hidden)
+
 /// Makes a function table out of a plain C++ class by looking at what it has. A method with the right name
 /// and the wrong signature fails to compile; exceptions stay inside and are told to the host.
 ///
@@ -271,6 +275,7 @@ const CorvanePlugin* tableFor() noexcept {
 }
 
 } // namespace corvane::sdk
+#pragma GCC visibility pop
 
 /// Exports `Class` as the plug-in of this module. Once per module, at file scope.
 #define CORVANE_PLUGIN(Class)                                                                                \
