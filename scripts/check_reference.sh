@@ -146,7 +146,7 @@ check_requests() {
 }
 
 export LC_ALL=C.UTF-8
-cpp_headers=$(cat "$HEADERS"/Host.h "$HEADERS"/Object.h "$HEADERS"/PluginWrapper.h | sed 's:^ *///* *::' | normal)
+cpp_headers=$(cat "$HEADERS"/Host.h "$HEADERS"/Object.h "$HEADERS"/PluginWrapper.h "$HEADERS"/PluginMethods.h | sed 's:^ *///* *::' | normal)
 check_table PluginTable.h CorvaneHost host.md
 check_table Objects.h CorvaneObjects objects.md
 check_table Directory.h CorvaneDirectory directory.md

@@ -33,15 +33,14 @@ CorvaneObject* askNode(CorvaneObject* node, CorvaneObject** place, Body body) no
     return ask<HostNode>(node, "node", place, body);
 }
 
-util::AuthorizationExternalForm formFrom(const uint8_t* octets) {
+util::AuthorizationExternalForm formFrom(const uint8_t* bytes) {
     util::AuthorizationExternalForm form;
-    if (octets != nullptr) std::copy_n(octets, form.bytes.size(), form.bytes.begin());
+    if (bytes != nullptr) std::copy_n(bytes, form.bytes.size(), form.bytes.begin());
     return form;
 }
 
-util::BytesView octetsFrom(const void* octets, uint64_t length) {
-    return octets == nullptr ? util::BytesView()
-                             : util::BytesView(static_cast<const uint8_t*>(octets), length);
+util::BytesView bytesFrom(const void* bytes, uint64_t length) {
+    return bytes == nullptr ? util::BytesView() : util::BytesView(static_cast<const uint8_t*>(bytes), length);
 }
 
 CorvaneObject* replied(std::optional<util::Bytes> reply) {
@@ -116,15 +115,15 @@ void fillCalls(CorvaneDirectory& table) {
     table.customCall = [](CorvaneObject* node, int32_t code, const void* request, uint64_t length,
                           CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
-            return replied(n.node->customCall(code, octetsFrom(request, length), &error));
+            return replied(n.node->customCall(code, bytesFrom(request, length), &error));
         });
     };
     table.customCallWithAuthorization = [](CorvaneObject* node, int32_t code, const void* request,
                                            uint64_t length, const uint8_t authorization[32],
                                            CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
-            const auto octets = octetsFrom(request, length);
-            auto payload = util::Bytes(octets.begin(), octets.end());
+            const auto bytes = bytesFrom(request, length);
+            auto payload = util::Bytes(bytes.begin(), bytes.end());
             auto reply = directory::customCall(*n.node, code, payload, formFrom(authorization), &error);
             util::wipe(payload);
             return replied(std::move(reply));

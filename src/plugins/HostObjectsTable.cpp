@@ -85,9 +85,9 @@ void fillMakers(CorvaneObjects& table) {
     table.makeDate = [](double seconds) {
         return reference([&] { return newReference(util::Date(seconds)); });
     };
-    table.makeData = [](const void* octets, uint64_t length) {
+    table.makeData = [](const void* bytes, uint64_t length) {
         return reference([&] {
-            const auto* first = static_cast<const uint8_t*>(octets);
+            const auto* first = static_cast<const uint8_t*>(bytes);
             return newReference(
                 util::Data(first == nullptr ? util::Bytes() : util::Bytes(first, first + length)));
         });
@@ -135,7 +135,7 @@ void fillLeaves(CorvaneObjects& table) {
         if (length != nullptr) *length = text.isNull() ? 0 : text.text().size();
         return text.isNull() ? "" : text.text().c_str();
     };
-    table.octets = [](const CorvaneObject* object, uint64_t* length) -> const uint8_t* {
+    table.bytes = [](const CorvaneObject* object, uint64_t* length) -> const uint8_t* {
         const auto data = valueOf(object).as<util::Data>();
         if (length != nullptr) *length = data.isNull() ? 0 : data.bytes().size();
         return data.isNull() ? nullptr : data.bytes().data();

@@ -109,8 +109,8 @@ void PluginHostTable::fillMessages() {
     table_.propertyListFromData = [](void* context, const CorvaneObject* data, CorvaneObject** error) {
         return Entry::get(context, [&](PluginAPIImplementor& api) {
             std::string reason;
-            const auto octets = valueOf(data).as<util::Data>();
-            const auto value = api.propertyLists().parse(octets.bytes(), &reason);
+            const auto bytes = valueOf(data).as<util::Data>();
+            const auto value = api.propertyLists().parse(bytes.bytes(), &reason);
             if (value.isNull())
                 report({halden::ErrorCode::parameter, "The data is no property list.", reason, ""}, error);
             return newReference(value);
@@ -125,11 +125,11 @@ void PluginHostTable::fillAuthorization() {
     table_.preflightAuthRights = [](void* context) {
         return Entry::ask(context, [](PluginAPIImplementor& api) { return api.preflightAuthRights(); });
     };
-    table_.makeAuthExternalForm = [](void* context, uint8_t* octets) {
+    table_.makeAuthExternalForm = [](void* context, uint8_t* bytes) {
         return Entry::run(context, int32_t{-1}, [&](PluginAPIImplementor& api) {
             util::AuthorizationExternalForm form;
             const auto status = api.makeAuthExternalForm(form);
-            std::ranges::copy(form.bytes, octets);
+            std::ranges::copy(form.bytes, bytes);
             return status;
         });
     };

@@ -15,7 +15,7 @@ extern "C" {
 #endif
 
 typedef struct CorvaneDirectory {
-    uint32_t size; /* of this table in octets, as the host knows it; entries beyond it aren't there */
+    uint32_t size; /* of this table in bytes, as the host knows it; entries beyond it aren't there */
 
     /* The names of all nodes of a session, an array of strings in the service's order. Null on failure. */
     CorvaneObject* (*nodeNames)(CorvaneObject* session, CorvaneObject** error);
@@ -38,7 +38,7 @@ typedef struct CorvaneDirectory {
      * worked is told by `error` alone. `request` may be null when `length` is 0. */
     CorvaneObject* (*customCall)(CorvaneObject* node, int32_t code, const void* request, uint64_t length,
                                  CorvaneObject** error);
-    /* The same with the 32-octet authorization external form in front of the request. */
+    /* The same with the 32-byte authorization external form in front of the request. */
     CorvaneObject* (*customCallWithAuthorization)(CorvaneObject* node, int32_t code, const void* request,
                                                   uint64_t length, const uint8_t authorization[32],
                                                   CorvaneObject** error);

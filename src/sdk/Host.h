@@ -6,8 +6,6 @@
 
 #include "Object.h"
 
-// Kept to itself by each module, as in PluginWrapper.h.
-#pragma GCC visibility push(hidden)
 namespace corvane::sdk {
 
 /// The authorization's external form: as good as a password, so it is overwritten when it goes.
@@ -17,14 +15,14 @@ public:
     AuthorizationForm(const AuthorizationForm&) = delete;
     AuthorizationForm& operator=(const AuthorizationForm&) = delete;
     ~AuthorizationForm() {
-        for (auto& octet : octets_)
-            const_cast<volatile std::uint8_t&>(octet) = 0;
+        for (auto& byte : bytes_)
+            const_cast<volatile std::uint8_t&>(byte) = 0;
     }
-    [[nodiscard]] std::uint8_t* data() { return octets_.data(); }
-    [[nodiscard]] const std::uint8_t* data() const { return octets_.data(); }
+    [[nodiscard]] std::uint8_t* data() { return bytes_.data(); }
+    [[nodiscard]] const std::uint8_t* data() const { return bytes_.data(); }
 
 private:
-    std::array<std::uint8_t, 32> octets_{};
+    std::array<std::uint8_t, 32> bytes_{};
 };
 
 /// The host as a C++ object: each operation of CorvaneHost under the same name. A small handle; copy it
@@ -55,8 +53,8 @@ public:
         return value(objects().makeDate(secondsSince1970));
     }
     /// Copied; the copy is overwritten when its last reference goes.
-    [[nodiscard]] Object data(std::span<const std::uint8_t> octets) const {
-        return value(objects().makeData(octets.data(), octets.size()));
+    [[nodiscard]] Object data(std::span<const std::uint8_t> bytes) const {
+        return value(objects().makeData(bytes.data(), bytes.size()));
     }
     [[nodiscard]] Object array() const { return value(objects().makeArray()); }
     [[nodiscard]] Object array(const std::vector<std::string>& texts) const {
@@ -181,7 +179,7 @@ public:
             return directory().records(node.get(), recordType.c_str(), wanted, names.get(), maximum, e);
         });
     }
-    /// The reply's octets as data, or none.
+    /// The reply's bytes as data, or none.
     [[nodiscard]] Object customCall(const Object& node, std::int32_t code,
                                     std::span<const std::uint8_t> request) const {
         return checked([&](CorvaneObject** e) {
@@ -243,4 +241,3 @@ private:
 };
 
 } // namespace corvane::sdk
-#pragma GCC visibility pop

@@ -6,7 +6,7 @@
 /// keys of the property lists that go to and fro. Published, so that plug-ins other than Corvane's own may
 /// use them.
 ///
-/// Each request but `listServers` is the 32-octet authorization external form directly followed by an XML
+/// Each request but `listServers` is the 32-byte authorization external form directly followed by an XML
 /// property list, a dictionary; each reply is an XML property list. What a request says wrongly, and what a
 /// right is missing for, is the call's error; a dictionary may hold keys that its reader doesn't know.
 ///
@@ -55,7 +55,7 @@ inline constexpr auto security = "security"; ///< one of `security`; default "st
 inline constexpr auto caFile = "caFile";     ///< path on the machine, "" for the system's own authorities
 inline constexpr auto baseDN = "baseDN";     ///< string
 inline constexpr auto bindDN = "bindDN";     ///< string, "" for an anonymous bind
-/// Data, UTF-8 octets; only in requests, never in replies. Empty takes a stored password away.
+/// Data, UTF-8 bytes; only in requests, never in replies. Empty takes a stored password away.
 inline constexpr auto password = "password";
 inline constexpr auto hasPassword = "hasPassword"; ///< boolean; only in replies
 inline constexpr auto schema = "schema";           ///< one of `schema`; default "rfc2307"

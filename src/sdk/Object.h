@@ -10,8 +10,6 @@
 
 #include "PluginTable.h"
 
-// Kept to itself by each module, as in PluginWrapper.h.
-#pragma GCC visibility push(hidden)
 namespace corvane::sdk {
 
 /// A counted reference to an object of the host, or to none: what Objects.h says, with the counting done.
@@ -47,10 +45,10 @@ public:
         return {first, length};
     }
     /// Borrowed: valid while a reference is held.
-    [[nodiscard]] std::span<const std::uint8_t> octets() const {
+    [[nodiscard]] std::span<const std::uint8_t> bytes() const {
         if (object_ == nullptr) return {};
         std::uint64_t length = 0;
-        const auto* first = table_->octets(object_, &length);
+        const auto* first = table_->bytes(object_, &length);
         return {first, length};
     }
     [[nodiscard]] std::int64_t integer() const { return object_ == nullptr ? 0 : table_->integer(object_); }
@@ -70,7 +68,7 @@ public:
         return object_ == nullptr ? Object() : Object(*table_, table_->valueForKey(object_, key.c_str()));
     }
     [[nodiscard]] bool has(const std::string& key) const { return static_cast<bool>((*this)[key]); }
-    /// The keys of a dictionary, in the order of their octets.
+    /// The keys of a dictionary, in the order of their bytes.
     [[nodiscard]] std::vector<std::string> keys() const {
         return object_ == nullptr ? std::vector<std::string>()
                                   : Object(*table_, table_->keys(object_)).texts();
@@ -117,4 +115,3 @@ private:
 };
 
 } // namespace corvane::sdk
-#pragma GCC visibility pop

@@ -1,13 +1,11 @@
 #pragma once
 
-#include <concepts>
 #include <exception>
 #include <string>
-#include <string_view>
 #include <type_traits>
 #include <vector>
 
-#include "PluginTable.h"
+#include "PluginMethods.h"
 
 // A module keeps its copies to itself, whatever options it is built with: statics of templates are otherwise
 // one for the whole process, and two plug-ins with the same class name would share a table.
@@ -30,6 +28,9 @@
 /// bool applicationWillQuitSavingChanges(bool), bool applicationWillLockSavingChanges(bool),
 /// bool shouldAllowNodeNameOnSearchPolicy(std::string_view), std::vector<std::string> nodesToRemove(). All
 /// are called on the main thread.
+///
+/// It may have a field that says what it is:
+///     static constexpr corvane::sdk::About about{"Example", "1.0", "Jane Doe", "https://example.com"};
 namespace corvane::sdk {
 
 /// The object behind `self`.
@@ -95,51 +96,27 @@ using Inheritable = std::conditional_t<std::is_final_v<P>, Nameless, P>;
     }
 
 template <typename P>
-concept HasIsEnabledForLocation = requires(P& p, const char* l) {
-    { p.isEnabledForLocation(l) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasCanSetEnabled = requires(P& p, const char* l) {
-    { p.canSetEnabledForLocation(l) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasSetEnabled = requires(P& p, const char* l) {
-    { p.setEnabledForLocation(true, l) } -> std::same_as<void>;
-};
-template <typename P>
-concept HasPluginName = requires(P& p) {
-    { p.pluginName() } -> std::same_as<std::string>;
-};
-template <typename P>
-concept HasConfigureButtonClicked = requires(P& p, void* s) {
-    { p.configureButtonClicked(s) } -> std::same_as<void>;
-};
-template <typename P>
-concept HasSetHost = requires(P& p, const CorvaneHost& h) {
-    { p.setPluginAPIImplementor(h) } -> std::same_as<void>;
-};
-template <typename P>
-concept HasQuitAnswer = requires(P& p) {
-    { p.applicationWillQuitSavingChanges(true) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasLockAnswer = requires(P& p) {
-    { p.applicationWillLockSavingChanges(true) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasAdmission = requires(P& p, std::string_view n) {
-    { p.shouldAllowNodeNameOnSearchPolicy(n) } -> std::same_as<bool>;
-};
-
-template <typename P>
-concept HasNodesToRemove = requires(P& p) {
-    { p.nodesToRemove() } -> std::same_as<std::vector<std::string>>;
-};
+void fillAbout(CorvanePlugin& table) {
+    if constexpr (HasAbout<P>) {
+        // A copy of the module's own: the class's field may be one for the whole process.
+        static constexpr CorvaneAbout kept = P::about;
+        table.about = &kept;
+    } else {
+        CORVANE_SDK_LACKS(about);
+    }
+}
 
 template <typename P>
 void fillLifetime(CorvanePlugin& table) {
-    table.create = []() noexcept -> void* {
-        return guard<void*>(nullptr, "create", nullptr, [] { return new Instance<P>(); });
+    table.create = [](CorvaneReasonTaker takeReason, void* context) noexcept -> void* {
+        try {
+            return new Instance<P>();
+        } catch (const std::exception& failure) {
+            takeReason(context, failure.what());
+        } catch (...) {
+            takeReason(context, "an unknown exception");
+        }
+        return nullptr;
     };
     table.destroy = [](void* self) noexcept { delete static_cast<Instance<P>*>(self); };
     // Always there: the guard itself needs the host to report to.
@@ -264,6 +241,7 @@ const CorvanePlugin* tableFor() noexcept {
         CorvanePlugin made{};
         made.size = sizeof made;
         made.version = CORVANE_PLUGIN_VERSION;
+        fillAbout<P>(made);
         fillLifetime<P>(made);
         fillEnabledState<P>(made);
         fillConfiguration<P>(made);
@@ -274,9 +252,19 @@ const CorvanePlugin* tableFor() noexcept {
     return &table;
 }
 
+/// The same for a host that can use it; null for any other.
+template <std::default_initializable P>
+const CorvanePlugin* tableForHost(const CorvaneHandshake* host) noexcept {
+    const bool fits =
+        host->oldestVersion <= CORVANE_PLUGIN_VERSION && CORVANE_PLUGIN_VERSION <= host->newestVersion;
+    return fits ? tableFor<P>() : nullptr;
+}
+
 } // namespace corvane::sdk
 #pragma GCC visibility pop
 
 /// Exports `Class` as the plug-in of this module. Once per module, at file scope.
 #define CORVANE_PLUGIN(Class)                                                                                \
-    CORVANE_EXPORT const CorvanePlugin* corvane_plugin() { return corvane::sdk::tableFor<Class>(); }
+    CORVANE_EXPORT const CorvanePlugin* corvane_plugin_for_host(const CorvaneHandshake* host) {              \
+        return corvane::sdk::tableForHost<Class>(host);                                                      \
+    }

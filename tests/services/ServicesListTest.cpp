@@ -263,3 +263,22 @@ TEST_F(ServicesList, changeListenerWithoutItsKey_isNotPutIntoTheRunLoop) {
     EXPECT_TRUE(program.platform.dynamicStore.inRunLoop.empty());
     EXPECT_TRUE(program.platform.dynamicStore.lastSession.expired()); // nobody else holds it
 }
+
+TEST_F(ServicesList, pluginWhoseConstructorThrows_isLoggedAndShownWithItsMessage_onceForAllReadings) {
+    struct CantBeMade {
+        CantBeMade() { throw std::runtime_error("no licence was found"); }
+    };
+    program.addConnector("AD", "Active", "1");
+    program.addPlugin("AD", reinterpret_cast<void*>(&sdk::tableForHost<CantBeMade>));
+    program.launch();
+    ASSERT_EQ(program.toolkit.alerts().size(), 1U);
+    EXPECT_EQ(program.toolkit.alerts()[0].message, "The plug-in AD has failed.");
+    EXPECT_NE(program.toolkit.alerts()[0].information.find("“create”: no licence was found"),
+              std::string::npos);
+    EXPECT_TRUE(std::ranges::any_of(program.platform.log.lines, [](const auto& line) {
+        return line.find("AD.cvplug made no object: no licence was found") != line.npos;
+    }));
+    program.toolkit.answerSheet(1);
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(program.toolkit.alerts().size(), 1U);
+}
