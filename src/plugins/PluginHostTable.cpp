@@ -30,8 +30,9 @@ public:
         action_.setRemoteAuthExtForm(action_.self, form.bytes.data());
     }
     [[nodiscard]] static bool accepts(const CorvaneAction* action) {
-        return action != nullptr && action->size >= sizeof(CorvaneAction) && action->setAuth != nullptr &&
-               action->setRemoteAuthExtForm != nullptr;
+        // Not the whole table's size: a plug-in may be older than its latest entries.
+        return action != nullptr && CORVANE_OFFERS(CorvaneAction, action, setAuth) &&
+               CORVANE_OFFERS(CorvaneAction, action, setRemoteAuthExtForm);
     }
 
 private:

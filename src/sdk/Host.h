@@ -1,8 +1,8 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <optional>
+#include <type_traits>
 
 #include "Object.h"
 
@@ -34,12 +34,11 @@ public:
     explicit Host(const CorvaneHost& host) : host_(&host) {}
     explicit operator bool() const { return host_ != nullptr; }
     [[nodiscard]] const CorvaneHost& table() const { return *host_; }
-    /// The running host knows this entry.
-    template <typename Function>
-    [[nodiscard]] bool offers(Function CorvaneHost::*entry) const {
-        const auto* place = reinterpret_cast<const char*>(&(host_->*entry));
-        const auto end = place - reinterpret_cast<const char*>(host_) + std::ptrdiff_t{sizeof(Function)};
-        return end <= static_cast<std::ptrdiff_t>(host_->size) && host_->*entry != nullptr;
+    /// The running host knows this entry of its own table, or of CorvaneObjects, CorvaneDirectory or
+    /// CorvaneFormatters.
+    template <typename Table, typename Function>
+    [[nodiscard]] bool offers(Function Table::*entry) const {
+        return host_ != nullptr && sdk::offers(tableWith(entry), entry);
     }
 
     // Values
@@ -204,6 +203,17 @@ public:
     }
 
 private:
+    template <typename Table, typename Function>
+    [[nodiscard]] const Table& tableWith(Function Table::* /*entry*/) const {
+        if constexpr (std::is_same_v<Table, CorvaneObjects>)
+            return *host_->objects;
+        else if constexpr (std::is_same_v<Table, CorvaneDirectory>)
+            return *host_->directory;
+        else if constexpr (std::is_same_v<Table, CorvaneFormatters>)
+            return *host_->formatters;
+        else
+            return *host_;
+    }
     [[nodiscard]] const CorvaneObjects& objects() const { return *host_->objects; }
     [[nodiscard]] const CorvaneDirectory& directory() const { return *host_->directory; }
     [[nodiscard]] Object value(CorvaneObject* taken) const { return {objects(), taken}; }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <stdexcept>
@@ -11,6 +12,14 @@
 #include "PluginTable.h"
 
 namespace corvane::sdk {
+
+/// Does a table have this entry? Whoever made the table may be too old to know it.
+template <typename Table, typename Function>
+[[nodiscard]] bool offers(const Table& table, Function Table::*entry) {
+    const auto* place = reinterpret_cast<const char*>(&(table.*entry));
+    const auto end = place - reinterpret_cast<const char*>(&table) + std::ptrdiff_t{sizeof(Function)};
+    return end <= std::ptrdiff_t{table.size} && table.*entry != nullptr;
+}
 
 /// A counted reference to an object of the host, or to none: what Objects.h says, with the counting done.
 /// Copying shares the object. Reading what the object isn't gives "", 0, false, or an empty reference, never

@@ -13,11 +13,17 @@
  * what is said under "otherwise" and does nothing else. Main thread.
  */
 
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* Does a table have this entry? Tables grow at their ends, so whoever made this one may not know it:
+ * CORVANE_OFFERS(CorvaneHost, host, isRemote). */
+#define CORVANE_OFFERS(type, table, entry)                                                                   \
+    ((table)->size >= offsetof(type, entry) + sizeof((table)->entry) && (table)->entry != 0)
 
 typedef struct CorvaneObject CorvaneObject;
 
