@@ -3,11 +3,12 @@
 /* What a plug-in can ask of the directory service through the sessions and nodes that the host hands out.
  *
  * Every entry blocks until the service has answered. `error` may be null; it is written on failure alone, and
- * then with a new dictionary (release it): "code" (integer), and the strings "description" (what failed),
- * "reason" (cause and evidence, may be empty) and "recovery" (what to try next, may be empty). References as
- * described in Objects.h. Main thread.
+ * then with a new dictionary (release it): "code" (integer, see Errors.h), and the strings "description"
+ * (what failed), "reason" (cause and evidence, may be empty) and "recovery" (what to try next, may be empty).
+ * References as described in Objects.h. Main thread.
  */
 
+#include "Errors.h"
 #include "Objects.h"
 
 #ifdef __cplusplus
