@@ -1,5 +1,6 @@
 #pragma once
 
+#include <concepts>
 #include <cstddef>
 #include <cstdint>
 #include <span>
@@ -54,12 +55,14 @@ public:
         return {first, length};
     }
     /// Borrowed: valid while a reference is held.
-    [[nodiscard]] std::span<const std::uint8_t> bytes() const {
+    [[nodiscard]] std::span<const std::uint8_t> bytes() const& {
         if (object_ == nullptr) return {};
         std::uint64_t length = 0;
         const auto* first = table_->bytes(object_, &length);
         return {first, length};
     }
+    /// A temporary would free them before anyone could read them: give it a name.
+    std::span<const std::uint8_t> bytes() const&& = delete;
     [[nodiscard]] std::int64_t integer() const { return object_ == nullptr ? 0 : table_->integer(object_); }
     [[nodiscard]] double real() const { return object_ == nullptr ? 0 : table_->real(object_); }
     [[nodiscard]] bool boolean() const { return object_ != nullptr && table_->boolean(object_) != 0; }
@@ -76,6 +79,10 @@ public:
     [[nodiscard]] Object operator[](const std::string& key) const {
         return object_ == nullptr ? Object() : Object(*table_, table_->valueForKey(object_, key.c_str()));
     }
+    /// Elements of an array have no keys: at(0).
+    template <std::integral Number>
+    Object operator[](Number index) const = delete;
+    Object operator[](std::nullptr_t) const = delete;
     [[nodiscard]] bool has(const std::string& key) const { return static_cast<bool>((*this)[key]); }
     /// The keys of a dictionary, in the order of their bytes.
     [[nodiscard]] std::vector<std::string> keys() const {

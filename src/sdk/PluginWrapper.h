@@ -65,22 +65,6 @@ Result guard(const CorvaneHost* host, const char* operation, Result otherwise, B
     return otherwise;
 }
 
-/// What a final class is replaced by where it would have to be inherited from.
-struct Nameless {};
-template <typename P>
-using Inheritable = std::conditional_t<std::is_final_v<P>, Nameless, P>;
-
-// The class has nothing of that name: neither private, nor overloaded, nor a template. If it had, `Both`
-// would inherit the name twice, and its address couldn't be taken. (Of a final class only what is public is
-// seen.)
-#define CORVANE_SDK_LACKS(name)                                                                              \
-    struct Named {                                                                                           \
-        int name;                                                                                            \
-    };                                                                                                       \
-    struct Both : Inheritable<P>, Named {};                                                                  \
-    static_assert(                                                                                           \
-        requires { &Both::name; } && !requires { &P::name; }, #name ": wrong signature, or not public")
-
 // One entry of the table: filled when the class has the method in the right shape, left null when it hasn't
 // the method at all, and a compile-time error in between.
 #define CORVANE_SDK_ENTRY(name, condition, lambda)                                                           \
@@ -231,8 +215,9 @@ void fillRemoval(CorvanePlugin& table) {
 }
 
 #undef CORVANE_SDK_ENTRY
-#undef CORVANE_SDK_LACKS
 #undef CORVANE_SDK_ANSWER
+#undef CORVANE_SDK_LACKS
+#undef CORVANE_SDK_NONE
 
 /// The class's table, made on first use and kept for the life of the process.
 template <std::default_initializable P>
@@ -241,6 +226,7 @@ const CorvanePlugin* tableFor() noexcept {
         CorvanePlugin made{};
         made.size = sizeof made;
         made.version = CORVANE_PLUGIN_VERSION;
+        refuseMisspeltMethods<P>();
         fillAbout<P>(made);
         fillLifetime<P>(made);
         fillEnabledState<P>(made);

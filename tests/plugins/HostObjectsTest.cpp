@@ -38,9 +38,11 @@ TEST_F(HostObjects, values_giveBackWhatTheyWereMadeOf) {
     EXPECT_TRUE(host.boolean(true).boolean());
     EXPECT_EQ(host.date(86400).date(), 86400);
     const std::uint8_t bytes[] = {1, 0, 2};
-    EXPECT_EQ(host.data(bytes).bytes().size(), 3U);
-    EXPECT_EQ(host.data(bytes).bytes()[2], 2);
-    EXPECT_EQ(host.data({}).bytes().size(), 0U);
+    const auto data = host.data(bytes);
+    EXPECT_EQ(data.bytes().size(), 3U);
+    EXPECT_EQ(data.bytes()[2], 2);
+    const auto none = host.data({});
+    EXPECT_EQ(none.bytes().size(), 0U);
     EXPECT_EQ(sdk::Object(objects, objects.makeUnsigned(std::numeric_limits<std::uint64_t>::max())).integer(),
               std::numeric_limits<std::int64_t>::max());
 }
