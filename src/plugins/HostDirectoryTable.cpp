@@ -123,10 +123,9 @@ void fillCalls(CorvaneDirectory& table) {
                                            CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
             const auto bytes = bytesFrom(request, length);
-            auto payload = util::Bytes(bytes.begin(), bytes.end());
-            auto reply = directory::customCall(*n.node, code, payload, formFrom(authorization), &error);
-            util::wipe(payload);
-            return replied(std::move(reply));
+            auto payload = std::optional(util::Bytes(bytes.begin(), bytes.end()));
+            const util::WipeGuard guard(*payload);
+            return replied(directory::customCall(*n.node, code, payload, formFrom(authorization), &error));
         });
     };
     table.customCallSendPropertyList = [](CorvaneObject* node, int32_t code,
