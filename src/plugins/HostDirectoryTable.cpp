@@ -2,6 +2,7 @@
 
 #include "directory/CustomCalls.h"
 #include "plugins/HostObject.h"
+#include "plugins/ReceivedText.h"
 
 namespace corvane::plugins {
 namespace {
@@ -62,11 +63,11 @@ CorvaneObject* recordsOf(halden::Node& node, const halden::QueryParameters& para
 halden::QueryParameters parametersFor(const char* recordType, const char* name,
                                       const CorvaneObject* attributes, uint32_t maximum) {
     halden::QueryParameters parameters;
-    parameters.recordTypes = {recordType == nullptr ? "" : recordType};
+    parameters.recordTypes = {receivedText::repaired(recordType)};
     if (name != nullptr) {
         parameters.attribute = halden::attribute::recordName;
         parameters.matchType = halden::MatchType::equalTo;
-        parameters.values = {name};
+        parameters.values = {receivedText::repaired(name)};
     }
     parameters.attributesToReturn = valueOf(attributes).as<util::Array>().texts();
     if (parameters.attributesToReturn.empty())
@@ -84,7 +85,7 @@ void fillQuestions(CorvaneDirectory& table) {
     table.nodeWithName = [](CorvaneObject* session, const char* name, CorvaneObject** place) {
         return ask<HostSession>(session, "session", place, [&](const HostSession& s, halden::Error& error) {
             return newReference(
-                HostNode{s.session->nodeWithName(name == nullptr ? "" : name, &error), s.codec});
+                HostNode{s.session->nodeWithName(receivedText::repaired(name), &error), s.codec});
         });
     };
     table.nodeName = [](CorvaneObject* node) {
@@ -94,7 +95,9 @@ void fillQuestions(CorvaneDirectory& table) {
     };
     table.nodeDetails = [](CorvaneObject* node, const char* key, CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
-            const auto keys = key == nullptr ? std::nullopt : std::optional(std::vector<std::string>{key});
+            const auto keys = key == nullptr
+                                  ? std::nullopt
+                                  : std::optional(std::vector<std::string>{receivedText::repaired(key)});
             return newReference(n.node->nodeDetails(keys, &error));
         });
     };

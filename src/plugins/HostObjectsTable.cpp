@@ -1,4 +1,5 @@
 #include "plugins/HostObject.h"
+#include "plugins/ReceivedText.h"
 
 namespace corvane::plugins {
 namespace {
@@ -11,6 +12,10 @@ CorvaneObject* reference(Body body) noexcept {
 
 std::string_view view(const char* text, uint64_t length) {
     return text == nullptr ? std::string_view() : std::string_view(text, length);
+}
+
+std::string received(std::string_view text) {
+    return receivedText::repaired(text, receivedText::Caller::name());
 }
 
 int32_t kindOfNumber(const util::Number& number) {
@@ -68,7 +73,7 @@ void fillReferences(CorvaneObjects& table) {
 
 void fillMakers(CorvaneObjects& table) {
     table.makeString = [](const char* text, uint64_t length) {
-        return reference([&] { return newReference(util::String(view(text, length))); });
+        return reference([&] { return newReference(util::String(received(view(text, length)))); });
     };
     table.makeInteger = [](int64_t number) {
         return reference([&] { return newReference(util::Number(number)); });
@@ -123,7 +128,7 @@ void fillChanges(CorvaneObjects& table) {
             auto entries = valueOf(dictionary).as<util::Dictionary>();
             const auto entry = valueOf(value);
             if (entries.isNull() || key == nullptr || (entry && holds(entry, entries))) return int8_t{0};
-            entries.set(key, entry);
+            entries.set(receivedText::repaired(key), entry);
             return int8_t{1};
         });
     };
@@ -178,7 +183,7 @@ void fillContainers(CorvaneObjects& table) {
     table.valueForKey = [](const CorvaneObject* dictionary, const char* key) {
         return reference([&]() -> CorvaneObject* {
             const auto entries = valueOf(dictionary).as<util::Dictionary>();
-            return key == nullptr ? nullptr : newReference(entries.valueForKey(key));
+            return key == nullptr ? nullptr : newReference(entries.valueForKey(receivedText::repaired(key)));
         });
     };
 }

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <exception>
 
+#include "plugins/ReceivedText.h"
+
 namespace corvane::plugins {
 
 bool Plugin::accepts(const CorvanePlugin* table, std::string* reason) {
@@ -31,10 +33,12 @@ std::string Plugin::versions() {
     return oldestVersion == newestVersion ? newest : std::to_string(oldestVersion) + " to " + newest;
 }
 
-std::unique_ptr<Plugin> Plugin::create(const CorvanePlugin& table, std::string& reason) {
+std::unique_ptr<Plugin> Plugin::create(const CorvanePlugin& table, const std::string& name,
+                                       std::string& reason) {
+    const receivedText::Caller caller(name);
     void* self = nullptr;
     const auto take = [](void* context, const char* text) {
-        if (text != nullptr) *static_cast<std::string*>(context) = text;
+        if (text != nullptr) *static_cast<std::string*>(context) = receivedText::repaired(text);
     };
     try {
         self = table.create(take, &reason);
@@ -44,7 +48,7 @@ std::unique_ptr<Plugin> Plugin::create(const CorvanePlugin& table, std::string& 
     } catch (...) {
         reason = "an unknown exception";
     }
-    return self == nullptr ? nullptr : std::unique_ptr<Plugin>(new Plugin(table, self));
+    return self == nullptr ? nullptr : std::unique_ptr<Plugin>(new Plugin(table, self, name));
 }
 
 Plugin::~Plugin() {
@@ -57,7 +61,7 @@ std::optional<std::string> Plugin::pluginName() const {
     if (!implements(&CorvanePlugin::pluginName)) return std::nullopt;
     std::optional<std::string> name;
     contain("pluginName", [&] {
-        if (const char* text = table_.pluginName(self_)) name = text;
+        if (const char* text = table_.pluginName(self_)) name = receivedText::repaired(text);
     });
     return name;
 }
@@ -70,13 +74,14 @@ std::vector<std::string> Plugin::nodesToRemove() const {
         while (names.size() < most) {
             const char* name = table_.nodesToRemove(self_, static_cast<std::uint32_t>(names.size()));
             if (name == nullptr) break;
-            names.emplace_back(name);
+            names.push_back(receivedText::repaired(name));
         }
     });
     return names;
 }
 
 void Plugin::contain(const char* operation, const std::function<void()>& call) const {
+    const receivedText::Caller caller(name_);
     try {
         call();
     } catch (const std::exception& failure) {

@@ -29,7 +29,8 @@ public:
     [[nodiscard]] static std::string otherVersion(std::uint32_t version);
     /// Null when the module makes no object; `reason` then says why. `table` was accepted and stays valid for
     /// good.
-    [[nodiscard]] static std::unique_ptr<Plugin> create(const CorvanePlugin& table, std::string& reason);
+    [[nodiscard]] static std::unique_ptr<Plugin> create(const CorvanePlugin& table, const std::string& name,
+                                                        std::string& reason);
 
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
@@ -73,11 +74,13 @@ public:
 
 private:
     [[nodiscard]] static std::string versions();
-    Plugin(const CorvanePlugin& table, void* self) : table_(table), self_(self) {}
+    Plugin(const CorvanePlugin& table, void* self, std::string name)
+        : table_(table), self_(self), name_(std::move(name)) {}
     void contain(const char* operation, const std::function<void()>& call) const;
 
     const CorvanePlugin& table_;
     void* self_;
+    std::string name_; ///< the connector's, for the log
     FailureReporter reporter_;
 };
 

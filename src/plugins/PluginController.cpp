@@ -3,6 +3,8 @@
 #include <memory>
 #include <string_view>
 
+#include "plugins/ReceivedText.h"
+
 namespace corvane::plugins {
 namespace {
 
@@ -10,7 +12,7 @@ constexpr std::string_view suffix = ".cvplug";
 constexpr const char* symbolOfVersion1 = "corvane_plugin";
 PluginController* theSharedInstance = nullptr;
 
-std::string textOf(const char* text) { return text == nullptr ? "" : text; }
+std::string textOf(const char* text) { return receivedText::repaired(text); }
 
 /// What a plug-in says of itself, in one line: "Example 1.0, by Jane Doe, https://example.com". "" for
 /// nothing.
@@ -105,7 +107,7 @@ std::unique_ptr<Plugin> PluginController::newPluginNamed(const std::string& name
     const auto found = mPlugins.find(name);
     if (found == mPlugins.end()) return nullptr;
     std::string reason;
-    auto plugin = Plugin::create(*found->second.table, reason);
+    auto plugin = Plugin::create(*found->second.table, name, reason);
     if (plugin) return plugin;
     environment_.log.log("Plug-in " + found->second.path + " made no object: " + reason + ". The connector " +
                          name +

@@ -7,8 +7,9 @@
  *  - Everything is called on the main thread, and plug-ins call the host on the main thread only. An entry of
  * CorvaneHost refuses a call from another thread with a line in the log; the other tables don't look.
  *  - An entry that is null, or lies beyond `size`, isn't implemented; the host then applies its default.
- *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8, end with a NUL and are borrowed
- * for the length of the call; a text that a plug-in returns stays valid until its next call.
+ *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8 (the host puts U+FFFD in place of
+ * bytes that aren't, and logs it once), end with a NUL and are borrowed for the length of the call; a text
+ * that a plug-in returns stays valid until its next call.
  *  - No exception may leave an entry.
  *  - Tables only grow at their end. A plug-in looks at `size` before it calls an entry that its oldest host
  * may lack.

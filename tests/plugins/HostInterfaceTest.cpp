@@ -344,3 +344,13 @@ TEST_F(HostInterface, offers_coversEveryTable) {
     EXPECT_TRUE(old.offers(&CorvaneHost::isPluginEnabled) && old.offers(&CorvaneObjects::keys));
     EXPECT_FALSE(sdk::Host().offers(&CorvaneHost::isRemote));
 }
+
+TEST_F(HostInterface, textThatIsntUTF8_isRepairedAndLoggedOnce) {
+    host.log("caf\xE9 \xEF\xBF\xBD");
+    host.addNodeToAuthSearchPolicy("/LDAP/\xFF");
+    EXPECT_TRUE(program.authentication.contains("/LDAP/\xEF\xBF\xBD"));
+    ASSERT_EQ(program.done.size(), 2U);
+    EXPECT_EQ(program.done[0], "log plug-in Mine passed a text that isn't UTF-8; each byte that begins no "
+                               "character is replaced by U+FFFD");
+    EXPECT_EQ(program.done[1], "log Mine: caf\xEF\xBF\xBD \xEF\xBF\xBD");
+}

@@ -233,3 +233,13 @@ TEST_F(HostObjects, authorizedCall_hasTheFormInFront) {
     EXPECT_EQ(session->config().calls.back().request[0], 9);
     EXPECT_EQ(session->config().calls.back().request[32], 'x');
 }
+
+TEST_F(HostObjects, textsAndKeysThatArentUTF8_areRepairedAndLoggedOnce) {
+    EXPECT_EQ(host.string("caf\xE9").text(), "caf\xEF\xBF\xBD");
+    EXPECT_EQ(host.string("café").text(), "café");
+    const auto dictionary = host.dictionary();
+    dictionary.set("\xFF", host.integer(1));
+    EXPECT_EQ(dictionary.keys(), Texts{"\xEF\xBF\xBD"});
+    ASSERT_EQ(program.done.size(), 1U);
+    EXPECT_EQ(program.done[0].find("log a plug-in passed a text that isn't UTF-8"), 0U);
+}

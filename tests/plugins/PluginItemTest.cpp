@@ -310,3 +310,14 @@ TEST_F(Item, destroyThatThrows_isReported) {
     (void)make();
     EXPECT_EQ(host.done, std::vector<std::string>{"failed LDAP destroy: still busy"});
 }
+
+TEST_F(Item, nameThatIsntUTF8_isRepairedAndLoggedWithThePluginsName) {
+    useRecordingPlugin();
+    Recording::script().name = "Caf\xE9";
+    const auto item = make();
+    EXPECT_EQ(item->pluginName(), "Caf\xEF\xBF\xBD");
+    EXPECT_EQ(item->pluginName(), "Caf\xEF\xBF\xBD");
+    EXPECT_EQ(host.done,
+              std::vector<std::string>{"log plug-in LDAP passed a text that isn't UTF-8; each byte "
+                                       "that begins no character is replaced by U+FFFD"});
+}
