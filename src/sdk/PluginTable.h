@@ -162,7 +162,8 @@ typedef struct CorvaneHost {
     /* Marks the window as edited and enables Apply. `sender` may be null, and is ignored. */
     void (*markDirty)(void* context, void* sender);
     /* A prefix is a connector's name, "LDAP". What isn't listed in the window has no version and isn't
-     * enabled; while the list is read (in setPluginAPIImplementor) that may be every connector. */
+     * enabled; while the list is read (in setPluginAPIImplementor and the first canConfigure) both are
+     * answered for every connector that the service reports. */
     /* The version text of the connector with this prefix, a string; null when there is no such connector. */
     CorvaneObject* (*pluginVersionWithPrefix)(void* context, const char* prefix);
     /* The version of the system that is configured, a string; null when it isn't known (yet). */
