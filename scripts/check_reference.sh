@@ -134,7 +134,9 @@ check_examples() {
 check_requests() {
     local page=$PAGES/ldap-servers.md header=$HEADERS/LdapServerCalls.h name number word
     [[ -f $page ]] || could_not_check "there is no $page"
-    sed -nE 's/^inline constexpr std::int32_t ([A-Za-z]+) = ([0-9]+);.*/\1 \2/p' "$header" >"$work/requests"
+    while read -r name word; do
+        echo "$name $(sed -nE "s/^#define $word ([0-9]+)$/\1/p" "$header")"
+    done < <(sed -nE 's/^inline constexpr std::int32_t ([A-Za-z]+) = ([A-Z_]+);.*/\1 \2/p' "$header") >"$work/requests"
     [[ -s $work/requests ]] || could_not_check "$header has no request"
     diff "$work/requests" <(sed -nE 's/^### `([A-Za-z]+)` \(([0-9]+)\)$/\1 \2/p' "$page") >"$work/diff" ||
         while read -r _ name number; do violation "$page: section and request differ: $name $number"; done \
@@ -142,11 +144,11 @@ check_requests() {
     while read -r word; do
         checked=$((checked + 1))
         grep -qF "\`$word\`" "$page" || violation "$page doesn't explain \`$word\`"
-    done < <(tr '\n' ' ' <"$header" | grep -oE 'inline constexpr auto [A-Za-z0-9]+ = +"[^"]+"' | sed -E 's/.*"([^"]+)"$/\1/')
+    done < <(sed -nE 's/^#define [A-Z0-9_]+ "([^"]+)"$/\1/p' "$header")
 }
 
 export LC_ALL=C.UTF-8
-cpp_headers=$(cat "$HEADERS"/Host.h "$HEADERS"/Object.h "$HEADERS"/PluginWrapper.h | sed 's:^ *///* *::' | normal)
+cpp_headers=$(cat "$HEADERS"/Host.h "$HEADERS"/Object.h "$HEADERS"/PluginWrapper.h "$HEADERS"/PluginMethods.h | sed 's:^ *///* *::' | normal)
 check_table PluginTable.h CorvaneHost host.md
 check_table Objects.h CorvaneObjects objects.md
 check_table Directory.h CorvaneDirectory directory.md

@@ -33,7 +33,7 @@ PACKAGES_TEST=(
 
 # What only the full check uses besides.
 PACKAGES_CI=(
-    git binutils clang libclang-rt-dev clang-format clang-tidy llvm
+    git abigail-tools binutils clang libclang-rt-dev clang-format clang-tidy llvm
 )
 
 # How old the package lists may be before they are fetched again, in minutes.

@@ -36,12 +36,13 @@ bool MainController::Links::runPasswordDialog() {
 
 namespace {
 
-/// Is the question asked whenever something is drawn? Its failure is told once: otherwise the sheet that
-/// tells of it would be back as soon as it is closed.
-bool isAskedWhileDrawing(const std::string& operation) {
-    static const std::set<std::string, std::less<>> questions = {
-        "pluginName", "isEnabledForLocation", "canSetEnabledForLocation", "canConfigure", "isDirty"};
-    return questions.contains(operation);
+/// Is it done whenever something is drawn, or the list read? Its failure is reported once: otherwise the
+/// sheet that reports it would be back as soon as it is closed.
+bool isDoneOverAndOver(const std::string& operation) {
+    static const std::set<std::string, std::less<>> operations = {
+        "create",  "pluginName", "isEnabledForLocation", "canSetEnabledForLocation", "canConfigure",
+        "isDirty", "destroy"};
+    return operations.contains(operation);
 }
 
 } // namespace
@@ -49,7 +50,7 @@ bool isAskedWhileDrawing(const std::string& operation) {
 void MainController::Links::pluginFailed(const std::string& plugin, const std::string& operation,
                                          const std::string& reason) {
     const bool first = failuresTold_.insert(plugin + " " + operation).second;
-    if (!first && isAskedWhileDrawing(operation)) return;
+    if (!first && isDoneOverAndOver(operation)) return;
     log("plug-in " + plugin + " failed in " + operation + ": " + reason);
     const auto& strings = c_.environment_.platform.strings;
     c_.showErrorSheetWithTitle(

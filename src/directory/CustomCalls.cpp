@@ -13,6 +13,15 @@ void appendItem(util::Bytes& request, util::BytesView item) {
     request.insert(request.end(), item.begin(), item.end());
 }
 
+std::size_t sizeOfItems(const util::Array& items) {
+    std::size_t size = 0;
+    for (const auto& item : items.elements()) {
+        if (const auto text = item.as<util::String>()) size += sizeof(std::uint32_t) + text.text().size();
+        if (const auto data = item.as<util::Data>()) size += sizeof(std::uint32_t) + data.bytes().size();
+    }
+    return size;
+}
+
 } // namespace
 
 util::Bytes authorizedRequest(const util::AuthorizationExternalForm& authorization,
@@ -29,9 +38,8 @@ std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code,
                                       halden::Error* error) {
     auto request = authorizedRequest(authorization, data ? data->size() : 0);
     if (data) request.insert(request.end(), data->begin(), data->end());
-    auto reply = node.customCall(code, request, error);
-    util::wipe(request);
-    return reply;
+    const util::WipeGuard guard(request);
+    return node.customCall(code, request, error);
 }
 
 std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code,
@@ -45,20 +53,22 @@ std::optional<util::Bytes> customCallSendPropertyList(halden::Node& node, std::i
                                                       const platform::PropertyListCodec& codec,
                                                       const util::AuthorizationExternalForm& authorization,
                                                       halden::Error* error) {
-    if (auto document = codec.xml(propertyList)) {
-        auto reply = customCall(node, code, document, authorization, error);
-        util::wipe(*document);
-        return reply;
+    std::string reason;
+    if (auto document = codec.xml(propertyList, &reason)) {
+        const util::WipeGuard guard(*document);
+        return customCall(node, code, document, authorization, error);
     }
     if (error != nullptr)
         *error = {halden::ErrorCode::parameter, "The request can't be written as a property list.",
-                  "It holds a value that is neither text, number, date, data, array nor dictionary.", ""};
+                  reason.empty() ? reason : "The cause: " + reason + ".", ""};
     return std::nullopt;
 }
 
 std::optional<util::Bytes> customCallSendItems(halden::Node& node, std::int32_t code,
                                                const util::Array& items, halden::Error* error) {
     util::Bytes request;
+    request.reserve(sizeOfItems(items)); // growing would leave copies of a secret behind
+    const util::WipeGuard guard(request);
     for (const auto& item : items.elements()) {
         if (const auto text = item.as<util::String>()) appendItem(request, util::bytesFromText(text.text()));
         if (const auto data = item.as<util::Data>()) appendItem(request, data.bytes());

@@ -54,7 +54,11 @@ std::unique_ptr<platform::Bundle> SharedObjectLoader::bundleAtPath(const std::st
     std::error_code problem;
     fs::path object = path;
     if (fs::is_directory(object, problem)) object /= fs::path(path).stem().concat(".so");
-    if (!fs::is_regular_file(object, problem)) return nullptr;
+    if (!fs::is_regular_file(object, problem)) {
+        log_.log("Plug-in " + path + " was not loaded: there is no file " + object.string() +
+                 ". Install the plug-in again, or remove what is left of it.");
+        return nullptr;
+    }
     return std::make_unique<SharedObject>(object, log_);
 }
 

@@ -13,7 +13,7 @@ public:
     SharedObjectLoader(std::string builtInPlugInsPath, util::ProcessLog& log);
 
     [[nodiscard]] std::vector<std::string> entriesOfFolder(const std::string& folder) override;
-    /// Null unless there is a regular file, or a folder with its shared object.
+    /// Null, with a line in the log, unless there is a regular file, or a folder with its shared object.
     [[nodiscard]] std::unique_ptr<platform::Bundle> bundleAtPath(const std::string& path) override;
     [[nodiscard]] std::string builtInPlugInsPath() const override { return builtInPlugInsPath_; }
 

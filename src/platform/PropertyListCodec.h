@@ -12,8 +12,10 @@ namespace corvane::platform {
 class PropertyListCodec {
 public:
     virtual ~PropertyListCodec() = default;
-    /// An XML document in UTF-8. None when the value holds something without a property-list form.
-    [[nodiscard]] virtual std::optional<util::Bytes> xml(const util::Value& value) const = 0;
+    /// An XML document in UTF-8. None when the value holds something without a property-list form; `reason`,
+    /// when given, then says what.
+    [[nodiscard]] virtual std::optional<util::Bytes> xml(const util::Value& value,
+                                                         std::string* reason = nullptr) const = 0;
     /// The binary form; none as for `xml`.
     [[nodiscard]] virtual std::optional<util::Bytes> binary(const util::Value& value) const = 0;
     /// Reads either form, told apart by its first bytes. Null when the bytes are no property list;

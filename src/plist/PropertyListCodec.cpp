@@ -11,10 +11,11 @@ namespace corvane::plist {
 namespace {
 
 template <typename Write>
-std::optional<util::Bytes> written(const Write& write) {
+std::optional<util::Bytes> written(std::string* reason, const Write& write) {
     try {
         return write();
-    } catch (const FormatFailure&) {
+    } catch (const FormatFailure& failure) {
+        if (reason != nullptr) *reason = failure.what();
         return std::nullopt;
     }
 }
@@ -27,12 +28,12 @@ util::Value read(util::BytesView bytes) {
 
 } // namespace
 
-std::optional<util::Bytes> PropertyListCodec::xml(const util::Value& value) const {
-    return written([&] { return XmlWriter().write(value); });
+std::optional<util::Bytes> PropertyListCodec::xml(const util::Value& value, std::string* reason) const {
+    return written(reason, [&] { return XmlWriter().write(value); });
 }
 
 std::optional<util::Bytes> PropertyListCodec::binary(const util::Value& value) const {
-    return written([&] { return BinaryWriter().write(value); });
+    return written(nullptr, [&] { return BinaryWriter().write(value); });
 }
 
 util::Value PropertyListCodec::parse(util::BytesView bytes, std::string* reason) const {

@@ -12,7 +12,8 @@ namespace corvane::plist {
 /// Limits.h; beyond them writing gives none and reading gives null with a reason.
 class PropertyListCodec final : public platform::PropertyListCodec {
 public:
-    [[nodiscard]] std::optional<util::Bytes> xml(const util::Value& value) const override;
+    [[nodiscard]] std::optional<util::Bytes> xml(const util::Value& value,
+                                                 std::string* reason = nullptr) const override;
     [[nodiscard]] std::optional<util::Bytes> binary(const util::Value& value) const override;
     [[nodiscard]] util::Value parse(util::BytesView bytes, std::string* reason) const override;
 };

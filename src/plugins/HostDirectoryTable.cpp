@@ -2,6 +2,7 @@
 
 #include "directory/CustomCalls.h"
 #include "plugins/HostObject.h"
+#include "plugins/ReceivedText.h"
 
 namespace corvane::plugins {
 namespace {
@@ -33,15 +34,14 @@ CorvaneObject* askNode(CorvaneObject* node, CorvaneObject** place, Body body) no
     return ask<HostNode>(node, "node", place, body);
 }
 
-util::AuthorizationExternalForm formFrom(const uint8_t* octets) {
+util::AuthorizationExternalForm formFrom(const uint8_t* bytes) {
     util::AuthorizationExternalForm form;
-    if (octets != nullptr) std::copy_n(octets, form.bytes.size(), form.bytes.begin());
+    if (bytes != nullptr) std::copy_n(bytes, form.bytes.size(), form.bytes.begin());
     return form;
 }
 
-util::BytesView octetsFrom(const void* octets, uint64_t length) {
-    return octets == nullptr ? util::BytesView()
-                             : util::BytesView(static_cast<const uint8_t*>(octets), length);
+util::BytesView bytesFrom(const void* bytes, uint64_t length) {
+    return bytes == nullptr ? util::BytesView() : util::BytesView(static_cast<const uint8_t*>(bytes), length);
 }
 
 CorvaneObject* replied(std::optional<util::Bytes> reply) {
@@ -63,11 +63,11 @@ CorvaneObject* recordsOf(halden::Node& node, const halden::QueryParameters& para
 halden::QueryParameters parametersFor(const char* recordType, const char* name,
                                       const CorvaneObject* attributes, uint32_t maximum) {
     halden::QueryParameters parameters;
-    parameters.recordTypes = {recordType == nullptr ? "" : recordType};
+    parameters.recordTypes = {receivedText::repaired(recordType)};
     if (name != nullptr) {
         parameters.attribute = halden::attribute::recordName;
         parameters.matchType = halden::MatchType::equalTo;
-        parameters.values = {name};
+        parameters.values = {receivedText::repaired(name)};
     }
     parameters.attributesToReturn = valueOf(attributes).as<util::Array>().texts();
     if (parameters.attributesToReturn.empty())
@@ -85,7 +85,7 @@ void fillQuestions(CorvaneDirectory& table) {
     table.nodeWithName = [](CorvaneObject* session, const char* name, CorvaneObject** place) {
         return ask<HostSession>(session, "session", place, [&](const HostSession& s, halden::Error& error) {
             return newReference(
-                HostNode{s.session->nodeWithName(name == nullptr ? "" : name, &error), s.codec});
+                HostNode{s.session->nodeWithName(receivedText::repaired(name), &error), s.codec});
         });
     };
     table.nodeName = [](CorvaneObject* node) {
@@ -95,7 +95,9 @@ void fillQuestions(CorvaneDirectory& table) {
     };
     table.nodeDetails = [](CorvaneObject* node, const char* key, CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
-            const auto keys = key == nullptr ? std::nullopt : std::optional(std::vector<std::string>{key});
+            const auto keys = key == nullptr
+                                  ? std::nullopt
+                                  : std::optional(std::vector<std::string>{receivedText::repaired(key)});
             return newReference(n.node->nodeDetails(keys, &error));
         });
     };
@@ -116,18 +118,17 @@ void fillCalls(CorvaneDirectory& table) {
     table.customCall = [](CorvaneObject* node, int32_t code, const void* request, uint64_t length,
                           CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
-            return replied(n.node->customCall(code, octetsFrom(request, length), &error));
+            return replied(n.node->customCall(code, bytesFrom(request, length), &error));
         });
     };
     table.customCallWithAuthorization = [](CorvaneObject* node, int32_t code, const void* request,
                                            uint64_t length, const uint8_t authorization[32],
                                            CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
-            const auto octets = octetsFrom(request, length);
-            auto payload = util::Bytes(octets.begin(), octets.end());
-            auto reply = directory::customCall(*n.node, code, payload, formFrom(authorization), &error);
-            util::wipe(payload);
-            return replied(std::move(reply));
+            const auto bytes = bytesFrom(request, length);
+            auto payload = std::optional(util::Bytes(bytes.begin(), bytes.end()));
+            const util::WipeGuard guard(*payload);
+            return replied(directory::customCall(*n.node, code, payload, formFrom(authorization), &error));
         });
     };
     table.customCallSendPropertyList = [](CorvaneObject* node, int32_t code,

@@ -1,5 +1,6 @@
 #include "formatters/NumberFormatter.h"
 #include "plugins/HostObject.h"
+#include "plugins/ReceivedText.h"
 #include "util/CharacterSet.h"
 
 namespace corvane::plugins {
@@ -22,8 +23,8 @@ int8_t isPartialStringValid(CorvaneObject* object, const char* proposed, const c
     return shielded(int8_t{0}, nullptr, [&] {
         const auto formatter = formatterOf(object);
         if (!formatter || proposed == nullptr) return int8_t{formatter == nullptr};
-        std::string text = proposed;
-        const std::string_view before = original == nullptr ? "" : original;
+        std::string text = receivedText::repaired(proposed);
+        const auto before = receivedText::repaired(original);
         auto selection = endOf(text);
         return int8_t{formatter->isPartialEditValid(text, selection, before, endOf(before), nullptr)};
     });
@@ -38,7 +39,8 @@ int8_t objectValueForString(CorvaneObject* object, const char* text, CorvaneObje
         if (!formatter) return int8_t{0};
         util::Value value;
         std::string description;
-        const auto string = text == nullptr ? std::nullopt : std::optional<std::string_view>(text);
+        const auto typed = receivedText::repaired(text);
+        const auto string = text == nullptr ? std::nullopt : std::optional<std::string_view>(typed);
         const bool accepted = formatter->getObjectValueForString(&value, string, &description);
         *valuePlace = newReference(value);
         if (!description.empty()) *descriptionPlace = newReference(util::String(description));

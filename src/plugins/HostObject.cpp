@@ -2,6 +2,23 @@
 
 namespace corvane::plugins {
 
+// Codes are published under names of their own: plug-ins don't see the directory's headers.
+static_assert(CORVANE_ERROR_SESSION_LOCAL_ONLY == halden::ErrorCode::sessionLocalOnly);
+static_assert(CORVANE_ERROR_REMOTE_VERSION == halden::ErrorCode::remoteVersion);
+static_assert(CORVANE_ERROR_REMOTE_SERVICE_OFF == halden::ErrorCode::remoteServiceOff);
+static_assert(CORVANE_ERROR_NODE_UNKNOWN == halden::ErrorCode::nodeUnknown);
+static_assert(CORVANE_ERROR_NODE_UNREACHABLE == halden::ErrorCode::nodeUnreachable);
+static_assert(CORVANE_ERROR_RECORD_UNKNOWN == halden::ErrorCode::recordUnknown);
+static_assert(CORVANE_ERROR_NOT_PERMITTED == halden::ErrorCode::notPermitted);
+static_assert(CORVANE_ERROR_PARAMETER == halden::ErrorCode::parameter);
+static_assert(CORVANE_ERROR_ATTRIBUTE_UNKNOWN == halden::ErrorCode::attributeUnknown);
+static_assert(CORVANE_ERROR_CHANGED_ELSEWHERE == halden::ErrorCode::changedElsewhere);
+static_assert(CORVANE_ERROR_STORAGE == halden::ErrorCode::storage);
+static_assert(CORVANE_ERROR_CREDENTIALS == halden::ErrorCode::credentials);
+static_assert(CORVANE_ERROR_SERVER_NOT_FOUND == halden::ErrorCode::serverNotFound);
+static_assert(CORVANE_ERROR_CONNECTION_REFUSED == halden::ErrorCode::connectionRefused);
+static_assert(CORVANE_ERROR_CALL_UNKNOWN == halden::ErrorCode::callUnknown);
+
 CorvaneObject* newReference(const util::Value& value) {
     return value.isNull() ? nullptr : new CorvaneObject(value);
 }

@@ -75,7 +75,8 @@ Result shielded(Result otherwise, CorvaneObject** error, Body body) noexcept {
         return body();
     } catch (const std::exception& failure) {
         try {
-            report({-1, "The host could not do what the plug-in asked.", failure.what(), ""}, error);
+            report({CORVANE_ERROR_HOST, "The host could not do what the plug-in asked.", failure.what(), ""},
+                   error);
         } catch (...) { // out of memory even for the message: the answer alone has to do
             return otherwise;
         }

@@ -1,4 +1,5 @@
 #include "plugins/HostObject.h"
+#include "plugins/ReceivedText.h"
 
 namespace corvane::plugins {
 namespace {
@@ -11,6 +12,10 @@ CorvaneObject* reference(Body body) noexcept {
 
 std::string_view view(const char* text, uint64_t length) {
     return text == nullptr ? std::string_view() : std::string_view(text, length);
+}
+
+std::string received(std::string_view text) {
+    return receivedText::repaired(text, receivedText::Caller::name());
 }
 
 int32_t kindOfNumber(const util::Number& number) {
@@ -68,7 +73,7 @@ void fillReferences(CorvaneObjects& table) {
 
 void fillMakers(CorvaneObjects& table) {
     table.makeString = [](const char* text, uint64_t length) {
-        return reference([&] { return newReference(util::String(view(text, length))); });
+        return reference([&] { return newReference(util::String(received(view(text, length)))); });
     };
     table.makeInteger = [](int64_t number) {
         return reference([&] { return newReference(util::Number(number)); });
@@ -85,9 +90,9 @@ void fillMakers(CorvaneObjects& table) {
     table.makeDate = [](double seconds) {
         return reference([&] { return newReference(util::Date(seconds)); });
     };
-    table.makeData = [](const void* octets, uint64_t length) {
+    table.makeData = [](const void* bytes, uint64_t length) {
         return reference([&] {
-            const auto* first = static_cast<const uint8_t*>(octets);
+            const auto* first = static_cast<const uint8_t*>(bytes);
             return newReference(
                 util::Data(first == nullptr ? util::Bytes() : util::Bytes(first, first + length)));
         });
@@ -123,7 +128,7 @@ void fillChanges(CorvaneObjects& table) {
             auto entries = valueOf(dictionary).as<util::Dictionary>();
             const auto entry = valueOf(value);
             if (entries.isNull() || key == nullptr || (entry && holds(entry, entries))) return int8_t{0};
-            entries.set(key, entry);
+            entries.set(receivedText::repaired(key), entry);
             return int8_t{1};
         });
     };
@@ -135,7 +140,7 @@ void fillLeaves(CorvaneObjects& table) {
         if (length != nullptr) *length = text.isNull() ? 0 : text.text().size();
         return text.isNull() ? "" : text.text().c_str();
     };
-    table.octets = [](const CorvaneObject* object, uint64_t* length) -> const uint8_t* {
+    table.bytes = [](const CorvaneObject* object, uint64_t* length) -> const uint8_t* {
         const auto data = valueOf(object).as<util::Data>();
         if (length != nullptr) *length = data.isNull() ? 0 : data.bytes().size();
         return data.isNull() ? nullptr : data.bytes().data();
@@ -178,7 +183,7 @@ void fillContainers(CorvaneObjects& table) {
     table.valueForKey = [](const CorvaneObject* dictionary, const char* key) {
         return reference([&]() -> CorvaneObject* {
             const auto entries = valueOf(dictionary).as<util::Dictionary>();
-            return key == nullptr ? nullptr : newReference(entries.valueForKey(key));
+            return key == nullptr ? nullptr : newReference(entries.valueForKey(receivedText::repaired(key)));
         });
     };
 }

@@ -3,6 +3,8 @@
 #include <cstddef>
 #include <exception>
 
+#include "plugins/ReceivedText.h"
+
 namespace corvane::plugins {
 
 bool Plugin::accepts(const CorvanePlugin* table, std::string* reason) {
@@ -10,26 +12,43 @@ bool Plugin::accepts(const CorvanePlugin* table, std::string* reason) {
         if (reason != nullptr) *reason = std::move(why);
         return false;
     };
-    if (table == nullptr) return refused("it hands over no function table");
-    // Size and version stand first in every version of the table, so they can be read before it is trusted.
-    if (table->version != CORVANE_PLUGIN_VERSION)
-        return refused("it was built for plug-in version " + std::to_string(table->version) +
-                       ", this program takes " + std::to_string(CORVANE_PLUGIN_VERSION));
+    if (table == nullptr) return refused("it has no function table for plug-in version " + versions());
+    // Size and version come first in every version of the table, so they can be read before it is trusted.
+    if (table->version < oldestVersion || table->version > newestVersion)
+        return refused(otherVersion(table->version));
     constexpr auto smallest = offsetof(CorvanePlugin, destroy) + sizeof(CorvanePlugin::destroy);
     if (table->size < smallest) return refused("its function table is too short");
     if (table->create == nullptr || table->destroy == nullptr)
-        return refused("its function table makes no objects");
+        return refused("its function table has no create or no destroy");
     return true;
 }
 
-std::unique_ptr<Plugin> Plugin::create(const CorvanePlugin& table) {
+std::string Plugin::otherVersion(std::uint32_t version) {
+    return "it was built for plug-in version " + std::to_string(version) +
+           ", and this program takes version " + versions();
+}
+
+std::string Plugin::versions() {
+    const auto newest = std::to_string(newestVersion);
+    return oldestVersion == newestVersion ? newest : std::to_string(oldestVersion) + " to " + newest;
+}
+
+std::unique_ptr<Plugin> Plugin::create(const CorvanePlugin& table, const std::string& name,
+                                       std::string& reason) {
+    const receivedText::Caller caller(name);
     void* self = nullptr;
+    const auto take = [](void* context, const char* text) {
+        if (text != nullptr) *static_cast<std::string*>(context) = receivedText::repaired(text);
+    };
     try {
-        self = table.create();
+        self = table.create(take, &reason);
+        if (self == nullptr && reason.empty()) reason = "it answered no object, and no reason";
+    } catch (const std::exception& failure) {
+        reason = failure.what();
     } catch (...) {
-        return nullptr; // an object that couldn't be made is an object that isn't there
+        reason = "an unknown exception";
     }
-    return self == nullptr ? nullptr : std::unique_ptr<Plugin>(new Plugin(table, self));
+    return self == nullptr ? nullptr : std::unique_ptr<Plugin>(new Plugin(table, self, name));
 }
 
 Plugin::~Plugin() {
@@ -42,7 +61,7 @@ std::optional<std::string> Plugin::pluginName() const {
     if (!implements(&CorvanePlugin::pluginName)) return std::nullopt;
     std::optional<std::string> name;
     contain("pluginName", [&] {
-        if (const char* text = table_.pluginName(self_)) name = text;
+        if (const char* text = table_.pluginName(self_)) name = receivedText::repaired(text);
     });
     return name;
 }
@@ -55,13 +74,14 @@ std::vector<std::string> Plugin::nodesToRemove() const {
         while (names.size() < most) {
             const char* name = table_.nodesToRemove(self_, static_cast<std::uint32_t>(names.size()));
             if (name == nullptr) break;
-            names.emplace_back(name);
+            names.push_back(receivedText::repaired(name));
         }
     });
     return names;
 }
 
 void Plugin::contain(const char* operation, const std::function<void()>& call) const {
+    const receivedText::Caller caller(name_);
     try {
         call();
     } catch (const std::exception& failure) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -17,10 +18,19 @@ public:
     /// Told which operation failed and why.
     using FailureReporter = std::function<void(const std::string& operation, const std::string& reason)>;
 
-    /// True when the table is whole and of this program's version. `reason`, when given, says what is wrong.
+    /// The versions of the table that this program can use, both included.
+    static constexpr std::uint32_t oldestVersion = 2;
+    static constexpr std::uint32_t newestVersion = CORVANE_PLUGIN_VERSION;
+
+    /// True when the table is whole and of a version that can be used. `reason`, when given, says what is
+    /// wrong.
     [[nodiscard]] static bool accepts(const CorvanePlugin* table, std::string* reason);
-    /// Null when the module makes no object. `table` was accepted and stays valid for good.
-    [[nodiscard]] static std::unique_ptr<Plugin> create(const CorvanePlugin& table);
+    /// Why a module of a version that can't be used is refused.
+    [[nodiscard]] static std::string otherVersion(std::uint32_t version);
+    /// Null when the module makes no object; `reason` then says why. `table` was accepted and stays valid for
+    /// good.
+    [[nodiscard]] static std::unique_ptr<Plugin> create(const CorvanePlugin& table, const std::string& name,
+                                                        std::string& reason);
 
     Plugin(const Plugin&) = delete;
     Plugin& operator=(const Plugin&) = delete;
@@ -63,11 +73,14 @@ public:
     [[nodiscard]] std::vector<std::string> nodesToRemove() const;
 
 private:
-    Plugin(const CorvanePlugin& table, void* self) : table_(table), self_(self) {}
+    [[nodiscard]] static std::string versions();
+    Plugin(const CorvanePlugin& table, void* self, std::string name)
+        : table_(table), self_(self), name_(std::move(name)) {}
     void contain(const char* operation, const std::function<void()>& call) const;
 
     const CorvanePlugin& table_;
     void* self_;
+    std::string name_; ///< the connector's, for the log
     FailureReporter reporter_;
 };
 

@@ -31,15 +31,23 @@ public:
     /// Loads what ends in ".cvplug" (case matters) and whose name isn't known yet. What can't be loaded is
     /// skipped without a message of this class; the loader writes the reason to the log.
     void loadPluginsInDirectory(const std::string& folder);
-    /// A new object of the plug-in with exactly this name, the caller's own; null when there is none.
-    [[nodiscard]] std::unique_ptr<Plugin> newPluginNamed(const std::string& name);
+    /// A new object of the plug-in with exactly this name, the caller's own; null when there is none. A
+    /// plug-in that makes no object is logged, and `failure`, when given, receives its reason.
+    [[nodiscard]] std::unique_ptr<Plugin> newPluginNamed(const std::string& name,
+                                                         std::string* failure = nullptr);
 
 private:
     struct LoadedPlugin {
         std::unique_ptr<platform::Bundle> bundle;
         const CorvanePlugin* table;
+        std::string path;
     };
-    [[nodiscard]] const CorvanePlugin* tableOf(platform::Bundle& bundle, const std::string& path);
+    /// Null, with a line in the log, for a module that can't be used.
+    [[nodiscard]] const CorvanePlugin* tableOf(platform::Bundle& bundle, const std::string& path,
+                                               const std::string& connector);
+    [[nodiscard]] static const CorvanePlugin* tableFrom(platform::Bundle& bundle,
+                                                        const std::string& connector, std::string& reason);
+    void logAbout(const CorvanePlugin& table, const std::string& path);
 
     platform::Environment& environment_;
     std::map<std::string, LoadedPlugin> mPlugins;

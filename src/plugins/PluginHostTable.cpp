@@ -4,14 +4,11 @@
 #include <exception>
 
 #include "plugins/HostObject.h"
+#include "plugins/ReceivedText.h"
 
 namespace corvane::plugins {
 namespace {
 
-std::string textOrNone(const char* text) { return text == nullptr ? "" : text; }
-std::optional<std::string> optionalText(const char* text) {
-    return text == nullptr ? std::nullopt : std::optional<std::string>(text);
-}
 CorvaneObject* reference(const std::optional<std::string>& text) {
     return text ? newReference(util::String(*text)) : nullptr;
 }
@@ -30,8 +27,9 @@ public:
         action_.setRemoteAuthExtForm(action_.self, form.bytes.data());
     }
     [[nodiscard]] static bool accepts(const CorvaneAction* action) {
-        return action != nullptr && action->size >= sizeof(CorvaneAction) && action->setAuth != nullptr &&
-               action->setRemoteAuthExtForm != nullptr;
+        // Not the whole table's size: a plug-in may be older than its latest entries.
+        return action != nullptr && CORVANE_OFFERS(CorvaneAction, action, setAuth) &&
+               CORVANE_OFFERS(CorvaneAction, action, setRemoteAuthExtForm);
     }
 
 private:
@@ -44,6 +42,13 @@ private:
 /// call it, and answer `otherwise` with a line in the log when the host itself fails.
 struct PluginHostTable::Entry {
     static PluginHostTable& at(void* context) { return *static_cast<PluginHostTable*>(context); }
+    /// A text of the plug-in's, "" for null.
+    static std::string text(void* context, const char* text) {
+        return text == nullptr ? "" : receivedText::repaired(std::string_view(text), at(context).pluginName_);
+    }
+    static std::optional<std::string> optionalText(void* context, const char* text) {
+        return text == nullptr ? std::nullopt : std::optional(Entry::text(context, text));
+    }
 
     template <typename Result, typename Body>
     static Result run(void* context, Result otherwise, Body body) noexcept {
@@ -75,6 +80,7 @@ struct PluginHostTable::Entry {
 
 PluginHostTable::PluginHostTable(std::shared_ptr<PluginAPIImplementor> implementor, std::string pluginName)
     : implementor_(std::move(implementor)), pluginName_(std::move(pluginName)) {
+    receivedText::logTo(implementor_);
     table_.size = sizeof table_;
     table_.version = CORVANE_PLUGIN_VERSION;
     table_.context = this;
@@ -95,12 +101,13 @@ PluginHostTable::PluginHostTable(std::shared_ptr<PluginAPIImplementor> implement
 void PluginHostTable::fillMessages() {
     table_.log = [](void* context, const char* line) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.log(Entry::at(context).pluginName_ + ": " + textOrNone(line));
+            api.log(Entry::at(context).pluginName_ + ": " + Entry::text(context, line));
         });
     };
     table_.pluginFailed = [](void* context, const char* operation, const char* reason) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.pluginFailed(Entry::at(context).pluginName_, textOrNone(operation), textOrNone(reason));
+            api.pluginFailed(Entry::at(context).pluginName_, Entry::text(context, operation),
+                             Entry::text(context, reason));
         });
     };
     table_.markDirty = [](void* context, void* sender) {
@@ -109,8 +116,8 @@ void PluginHostTable::fillMessages() {
     table_.propertyListFromData = [](void* context, const CorvaneObject* data, CorvaneObject** error) {
         return Entry::get(context, [&](PluginAPIImplementor& api) {
             std::string reason;
-            const auto octets = valueOf(data).as<util::Data>();
-            const auto value = api.propertyLists().parse(octets.bytes(), &reason);
+            const auto bytes = valueOf(data).as<util::Data>();
+            const auto value = api.propertyLists().parse(bytes.bytes(), &reason);
             if (value.isNull())
                 report({halden::ErrorCode::parameter, "The data is no property list.", reason, ""}, error);
             return newReference(value);
@@ -125,11 +132,11 @@ void PluginHostTable::fillAuthorization() {
     table_.preflightAuthRights = [](void* context) {
         return Entry::ask(context, [](PluginAPIImplementor& api) { return api.preflightAuthRights(); });
     };
-    table_.makeAuthExternalForm = [](void* context, uint8_t* octets) {
+    table_.makeAuthExternalForm = [](void* context, uint8_t* bytes) {
         return Entry::run(context, int32_t{-1}, [&](PluginAPIImplementor& api) {
             util::AuthorizationExternalForm form;
             const auto status = api.makeAuthExternalForm(form);
-            std::ranges::copy(form.bytes, octets);
+            std::ranges::copy(form.bytes, bytes);
             return status;
         });
     };
@@ -203,7 +210,7 @@ void PluginHostTable::fillFormatters() {
     table_.validCharacterFormatter = [](void* context, const char* characters) {
         return Entry::get(context, [&](PluginAPIImplementor& api) {
             auto set = std::make_shared<const util::CharacterSet>(
-                util::CharacterSet::charactersOf(textOrNone(characters)));
+                util::CharacterSet::charactersOf(Entry::text(context, characters)));
             return newReference(std::shared_ptr<toolkit::Formatter>(api.validCharacterFormatter(set)));
         });
     };
@@ -218,12 +225,12 @@ void PluginHostTable::fillPolicyQuestions() {
     };
     table_.isNodeOnAuthSearchPolicy = [](void* context, const char* nodeName) {
         return Entry::ask(context, [&](PluginAPIImplementor& api) {
-            return api.isNodeOnAuthSearchPolicy(textOrNone(nodeName));
+            return api.isNodeOnAuthSearchPolicy(Entry::text(context, nodeName));
         });
     };
     table_.isNodeOnContactsSearchPolicy = [](void* context, const char* nodeName) {
         return Entry::ask(context, [&](PluginAPIImplementor& api) {
-            return api.isNodeOnContactsSearchPolicy(textOrNone(nodeName));
+            return api.isNodeOnContactsSearchPolicy(Entry::text(context, nodeName));
         });
     };
 }
@@ -232,37 +239,39 @@ void PluginHostTable::fillPolicyQuestions() {
 void PluginHostTable::fillPolicyChanges() {
     table_.addNodeToAuthSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.addNodeToAuthSearchPolicy(nodeName);
+            if (nodeName != nullptr) api.addNodeToAuthSearchPolicy(Entry::text(context, nodeName));
         });
     };
     table_.addNodeToContactsSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.addNodeToContactsSearchPolicy(nodeName);
+            if (nodeName != nullptr) api.addNodeToContactsSearchPolicy(Entry::text(context, nodeName));
         });
     };
     table_.deleteNodeFromAuthSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.deleteNodeFromAuthSearchPolicy(nodeName);
+            if (nodeName != nullptr) api.deleteNodeFromAuthSearchPolicy(Entry::text(context, nodeName));
         });
     };
     table_.deleteNodeFromContactsSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.deleteNodeFromContactsSearchPolicy(nodeName);
+            if (nodeName != nullptr) api.deleteNodeFromContactsSearchPolicy(Entry::text(context, nodeName));
         });
     };
     table_.deleteNodesFromAuthSearchPolicyWithPrefix = [](void* context, const char* prefix) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (prefix != nullptr) api.deleteNodesFromAuthSearchPolicyWithPrefix(prefix);
+            if (prefix != nullptr)
+                api.deleteNodesFromAuthSearchPolicyWithPrefix(Entry::text(context, prefix));
         });
     };
     table_.deleteNodesFromContactsSearchPolicyWithPrefix = [](void* context, const char* prefix) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (prefix != nullptr) api.deleteNodesFromContactsSearchPolicyWithPrefix(prefix);
+            if (prefix != nullptr)
+                api.deleteNodesFromContactsSearchPolicyWithPrefix(Entry::text(context, prefix));
         });
     };
     table_.nodeNameChanged = [](void* context, const char* from, const char* to) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.nodeNameChanged(optionalText(from), optionalText(to));
+            api.nodeNameChanged(Entry::optionalText(context, from), Entry::optionalText(context, to));
         });
     };
 }
@@ -270,16 +279,17 @@ void PluginHostTable::fillPolicyChanges() {
 void PluginHostTable::fillEnabledState() {
     table_.pluginEnableStateChanged = [](void* context, const char* name, int8_t enabled) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.pluginEnableStateChanged(textOrNone(name), enabled != 0);
+            api.pluginEnableStateChanged(Entry::text(context, name), enabled != 0);
         });
     };
     table_.isPluginEnabled = [](void* context, const char* prefix) {
-        return Entry::ask(context,
-                          [&](PluginAPIImplementor& api) { return api.isPluginEnabled(textOrNone(prefix)); });
+        return Entry::ask(context, [&](PluginAPIImplementor& api) {
+            return api.isPluginEnabled(Entry::text(context, prefix));
+        });
     };
     table_.setPluginEnabled = [](void* context, const char* prefix, int8_t enabled) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.setPluginEnabled(textOrNone(prefix), enabled != 0);
+            api.setPluginEnabled(Entry::text(context, prefix), enabled != 0);
         });
     };
 }
@@ -287,7 +297,7 @@ void PluginHostTable::fillEnabledState() {
 void PluginHostTable::fillVersions() {
     table_.pluginVersionWithPrefix = [](void* context, const char* prefix) {
         return Entry::get(context, [&](PluginAPIImplementor& api) {
-            return reference(api.pluginVersionWithPrefix(textOrNone(prefix)));
+            return reference(api.pluginVersionWithPrefix(Entry::text(context, prefix)));
         });
     };
     table_.osVersion = [](void* context) {

@@ -10,7 +10,8 @@ namespace corvane::plugins {
 
 PluginItem::PluginItem(Context context, const util::Dictionary& description)
     : context_(context), mDictionary(description.mutableCopy().as<util::Dictionary>()),
-      mPrefix(descriptionText(service::name)), mPlugin(context.plugins.newPluginNamed(mPrefix)) {
+      mPrefix(descriptionText(service::name)),
+      mPlugin(context.plugins.newPluginNamed(mPrefix, &creationFailure_)) {
     if (!mPlugin) return;
     mPlugin->setFailureReporter([this](const std::string& operation, const std::string& reason) {
         if (mAPIImplementor) mAPIImplementor->pluginFailed(pluginPrefix(), operation, reason);
@@ -26,6 +27,7 @@ void PluginItem::setPluginAPIImplementor(std::shared_ptr<PluginAPIImplementor> i
     if (mPlugin)
         mPlugin->tell("setPluginAPIImplementor", &CorvanePlugin::setPluginAPIImplementor, &table->table());
     hostTable_ = std::move(table);
+    if (!creationFailure_.empty()) mAPIImplementor->pluginFailed(pluginPrefix(), "create", creationFailure_);
 }
 
 std::string PluginItem::pluginName() const {

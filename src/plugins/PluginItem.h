@@ -33,7 +33,7 @@ public:
     PluginItem& operator=(const PluginItem&) = delete;
     ~PluginItem();
 
-    /// Kept, and handed on to the plug-in.
+    /// Kept, and handed on to the plug-in. A plug-in that made no object is reported through it.
     void setPluginAPIImplementor(std::shared_ptr<PluginAPIImplementor> implementor);
 
     [[nodiscard]] std::string pluginName() const;
@@ -91,7 +91,8 @@ private:
 
     Context context_;
     util::Dictionary mDictionary;
-    std::string mPrefix; ///< the description's, which is asked for with each of the service's nodes
+    std::string mPrefix;          ///< the description's, which is asked for with each of the service's nodes
+    std::string creationFailure_; ///< why there is no plug-in object though there is a plug-in; "" otherwise
     std::unique_ptr<Plugin> mPlugin;
     std::shared_ptr<PluginAPIImplementor> mAPIImplementor;
     std::unique_ptr<PluginHostTable> hostTable_;

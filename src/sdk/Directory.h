@@ -3,11 +3,12 @@
 /* What a plug-in can ask of the directory service through the sessions and nodes that the host hands out.
  *
  * Every entry blocks until the service has answered. `error` may be null; it is written on failure alone, and
- * then with a new dictionary (release it): "code" (integer), and the strings "description" (what failed),
- * "reason" (cause and evidence, may be empty) and "recovery" (what to try next, may be empty). References as
- * described in Objects.h. Main thread.
+ * then with a new dictionary (release it): "code" (integer, see Errors.h), and the strings "description"
+ * (what failed), "reason" (cause and evidence, may be empty) and "recovery" (what to try next, may be empty).
+ * References as described in Objects.h. Main thread.
  */
 
+#include "Errors.h"
 #include "Objects.h"
 
 #ifdef __cplusplus
@@ -15,7 +16,7 @@ extern "C" {
 #endif
 
 typedef struct CorvaneDirectory {
-    uint32_t size; /* of this table in octets, as the host knows it; entries beyond it aren't there */
+    uint32_t size; /* of this table in bytes, as the host knows it; entries beyond it aren't there */
 
     /* The names of all nodes of a session, an array of strings in the service's order. Null on failure. */
     CorvaneObject* (*nodeNames)(CorvaneObject* session, CorvaneObject** error);
@@ -38,7 +39,7 @@ typedef struct CorvaneDirectory {
      * worked is told by `error` alone. `request` may be null when `length` is 0. */
     CorvaneObject* (*customCall)(CorvaneObject* node, int32_t code, const void* request, uint64_t length,
                                  CorvaneObject** error);
-    /* The same with the 32-octet authorization external form in front of the request. */
+    /* The same with the 32-byte authorization external form in front of the request. */
     CorvaneObject* (*customCallWithAuthorization)(CorvaneObject* node, int32_t code, const void* request,
                                                   uint64_t length, const uint8_t authorization[32],
                                                   CorvaneObject** error);

@@ -11,7 +11,7 @@ extern "C" {
 #endif
 
 typedef struct CorvaneFormatters {
-    uint32_t size; /* of this table in octets, as the host knows it; entries beyond it aren't there */
+    uint32_t size; /* of this table in bytes, as the host knows it; entries beyond it aren't there */
 
     /* May the field's text become `proposed`, where it is `original` now? A formatter that beeps when it
      * refuses has done so. True when `formatter` is none. */

@@ -1,8 +1,8 @@
 #pragma once
 
 #include <array>
-#include <cstddef>
 #include <optional>
+#include <type_traits>
 
 #include "Object.h"
 
@@ -15,14 +15,14 @@ public:
     AuthorizationForm(const AuthorizationForm&) = delete;
     AuthorizationForm& operator=(const AuthorizationForm&) = delete;
     ~AuthorizationForm() {
-        for (auto& octet : octets_)
-            const_cast<volatile std::uint8_t&>(octet) = 0;
+        for (auto& byte : bytes_)
+            const_cast<volatile std::uint8_t&>(byte) = 0;
     }
-    [[nodiscard]] std::uint8_t* data() { return octets_.data(); }
-    [[nodiscard]] const std::uint8_t* data() const { return octets_.data(); }
+    [[nodiscard]] std::uint8_t* data() { return bytes_.data(); }
+    [[nodiscard]] const std::uint8_t* data() const { return bytes_.data(); }
 
 private:
-    std::array<std::uint8_t, 32> octets_{};
+    std::array<std::uint8_t, 32> bytes_{};
 };
 
 /// The host as a C++ object: each operation of CorvaneHost under the same name. A small handle; copy it
@@ -34,12 +34,11 @@ public:
     explicit Host(const CorvaneHost& host) : host_(&host) {}
     explicit operator bool() const { return host_ != nullptr; }
     [[nodiscard]] const CorvaneHost& table() const { return *host_; }
-    /// The running host knows this entry.
-    template <typename Function>
-    [[nodiscard]] bool offers(Function CorvaneHost::*entry) const {
-        const auto* place = reinterpret_cast<const char*>(&(host_->*entry));
-        const auto end = place - reinterpret_cast<const char*>(host_) + std::ptrdiff_t{sizeof(Function)};
-        return end <= static_cast<std::ptrdiff_t>(host_->size) && host_->*entry != nullptr;
+    /// The running host knows this entry of its own table, or of CorvaneObjects, CorvaneDirectory or
+    /// CorvaneFormatters.
+    template <typename Table, typename Function>
+    [[nodiscard]] bool offers(Function Table::*entry) const {
+        return host_ != nullptr && sdk::offers(tableWith(entry), entry);
     }
 
     // Values
@@ -53,8 +52,8 @@ public:
         return value(objects().makeDate(secondsSince1970));
     }
     /// Copied; the copy is overwritten when its last reference goes.
-    [[nodiscard]] Object data(std::span<const std::uint8_t> octets) const {
-        return value(objects().makeData(octets.data(), octets.size()));
+    [[nodiscard]] Object data(std::span<const std::uint8_t> bytes) const {
+        return value(objects().makeData(bytes.data(), bytes.size()));
     }
     [[nodiscard]] Object array() const { return value(objects().makeArray()); }
     [[nodiscard]] Object array(const std::vector<std::string>& texts) const {
@@ -179,7 +178,7 @@ public:
             return directory().records(node.get(), recordType.c_str(), wanted, names.get(), maximum, e);
         });
     }
-    /// The reply's octets as data, or none.
+    /// The reply's bytes as data, or none.
     [[nodiscard]] Object customCall(const Object& node, std::int32_t code,
                                     std::span<const std::uint8_t> request) const {
         return checked([&](CorvaneObject** e) {
@@ -204,6 +203,17 @@ public:
     }
 
 private:
+    template <typename Table, typename Function>
+    [[nodiscard]] const Table& tableWith(Function Table::* /*entry*/) const {
+        if constexpr (std::is_same_v<Table, CorvaneObjects>)
+            return *host_->objects;
+        else if constexpr (std::is_same_v<Table, CorvaneDirectory>)
+            return *host_->directory;
+        else if constexpr (std::is_same_v<Table, CorvaneFormatters>)
+            return *host_->formatters;
+        else
+            return *host_;
+    }
     [[nodiscard]] const CorvaneObjects& objects() const { return *host_->objects; }
     [[nodiscard]] const CorvaneDirectory& directory() const { return *host_->directory; }
     [[nodiscard]] Object value(CorvaneObject* taken) const { return {objects(), taken}; }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <span>
 #include <stdexcept>
@@ -11,6 +13,14 @@
 #include "PluginTable.h"
 
 namespace corvane::sdk {
+
+/// Does a table have this entry? Whoever made the table may be too old to know it.
+template <typename Table, typename Function>
+[[nodiscard]] bool offers(const Table& table, Function Table::*entry) {
+    const auto* place = reinterpret_cast<const char*>(&(table.*entry));
+    const auto end = place - reinterpret_cast<const char*>(&table) + std::ptrdiff_t{sizeof(Function)};
+    return end <= std::ptrdiff_t{table.size} && table.*entry != nullptr;
+}
 
 /// A counted reference to an object of the host, or to none: what Objects.h says, with the counting done.
 /// Copying shares the object. Reading what the object isn't gives "", 0, false, or an empty reference, never
@@ -45,12 +55,14 @@ public:
         return {first, length};
     }
     /// Borrowed: valid while a reference is held.
-    [[nodiscard]] std::span<const std::uint8_t> octets() const {
+    [[nodiscard]] std::span<const std::uint8_t> bytes() const& {
         if (object_ == nullptr) return {};
         std::uint64_t length = 0;
-        const auto* first = table_->octets(object_, &length);
+        const auto* first = table_->bytes(object_, &length);
         return {first, length};
     }
+    /// A temporary would free them before anyone could read them: give it a name.
+    std::span<const std::uint8_t> bytes() const&& = delete;
     [[nodiscard]] std::int64_t integer() const { return object_ == nullptr ? 0 : table_->integer(object_); }
     [[nodiscard]] double real() const { return object_ == nullptr ? 0 : table_->real(object_); }
     [[nodiscard]] bool boolean() const { return object_ != nullptr && table_->boolean(object_) != 0; }
@@ -67,8 +79,12 @@ public:
     [[nodiscard]] Object operator[](const std::string& key) const {
         return object_ == nullptr ? Object() : Object(*table_, table_->valueForKey(object_, key.c_str()));
     }
+    /// Elements of an array have no keys: at(0).
+    template <std::integral Number>
+    Object operator[](Number index) const = delete;
+    Object operator[](std::nullptr_t) const = delete;
     [[nodiscard]] bool has(const std::string& key) const { return static_cast<bool>((*this)[key]); }
-    /// The keys of a dictionary, in the order of their octets.
+    /// The keys of a dictionary, in the order of their bytes.
     [[nodiscard]] std::vector<std::string> keys() const {
         return object_ == nullptr ? std::vector<std::string>()
                                   : Object(*table_, table_->keys(object_)).texts();

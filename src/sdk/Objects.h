@@ -13,11 +13,17 @@
  * what is said under "otherwise" and does nothing else. Main thread.
  */
 
+#include <stddef.h>
 #include <stdint.h>
 
 #ifdef __cplusplus
 extern "C" {
 #endif
+
+/* Does a table have this entry? Tables grow at their ends, so whoever made this one may not know it:
+ * CORVANE_OFFERS(CorvaneHost, host, isRemote). */
+#define CORVANE_OFFERS(type, table, entry)                                                                   \
+    ((table)->size >= offsetof(type, entry) + sizeof((table)->entry) && (table)->entry != 0)
 
 typedef struct CorvaneObject CorvaneObject;
 
@@ -40,7 +46,7 @@ enum CorvaneKind {
 };
 
 typedef struct CorvaneObjects {
-    uint32_t size; /* of this table in octets, as the host knows it; entries beyond it aren't there */
+    uint32_t size; /* of this table in bytes, as the host knows it; entries beyond it aren't there */
 
     /* Counts one more reference and answers the same object; null for null. */
     CorvaneObject* (*retain)(CorvaneObject* object);
@@ -53,7 +59,7 @@ typedef struct CorvaneObjects {
     CorvaneObject* (*description)(const CorvaneObject* object);
 
     /* Makers. Each answers a new immutable value; arrays and dictionaries come empty and can be changed.
-     * `length` counts octets; texts are UTF-8 and may hold a NUL. Octets are overwritten when the last
+     * `length` counts bytes; texts are UTF-8 and may hold a NUL. Bytes are overwritten when the last
      * reference goes, so that data can carry a secret. */
     CorvaneObject* (*makeString)(const char* text, uint64_t length);
     CorvaneObject* (*makeInteger)(int64_t number);
@@ -61,7 +67,7 @@ typedef struct CorvaneObjects {
     CorvaneObject* (*makeReal)(double number);
     CorvaneObject* (*makeBoolean)(int8_t truth);
     CorvaneObject* (*makeDate)(double secondsSince1970);
-    CorvaneObject* (*makeData)(const void* octets, uint64_t length);
+    CorvaneObject* (*makeData)(const void* bytes, uint64_t length);
     CorvaneObject* (*makeArray)(void);
     CorvaneObject* (*makeDictionary)(void);
 
@@ -72,11 +78,11 @@ typedef struct CorvaneObjects {
      * changed. */
     int8_t (*setValueForKey)(CorvaneObject* dictionary, const char* key, const CorvaneObject* value);
 
-    /* The text of a string with a NUL behind it, `length` octets without that (`length` may be null).
+    /* The text of a string with a NUL behind it, `length` bytes without that (`length` may be null).
      * Borrowed: valid while the reference is held and nobody changes the string. Otherwise: "" and 0. */
     const char* (*text)(const CorvaneObject* string, uint64_t* length);
-    /* The octets of data, borrowed in the same way. Otherwise: null and 0. */
-    const uint8_t* (*octets)(const CorvaneObject* data, uint64_t* length);
+    /* The bytes of data, borrowed in the same way. Otherwise: null and 0. */
+    const uint8_t* (*bytes)(const CorvaneObject* data, uint64_t* length);
     /* A number cut to a whole one and to the ends of the range; a boolean is 0 or 1. Otherwise: 0. */
     int64_t (*integer)(const CorvaneObject* number);
     /* Otherwise: 0. */
@@ -90,7 +96,7 @@ typedef struct CorvaneObjects {
     uint64_t (*count)(const CorvaneObject* container);
     /* An element of an array. Otherwise, and past the end: null. */
     CorvaneObject* (*at)(const CorvaneObject* array, uint64_t index);
-    /* The keys of a dictionary as a new array of strings in the order of their octets. Otherwise: null. */
+    /* The keys of a dictionary as a new array of strings in the order of their bytes. Otherwise: null. */
     CorvaneObject* (*keys)(const CorvaneObject* dictionary);
     /* The value under a key. Otherwise, and where the key is absent: null. */
     CorvaneObject* (*valueForKey)(const CorvaneObject* dictionary, const char* key);

@@ -7,8 +7,9 @@
  *  - Everything is called on the main thread, and plug-ins call the host on the main thread only. An entry of
  * CorvaneHost refuses a call from another thread with a line in the log; the other tables don't look.
  *  - An entry that is null, or lies beyond `size`, isn't implemented; the host then applies its default.
- *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8, end with a NUL and are borrowed
- * for the length of the call; a text that a plug-in returns stays valid until its next call.
+ *  - Truth values are 0 (false) and anything else (true). Texts are UTF-8 (the host puts U+FFFD in place of
+ * bytes that aren't, and logs it once), end with a NUL and are borrowed for the length of the call; a text
+ * that a plug-in returns stays valid until its next call.
  *  - No exception may leave an entry.
  *  - Tables only grow at their end. A plug-in looks at `size` before it calls an entry that its oldest host
  * may lack.
@@ -22,8 +23,10 @@
 extern "C" {
 #endif
 
-#define CORVANE_PLUGIN_VERSION 1
-#define CORVANE_PLUGIN_SYMBOL "corvane_plugin"
+/* The version of CorvanePlugin and CorvaneHost that these headers describe. It changes only when a table
+ * could not be grown at its end. */
+#define CORVANE_PLUGIN_VERSION 2
+#define CORVANE_PLUGIN_SYMBOL "corvane_plugin_for_host"
 /* In front of the factory's definition, so that the module exports it whatever it hides otherwise. */
 #ifdef __cplusplus
 #define CORVANE_EXPORT extern "C" __attribute__((visibility("default")))
@@ -31,10 +34,33 @@ extern "C" {
 #define CORVANE_EXPORT __attribute__((visibility("default")))
 #endif
 
+/* What the host says of itself before it asks for a table. Valid for the length of the call to the factory.
+ * The same in every version, but that it may grow at its end. */
+typedef struct CorvaneHandshake {
+    uint32_t size; /* of this table in bytes, as the host knows it */
+    /* The versions of CorvanePlugin that the host can use, both included. */
+    uint32_t oldestVersion;
+    uint32_t newestVersion;
+    /* The connector that the module is loaded for: the module's file name without ".cvplug". */
+    const char* connector;
+} CorvaneHandshake;
+
+/* What a plug-in says of itself, for the log and for messages about failures. Texts may be null or empty. */
+typedef struct CorvaneAbout {
+    uint32_t size; /* of this table in bytes, as the plug-in knows it */
+    const char* name;
+    const char* version;  /* the plug-in's own: "1.4.2" */
+    const char* author;   /* whom a user may ask */
+    const char* homePage; /* "https://example.com/plug-in" */
+} CorvaneAbout;
+
+/* Takes a sentence that says why something can't be done; the text is borrowed for the length of the call. */
+typedef void (*CorvaneReasonTaker)(void* context, const char* reason);
+
 /* An object of the plug-in's that will run something against the directory service and must be told with
  * which authorization. Both setters are required. */
 typedef struct CorvaneAction {
-    uint32_t size; /* of this table in octets */
+    uint32_t size; /* of this table in bytes */
     void* self;    /* handed back as the first argument of both */
     /* This machine is configured: `authorization` is borrowed for the length of the call; retain it to keep
      * it. */
@@ -47,8 +73,8 @@ typedef struct CorvaneAction {
 /* What the host offers a plug-in. Lives as long as the plug-in object that it was given to. The host keeps
  * nothing for the plug-in: each answer is the present one, of the connection that the window has now. */
 typedef struct CorvaneHost {
-    uint32_t size;    /* of this table in octets, as the host knows it */
-    uint32_t version; /* CORVANE_PLUGIN_VERSION of the host */
+    uint32_t size;    /* of this table in bytes, as the host knows it */
+    uint32_t version; /* of this table: that of the plug-in's own */
     void* context;    /* handed back as the first argument of every entry */
 
     const CorvaneObjects* objects;
@@ -71,7 +97,7 @@ typedef struct CorvaneHost {
     /* Makes sure that the user holds the configuration rights, asking for them if needed. False when they
      * were refused. */
     int8_t (*preflightAuthRights)(void* context);
-    /* Fills in the 32-octet external form of the present authorization. 0 on success; otherwise the form is
+    /* Fills in the 32-byte external form of the present authorization. 0 on success; otherwise the form is
      * worth nothing. A form is as good as a password: overwrite it after use. It stands for the rights that
      * the user holds: make sure of them before, by preflightAuthRights. */
     int32_t (*makeAuthExternalForm)(void* context, uint8_t form[32]);
@@ -136,7 +162,8 @@ typedef struct CorvaneHost {
     /* Marks the window as edited and enables Apply. `sender` may be null, and is ignored. */
     void (*markDirty)(void* context, void* sender);
     /* A prefix is a connector's name, "LDAP". What isn't listed in the window has no version and isn't
-     * enabled; while the list is read (in setPluginAPIImplementor) that may be every connector. */
+     * enabled; while the list is read (in setPluginAPIImplementor and the first canConfigure) both are
+     * answered for every connector that the service reports. */
     /* The version text of the connector with this prefix, a string; null when there is no such connector. */
     CorvaneObject* (*pluginVersionWithPrefix)(void* context, const char* prefix);
     /* The version of the system that is configured, a string; null when it isn't known (yet). */
@@ -154,11 +181,13 @@ typedef struct CorvaneHost {
  * object for each connector whenever it reads the list of connectors (at start, after Revert, with another
  * connection), and destroys the ones before. */
 typedef struct CorvanePlugin {
-    uint32_t size;    /* of this table in octets, as the plug-in knows it */
-    uint32_t version; /* CORVANE_PLUGIN_VERSION that the plug-in was built for; the host refuses any other */
+    uint32_t size;    /* of this table in bytes, as the plug-in knows it */
+    uint32_t version; /* which version of this table it is; one that the handshake doesn't offer is refused */
+    const CorvaneAbout* about; /* may be null; valid for as long as the module is loaded */
 
-    /* Both are required. `create` answers null when no object can be made. */
-    void* (*create)(void);
+    /* Both are required. `create` answers null when no object can be made, after it has called
+     * `takeReason(context, ...)`, so that the log and the user hear why. */
+    void* (*create)(CorvaneReasonTaker takeReason, void* context);
     void (*destroy)(void* self);
 
     /* All from here on are optional. Called right after `create`, before any other entry. */
@@ -201,7 +230,10 @@ typedef struct CorvanePlugin {
     const char* (*nodesToRemove)(void* self, uint32_t index);
 } CorvanePlugin;
 
-typedef const CorvanePlugin* (*CorvanePluginFactory)(void);
+/* Answers the module's table in a version that the host can use; null when it has none. Called once, before
+ * anything else. A module may have tables of several versions, and serve hosts of each; one that is found
+ * under several names may have a table for each connector. */
+typedef const CorvanePlugin* (*CorvanePluginFactory)(const CorvaneHandshake* host);
 
 #ifdef __cplusplus
 }

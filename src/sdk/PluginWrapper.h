@@ -1,13 +1,15 @@
 #pragma once
 
-#include <concepts>
 #include <exception>
 #include <string>
-#include <string_view>
 #include <type_traits>
 #include <vector>
 
-#include "PluginTable.h"
+#include "PluginMethods.h"
+
+// A module keeps its copies to itself, whatever options it is built with: statics of templates are otherwise
+// one for the whole process, and two plug-ins with the same class name would share a table.
+#pragma GCC visibility push(hidden)
 
 /// Makes a function table out of a plain C++ class by looking at what it has. A method with the right name
 /// and the wrong signature fails to compile; exceptions stay inside and are told to the host.
@@ -26,6 +28,9 @@
 /// bool applicationWillQuitSavingChanges(bool), bool applicationWillLockSavingChanges(bool),
 /// bool shouldAllowNodeNameOnSearchPolicy(std::string_view), std::vector<std::string> nodesToRemove(). All
 /// are called on the main thread.
+///
+/// It may have a field that says what it is:
+///     static constexpr corvane::sdk::About about{"Example", "1.0", "Jane Doe", "https://example.com"};
 namespace corvane::sdk {
 
 /// The object behind `self`.
@@ -60,22 +65,6 @@ Result guard(const CorvaneHost* host, const char* operation, Result otherwise, B
     return otherwise;
 }
 
-/// What a final class is replaced by where it would have to be inherited from.
-struct Nameless {};
-template <typename P>
-using Inheritable = std::conditional_t<std::is_final_v<P>, Nameless, P>;
-
-// The class has nothing of that name: neither private, nor overloaded, nor a template. If it had, `Both`
-// would inherit the name twice, and its address couldn't be taken. (Of a final class only what is public is
-// seen.)
-#define CORVANE_SDK_LACKS(name)                                                                              \
-    struct Named {                                                                                           \
-        int name;                                                                                            \
-    };                                                                                                       \
-    struct Both : Inheritable<P>, Named {};                                                                  \
-    static_assert(                                                                                           \
-        requires { &Both::name; } && !requires { &P::name; }, #name ": wrong signature, or not public")
-
 // One entry of the table: filled when the class has the method in the right shape, left null when it hasn't
 // the method at all, and a compile-time error in between.
 #define CORVANE_SDK_ENTRY(name, condition, lambda)                                                           \
@@ -91,51 +80,27 @@ using Inheritable = std::conditional_t<std::is_final_v<P>, Nameless, P>;
     }
 
 template <typename P>
-concept HasIsEnabledForLocation = requires(P& p, const char* l) {
-    { p.isEnabledForLocation(l) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasCanSetEnabled = requires(P& p, const char* l) {
-    { p.canSetEnabledForLocation(l) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasSetEnabled = requires(P& p, const char* l) {
-    { p.setEnabledForLocation(true, l) } -> std::same_as<void>;
-};
-template <typename P>
-concept HasPluginName = requires(P& p) {
-    { p.pluginName() } -> std::same_as<std::string>;
-};
-template <typename P>
-concept HasConfigureButtonClicked = requires(P& p, void* s) {
-    { p.configureButtonClicked(s) } -> std::same_as<void>;
-};
-template <typename P>
-concept HasSetHost = requires(P& p, const CorvaneHost& h) {
-    { p.setPluginAPIImplementor(h) } -> std::same_as<void>;
-};
-template <typename P>
-concept HasQuitAnswer = requires(P& p) {
-    { p.applicationWillQuitSavingChanges(true) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasLockAnswer = requires(P& p) {
-    { p.applicationWillLockSavingChanges(true) } -> std::same_as<bool>;
-};
-template <typename P>
-concept HasAdmission = requires(P& p, std::string_view n) {
-    { p.shouldAllowNodeNameOnSearchPolicy(n) } -> std::same_as<bool>;
-};
-
-template <typename P>
-concept HasNodesToRemove = requires(P& p) {
-    { p.nodesToRemove() } -> std::same_as<std::vector<std::string>>;
-};
+void fillAbout(CorvanePlugin& table) {
+    if constexpr (HasAbout<P>) {
+        // A copy of the module's own: the class's field may be one for the whole process.
+        static constexpr CorvaneAbout kept = P::about;
+        table.about = &kept;
+    } else {
+        CORVANE_SDK_LACKS(about);
+    }
+}
 
 template <typename P>
 void fillLifetime(CorvanePlugin& table) {
-    table.create = []() noexcept -> void* {
-        return guard<void*>(nullptr, "create", nullptr, [] { return new Instance<P>(); });
+    table.create = [](CorvaneReasonTaker takeReason, void* context) noexcept -> void* {
+        try {
+            return new Instance<P>();
+        } catch (const std::exception& failure) {
+            takeReason(context, failure.what());
+        } catch (...) {
+            takeReason(context, "an unknown exception");
+        }
+        return nullptr;
     };
     table.destroy = [](void* self) noexcept { delete static_cast<Instance<P>*>(self); };
     // Always there: the guard itself needs the host to report to.
@@ -250,8 +215,9 @@ void fillRemoval(CorvanePlugin& table) {
 }
 
 #undef CORVANE_SDK_ENTRY
-#undef CORVANE_SDK_LACKS
 #undef CORVANE_SDK_ANSWER
+#undef CORVANE_SDK_LACKS
+#undef CORVANE_SDK_NONE
 
 /// The class's table, made on first use and kept for the life of the process.
 template <std::default_initializable P>
@@ -260,6 +226,8 @@ const CorvanePlugin* tableFor() noexcept {
         CorvanePlugin made{};
         made.size = sizeof made;
         made.version = CORVANE_PLUGIN_VERSION;
+        refuseMisspeltMethods<P>();
+        fillAbout<P>(made);
         fillLifetime<P>(made);
         fillEnabledState<P>(made);
         fillConfiguration<P>(made);
@@ -270,8 +238,19 @@ const CorvanePlugin* tableFor() noexcept {
     return &table;
 }
 
+/// The same for a host that can use it; null for any other.
+template <std::default_initializable P>
+const CorvanePlugin* tableForHost(const CorvaneHandshake* host) noexcept {
+    const bool fits =
+        host->oldestVersion <= CORVANE_PLUGIN_VERSION && CORVANE_PLUGIN_VERSION <= host->newestVersion;
+    return fits ? tableFor<P>() : nullptr;
+}
+
 } // namespace corvane::sdk
+#pragma GCC visibility pop
 
 /// Exports `Class` as the plug-in of this module. Once per module, at file scope.
 #define CORVANE_PLUGIN(Class)                                                                                \
-    CORVANE_EXPORT const CorvanePlugin* corvane_plugin() { return corvane::sdk::tableFor<Class>(); }
+    CORVANE_EXPORT const CorvanePlugin* corvane_plugin_for_host(const CorvaneHandshake* host) {              \
+        return corvane::sdk::tableForHost<Class>(host);                                                      \
+    }

@@ -1,6 +1,8 @@
 #include "services/ServicesList.h"
 
 #include <algorithm>
+#include <exception>
+#include <utility>
 
 #include "plugins/ConnectorNames.h"
 #include "plugins/ServiceDescription.h"
@@ -44,29 +46,41 @@ ServicesList::ServicesList(plugins::PluginItem::Context context, Needs& needs)
     : context_(context), needs_(needs) {}
 
 void ServicesList::buildDSConfigPaneData() {
+    if (reported_) return; // a plug-in asked for it out of the reading itself, which goes on
+    reported_.emplace();
     try {
         readList();
         loaded_ = true;
     } catch (const std::exception&) {
         needs_.hideProgressBar();
     }
+    reported_.reset();
     needs_.reloadPluginTable();
 }
 
+// All are described before the first plug-in object is made: a plug-in may ask about any of them.
 void ServicesList::readList() {
     const auto node = needs_.haldenConfigNode();
     const auto query = node ? node->query(everyConnector(), nullptr) : nullptr;
     const auto records = query ? query->results(false, nullptr) : std::nullopt;
-    items_.emplace();
+    // The list is in order before the items of the old one are destroyed: they may ask, too.
+    std::exchange(items_, PluginItemList()).reset();
     if (!records) return;
-    for (const auto& record : *records)
-        addItem(*record);
+    std::exception_ptr problem;
+    try {
+        for (const auto& record : *records)
+            if (record->recordName() != connector::neverShown) reported_->push_back(describe(*record));
+    } catch (const std::exception&) {
+        problem = std::current_exception();
+    }
+    for (const auto& description : *reported_)
+        addItem(description);
+    if (problem) std::rethrow_exception(problem);
     sortByName();
 }
 
-void ServicesList::addItem(const halden::Record& record) {
-    if (record.recordName() == connector::neverShown) return;
-    auto item = std::make_shared<plugins::PluginItem>(context_, describe(record));
+void ServicesList::addItem(const util::Dictionary& description) {
+    auto item = std::make_shared<plugins::PluginItem>(context_, description);
     item->setPluginAPIImplementor(needs_.apiImplementor());
     if (needs_.legacyDS() || item->canConfigure()) items_->push_back(std::move(item));
 }
@@ -116,13 +130,22 @@ std::shared_ptr<plugins::PluginItem> ServicesList::pluginWithName(const std::str
 }
 
 std::optional<std::string> ServicesList::pluginVersionWithPrefix(const std::string& prefix) const {
-    const auto item = pluginWithPrefix(prefix);
-    return item ? std::optional(item->pluginVersion()) : std::nullopt;
+    if (const auto item = pluginWithPrefix(prefix)) return item->pluginVersion();
+    const auto* description = reportedWithPrefix(prefix);
+    return description == nullptr ? std::nullopt : std::optional(description->textForKey(service::version));
 }
 
 bool ServicesList::isPluginEnabled(const std::string& prefix) const {
-    const auto item = pluginWithPrefix(prefix);
-    return item && item->isEnabled();
+    if (const auto item = pluginWithPrefix(prefix)) return item->isEnabled();
+    const auto* description = reportedWithPrefix(prefix);
+    return description != nullptr && description->textForKey(service::userSetLoaded) == service::active;
+}
+
+const util::Dictionary* ServicesList::reportedWithPrefix(const std::string& prefix) const {
+    if (!reported_) return nullptr;
+    const auto found = std::ranges::find_if(
+        *reported_, [&](const auto& each) { return each.textForKey(service::name) == prefix; });
+    return found == reported_->end() ? nullptr : &*found;
 }
 
 void ServicesList::setPluginEnabled(const std::string& prefix, bool enabled) {

@@ -27,7 +27,8 @@ public:
     ServicesList(plugins::PluginItem::Context context, Needs& needs);
 
     /// Reads the list anew; every item and plug-in object is replaced. On an exception of the directory
-    /// framework the list keeps what it has by then and does not count as loaded.
+    /// framework the list keeps what it has by then and does not count as loaded. Does nothing while the list
+    /// is being read already: plug-ins are asked and told things then, and what they do may lead here.
     void buildDSConfigPaneData();
     /// Null before the first build.
     [[nodiscard]] const PluginItemList* items() const { return items_ ? &*items_ : nullptr; }
@@ -40,7 +41,8 @@ public:
     [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithPrefix(const std::string& prefix) const;
     [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithName(const std::string& name) const;
     [[nodiscard]] std::optional<std::string> pluginVersionWithPrefix(const std::string& prefix) const;
-    /// False when there is no such item.
+    /// False when there is no such item. While the list is being read, this and the version are answered for
+    /// every connector that the service reports, made into an item or not.
     [[nodiscard]] bool isPluginEnabled(const std::string& prefix) const;
     /// Changes the state and writes it at once; a failure to write isn't told. Always reloads the table.
     void setPluginEnabled(const std::string& prefix, bool enabled);
@@ -48,12 +50,14 @@ public:
 private:
     void readList();
     [[nodiscard]] util::Dictionary describe(const halden::Record& record) const;
-    void addItem(const halden::Record& record);
+    void addItem(const util::Dictionary& description);
+    [[nodiscard]] const util::Dictionary* reportedWithPrefix(const std::string& prefix) const;
     void sortByName();
 
     plugins::PluginItem::Context context_;
     Needs& needs_;
     std::optional<PluginItemList> items_;
+    std::optional<std::vector<util::Dictionary>> reported_; ///< descriptions; there while the list is read
     bool loaded_ = false;
 };
 

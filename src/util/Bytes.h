@@ -34,4 +34,17 @@ inline void wipe(Bytes& secret) noexcept {
     secret.clear();
 }
 
+/// Overwrites a secret when its scope ends, also when something is thrown.
+template <typename Secret>
+class WipeGuard {
+public:
+    explicit WipeGuard(Secret& secret) : secret_(secret) {}
+    WipeGuard(const WipeGuard&) = delete;
+    WipeGuard& operator=(const WipeGuard&) = delete;
+    ~WipeGuard() { wipe(secret_); }
+
+private:
+    Secret& secret_;
+};
+
 } // namespace corvane::util

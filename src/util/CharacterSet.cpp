@@ -55,6 +55,22 @@ char32_t takeCharacter(std::string_view& text) {
     return good ? character : replacement;
 }
 
+std::string wellFormedText(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    while (!text.empty()) {
+        const auto before = text;
+        const auto character = takeCharacter(text);
+        const auto taken = before.substr(0, before.size() - text.size());
+        // A well-formed U+FFFD has three bytes; one that stands for a broken byte has been taken for one.
+        if (character == replacement && taken.size() == 1)
+            result += "\xEF\xBF\xBD";
+        else
+            result += taken;
+    }
+    return result;
+}
+
 CharacterSet CharacterSet::range(char32_t start, char32_t length) {
     CharacterSet set;
     if (length > 0 && start <= lastCharacter)

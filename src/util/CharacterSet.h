@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <string_view>
 #include <vector>
 
@@ -8,6 +9,9 @@ namespace corvane::util {
 /// Takes the first character off `text` (UTF-8, not empty). A byte that begins no well-formed character
 /// counts as a character of its own, U+FFFD.
 [[nodiscard]] char32_t takeCharacter(std::string_view& text);
+
+/// The text with U+FFFD in place of each byte that begins no well-formed character.
+[[nodiscard]] std::string wellFormedText(std::string_view text);
 
 /// A set of Unicode characters, U+0000 to U+10FFFF. Any thread.
 class CharacterSet {

@@ -63,6 +63,7 @@ TEST_F(CustomCalls, propertyListWithoutThatForm_isAnErrorAndSendsNothing) {
     halden::Error error;
     EXPECT_FALSE(directory::customCallSendPropertyList(node, 7, util::Set{"a"}, codec, form, &error));
     EXPECT_EQ(error.code, halden::ErrorCode::parameter);
+    EXPECT_EQ(error.reason, "The cause: something in it has no such form.");
     EXPECT_TRUE(state->calls.empty());
 }
 

@@ -184,7 +184,10 @@ public:
         return folders[folder];
     }
     [[nodiscard]] std::unique_ptr<platform::Bundle> bundleAtPath(const std::string& path) override {
-        if (!symbols.contains(path)) return nullptr;
+        if (!symbols.contains(path)) {
+            logged.push_back("Plug-in " + path + " was not loaded: it isn't there.");
+            return nullptr;
+        }
         return std::make_unique<FakeBundle>(*this, path);
     }
     [[nodiscard]] std::string builtInPlugInsPath() const override { return "/built-in/PlugIns/"; }
@@ -197,6 +200,7 @@ public:
 
     std::map<std::string, std::vector<std::string>> folders;
     std::map<std::string, void*> symbols;
+    std::map<std::string, std::string> exported; ///< under which name; the factory's where nothing is said
     std::vector<std::string> scanned;
     std::vector<std::string> loaded;
     std::vector<std::string> logged; ///< the loader's own messages
@@ -211,7 +215,9 @@ private:
             return isLoaded;
         }
         [[nodiscard]] void* symbol(const std::string& name) const override {
-            return isLoaded && name == "corvane_plugin" ? loader.symbols[path] : nullptr;
+            const auto found = loader.exported.find(path);
+            const auto wanted = found == loader.exported.end() ? "corvane_plugin_for_host" : found->second;
+            return isLoaded && name == wanted ? loader.symbols[path] : nullptr;
         }
         FakeBundleLoader& loader;
         std::string path;

@@ -11,8 +11,11 @@ namespace corvane::fakes {
 /// was written, so that reading the bytes back gives the value.
 class FakePropertyListCodec final : public platform::PropertyListCodec {
 public:
-    [[nodiscard]] std::optional<util::Bytes> xml(const util::Value& value) const override {
-        return write("xml:", value);
+    [[nodiscard]] std::optional<util::Bytes> xml(const util::Value& value,
+                                                 std::string* reason = nullptr) const override {
+        auto written = write("xml:", value);
+        if (!written && reason != nullptr) *reason = "something in it has no such form";
+        return written;
     }
     [[nodiscard]] std::optional<util::Bytes> binary(const util::Value& value) const override {
         return write("bin:", value);

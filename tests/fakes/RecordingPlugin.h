@@ -43,7 +43,7 @@ public:
         static PluginScript theScript;
         return theScript;
     }
-    static void* factory() { return reinterpret_cast<void*>(&sdk::tableFor<RecordingPlugin>); }
+    static void* factory() { return reinterpret_cast<void*>(&sdk::tableForHost<RecordingPlugin>); }
 
     void setPluginAPIImplementor(const CorvaneHost& host) {
         script().host = &host;
@@ -89,7 +89,7 @@ private:
 /// Implements nothing at all.
 class EmptyPlugin {
 public:
-    static void* factory() { return reinterpret_cast<void*>(&sdk::tableFor<EmptyPlugin>); }
+    static void* factory() { return reinterpret_cast<void*>(&sdk::tableForHost<EmptyPlugin>); }
 };
 
 } // namespace corvane::fakes

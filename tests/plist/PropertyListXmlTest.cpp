@@ -139,3 +139,15 @@ TEST(PropertyListXml, sizeBeyondTheLimit_isRefused) {
     const std::string huge = "<plist><string>" + std::string(64U * 1024U * 1024U, 'x') + "</string></plist>";
     EXPECT_NE(refusal(huge).find("64 MiB"), std::string::npos);
 }
+
+TEST(PropertyListXml, valueWithoutThatForm_isRefusedWithItsOwnReason) {
+    const auto reasonOf = [](const Value& value) {
+        std::string reason;
+        EXPECT_FALSE(PropertyListCodec().xml(value, &reason));
+        return reason;
+    };
+    EXPECT_EQ(reasonOf(Value()), "null has no property-list form");
+    EXPECT_EQ(reasonOf(Set{"a"}), "a set or an opaque object has no property-list form");
+    EXPECT_EQ(reasonOf(Array{"\x01"}), "a text holds a character that XML can't");
+    EXPECT_EQ(reasonOf(Date(1e15)), "a date lies outside the years 1 to 9999");
+}

@@ -109,6 +109,22 @@ TEST_F(HostInterface, actionWithoutBothSetters_isLoggedAndLeftAlone) {
     EXPECT_EQ(program.done[0], "log plug-in Mine passed an action that can't take an authorization");
 }
 
+TEST_F(HostInterface, actionOfTheFirstSizeOrALargerOne_isTaken_andAShorterOneRefused) {
+    constexpr auto first = offsetof(CorvaneAction, setRemoteAuthExtForm) + sizeof(void*);
+    for (const auto size : {first, first + 64}) {
+        Action action(host);
+        action.table.size = static_cast<std::uint32_t>(size);
+        host.setAuthorizationForHaldenCAction(action.table);
+        EXPECT_TRUE(action.authorization) << size;
+    }
+    EXPECT_TRUE(program.done.empty());
+    Action action(host);
+    action.table.size = first - 1;
+    host.setAuthorizationForHaldenCAction(action.table);
+    EXPECT_FALSE(action.authorization);
+    EXPECT_EQ(program.done.size(), 1U);
+}
+
 TEST_F(HostInterface, actionThatThrows_isLoggedAndGoesNoFurther) {
     Action action(host);
     action.table.setAuth = [](void*, CorvaneObject*) { throw 5; };
@@ -304,4 +320,37 @@ TEST_F(HostInterface, entryThatAnOlderHostLacks_answersItsNothing) {
     EXPECT_TRUE(old.preflightDSRef());
     EXPECT_EQ(old.pluginVersionWithPrefix("LDAP"), std::nullopt);
     EXPECT_FALSE(old.isPluginEnabled("LDAP"));
+}
+
+TEST_F(HostInterface, offers_coversEveryTable) {
+    auto objects = *table.objects;
+    auto directory = *table.directory;
+    auto formatters = *table.formatters;
+    auto older = table;
+    older.objects = &objects;
+    older.directory = &directory;
+    older.formatters = &formatters;
+    const sdk::Host old(older);
+    EXPECT_TRUE(old.offers(&CorvaneHost::setPluginEnabled) && old.offers(&CorvaneObjects::valueForKey));
+    EXPECT_TRUE(old.offers(&CorvaneDirectory::customCallSendItems));
+    EXPECT_TRUE(old.offers(&CorvaneFormatters::setMaximum));
+    older.size = offsetof(CorvaneHost, setPluginEnabled);
+    objects.size = offsetof(CorvaneObjects, valueForKey);
+    directory.size = offsetof(CorvaneDirectory, customCallSendItems);
+    formatters.setMaximum = nullptr;
+    EXPECT_FALSE(old.offers(&CorvaneHost::setPluginEnabled) || old.offers(&CorvaneObjects::valueForKey));
+    EXPECT_FALSE(old.offers(&CorvaneDirectory::customCallSendItems));
+    EXPECT_FALSE(old.offers(&CorvaneFormatters::setMaximum));
+    EXPECT_TRUE(old.offers(&CorvaneHost::isPluginEnabled) && old.offers(&CorvaneObjects::keys));
+    EXPECT_FALSE(sdk::Host().offers(&CorvaneHost::isRemote));
+}
+
+TEST_F(HostInterface, textThatIsntUTF8_isRepairedAndLoggedOnce) {
+    host.log("caf\xE9 \xEF\xBF\xBD");
+    host.addNodeToAuthSearchPolicy("/LDAP/\xFF");
+    EXPECT_TRUE(program.authentication.contains("/LDAP/\xEF\xBF\xBD"));
+    ASSERT_EQ(program.done.size(), 2U);
+    EXPECT_EQ(program.done[0], "log plug-in Mine passed a text that isn't UTF-8; each byte that begins no "
+                               "character is replaced by U+FFFD");
+    EXPECT_EQ(program.done[1], "log Mine: caf\xEF\xBF\xBD \xEF\xBF\xBD");
 }

@@ -37,10 +37,12 @@ TEST_F(HostObjects, values_giveBackWhatTheyWereMadeOf) {
     EXPECT_EQ(host.real(2.5).real(), 2.5);
     EXPECT_TRUE(host.boolean(true).boolean());
     EXPECT_EQ(host.date(86400).date(), 86400);
-    const std::uint8_t octets[] = {1, 0, 2};
-    EXPECT_EQ(host.data(octets).octets().size(), 3U);
-    EXPECT_EQ(host.data(octets).octets()[2], 2);
-    EXPECT_EQ(host.data({}).octets().size(), 0U);
+    const std::uint8_t bytes[] = {1, 0, 2};
+    const auto data = host.data(bytes);
+    EXPECT_EQ(data.bytes().size(), 3U);
+    EXPECT_EQ(data.bytes()[2], 2);
+    const auto none = host.data({});
+    EXPECT_EQ(none.bytes().size(), 0U);
     EXPECT_EQ(sdk::Object(objects, objects.makeUnsigned(std::numeric_limits<std::uint64_t>::max())).integer(),
               std::numeric_limits<std::int64_t>::max());
 }
@@ -62,7 +64,7 @@ TEST_F(HostObjects, kinds_areToldApart) {
 TEST_F(HostObjects, objectOfAnotherKind_readsAsNothing) {
     const auto number = host.integer(7);
     EXPECT_EQ(number.text(), "");
-    EXPECT_TRUE(number.octets().empty());
+    EXPECT_TRUE(number.bytes().empty());
     EXPECT_EQ(number.count(), 0U);
     EXPECT_FALSE(number.at(0));
     EXPECT_FALSE(number["key"]);
@@ -78,7 +80,7 @@ TEST_F(HostObjects, nullReference_isHarmlessEverywhere) {
     EXPECT_EQ(objects.retain(nullptr), nullptr);
     EXPECT_EQ(objects.kind(nullptr), CORVANE_NULL);
     EXPECT_STREQ(objects.text(nullptr, nullptr), "");
-    EXPECT_EQ(objects.octets(nullptr, nullptr), nullptr);
+    EXPECT_EQ(objects.bytes(nullptr, nullptr), nullptr);
     EXPECT_EQ(objects.integer(nullptr), 0);
     EXPECT_EQ(objects.count(nullptr), 0U);
     EXPECT_EQ(objects.at(nullptr, 0), nullptr);
@@ -175,7 +177,7 @@ TEST_F(HostObjects, customCall_carriesTheRequestAndBringsTheReply) {
     };
     const std::uint8_t request[] = {1, 2};
     const auto reply = host.customCall(node, 999, request);
-    EXPECT_EQ(reply.octets()[0], 2);
+    EXPECT_EQ(reply.bytes()[0], 2);
     EXPECT_EQ(session->config().calls.back().code, 999);
 }
 
@@ -201,7 +203,7 @@ TEST_F(HostObjects, valueWithoutAPropertyListForm_isAnErrorAndNothingIsSent) {
     EXPECT_TRUE(session->config().calls.empty());
 }
 
-TEST_F(HostObjects, octetsThatAreNoPropertyList_areRefusedWithTheReason) {
+TEST_F(HostObjects, bytesThatAreNoPropertyList_areRefusedWithTheReason) {
     const std::uint8_t nonsense[] = {1, 2, 3};
     try {
         (void)host.propertyListFromData(host.data(nonsense));
@@ -230,4 +232,14 @@ TEST_F(HostObjects, authorizedCall_hasTheFormInFront) {
     ASSERT_EQ(session->config().calls.back().request.size(), 33U);
     EXPECT_EQ(session->config().calls.back().request[0], 9);
     EXPECT_EQ(session->config().calls.back().request[32], 'x');
+}
+
+TEST_F(HostObjects, textsAndKeysThatArentUTF8_areRepairedAndLoggedOnce) {
+    EXPECT_EQ(host.string("caf\xE9").text(), "caf\xEF\xBF\xBD");
+    EXPECT_EQ(host.string("café").text(), "café");
+    const auto dictionary = host.dictionary();
+    dictionary.set("\xFF", host.integer(1));
+    EXPECT_EQ(dictionary.keys(), Texts{"\xEF\xBF\xBD"});
+    ASSERT_EQ(program.done.size(), 1U);
+    EXPECT_EQ(program.done[0].find("log a plug-in passed a text that isn't UTF-8"), 0U);
 }

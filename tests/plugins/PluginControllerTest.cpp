@@ -14,38 +14,46 @@ namespace {
 constexpr const char* builtIn = "/built-in/PlugIns/";
 const std::string systemWide = PluginController::systemPlugInsPath;
 
-const CorvanePlugin* noTable() { return nullptr; }
-const CorvanePlugin* throwingFactory() { throw std::runtime_error("no"); }
-const CorvanePlugin* wrongVersion() {
+const CorvanePlugin* noTable(const CorvaneHandshake* /*host*/) { return nullptr; }
+const CorvanePlugin* throwingFactory(const CorvaneHandshake* /*host*/) {
+    throw std::runtime_error("no licence");
+}
+const CorvanePlugin* wrongVersion(const CorvaneHandshake* /*host*/) {
     static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
     table.version = CORVANE_PLUGIN_VERSION + 1;
     return &table;
 }
-const CorvanePlugin* tooShort() {
+const CorvanePlugin* tooShort(const CorvaneHandshake* /*host*/) {
     static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
     table.size = 8;
     return &table;
 }
-const CorvanePlugin* noMaker() {
+const CorvanePlugin* noMaker(const CorvaneHandshake* /*host*/) {
     static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
     table.create = nullptr;
     return &table;
 }
-const CorvanePlugin* noUnmaker() {
+const CorvanePlugin* noUnmaker(const CorvaneHandshake* /*host*/) {
     static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
     table.destroy = nullptr;
     return &table;
 }
-const CorvanePlugin* makesNothing() {
+const CorvanePlugin* makesNothing(const CorvaneHandshake* /*host*/) {
     static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
-    table.create = []() -> void* { return nullptr; };
+    table.create = [](CorvaneReasonTaker, void*) -> void* { return nullptr; };
     return &table;
 }
-const CorvanePlugin* throwsWhenMaking() {
+const CorvanePlugin* throwsWhenMaking(const CorvaneHandshake* /*host*/) {
     static CorvanePlugin table = *sdk::tableFor<fakes::EmptyPlugin>();
-    table.create = []() -> void* { throw std::runtime_error("no"); };
+    table.create = [](CorvaneReasonTaker, void*) -> void* { throw std::runtime_error("out of order"); };
     return &table;
 }
+struct Introduced {
+    static constexpr sdk::About about{"Example", "1.0", "Jane Doe", "https://example.com"};
+};
+struct Nameless {
+    static constexpr sdk::About about{nullptr, "", "Jane Doe", nullptr};
+};
 void* symbol(CorvanePluginFactory factory) { return reinterpret_cast<void*>(factory); }
 
 struct Registry : testing::Test {
@@ -133,8 +141,14 @@ TEST_F(Registry, moduleOfAnotherVersionOrWithADamagedTable_isRefusedWithCauseAnd
     ASSERT_EQ(platform.log.lines.size(), 4U);
     EXPECT_EQ(
         platform.log.lines[0],
-        "Plug-in /built-in/PlugIns/Version.cvplug was not loaded: it was built for plug-in version 2, this "
-        "program takes 1. Install a build of it that was made for this version of Corvane.");
+        "Plug-in /built-in/PlugIns/Version.cvplug was not loaded: it was built for plug-in version 3, and "
+        "this program takes version 2. Install a build of it that was made for this version of Corvane.");
+    EXPECT_NE(platform.log.lines[2].find("None.cvplug was not loaded: it has no function table for plug-in "
+                                         "version 2."),
+              std::string::npos);
+    EXPECT_NE(platform.log.lines[3].find("Throws.cvplug was not loaded: it failed while it was being loaded: "
+                                         "no licence."),
+              std::string::npos);
 }
 
 TEST_F(Registry, tableWithoutMakerOrUnmaker_isRefused) {
@@ -145,11 +159,58 @@ TEST_F(Registry, tableWithoutMakerOrUnmaker_isRefused) {
     EXPECT_EQ(platform.log.lines.size(), 2U);
 }
 
-TEST_F(Registry, moduleThatMakesNoObject_givesNull) {
+TEST_F(Registry, moduleThatMakesNoObject_givesNullAndIsLoggedWithItsFileAndReason) {
     platform.bundles.add(builtIn, "A.cvplug", symbol(makesNothing));
     platform.bundles.add(builtIn, "B.cvplug", symbol(throwsWhenMaking));
     controller.loadPlugins();
-    EXPECT_FALSE(has("A") || has("B"));
+    std::string reason;
+    EXPECT_EQ(controller.newPluginNamed("A", &reason), nullptr);
+    EXPECT_EQ(reason, "it answered no object, and no reason");
+    EXPECT_EQ(controller.newPluginNamed("B", &reason), nullptr);
+    EXPECT_EQ(reason, "out of order");
+    ASSERT_EQ(platform.log.lines.size(), 2U);
+    EXPECT_EQ(platform.log.lines[1],
+              "Plug-in /built-in/PlugIns/B.cvplug made no object: out of order. The connector B can't be "
+              "configured. Ask the plug-in's developer, or install another build.");
+}
+
+TEST_F(Registry, factory_isGivenTheVersionsOfThisProgramAndTheConnectorsName) {
+    static std::string seen;
+    platform.bundles.add(
+        builtIn, "a.b.cvplug", symbol([](const CorvaneHandshake* host) -> const CorvanePlugin* {
+            seen = std::to_string(host->size == sizeof *host) + " " + host->connector + " " +
+                   std::to_string(host->oldestVersion) + " " + std::to_string(host->newestVersion);
+            return nullptr;
+        }));
+    controller.loadPlugins();
+    EXPECT_EQ(seen, "1 a.b 2 2");
+}
+
+TEST_F(Registry, moduleWithoutAFactory_isRefusedByName_andOneOfVersion1ByItsVersion) {
+    platform.bundles.add(builtIn, "Old.cvplug", symbol(noTable));
+    platform.bundles.exported["/built-in/PlugIns/Old.cvplug"] = "corvane_plugin";
+    platform.bundles.add(builtIn, "Other.cvplug", symbol(noTable));
+    platform.bundles.exported["/built-in/PlugIns/Other.cvplug"] = "something_else";
+    controller.loadPlugins();
+    ASSERT_EQ(platform.log.lines.size(), 2U);
+    EXPECT_EQ(
+        platform.log.lines[0],
+        "Plug-in /built-in/PlugIns/Old.cvplug was not loaded: it was built for plug-in version 1, and "
+        "this program takes version 2. Install a build of it that was made for this version of Corvane.");
+    EXPECT_EQ(platform.log.lines[1],
+              "Plug-in /built-in/PlugIns/Other.cvplug was not loaded: it doesn't export the function "
+              "corvane_plugin_for_host. Install a build of it that was made for this version of Corvane.");
+}
+
+TEST_F(Registry, whatAPluginSaysOfItself_isLoggedWithItsFile) {
+    platform.bundles.add(builtIn, "A.cvplug", symbol(&sdk::tableForHost<Introduced>));
+    platform.bundles.add(builtIn, "B.cvplug", symbol(&sdk::tableForHost<Nameless>));
+    platform.bundles.add(builtIn, "C.cvplug", fakes::EmptyPlugin::factory());
+    controller.loadPlugins();
+    EXPECT_EQ(platform.log.lines,
+              (std::vector<std::string>{
+                  "Plug-in /built-in/PlugIns/A.cvplug: Example 1.0, by Jane Doe, https://example.com",
+                  "Plug-in /built-in/PlugIns/B.cvplug: Jane Doe"}));
 }
 
 TEST_F(Registry, anotherController_logsAndBecomesTheSharedOne) {

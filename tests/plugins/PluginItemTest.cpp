@@ -65,8 +65,9 @@ TEST_F(Item, nodesToRemoveOfAPluginThatNeverEnds_areCutOff) {
         table.nodesToRemove = [](void*, uint32_t) { return "/LDAP/again"; };
         return table;
     }();
-    platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug",
-                         reinterpret_cast<void*>(+[]() -> const CorvanePlugin* { return &endless; }));
+    platform.bundles.add(
+        "/built-in/PlugIns/", "LDAP.cvplug",
+        reinterpret_cast<void*>(+[](const CorvaneHandshake*) -> const CorvanePlugin* { return &endless; }));
     controller.loadPlugins();
     EXPECT_EQ(make()->nodesToRemove().size(), 10'000U);
 }
@@ -78,8 +79,9 @@ TEST_F(Item, nodesToRemoveOfAPluginOfBeforeThatEntry_areNone) {
         return table;
     }();
     fakes::RecordingPlugin<3>::script().nodesToRemove = {"/LDAP/one"};
-    platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug",
-                         reinterpret_cast<void*>(+[]() -> const CorvanePlugin* { return &older; }));
+    platform.bundles.add(
+        "/built-in/PlugIns/", "LDAP.cvplug",
+        reinterpret_cast<void*>(+[](const CorvaneHandshake*) -> const CorvanePlugin* { return &older; }));
     controller.loadPlugins();
     EXPECT_TRUE(make()->nodesToRemove().empty());
 }
@@ -207,7 +209,7 @@ TEST_F(Item, canConfigure_ofAPluginWithAConfigurationAlone_isTrue) {
         void configureButtonClicked(void* /*sender*/) {}
     };
     platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug",
-                         reinterpret_cast<void*>(&sdk::tableFor<OnlyConfigures>));
+                         reinterpret_cast<void*>(&sdk::tableForHost<OnlyConfigures>));
     controller.loadPlugins();
     EXPECT_TRUE(make()->canConfigure());
 }
@@ -281,4 +283,41 @@ TEST_F(Item, thrownException_staysInsideAndIsReported) {
     Recording::script().throwsIn = "saveChanges";
     EXPECT_FALSE(item->saveChanges());
     EXPECT_EQ(host.done, std::vector<std::string>{"failed LDAP saveChanges: the plug-in is out of order"});
+}
+
+TEST_F(Item, pluginWhoseObjectCantBeMade_isReportedWithItsReason) {
+    struct CantBeMade {
+        CantBeMade() { throw std::runtime_error("no licence"); }
+    };
+    platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug",
+                         reinterpret_cast<void*>(&sdk::tableForHost<CantBeMade>));
+    controller.loadPlugins();
+    const auto item = make();
+    EXPECT_EQ(host.done, std::vector<std::string>{"failed LDAP create: no licence"});
+    EXPECT_EQ(item->pluginName(), "LDAP");
+}
+
+TEST_F(Item, destroyThatThrows_isReported) {
+    static CorvanePlugin table = [] {
+        auto made = *sdk::tableFor<fakes::EmptyPlugin>();
+        made.destroy = [](void*) { throw std::runtime_error("still busy"); };
+        return made;
+    }();
+    platform.bundles.add(
+        "/built-in/PlugIns/", "LDAP.cvplug",
+        reinterpret_cast<void*>(+[](const CorvaneHandshake*) -> const CorvanePlugin* { return &table; }));
+    controller.loadPlugins();
+    (void)make();
+    EXPECT_EQ(host.done, std::vector<std::string>{"failed LDAP destroy: still busy"});
+}
+
+TEST_F(Item, nameThatIsntUTF8_isRepairedAndLoggedWithThePluginsName) {
+    useRecordingPlugin();
+    Recording::script().name = "Caf\xE9";
+    const auto item = make();
+    EXPECT_EQ(item->pluginName(), "Caf\xEF\xBF\xBD");
+    EXPECT_EQ(item->pluginName(), "Caf\xEF\xBF\xBD");
+    EXPECT_EQ(host.done,
+              std::vector<std::string>{"log plug-in LDAP passed a text that isn't UTF-8; each byte "
+                                       "that begins no character is replaced by U+FFFD"});
 }

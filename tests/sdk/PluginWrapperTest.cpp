@@ -20,6 +20,25 @@ struct CantBeMade {
     CantBeMade() { throw std::runtime_error("no"); }
 };
 
+struct ThrowsNumberWhenMade {
+    ThrowsNumberWhenMade() { throw 7; }
+};
+struct Introduced {
+    static constexpr sdk::About about{"Example", "1.0", "Jane Doe", "https://example.com"};
+};
+
+void ignoreReason(void* /*context*/, const char* /*reason*/) {}
+
+/// A host that writes failures down.
+CorvaneHost hostThatKeeps(std::string& failures) {
+    CorvaneHost host{};
+    host.context = &failures;
+    host.pluginFailed = [](void* context, const char* operation, const char* reason) {
+        *static_cast<std::string*>(context) += std::string(operation) + ": " + reason + "\n";
+    };
+    return host;
+}
+
 /// Entries of a table that are filled, `create` and `destroy` left out.
 int filledEntries(const CorvanePlugin& t) {
     const bool filled[] = {t.setPluginAPIImplementor != nullptr,
@@ -61,13 +80,9 @@ TEST(PluginWrapper, table_isTheSameOneEveryTime) {
 
 TEST(PluginWrapper, whatIsThrown_becomesAReportAndFalse) {
     std::string told;
-    CorvaneHost host{};
-    host.context = &told;
-    host.pluginFailed = [](void* context, const char* operation, const char* reason) {
-        *static_cast<std::string*>(context) += std::string(operation) + ": " + reason + "\n";
-    };
+    const auto host = hostThatKeeps(told);
     const auto& table = *sdk::tableFor<ThrowsNoException>();
-    void* self = table.create();
+    void* self = table.create(ignoreReason, nullptr);
     EXPECT_EQ(table.isDirty(self), 0) << "before there is anybody to report to";
     table.setPluginAPIImplementor(self, &host);
     EXPECT_EQ(table.isDirty(self), 0);
@@ -75,15 +90,42 @@ TEST(PluginWrapper, whatIsThrown_becomesAReportAndFalse) {
     EXPECT_EQ(told, "isDirty: an unknown exception\n");
 }
 
-TEST(PluginWrapper, objectThatCantBeMade_isNull) {
-    EXPECT_EQ(sdk::tableFor<CantBeMade>()->create(), nullptr);
+TEST(PluginWrapper, objectThatCantBeMade_isNullAndSaysWhy) {
+    std::string reason;
+    const auto take = [](void* context, const char* text) { *static_cast<std::string*>(context) = text; };
+    EXPECT_EQ(sdk::tableFor<CantBeMade>()->create(take, &reason), nullptr);
+    EXPECT_EQ(reason, "no");
+    EXPECT_EQ(sdk::tableFor<ThrowsNumberWhenMade>()->create(take, &reason), nullptr);
+    EXPECT_EQ(reason, "an unknown exception");
+}
+
+TEST(PluginWrapper, tableForAHost_isThereForVersionsThatItCanUseAlone) {
+    const auto fits = [](std::uint32_t oldest, std::uint32_t newest) {
+        const CorvaneHandshake host{sizeof host, oldest, newest, "Any"};
+        return sdk::tableForHost<fakes::EmptyPlugin>(&host) == sdk::tableFor<fakes::EmptyPlugin>();
+    };
+    EXPECT_TRUE(fits(2, 2));
+    EXPECT_TRUE(fits(1, 3));
+    EXPECT_FALSE(fits(1, 1));
+    EXPECT_FALSE(fits(3, 4));
+}
+
+TEST(PluginWrapper, about_isTheClassesOwn) {
+    const auto* about = sdk::tableFor<Introduced>()->about;
+    ASSERT_NE(about, nullptr);
+    EXPECT_EQ(about->size, sizeof(CorvaneAbout));
+    EXPECT_STREQ(about->name, "Example");
+    EXPECT_STREQ(about->version, "1.0");
+    EXPECT_STREQ(about->author, "Jane Doe");
+    EXPECT_STREQ(about->homePage, "https://example.com");
+    EXPECT_EQ(sdk::tableFor<fakes::EmptyPlugin>()->about, nullptr);
 }
 
 TEST(PluginWrapper, nodesToRemove_comeOneByOneUntilNull_andAreAskedForOnce) {
     Recording::script() = {};
     Recording::script().nodesToRemove = {"/L/one", "/L/two"};
     const auto& table = *sdk::tableFor<Recording>();
-    void* self = table.create();
+    void* self = table.create(ignoreReason, nullptr);
     EXPECT_STREQ(table.nodesToRemove(self, 0), "/L/one");
     Recording::script().nodesToRemove.clear();
     EXPECT_STREQ(table.nodesToRemove(self, 1), "/L/two");
@@ -95,7 +137,7 @@ TEST(PluginWrapper, nodesToRemove_comeOneByOneUntilNull_andAreAskedForOnce) {
 TEST(PluginWrapper, nameThatFails_isNull) {
     Recording::script() = {};
     const auto& table = *sdk::tableFor<Recording>();
-    void* self = table.create();
+    void* self = table.create(ignoreReason, nullptr);
     EXPECT_STREQ(table.pluginName(self), "Shown Name");
     Recording::script().throwsIn = "pluginName";
     EXPECT_EQ(table.pluginName(self), nullptr);

@@ -2,6 +2,7 @@
 
 #include "fakes/FakeProgram.h"
 #include "fakes/RecordingPlugin.h"
+#include "sdk/Host.h"
 
 using namespace corvane;
 namespace attribute = halden::attribute;
@@ -273,4 +274,77 @@ TEST_F(ServicesList, changeListenerWithoutItsKey_isNotPutIntoTheRunLoop) {
     program.launch();
     EXPECT_TRUE(program.platform.dynamicStore.inRunLoop.empty());
     EXPECT_TRUE(program.platform.dynamicStore.lastSession.expired()); // nobody else holds it
+}
+
+TEST_F(ServicesList, pluginWhoseConstructorThrows_isLoggedAndShownWithItsMessage_onceForAllReadings) {
+    struct CantBeMade {
+        CantBeMade() { throw std::runtime_error("no licence was found"); }
+    };
+    program.addConnector("AD", "Active", "1");
+    program.addPlugin("AD", reinterpret_cast<void*>(&sdk::tableForHost<CantBeMade>));
+    program.launch();
+    ASSERT_EQ(program.toolkit.alerts().size(), 1U);
+    EXPECT_EQ(program.toolkit.alerts()[0].message, "The plug-in AD has failed.");
+    EXPECT_NE(program.toolkit.alerts()[0].information.find("“create”: no licence was found"),
+              std::string::npos);
+    EXPECT_TRUE(std::ranges::any_of(program.platform.log.lines, [](const auto& line) {
+        return line.find("AD.cvplug made no object: no licence was found") != line.npos;
+    }));
+    program.toolkit.answerSheet(1);
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(program.toolkit.alerts().size(), 1U);
+}
+
+namespace {
+
+/// Asks the host while the list of connectors is being read, and while it is destroyed with the list.
+struct AsksAtOnce {
+    inline static int made = 0;
+    inline static std::vector<std::string> answers;
+    corvane::sdk::Host host;
+
+    ~AsksAtOnce() { (void)host.isPluginEnabled("BSD"); }
+    void setPluginAPIImplementor(const CorvaneHost& given) {
+        host = sdk::Host(given);
+        ++made;
+        if (made < 20) host.reloadSearchPolicies();
+        note("set");
+    }
+    bool canConfigure() {
+        if (made < 20) host.reloadSearchPolicies();
+        note("can");
+        return true;
+    }
+    void note(const std::string& when) const {
+        for (const auto* name : {"AD", "BSD", "Zoo", "Nobody"})
+            answers.push_back(when + " " + name + (host.isPluginEnabled(name) ? " on " : " off ") +
+                              host.pluginVersionWithPrefix(name).value_or("none"));
+    }
+};
+
+} // namespace
+
+TEST_F(ServicesList, pluginThatAsksWhileTheListIsRead_isMadeOnceAReadingAndHearsTheTruth) {
+    AsksAtOnce::made = 0;
+    AsksAtOnce::answers.clear();
+    setSystemVersion("12"); // connectors are asked whether they can be configured
+    program.addConnector("AD", "Active", "1");
+    program.addConnector("Zoo", "Active", "2.0");
+    program.addPlugin("AD", reinterpret_cast<void*>(&sdk::tableForHost<AsksAtOnce>));
+    program.launch();
+    EXPECT_EQ(AsksAtOnce::made, 2) << "the list is read before the window is there, and with it";
+    const std::vector<std::string> truth = {" AD on 1", " BSD on 1.2.3", " Zoo on 2.0", " Nobody off none"};
+    ASSERT_GE(AsksAtOnce::answers.size(), 4U);
+    for (std::size_t i = 0; i < truth.size(); ++i)
+        EXPECT_EQ(AsksAtOnce::answers[i], "set" + truth[i]);
+    AsksAtOnce::made = 0;
+    AsksAtOnce::answers.clear();
+    program.controller().buildDSConfigPaneData();
+    EXPECT_EQ(AsksAtOnce::made, 1);
+    ASSERT_GE(AsksAtOnce::answers.size(), 8U);
+    for (std::size_t i = 0; i < truth.size(); ++i) {
+        EXPECT_EQ(AsksAtOnce::answers[i], "set" + truth[i]);
+        EXPECT_EQ(AsksAtOnce::answers[i + 4], "can" + truth[i]);
+    }
+    EXPECT_EQ(std::ranges::count(shown(), "AD"), 1);
 }

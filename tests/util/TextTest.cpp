@@ -1,5 +1,6 @@
 #include <gtest/gtest.h>
 
+#include "util/Bytes.h"
 #include "util/CaseFolding.h"
 #include "util/NotificationCenter.h"
 #include "util/TextComparison.h"
@@ -91,4 +92,16 @@ TEST(TextParts, areOneMoreThanTheSeparators) {
     EXPECT_EQ(separated("a.b..c", '.'), (Parts{"a", "b", "", "c"}));
     EXPECT_EQ(separated("", '.'), Parts{""});
     EXPECT_EQ(separated(".", '.'), (Parts{"", ""}));
+}
+
+TEST(WipeGuard, secret_isGoneWhenItsScopeEndsByAnException) {
+    std::string secret = "a password";
+    const char* place = secret.data();
+    try {
+        const corvane::util::WipeGuard guard(secret);
+        throw 1;
+    } catch (int) {
+        EXPECT_TRUE(secret.empty());
+    }
+    EXPECT_EQ(place[2], '\0') << "overwritten, not only shortened";
 }

@@ -11,15 +11,15 @@ namespace security = sdk::ldap::security;
 constexpr int plainPort = 389;
 constexpr int ldapsPort = 636;
 
-std::span<const std::uint8_t> octetsOf(const std::string& text) {
+std::span<const std::uint8_t> bytesOf(const std::string& text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }
 
 } // namespace
 
 void wipe(std::string& secret) noexcept {
-    for (auto& octet : secret)
-        const_cast<volatile char&>(octet) = 0;
+    for (auto& byte : secret)
+        const_cast<volatile char&>(byte) = 0;
     secret.clear();
 }
 
@@ -64,7 +64,7 @@ sdk::Object Server::dictionary(const sdk::Host& host) const {
     made.set(key::caFile, host.string(caFile));
     made.set(key::baseDN, host.string(baseDN));
     made.set(key::bindDN, host.string(bindDN));
-    if (password) made.set(key::password, host.data(octetsOf(*password)));
+    if (password) made.set(key::password, host.data(bytesOf(*password)));
     made.set(key::schema, host.string(schema));
     made.set(key::computedNumbers, host.boolean(computesNumbers));
     made.set(key::connectTimeout, host.integer(connectTimeout));

@@ -10,8 +10,6 @@ namespace {
 
 namespace call = sdk::ldap::call;
 
-/// The service's code for settings that another program has changed.
-constexpr std::int64_t changedElsewhere = 4300;
 /// The longest time-out that the service takes for a new server, in seconds.
 constexpr int longestTimeout = 120;
 
@@ -126,7 +124,7 @@ void ServerList::save() {
     try {
         after = write(revision_);
     } catch (const sdk::CallError& error) {
-        if (error.code() != changedElsewhere) throw;
+        if (error.code() != CORVANE_ERROR_CHANGED_ELSEWHERE) throw;
         const auto now = fetch();
         if (!changesNothingOfOurs(now)) throw;
         after = write(now.revision);

@@ -113,7 +113,7 @@ protected:
 
 private:
     const CorvanePlugin* table_ = sdk::tableFor<LdapPlugin>();
-    void* self_ = table_->create();
+    void* self_ = table_->create([](void*, const char*) {}, nullptr);
 };
 
 } // namespace corvane::connectors::ldap

@@ -173,9 +173,12 @@ TEST_P(BundleLoaderContract, folderThatIsMissing_hasNoEntriesAndIsNoMatter) {
     EXPECT_TRUE(world->logged().empty());
 }
 
-TEST_P(BundleLoaderContract, pathWithoutAModule_givesNull) {
+TEST_P(BundleLoaderContract, pathWithoutAModule_givesNullAndTheLogSaysWhich) {
     const auto world = GetParam().make();
-    EXPECT_EQ(world->loader().bundleAtPath(world->folder() + "Missing.cvplug"), nullptr);
+    const auto path = world->folder() + "Missing.cvplug";
+    EXPECT_EQ(world->loader().bundleAtPath(path), nullptr);
+    ASSERT_EQ(world->logged().size(), 1U);
+    EXPECT_NE(world->logged()[0].find(path), std::string::npos);
 }
 
 TEST_P(BundleLoaderContract, loadedModule_hasTheSymbolsThatItExports) {

@@ -79,7 +79,7 @@ class LocalizedStringsContract : public testing::TestWithParam<LocalizedStringsC
 /// no module, and "notes.txt"; and what the loader has logged.
 class BundleLoaderUnderTest {
 public:
-    static constexpr const char* exported = "corvane_plugin";
+    static constexpr const char* exported = "corvane_plugin_for_host";
     virtual ~BundleLoaderUnderTest() = default;
     virtual platform::BundleLoader& loader() = 0;
     virtual std::string folder() = 0;

@@ -9,7 +9,7 @@ public:
 
 } // namespace
 
-extern "C" __attribute__((visibility("default"))) const CorvanePlugin* corvane_plugin() {
+CORVANE_EXPORT const CorvanePlugin* corvane_plugin_for_host(const CorvaneHandshake* /*host*/) {
     static CorvanePlugin table = *corvane::sdk::tableFor<PluginOfTomorrow>();
     table.version = CORVANE_PLUGIN_VERSION + 1;
     return &table;

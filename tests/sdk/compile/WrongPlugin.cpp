@@ -19,6 +19,11 @@ public:
     }
 #elif defined(CASE_FIELD)
     bool isDirty = true;
+#elif defined(CASE_MISSPELT)
+    void configureButtonPressed(void* /*sender*/) {}
+#elif defined(CASE_MISSPELT_OVERLOADED)
+    bool saveChange() { return true; }
+    bool saveChange(int /*how*/) { return true; }
 #elif defined(CASE_HOST)
     void setPluginAPIImplementor(CorvaneHost* /*notConstant*/) {}
 #elif !defined(CASE_PRIVATE)

@@ -15,9 +15,10 @@ namespace {
 const char* answer(const std::optional<bool>& given) { return !given ? "default" : *given ? "yes" : "no"; }
 
 void inspect(plugins::PluginController& controller, const std::string& name) {
-    const auto plugin = controller.newPluginNamed(name);
+    std::string cause;
+    const auto plugin = controller.newPluginNamed(name, &cause);
     if (!plugin) {
-        std::cout << name << ": refused\n";
+        std::cout << name << ": refused" << (cause.empty() ? "" : ": ") << cause << "\n";
         return;
     }
     plugin->setFailureReporter([&](const std::string& operation, const std::string& reason) {
@@ -39,6 +40,24 @@ void inspect(plugins::PluginController& controller, const std::string& name) {
               << "\n";
 }
 
+/// What the module answers hosts that can use other versions than this one.
+void shakeHands(platform::BundleLoader& loader, const std::string& folder, const std::string& name) {
+    const auto bundle = loader.bundleAtPath(folder + name + ".cvplug");
+    if (!bundle || !bundle->load()) return;
+    const auto factory = reinterpret_cast<CorvanePluginFactory>(bundle->symbol(CORVANE_PLUGIN_SYMBOL));
+    if (factory == nullptr) return;
+    std::cout << name << ": for hosts of version";
+    const char* between = " ";
+    for (const auto& [oldest, newest] : {std::pair{1U, 1U}, {2U, 2U}, {1U, 2U}, {2U, 3U}, {3U, 3U}}) {
+        const CorvaneHandshake host{sizeof host, oldest, newest, name.c_str()};
+        const auto* table = factory(&host);
+        std::cout << between << oldest << (oldest == newest ? "" : " to " + std::to_string(newest)) << ": "
+                  << (table == nullptr ? "no table" : "version " + std::to_string(table->version));
+        between = "; ";
+    }
+    std::cout << "\n";
+}
+
 } // namespace
 
 int main(int count, char** arguments) {
@@ -58,6 +77,7 @@ int main(int count, char** arguments) {
         if (entry.path().extension() == ".cvplug") names.insert(entry.path().stem());
     for (const auto& name : names)
         inspect(controller, name);
+    shakeHands(loader, folder, "TwoHosts");
     for (const auto& line : fake.log.lines)
         std::cout << "log: " << line << "\n";
     return 0;

@@ -14,11 +14,16 @@
 #define TABLE &table
 #endif
 
-void* create(void) { return 0; }
+void* create(CorvaneReasonTaker takeReason, void* context) {
+    (void)takeReason;
+    (void)context;
+    return 0;
+}
 static void destroy(void* self) { (void)self; }
 static int8_t canConfigure(void* self) { return self == 0; }
 
-CORVANE_EXPORT const CorvanePlugin* corvane_plugin(void) {
+CORVANE_EXPORT const CorvanePlugin* corvane_plugin_for_host(const CorvaneHandshake* host) {
+    (void)host;
     static CorvanePlugin table = {
         .size = SIZE, .version = VERSION, .create = CREATE, .destroy = destroy, .canConfigure = canConfigure};
     (void)table;

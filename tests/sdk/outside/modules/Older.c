@@ -3,11 +3,16 @@
 #include <stddef.h>
 
 static int object;
-static void* create(void) { return &object; }
+static void* create(CorvaneReasonTaker takeReason, void* context) {
+    (void)takeReason;
+    (void)context;
+    return &object;
+}
 static void destroy(void* self) { (void)self; }
 static int8_t canConfigure(void* self) { return self == &object; }
 
-CORVANE_EXPORT const CorvanePlugin* corvane_plugin(void) {
+CORVANE_EXPORT const CorvanePlugin* corvane_plugin_for_host(const CorvaneHandshake* host) {
+    (void)host;
     static CorvanePlugin table = {.size = offsetof(CorvanePlugin, configureButtonClicked),
                                   .version = CORVANE_PLUGIN_VERSION,
                                   .create = create,
