@@ -73,7 +73,8 @@ std::string caseFolded(std::string_view text) {
 bool containsCaseInsensitively(std::string_view text, std::string_view part) {
     if (!isAscii(text) || !isAscii(part)) return caseFolded(text).find(caseFolded(part)) != std::string::npos;
     const auto same = [](char a, char b) { return foldedAscii(a) == foldedAscii(b); };
-    return part.empty() || !std::ranges::search(text, part, same).empty();
+    return part.empty() ||
+           std::search(text.begin(), text.end(), part.begin(), part.end(), same) != text.end();
 }
 
 } // namespace corvane::util
