@@ -300,7 +300,10 @@ TEST_F(Item, pluginWhoseObjectCantBeMade_isReportedWithItsReason) {
 TEST_F(Item, destroyThatThrows_isReported) {
     static CorvanePlugin table = [] {
         auto made = *sdk::tableFor<fakes::EmptyPlugin>();
-        made.destroy = [](void*) { throw std::runtime_error("still busy"); };
+        made.destroy = [](void* self) {
+            sdk::tableFor<fakes::EmptyPlugin>()->destroy(self);
+            throw std::runtime_error("still busy");
+        };
         return made;
     }();
     platform.bundles.add(
