@@ -84,7 +84,9 @@ int questionsInAChild(const TemporaryFolder& folder) {
 TEST(SilentNameServer, firstUseOfTheLdapLibrary_asksOnceForTheMachinesOwnName) {
     const TemporaryFolder folder;
     const int questions = questionsInAChild(folder);
-    if (questions == couldNot) GTEST_SKIP() << "no namespaces here";
+    if (questions == couldNot && ::geteuid() != 0)
+        GTEST_SKIP() << "this user can't have a network and a host name of its own here";
+    ASSERT_NE(questions, couldNot) << "root can have a network and a host name of its own";
     EXPECT_GE(questions, 1) << "the library doesn't ask at all: then nothing needs to be prepared";
     EXPECT_LE(questions, 2) << "one each for the two kinds of addresses";
 }
