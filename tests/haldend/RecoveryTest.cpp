@@ -10,12 +10,18 @@ namespace {
 
 const char* const newNsswitch = "passwd: files sss\ngroup: files sss\n";
 
+/// Each file is to become `newNsswitch`, in this order.
+TransactionJournal journalOf(const TestMachine& machine, const std::vector<std::string>& files) {
+    TransactionJournal journal;
+    for (const auto& file : files)
+        journal.entries.push_back(
+            {file, Fingerprint::of(machine.folder.read(file)), Fingerprint::of(std::string(newNsswitch))});
+    return journal;
+}
+
 /// A folder as a crash right after the journal was written leaves it.
 void interrupt(const TestMachine& machine) {
-    TransactionJournal journal;
-    journal.entries.push_back({machineFile::nsswitch,
-                               Fingerprint::of(machine.folder.read("etc/nsswitch.conf")),
-                               Fingerprint::of(std::string(newNsswitch))});
+    const auto journal = journalOf(machine, {machineFile::nsswitch});
     machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
     machine.folder.write("var/lib/corvane/journal", journal.text());
 }
@@ -48,10 +54,7 @@ TEST(Recovery, crashBeforeTheJournal_isUndoneAtTheNextStart) {
 
 TEST(Recovery, crashBeforeAllContentsWereStored_isUndoneAtTheNextStart) {
     TestMachine machine;
-    TransactionJournal journal;
-    for (const auto* file : {machineFile::nsswitch, machineFile::sssd})
-        journal.entries.push_back(
-            {file, Fingerprint::of(machine.folder.read(file)), Fingerprint::of(std::string(newNsswitch))});
+    const auto journal = journalOf(machine, {machineFile::nsswitch, machineFile::sssd});
     machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
     machine.folder.write("etc/sssd/.sssd.conf.corvane-new", "half");
     machine.folder.write("var/lib/corvane/journal", journal.text());
@@ -67,10 +70,7 @@ TEST(Recovery, crashBeforeAllContentsWereStored_isUndoneAtTheNextStart) {
 
 TEST(Recovery, crashAmongTheRenamings_isFinishedThoughTheFirstFileWasEditedSince) {
     TestMachine machine;
-    TransactionJournal journal;
-    for (const auto* file : {machineFile::sssd, machineFile::nsswitch})
-        journal.entries.push_back(
-            {file, Fingerprint::of(machine.folder.read(file)), Fingerprint::of(std::string(newNsswitch))});
+    const auto journal = journalOf(machine, {machineFile::sssd, machineFile::nsswitch});
     machine.folder.write("etc/sssd/sssd.conf", "# edited after the crash\n");
     machine.folder.write("etc/.nsswitch.conf.corvane-new", newNsswitch);
     machine.folder.write("var/lib/corvane/journal", journal.text());
