@@ -10,9 +10,10 @@ set(LAYER_EDGES_platform util)
 set(LAYER_EDGES_directory util halden toolkit platform)
 set(LAYER_EDGES_formatters util toolkit platform)
 set(LAYER_EDGES_views util toolkit platform)
-set(LAYER_EDGES_plugins sdk util halden toolkit platform directory formatters views)
+set(LAYER_EDGES_forms util toolkit platform formatters)
+set(LAYER_EDGES_plugins sdk util halden toolkit platform directory formatters views forms)
 set(LAYER_EDGES_auth util halden toolkit platform directory formatters views)
-set(LAYER_EDGES_services util halden toolkit platform directory formatters views plugins auth)
+set(LAYER_EDGES_services util halden toolkit platform directory formatters views forms plugins auth)
 set(LAYER_EDGES_searchpolicy ${LAYER_EDGES_services})
 set(LAYER_EDGES_app sdk ${LAYER_EDGES_services} services searchpolicy)
 # Floor 6: adapters. They know the interfaces that they implement, and nothing of each other.
@@ -38,18 +39,18 @@ set(LAYER_EDGES_qt/look util toolkit qt)
 set(LAYER_EDGES_qt/platform util toolkit platform qt)
 set(LAYER_EDGES_qt/widgets util toolkit platform views qt qt/look)
 set(LAYER_EDGES_qt/adapters util toolkit platform views qt qt/look qt/platform qt/widgets)
+set(LAYER_EDGES_qt/forms util toolkit platform views forms qt qt/look qt/widgets)
 set(LAYER_EDGES_qt/windows util toolkit platform views qt qt/look qt/platform qt/widgets qt/adapters)
-# The program's own plug-ins talk to it through the boundary alone, like anybody's; for their windows they draw with
-# the program's cells and fields.
-set(LAYER_EDGES_connectors sdk util toolkit views qt qt/look qt/platform qt/widgets qt/adapters qt/windows)
+# The program's own plug-ins talk to it through the boundary alone, like anybody's.
+set(LAYER_EDGES_connectors sdk)
 # Floor 7: the programs, where everything is put together.
 set(LAYER_EDGES_desktop ${LAYER_EDGES_app} app plist linux haldend haldend/trial haldend/engine
-    qt qt/look qt/platform qt/widgets qt/adapters qt/windows)
+    qt qt/look qt/platform qt/widgets qt/adapters qt/forms qt/windows)
 
 # Those that may link foreign libraries and use the system's headers; the others have the standard library alone.
 set(LAYERS_WITH_FOREIGN_LIBRARIES plist linux haldend/storage haldend/files haldend/sssd haldend/ldap haldend/trial
-    haldend/machine haldend/servers haldend/engine haldend qt qt/look qt/platform qt/widgets qt/adapters qt/windows
-    connectors desktop)
+    haldend/machine haldend/servers haldend/engine haldend qt qt/look qt/platform qt/widgets qt/adapters qt/forms qt/windows
+    desktop)
 
 function(layer_check name)
     cmake_parse_arguments(ARG "" "" "USES;LINKS" ${ARGN})

@@ -113,6 +113,10 @@ public:
     const platform::PropertyListCodec& propertyLists() override {
         return c_.environment_.platform.propertyLists;
     }
+    plugins::PluginSurroundings surroundings() override {
+        return {
+            c_.environment_.formPresenter, {*this, strings()}, c_.environment_.platform.runLoop, background_};
+    }
     void beep() override { c_.environment_.toolkit.application().beep(); }
     bool isPluginEnabled(const std::string& prefix) override { return c_.isPluginEnabled(prefix); }
     void setPluginEnabled(const std::string& prefix, bool enabled) override {
@@ -171,6 +175,7 @@ public:
 
 private:
     MainController& c_;
+    plugins::BackgroundCalls background_{c_.environment_.platform.runLoop};
     searchpolicy::SearchPolicy* policyOfPanel_ = nullptr; ///< while the panel of nodes is open
     std::set<std::string> failuresTold_;                  ///< plug-in and operation
 };

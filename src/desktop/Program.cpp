@@ -55,8 +55,9 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
           bundles_, networkFiles_, notifications_, log},
       window_(application_, authorizationService_, settingsFile_, guard_),
       interfaces_(window_, toolkit_, strings_, settingsFile_, guard_),
-      environment_{platform_, toolkit_, framework_, interfaces_, !engine_->machine().folder().isLiveMachine(),
-                   false,     false},
+      environment_{platform_,   toolkit_,       framework_,
+                   interfaces_, formPresenter_, !engine_->machine().folder().isLiveMachine(),
+                   false,       false},
       delegate_(environment_, [this]() -> app::MainController& { return controller(); }) {
     if (!settings.sharedController) ownPlugins_ = std::make_unique<plugins::PluginController>(platform_);
     defaults_.registerBool("FirstLaunch", true);

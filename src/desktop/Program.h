@@ -15,6 +15,7 @@
 #include "linux/SharedObjectLoader.h"
 #include "plist/PropertyListCodec.h"
 #include "qt/adapters/QtToolkit.h"
+#include "qt/forms/QtFormPresenter.h"
 #include "qt/platform/QtLocalizedStrings.h"
 #include "qt/platform/QtRunLoop.h"
 #include "qt/platform/QtUserDefaults.h"
@@ -84,6 +85,7 @@ private:
     platform::Environment platform_;
     qt::MainWindowInterface window_;
     DesktopInterface interfaces_;
+    qt::QtFormPresenter formPresenter_{guard_};
     app::Environment environment_;
     std::unique_ptr<plugins::PluginController> ownPlugins_;
     std::unique_ptr<app::MainController> ownController_;

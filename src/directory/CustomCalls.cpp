@@ -48,20 +48,32 @@ std::optional<util::Bytes> customCall(halden::Node& node, std::int32_t code,
     return customCall(node, code, std::nullopt, authorization, error);
 }
 
-std::optional<util::Bytes> customCallSendPropertyList(halden::Node& node, std::int32_t code,
-                                                      const util::Value& propertyList,
-                                                      const platform::PropertyListCodec& codec,
-                                                      const util::AuthorizationExternalForm& authorization,
-                                                      halden::Error* error) {
+std::optional<util::Bytes> propertyListRequest(const util::Value& propertyList,
+                                               const platform::PropertyListCodec& codec,
+                                               const util::AuthorizationExternalForm& authorization,
+                                               halden::Error* error) {
     std::string reason;
     if (auto document = codec.xml(propertyList, &reason)) {
         const util::WipeGuard guard(*document);
-        return customCall(node, code, document, authorization, error);
+        auto request = authorizedRequest(authorization, document->size());
+        request.insert(request.end(), document->begin(), document->end());
+        return request;
     }
     if (error != nullptr)
         *error = {halden::ErrorCode::parameter, "The request can't be written as a property list.",
                   reason.empty() ? reason : "The cause: " + reason + ".", ""};
     return std::nullopt;
+}
+
+std::optional<util::Bytes> customCallSendPropertyList(halden::Node& node, std::int32_t code,
+                                                      const util::Value& propertyList,
+                                                      const platform::PropertyListCodec& codec,
+                                                      const util::AuthorizationExternalForm& authorization,
+                                                      halden::Error* error) {
+    auto request = propertyListRequest(propertyList, codec, authorization, error);
+    if (!request) return std::nullopt;
+    const util::WipeGuard guard(*request);
+    return node.customCall(code, *request, error);
 }
 
 std::optional<util::Bytes> customCallSendItems(halden::Node& node, std::int32_t code,

@@ -35,6 +35,11 @@ customCallSendPropertyList(halden::Node& node, std::int32_t code, const util::Va
                            const platform::PropertyListCodec& codec,
                            const util::AuthorizationExternalForm& authorization, halden::Error* error);
 
+/// The same request without sending it; none where the value has no property-list form. The caller wipes it.
+[[nodiscard]] std::optional<util::Bytes>
+propertyListRequest(const util::Value& propertyList, const platform::PropertyListCodec& codec,
+                    const util::AuthorizationExternalForm& authorization, halden::Error* error);
+
 /// Sends strings and data one after the other, each behind its length in bytes (32 bits, host order; longer
 /// data keeps only the low 32 bits). Other kinds are skipped. Strings are UTF-8 and never lack that form.
 /// No authorization is added.

@@ -12,7 +12,7 @@ public:
     virtual void invalidate() = 0;
 };
 
-/// The main thread's event loop.
+/// The main thread's event loop. Timers are made and dropped on the main thread.
 class RunLoop {
 public:
     virtual ~RunLoop() = default;
@@ -23,6 +23,9 @@ public:
     /// before.
     [[nodiscard]] virtual std::unique_ptr<Timer> scheduleTimer(double seconds,
                                                                std::function<void()> action) = 0;
+    /// Calls `action` once from the main loop, after what was posted before, never from inside this call. Any
+    /// thread.
+    virtual void post(std::function<void()> action) = 0;
 };
 
 } // namespace corvane::platform

@@ -1,7 +1,7 @@
-#include <algorithm>
-
 #include "directory/CustomCalls.h"
+#include "directory/HaldenNodeConfig.h"
 #include "plugins/HostObject.h"
+#include "plugins/HostQueries.h"
 #include "plugins/ReceivedText.h"
 
 namespace corvane::plugins {
@@ -34,12 +34,6 @@ CorvaneObject* askNode(CorvaneObject* node, CorvaneObject** place, Body body) no
     return ask<HostNode>(node, "node", place, body);
 }
 
-util::AuthorizationExternalForm formFrom(const uint8_t* bytes) {
-    util::AuthorizationExternalForm form;
-    if (bytes != nullptr) std::copy_n(bytes, form.bytes.size(), form.bytes.begin());
-    return form;
-}
-
 util::BytesView bytesFrom(const void* bytes, uint64_t length) {
     return bytes == nullptr ? util::BytesView() : util::BytesView(static_cast<const uint8_t*>(bytes), length);
 }
@@ -54,26 +48,7 @@ CorvaneObject* recordsOf(halden::Node& node, const halden::QueryParameters& para
     const auto query = node.query(parameters, &error);
     const auto records = query ? query->results(false, &error) : std::nullopt;
     if (!records) return nullptr;
-    auto list = util::Array::makeMutable();
-    for (const auto& record : *records)
-        list.append(record->attributes());
-    return newReference(list);
-}
-
-halden::QueryParameters parametersFor(const char* recordType, const char* name,
-                                      const CorvaneObject* attributes, uint32_t maximum) {
-    halden::QueryParameters parameters;
-    parameters.recordTypes = {receivedText::repaired(recordType)};
-    if (name != nullptr) {
-        parameters.attribute = halden::attribute::recordName;
-        parameters.matchType = halden::MatchType::equalTo;
-        parameters.values = {receivedText::repaired(name)};
-    }
-    parameters.attributesToReturn = valueOf(attributes).as<util::Array>().texts();
-    if (parameters.attributesToReturn.empty())
-        parameters.attributesToReturn = {std::string(halden::attribute::all)};
-    parameters.maximumResults = maximum;
-    return parameters;
+    return newReference(arrayOf(*records));
 }
 
 void fillQuestions(CorvaneDirectory& table) {
@@ -112,6 +87,16 @@ void fillQuestions(CorvaneDirectory& table) {
             return recordsOf(*n.node, parametersFor(recordType, name, attributes, maximum), error);
         });
     };
+    table.standardRecordTypes = [](CorvaneObject* node) {
+        return askNode(node, nullptr, [](const HostNode& n, halden::Error&) {
+            return newReference(directory::HaldenNodeConfig(n.node).standardRecordTypes());
+        });
+    };
+    table.standardAttributeTypes = [](CorvaneObject* node) {
+        return askNode(node, nullptr, [](const HostNode& n, halden::Error&) {
+            return newReference(directory::HaldenNodeConfig(n.node).standardAttributeTypes());
+        });
+    };
 }
 
 void fillCalls(CorvaneDirectory& table) {
@@ -128,15 +113,16 @@ void fillCalls(CorvaneDirectory& table) {
             const auto bytes = bytesFrom(request, length);
             auto payload = std::optional(util::Bytes(bytes.begin(), bytes.end()));
             const util::WipeGuard guard(*payload);
-            return replied(directory::customCall(*n.node, code, payload, formFrom(authorization), &error));
+            return replied(
+                directory::customCall(*n.node, code, payload, authorizationFrom(authorization), &error));
         });
     };
     table.customCallSendPropertyList = [](CorvaneObject* node, int32_t code,
                                           const CorvaneObject* propertyList, const uint8_t authorization[32],
                                           CorvaneObject** place) {
         return askNode(node, place, [&](const HostNode& n, halden::Error& error) {
-            return replied(directory::customCallSendPropertyList(*n.node, code, valueOf(propertyList),
-                                                                 *n.codec, formFrom(authorization), &error));
+            return replied(directory::customCallSendPropertyList(
+                *n.node, code, valueOf(propertyList), *n.codec, authorizationFrom(authorization), &error));
         });
     };
     table.customCallSendItems = [](CorvaneObject* node, int32_t code, CorvaneObject* items,

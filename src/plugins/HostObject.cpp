@@ -39,9 +39,22 @@ CorvaneObject* newReference(std::shared_ptr<toolkit::Formatter> formatter) {
     return formatter == nullptr ? nullptr : new CorvaneObject(std::move(formatter));
 }
 
+CorvaneObject* newReference(std::shared_ptr<forms::Form> form) {
+    return form == nullptr ? nullptr : new CorvaneObject(std::move(form));
+}
+
 util::Value valueOf(const CorvaneObject* object) {
     const auto* value = contentOf<util::Value>(object);
     return value == nullptr ? util::Value() : *value;
+}
+
+bool holds(const util::Value& whole, const util::Value& part) {
+    if (whole.isSameObjectAs(part)) return true;
+    for (const auto& element : whole.as<util::Array>().elements())
+        if (holds(element, part)) return true;
+    for (const auto& [key, entry] : whole.as<util::Dictionary>().entries())
+        if (holds(entry, part)) return true;
+    return false;
 }
 
 void report(const halden::Error& error, CorvaneObject** place) {

@@ -5,6 +5,7 @@
 #include <type_traits>
 #include <variant>
 
+#include "forms/Form.h"
 #include "halden/Session.h"
 #include "platform/Authorization.h"
 #include "platform/PropertyListCodec.h"
@@ -28,7 +29,7 @@ struct HostSession {
 /// What stands behind a plug-in's reference.
 using HostObjectContent =
     std::variant<util::Value, HostSession, HostNode, std::shared_ptr<platform::Authorization>,
-                 std::shared_ptr<toolkit::Formatter>>;
+                 std::shared_ptr<toolkit::Formatter>, std::shared_ptr<forms::Form>>;
 
 } // namespace corvane::plugins
 
@@ -50,6 +51,7 @@ namespace corvane::plugins {
 [[nodiscard]] CorvaneObject* newReference(HostNode node);
 [[nodiscard]] CorvaneObject* newReference(std::shared_ptr<platform::Authorization> authorization);
 [[nodiscard]] CorvaneObject* newReference(std::shared_ptr<toolkit::Formatter> formatter);
+[[nodiscard]] CorvaneObject* newReference(std::shared_ptr<forms::Form> form);
 
 /// What stands behind a reference, when it is of that type; null otherwise, and for a null reference.
 template <typename Content>
@@ -62,10 +64,14 @@ template <typename Content>
 /// Writes `error` for a plug-in to release, when it wants to know.
 void report(const halden::Error& error, CorvaneObject** place);
 
-/// The three tables that are the same for every plug-in.
+/// Whether `part` is `whole` or is somewhere in it. A container that held itself would have no end.
+[[nodiscard]] bool holds(const util::Value& whole, const util::Value& part);
+
+/// The tables that are the same for every plug-in; those of forms and tasks are beside what they work on.
 [[nodiscard]] const CorvaneObjects& hostObjectsTable();
 [[nodiscard]] const CorvaneDirectory& hostDirectoryTable();
 [[nodiscard]] const CorvaneFormatters& hostFormattersTable();
+[[nodiscard]] const CorvaneSettings& hostSettingsTable();
 
 /// Runs what a plug-in has called. Nothing that the host throws reaches the plug-in: the answer is then
 /// `otherwise`, and `error` says what happened.

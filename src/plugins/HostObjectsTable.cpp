@@ -39,6 +39,7 @@ int32_t kindOf(const CorvaneObject* object) {
     if (contentOf<HostNode>(object) != nullptr) return CORVANE_NODE;
     if (contentOf<std::shared_ptr<platform::Authorization>>(object) != nullptr) return CORVANE_AUTHORIZATION;
     if (contentOf<std::shared_ptr<toolkit::Formatter>>(object) != nullptr) return CORVANE_FORMATTER;
+    if (contentOf<std::shared_ptr<forms::Form>>(object) != nullptr) return CORVANE_FORM;
     return kindOfValue(valueOf(object));
 }
 
@@ -52,6 +53,8 @@ std::string descriptionOf(const CorvaneObject* object) {
         return "<authorization>";
     case CORVANE_FORMATTER:
         return "<formatter>";
+    case CORVANE_FORM:
+        return "<form>";
     default:
         return valueOf(object).description();
     }
@@ -101,16 +104,6 @@ void fillMakers(CorvaneObjects& table) {
     table.makeDictionary = [] {
         return reference([] { return newReference(util::Dictionary::makeMutable()); });
     };
-}
-
-/// Whether `part` is `whole` or stands somewhere in it. A container that held itself would have no end.
-bool holds(const util::Value& whole, const util::Value& part) {
-    if (whole.isSameObjectAs(part)) return true;
-    for (const auto& element : whole.as<util::Array>().elements())
-        if (holds(element, part)) return true;
-    for (const auto& [key, entry] : whole.as<util::Dictionary>().entries())
-        if (holds(entry, part)) return true;
-    return false;
 }
 
 void fillChanges(CorvaneObjects& table) {

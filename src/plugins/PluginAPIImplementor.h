@@ -12,6 +12,7 @@
 #include "halden/Session.h"
 #include "platform/Authorization.h"
 #include "platform/PropertyListCodec.h"
+#include "plugins/PluginSurroundings.h"
 #include "util/AuthorizationExternalForm.h"
 
 namespace corvane::plugins {
@@ -70,6 +71,7 @@ public:
         virtual void log(const std::string& line) = 0;
         [[nodiscard]] virtual const platform::LocalizedStrings& strings() = 0;
         [[nodiscard]] virtual const platform::PropertyListCodec& propertyLists() = 0;
+        [[nodiscard]] virtual PluginSurroundings surroundings() = 0;
     };
 
     explicit PluginAPIImplementor(Host& host) : host_(host) {}
@@ -152,6 +154,7 @@ public:
     }
     void log(const std::string& line) { host_.log(line); }
     [[nodiscard]] const platform::PropertyListCodec& propertyLists() { return host_.propertyLists(); }
+    [[nodiscard]] PluginSurroundings surroundings() { return host_.surroundings(); }
 
 private:
     Host& host_;

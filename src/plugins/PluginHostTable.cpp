@@ -36,6 +36,18 @@ private:
     const CorvaneAction& action_;
 };
 
+/// None for a range that is none.
+std::optional<util::CharacterSet> setOf(const CorvaneCharacterRange* ranges, uint32_t count) {
+    constexpr uint32_t lastCharacter = 0x10FFFF;
+    util::CharacterSet set;
+    for (uint32_t i = 0; ranges != nullptr && i < count; ++i) {
+        const auto [first, last] = ranges[i];
+        if (first > last || last > lastCharacter) return std::nullopt;
+        set = set.unitedWith(util::CharacterSet::range(first, last - first + 1));
+    }
+    return set;
+}
+
 } // namespace
 
 /// Every entry has the same steps: find the object behind the context, see that the caller is on its thread,
@@ -87,6 +99,9 @@ PluginHostTable::PluginHostTable(std::shared_ptr<PluginAPIImplementor> implement
     table_.objects = &hostObjectsTable();
     table_.directory = &hostDirectoryTable();
     table_.formatters = &hostFormattersTable();
+    table_.forms = &hostFormsTable();
+    table_.tasks = &hostTasksTable();
+    table_.settings = &hostSettingsTable();
     fillMessages();
     fillAuthorization();
     fillDirectory();
@@ -212,6 +227,14 @@ void PluginHostTable::fillFormatters() {
             auto set = std::make_shared<const util::CharacterSet>(
                 util::CharacterSet::charactersOf(Entry::text(context, characters)));
             return newReference(std::shared_ptr<toolkit::Formatter>(api.validCharacterFormatter(set)));
+        });
+    };
+    table_.characterRangeFormatter = [](void* context, const CorvaneCharacterRange* ranges, uint32_t count) {
+        return Entry::get(context, [&](PluginAPIImplementor& api) -> CorvaneObject* {
+            auto set = setOf(ranges, count);
+            if (!set) return nullptr;
+            return newReference(std::shared_ptr<toolkit::Formatter>(
+                api.validCharacterFormatter(std::make_shared<const util::CharacterSet>(std::move(*set)))));
         });
     };
 }

@@ -1,5 +1,7 @@
 #include "plugins/PluginItem.h"
 
+#include <utility>
+
 #include "directory/CustomCalls.h"
 #include "halden/Calls.h"
 #include "plugins/ConnectorNames.h"
@@ -121,9 +123,24 @@ std::string PluginItem::openFileWithApplication(const std::string& application, 
         {application, file});
 }
 
-bool PluginItem::canSelfTest() const { return mPlugin && mPlugin->implements(&CorvanePlugin::selfTest); }
+bool PluginItem::canSelfTest() const {
+    return mPlugin && (mPlugin->implements(&CorvanePlugin::selfTest) ||
+                       mPlugin->implements(&CorvanePlugin::beginSelfTest));
+}
 bool PluginItem::selfTest() {
     return mPlugin && mPlugin->ask("selfTest", &CorvanePlugin::selfTest).value_or(false);
+}
+
+void PluginItem::beginSelfTest(std::function<void(bool)> finished) {
+    selfTestFinished_ = std::move(finished);
+    const auto take = [](void* context, int8_t answer) {
+        auto& item = *static_cast<PluginItem*>(context);
+        if (const auto tell = std::exchange(item.selfTestFinished_, {})) tell(answer != 0);
+    };
+    if (mPlugin && mPlugin->tell("beginSelfTest", &CorvanePlugin::beginSelfTest,
+                                 static_cast<CorvaneTruthTaker>(take), static_cast<void*>(this)))
+        return;
+    take(this, selfTest() ? 1 : 0);
 }
 
 bool PluginItem::isDirty() const {

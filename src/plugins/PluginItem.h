@@ -57,6 +57,9 @@ public:
     [[nodiscard]] bool canSelfTest() const;
     /// Ask `canSelfTest` first: without a test the answer is false.
     [[nodiscard]] bool selfTest();
+    /// The same without waiting, where the plug-in can do that: `finished` is called once, perhaps at once,
+    /// unless this item goes before.
+    void beginSelfTest(std::function<void(bool passed)> finished);
 
     [[nodiscard]] bool isDirty() const;
     /// The plug-in's changes, then the enabled state. False leaves the enabled state unsaved.
@@ -97,6 +100,7 @@ private:
     std::shared_ptr<PluginAPIImplementor> mAPIImplementor;
     std::unique_ptr<PluginHostTable> hostTable_;
     std::unique_ptr<toolkit::Alert> sheet_;
+    std::function<void(bool)> selfTestFinished_;
 };
 
 } // namespace corvane::plugins

@@ -31,6 +31,11 @@ void logTo(const std::shared_ptr<PluginAPIImplementor>& implementor) {
     if (reports().log.lock() != implementor) reports() = {implementor, {}};
 }
 
+void log(const std::string& line) {
+    const auto caller = Caller::name();
+    if (const auto log = reports().log.lock()) log->log((caller.empty() ? "" : caller + ": ") + line);
+}
+
 std::string repaired(std::string_view text, const std::string& plugin) {
     auto result = util::wellFormedText(text);
     if (result != text) report(plugin);

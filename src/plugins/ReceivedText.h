@@ -14,6 +14,9 @@ namespace receivedText {
 /// Where lines about broken texts go, and anew from here on for another `implementor`.
 void logTo(const std::shared_ptr<PluginAPIImplementor>& implementor);
 
+/// Writes a line there, with the name of the plug-in that is being called in front.
+void log(const std::string& line);
+
 /// The text with U+FFFD for each byte that begins no character of UTF-8. The first such text of each plug-in
 /// is logged. `plugin` is "" where it isn't known who made the text.
 [[nodiscard]] std::string repaired(std::string_view text, const std::string& plugin);

@@ -52,6 +52,12 @@ typedef struct CorvaneDirectory {
      * No authorization is added; other kinds are passed over. */
     CorvaneObject* (*customCallSendItems)(CorvaneObject* node, int32_t code, CorvaneObject* items,
                                           CorvaneObject** error);
+
+    /* What the service knows: the names of the record types, and of the attribute types, as a new array of
+     * strings in the service's order. `node` is the configuration node. A service that fails gives a short or
+     * empty list; null only when `node` is none. */
+    CorvaneObject* (*standardRecordTypes)(CorvaneObject* node);
+    CorvaneObject* (*standardAttributeTypes)(CorvaneObject* node);
 } CorvaneDirectory;
 
 #ifdef __cplusplus

@@ -10,6 +10,12 @@
 extern "C" {
 #endif
 
+/* The Unicode characters from `first` to `last`, both included. */
+typedef struct CorvaneCharacterRange {
+    uint32_t first;
+    uint32_t last;
+} CorvaneCharacterRange;
+
 typedef struct CorvaneFormatters {
     uint32_t size; /* of this table in bytes, as the host knows it; entries beyond it aren't there */
 

@@ -34,11 +34,13 @@ public:
     explicit Host(const CorvaneHost& host) : host_(&host) {}
     explicit operator bool() const { return host_ != nullptr; }
     [[nodiscard]] const CorvaneHost& table() const { return *host_; }
-    /// The running host knows this entry of its own table, or of CorvaneObjects, CorvaneDirectory or
-    /// CorvaneFormatters.
+    /// The running host knows this entry of its own table, or of one of those that it points to.
     template <typename Table, typename Function>
     [[nodiscard]] bool offers(Function Table::*entry) const {
-        return host_ != nullptr && sdk::offers(tableWith(entry), entry);
+        if (host_ == nullptr) return false;
+        if constexpr (isLater<Table>)
+            if (!sdk::offers(*host_, pointerTo<Table>())) return false;
+        return sdk::offers(tableWith(entry), entry);
     }
 
     // Values
@@ -110,6 +112,10 @@ public:
     [[nodiscard]] Object validCharacterFormatter(const std::string& characters) const {
         return get(&CorvaneHost::validCharacterFormatter, characters.c_str());
     }
+    [[nodiscard]] Object characterRangeFormatter(const std::vector<CorvaneCharacterRange>& ranges) const {
+        return get(&CorvaneHost::characterRangeFormatter, ranges.data(),
+                   static_cast<std::uint32_t>(ranges.size()));
+    }
 
     // Search policies
     void reloadSearchPolicies() const { tell(&CorvaneHost::reloadSearchPolicies); }
@@ -178,6 +184,13 @@ public:
             return directory().records(node.get(), recordType.c_str(), wanted, names.get(), maximum, e);
         });
     }
+    /// What the service behind the configuration node knows.
+    [[nodiscard]] std::vector<std::string> standardRecordTypes(const Object& configNode) const {
+        return listOf(&CorvaneDirectory::standardRecordTypes, configNode);
+    }
+    [[nodiscard]] std::vector<std::string> standardAttributeTypes(const Object& configNode) const {
+        return listOf(&CorvaneDirectory::standardAttributeTypes, configNode);
+    }
     /// The reply's bytes as data, or none.
     [[nodiscard]] Object customCall(const Object& node, std::int32_t code,
                                     std::span<const std::uint8_t> request) const {
@@ -203,6 +216,20 @@ public:
     }
 
 private:
+    /// Tables that a host of an earlier release doesn't point to.
+    template <typename Table>
+    static constexpr bool isLater =
+        std::is_same_v<Table, CorvaneForms> || std::is_same_v<Table, CorvaneTasks> ||
+        std::is_same_v<Table, CorvaneSettings>;
+    template <typename Table>
+    [[nodiscard]] static constexpr auto pointerTo() {
+        if constexpr (std::is_same_v<Table, CorvaneForms>)
+            return &CorvaneHost::forms;
+        else if constexpr (std::is_same_v<Table, CorvaneTasks>)
+            return &CorvaneHost::tasks;
+        else
+            return &CorvaneHost::settings;
+    }
     template <typename Table, typename Function>
     [[nodiscard]] const Table& tableWith(Function Table::* /*entry*/) const {
         if constexpr (std::is_same_v<Table, CorvaneObjects>)
@@ -211,6 +238,12 @@ private:
             return *host_->directory;
         else if constexpr (std::is_same_v<Table, CorvaneFormatters>)
             return *host_->formatters;
+        else if constexpr (std::is_same_v<Table, CorvaneForms>)
+            return *host_->forms;
+        else if constexpr (std::is_same_v<Table, CorvaneTasks>)
+            return *host_->tasks;
+        else if constexpr (std::is_same_v<Table, CorvaneSettings>)
+            return *host_->settings;
         else
             return *host_;
     }
@@ -238,6 +271,10 @@ private:
     template <typename... Parameters, typename... Arguments>
     Object get(CorvaneObject* (*CorvaneHost::*entry)(void*, Parameters...), Arguments... arguments) const {
         return value(answer<CorvaneObject*>(nullptr, entry, arguments...));
+    }
+    [[nodiscard]] std::vector<std::string> listOf(CorvaneObject* (*CorvaneDirectory::*entry)(CorvaneObject*),
+                                                  const Object& node) const {
+        return offers(entry) ? value((directory().*entry)(node.get())).texts() : std::vector<std::string>();
     }
     template <typename Call>
     [[nodiscard]] Object checked(Call call) const {

@@ -29,12 +29,12 @@
  * it uses the saved one of the server of that name (or of the one that it "replaces"), and needs no name. At
  * most four are under way together; another one fails with CORVANE_ERROR_PARAMETER. Reply: {"job": integer}.
  */
-#define CORVANE_LDAP_CALL_START_CHECK 1210
+#define CORVANE_LDAP_CALL_START_TEST 1210
 /* {"job": integer}. Reply: a report, see CORVANE_LDAP_REPORT_FINISHED and those after it. A job that was
  * reported as finished is forgotten. */
-#define CORVANE_LDAP_CALL_CHECK_REPORT 1211
+#define CORVANE_LDAP_CALL_TEST_REPORT 1211
 /* {"job": integer}: gives up and forgets the job at once. Reply: an empty dictionary. */
-#define CORVANE_LDAP_CALL_CANCEL_CHECK 1212
+#define CORVANE_LDAP_CALL_CANCEL_TEST 1212
 
 /* Keys of a server */
 /* String: how the machine calls the server. Letters A to Z, digits, ".", "_" and "-" behind the first; SSSD
@@ -152,9 +152,9 @@ namespace corvane::sdk::ldap {
 namespace call {
 inline constexpr std::int32_t listServers = CORVANE_LDAP_CALL_LIST_SERVERS;
 inline constexpr std::int32_t writeServers = CORVANE_LDAP_CALL_WRITE_SERVERS;
-inline constexpr std::int32_t startCheck = CORVANE_LDAP_CALL_START_CHECK;
-inline constexpr std::int32_t checkReport = CORVANE_LDAP_CALL_CHECK_REPORT;
-inline constexpr std::int32_t cancelCheck = CORVANE_LDAP_CALL_CANCEL_CHECK;
+inline constexpr std::int32_t startTest = CORVANE_LDAP_CALL_START_TEST;
+inline constexpr std::int32_t testReport = CORVANE_LDAP_CALL_TEST_REPORT;
+inline constexpr std::int32_t cancelTest = CORVANE_LDAP_CALL_CANCEL_TEST;
 } // namespace call
 
 namespace serverKey {

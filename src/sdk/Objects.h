@@ -42,6 +42,7 @@ enum CorvaneKind {
     CORVANE_NODE = 17,
     CORVANE_AUTHORIZATION = 18,
     CORVANE_FORMATTER = 19,
+    CORVANE_FORM = 20,
     CORVANE_OTHER = 255
 };
 

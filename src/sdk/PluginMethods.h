@@ -65,6 +65,17 @@ concept HasAbout = requires {
     { P::about } -> std::same_as<const About&>;
 };
 
+/// Where the outcome of a self-test goes that was begun: to be called once.
+struct TruthTaker {
+    CorvaneTruthTaker take = nullptr;
+    void* context = nullptr;
+    void operator()(bool answer) const { take(context, answer ? 1 : 0); }
+};
+template <typename P>
+concept HasBeginSelfTest = requires(P& p, TruthTaker t) {
+    { p.beginSelfTest(t) } -> std::same_as<void>;
+};
+
 /// What a final class is replaced by where it would have to be inherited from.
 struct Nameless {};
 template <typename P>
@@ -106,6 +117,7 @@ constexpr void refuseMisspeltMethods() {
     CORVANE_SDK_MISSPELT(configureClicked, configureButtonClicked)
     CORVANE_SDK_MISSPELT(configButtonClicked, configureButtonClicked)
     CORVANE_SDK_MISSPELT(selftest, selfTest)
+    CORVANE_SDK_MISSPELT(startSelfTest, beginSelfTest)
     CORVANE_SDK_MISSPELT(isdirty, isDirty)
     CORVANE_SDK_MISSPELT(saveChange, saveChanges)
     CORVANE_SDK_MISSPELT(savechanges, saveChanges)

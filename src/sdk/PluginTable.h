@@ -17,7 +17,10 @@
 
 #include "Directory.h"
 #include "Formatters.h"
+#include "Forms.h"
 #include "Objects.h"
+#include "Settings.h"
+#include "Tasks.h"
 
 #ifdef __cplusplus
 extern "C" {
@@ -56,6 +59,9 @@ typedef struct CorvaneAbout {
 
 /* Takes a sentence that says why something can't be done; the text is borrowed for the length of the call. */
 typedef void (*CorvaneReasonTaker)(void* context, const char* reason);
+
+/* Takes an answer. */
+typedef void (*CorvaneTruthTaker)(void* context, int8_t answer);
 
 /* An object of the plug-in's that will run something against the directory service and must be told with
  * which authorization. Both setters are required. */
@@ -175,6 +181,14 @@ typedef struct CorvaneHost {
     /* Changes the enabled state of the connector with this prefix and writes it at once. A failure isn't
      * told; the state is then still wished, and written with the next Apply. */
     void (*setPluginEnabled)(void* context, const char* prefix, int8_t enabled);
+
+    const CorvaneForms* forms;
+    const CorvaneTasks* tasks;
+    const CorvaneSettings* settings;
+    /* A new formatter that lets nothing but the characters of these ranges be typed; nothing at all with
+     * none. Null when a range begins after its end or goes beyond U+10FFFF. */
+    CorvaneObject* (*characterRangeFormatter)(void* context, const CorvaneCharacterRange* ranges,
+                                              uint32_t count);
 } CorvaneHost;
 
 /* What a plug-in offers the host. One static table per plug-in, one `self` per object. The window makes an
@@ -228,6 +242,9 @@ typedef struct CorvanePlugin {
      * so on until the answer is null. Before anything is saved, the user is asked about those that are used
      * for logging in. Default: none. */
     const char* (*nodesToRemove)(void* self, uint32_t index);
+    /* As selfTest, for a test that takes time: it is begun, and `finished` is called once, later, on the main
+     * thread, unless the object is destroyed before. With both, this one is used. */
+    void (*beginSelfTest)(void* self, CorvaneTruthTaker finished, void* context);
 } CorvanePlugin;
 
 /* Answers the module's table in a version that the host can use; null when it has none. Called once, before

@@ -1,10 +1,10 @@
 #pragma once
 
-#include <exception>
 #include <string>
 #include <type_traits>
 #include <vector>
 
+#include "Guard.h"
 #include "PluginMethods.h"
 
 // A module keeps its copies to itself, whatever options it is built with: statics of templates are otherwise
@@ -24,8 +24,8 @@
 /// Methods a class may have: void setPluginAPIImplementor(const CorvaneHost&), std::string pluginName(),
 /// bool isEnabledForLocation(const char*), bool canSetEnabledForLocation(const char*),
 /// void setEnabledForLocation(bool, const char*), bool canConfigure(), void configureButtonClicked(void*),
-/// bool selfTest(), bool isDirty(), bool saveChanges(), bool revertChanges(),
-/// bool applicationWillQuitSavingChanges(bool), bool applicationWillLockSavingChanges(bool),
+/// bool selfTest(), void beginSelfTest(corvane::sdk::TruthTaker), bool isDirty(), bool saveChanges(), bool
+/// revertChanges(), bool applicationWillQuitSavingChanges(bool), bool applicationWillLockSavingChanges(bool),
 /// bool shouldAllowNodeNameOnSearchPolicy(std::string_view), std::vector<std::string> nodesToRemove(). All
 /// are called on the main thread.
 ///
@@ -45,24 +45,6 @@ struct Instance {
 template <typename P>
 Instance<P>& as(void* self) noexcept {
     return *static_cast<Instance<P>*>(self);
-}
-
-inline void reportFailure(const CorvaneHost* host, const char* operation, const char* reason) noexcept {
-    if (host != nullptr && host->pluginFailed != nullptr)
-        host->pluginFailed(host->context, operation, reason);
-}
-
-/// Runs `body`; what it throws becomes a report to the host and the answer `otherwise`.
-template <typename Result, typename Body>
-Result guard(const CorvaneHost* host, const char* operation, Result otherwise, Body body) noexcept {
-    try {
-        return body();
-    } catch (const std::exception& failure) {
-        reportFailure(host, operation, failure.what());
-    } catch (...) {
-        reportFailure(host, operation, "an unknown exception");
-    }
-    return otherwise;
 }
 
 // One entry of the table: filled when the class has the method in the right shape, left null when it hasn't
@@ -160,6 +142,12 @@ void fillConfiguration(CorvanePlugin& table) {
             { p.selfTest() } -> std::same_as<bool>;
         },
         (CORVANE_SDK_ANSWER(selfTest, selfTest())))
+    CORVANE_SDK_ENTRY(beginSelfTest, HasBeginSelfTest<P>,
+                      ([](void* self, CorvaneTruthTaker finished, void* context) noexcept {
+                          guard(as<P>(self).host, "beginSelfTest", 0, [&] {
+                              return as<P>(self).plugin.beginSelfTest(TruthTaker{finished, context}), 0;
+                          });
+                      }));
 }
 
 template <typename P>

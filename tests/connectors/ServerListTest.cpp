@@ -3,7 +3,7 @@
 #include <gtest/gtest.h>
 
 #include "ServerService.h"
-#include "connectors/ldap/ServerCheck.h"
+#include "connectors/ldap/ServerTest.h"
 
 using namespace corvane;
 using namespace corvane::connectors::ldap;
@@ -220,7 +220,7 @@ TEST_F(Servers, serviceThatCantBeReached_isSaidInPlainWords) {
     list.replace(0, changed(0, "dc=new"));
     for (const auto& call : std::vector<std::function<void()>>{
              [&] { list.save(); },
-             [&] { const ServerCheck check(host, ServerCheck::Kind::test, list.servers()[0], "", ""); }})
+             [&] { const ServerTest test(host, ServerTest::Kind::test, list.servers()[0], "", ""); }})
         try {
             call();
             FAIL() << "there is nobody to answer";
@@ -252,43 +252,45 @@ util::Dictionary stepDictionary(const std::string& name, const std::string& stat
 
 } // namespace
 
-TEST_F(Servers, check_isAskedUntilItIsFinished) {
+TEST_F(Servers, test_isAskedUntilItIsFinished) {
     service.reports = {
         util::Dictionary{{"finished", false}, {"steps", util::Array{stepDictionary("connect", "running")}}},
         util::Dictionary{{"finished", true},
                          {"steps", util::Array{stepDictionary("connect", "done", "192.0.2.1")}}}};
-    ServerCheck check(host, ServerCheck::Kind::test, list.servers()[0], "alice", "staff");
+    ServerTest test(host, ServerTest::Kind::test, list.servers()[0], "alice", "staff");
     EXPECT_EQ(service.requests.back().textForKey("user"), "alice");
     EXPECT_EQ(service.requests.back().textForKey("kind"), "test");
-    EXPECT_FALSE(check.poll().finished);
-    EXPECT_EQ(check.report().steps[0], (CheckReport::Step{"Connect", CheckReport::State::running, ""}));
-    EXPECT_TRUE(check.poll().finished);
-    EXPECT_EQ(check.report().steps[0].detail, "192.0.2.1");
+    const auto first = test.poll();
+    EXPECT_FALSE(first.finished);
+    EXPECT_EQ(first.steps[0].title, "Connect");
+    EXPECT_EQ(first.steps[0].state, "running");
+    EXPECT_TRUE(test.poll().finished);
+    EXPECT_EQ(test.poll().steps[0].detail, "192.0.2.1");
     const auto asked = service.requests.size();
-    EXPECT_TRUE(check.poll().finished);
+    EXPECT_TRUE(test.poll().finished);
     EXPECT_EQ(service.requests.size(), asked) << "a finished job is forgotten by the service";
 }
 
-TEST_F(Servers, checkThatGoes_isCancelledUnlessItIsFinished) {
+TEST_F(Servers, testThatIsDropped_isCancelledUnlessItIsFinished) {
     service.reports = {util::Dictionary{{"finished", false}}};
-    { const ServerCheck check(host, ServerCheck::Kind::bases, list.servers()[0], "", ""); }
+    { const ServerTest test(host, ServerTest::Kind::bases, list.servers()[0], "", ""); }
     EXPECT_EQ(service.cancelled, std::vector<int>{7});
     service.reports = {util::Dictionary{{"finished", true}}};
     {
-        ServerCheck check(host, ServerCheck::Kind::bases, list.servers()[0], "", "");
-        (void)check.poll();
+        ServerTest test(host, ServerTest::Kind::bases, list.servers()[0], "", "");
+        (void)test.poll();
     }
     EXPECT_EQ(service.cancelled.size(), 1U);
 }
 
-TEST_F(Servers, failedCheck_saysWhatWhyAndWhatNext) {
+TEST_F(Servers, failedTest_saysWhatWhyAndWhatNext) {
     service.reports = {util::Dictionary{{"finished", true},
                                         {"failure", util::Dictionary{{"kind", "refused"},
                                                                      {"cause", "It refuses."},
                                                                      {"evidence", "Seen so."},
                                                                      {"nextStep", "Start it."}}}}};
-    ServerCheck check(host, ServerCheck::Kind::test, list.servers()[0], "", "");
-    const auto& report = check.poll();
+    ServerTest test(host, ServerTest::Kind::test, list.servers()[0], "", "");
+    const auto& report = test.poll();
     EXPECT_TRUE(report.failed);
     EXPECT_EQ(report.failure.kind, "refused");
     EXPECT_EQ(report.failure.nextStep, "Start it.");

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <mutex>
+
 #include "fakes/FakeHost.h"
 #include "plugins/PluginHostTable.h"
 #include "sdk/Host.h"
@@ -11,7 +13,9 @@ namespace corvane::connectors::ldap {
 /// name, a revision that counts writes, and checks whose reports a test prepares.
 class ServerService {
 public:
-    ServerService() {
+    /// `host`: the program that the plug-in talks to.
+    explicit ServerService(std::unique_ptr<fakes::FakeHost> host = std::make_unique<fakes::FakeHost>())
+        : theHost_(std::move(host)) {
         host_.session = session_;
         host_.configNode = std::make_shared<directory::HaldenNodeConfig>(
             session_->nodeWithType(halden::NodeType::configNode, nullptr));
@@ -54,13 +58,14 @@ private:
     }
     [[nodiscard]] Reply answer(const fakes::ReceivedCall& call, halden::Error* error) {
         namespace code = sdk::ldap::call;
+        const std::lock_guard lock(mutex_); // requests come from the background as well
         if (call.code == code::listServers) return list();
         const util::Bytes octets(call.request.begin() + 32, call.request.end());
         requests.push_back(host_.codec.parse(octets, nullptr).as<util::Dictionary>());
         const auto& request = requests.back();
         if (call.code == code::writeServers) return writeServers(request, error);
-        if (call.code == code::startCheck) return write(util::Dictionary{{"job", 7}});
-        if (call.code == code::checkReport) return report();
+        if (call.code == code::startTest) return write(util::Dictionary{{"job", 7}});
+        if (call.code == code::testReport) return report();
         cancelled.push_back(static_cast<int>(request.valueForKey("job").as<util::Number>().integerValue()));
         return write(util::Dictionary(util::ValueMap{}));
     }
@@ -96,8 +101,10 @@ private:
         servers[wanted.textForKey("name")] = server;
     }
 
+    std::mutex mutex_;
     fakes::Journal journal_;
-    fakes::FakeHost host_;
+    std::unique_ptr<fakes::FakeHost> theHost_;
+    fakes::FakeHost& host_ = *theHost_;
     std::shared_ptr<fakes::FakeSession> session_ = std::make_shared<fakes::FakeSession>(journal_);
     plugins::PluginHostTable hostTable_{std::make_shared<plugins::PluginAPIImplementor>(host_), "LDAP"};
 };

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "fakes/FakeDirectory.h"
+#include "fakes/FakeForms.h"
 #include "fakes/FakePlatform.h"
 #include "plugins/PluginAPIImplementor.h"
 
@@ -64,6 +65,9 @@ struct FakeHost : plugins::PluginAPIImplementor::Host {
     void log(const std::string& line) override { done.push_back("log " + line); }
     const platform::LocalizedStrings& strings() override { return localizedStrings; }
     const platform::PropertyListCodec& propertyLists() override { return codec; }
+    plugins::PluginSurroundings surroundings() override {
+        return {formPresenter, {*this, localizedStrings}, runLoop, background};
+    }
     void beep() override { done.emplace_back("beep"); }
 
     bool reachable = true;
@@ -81,6 +85,9 @@ struct FakeHost : plugins::PluginAPIImplementor::Host {
     std::set<std::string> contacts = {"/LDAP/b"};
     FakeStrings localizedStrings;
     FakePropertyListCodec codec;
+    FakeFormPresenter formPresenter;
+    FakeRunLoop runLoop;
+    plugins::BackgroundCalls background{runLoop};
     std::vector<std::string> done;
 };
 

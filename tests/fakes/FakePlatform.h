@@ -2,9 +2,13 @@
 
 #include <gtest/gtest.h>
 
+#include <chrono>
+#include <deque>
 #include <functional>
 #include <map>
+#include <mutex>
 #include <set>
+#include <thread>
 
 #include "fakes/FakeAuthorization.h"
 #include "fakes/FakePropertyListCodec.h"
@@ -28,6 +32,23 @@ public:
     [[nodiscard]] std::unique_ptr<platform::Timer> scheduleTimer(double seconds,
                                                                  std::function<void()> action) override {
         return std::make_unique<FakeTimer>(*this, seconds, true, std::move(action));
+    }
+    void post(std::function<void()> action) override {
+        const std::lock_guard lock(mutex_);
+        posted_.push_back(std::move(action));
+    }
+    /// Runs what was posted, and what that posts.
+    void runPosted() {
+        while (auto action = takePosted())
+            action();
+    }
+    /// Waits until something was posted by another thread, ten seconds at most, and runs it.
+    [[nodiscard]] bool waitForPosted() {
+        for (int i = 0; i < 1000; ++i) {
+            if (auto action = takePosted()) return action(), runPosted(), true;
+            std::this_thread::sleep_for(std::chrono::milliseconds(10));
+        }
+        return false;
     }
     /// Lets time pass, and each timer fire when its time has come.
     void advance(double seconds) {
@@ -78,8 +99,17 @@ private:
         if (timer.once) timer.invalidate();
         action();
     }
+    std::function<void()> takePosted() {
+        const std::lock_guard lock(mutex_);
+        if (posted_.empty()) return {};
+        auto first = std::move(posted_.front());
+        posted_.pop_front();
+        return first;
+    }
     double now_ = 0;
     std::vector<FakeTimer*> running_;
+    std::mutex mutex_;
+    std::deque<std::function<void()>> posted_;
 };
 
 class FakeUserDefaults final : public platform::UserDefaults {

@@ -7,7 +7,8 @@ namespace attribute = halden::attribute;
 FakeProgram::FakeProgram()
     : platform(journal), toolkit(journal), framework(journal),
       authorization(platform.authorizationService.make()),
-      interface(journal, authorization), environment{platform.environment, toolkit, framework, interface},
+      interface(journal, authorization), environment{platform.environment, toolkit, framework, interface,
+                                                     formPresenter},
       delegate(environment, [this]() -> app::MainController& { return controller(); }),
       plugins_(std::make_unique<plugins::PluginController>(platform.environment)) {
     toolkit.fakeApplication().shouldTerminate = [this] { return delegate.applicationShouldTerminate(); };

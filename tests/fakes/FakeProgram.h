@@ -4,6 +4,7 @@
 #include "app/MainController.h"
 #include "app/NoConnectionDialog.h"
 #include "fakes/FakeDirectory.h"
+#include "fakes/FakeForms.h"
 #include "fakes/FakePlatform.h"
 #include "fakes/FakeToolkit.h"
 
@@ -225,6 +226,7 @@ public:
     FakeFramework framework;
     std::shared_ptr<FakeAuthorization> authorization;
     FakeInterface interface;
+    FakeFormPresenter formPresenter;
     app::Environment environment;
     app::AppDelegate delegate;
 

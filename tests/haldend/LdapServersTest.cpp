@@ -277,8 +277,8 @@ TEST(LdapServers, withoutTheRight_listIsAnsweredAndNothingElse) {
     EXPECT_EQ(machine.list().error.code, 0);
     const util::Dictionary payload{{"revision", machine.revision()}, {"remove", util::Array{"staff"}}};
     const auto bytes = *machine.codec.xml(payload);
-    for (const int code : {serverCall::writeServers, serverCall::startCheck, serverCall::checkReport,
-                           serverCall::cancelCheck}) {
+    for (const int code :
+         {serverCall::writeServers, serverCall::startTest, serverCall::testReport, serverCall::cancelTest}) {
         util::Bytes request(32, 0);
         request.insert(request.end(), bytes.begin(), bytes.end());
         halden::Error error;

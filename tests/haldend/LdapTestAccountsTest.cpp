@@ -111,7 +111,7 @@ TEST(LdapAccounts, outsideTheSectionsLimits_areNoAccountsForTheMachine) {
 TEST(LdapAccounts, computedNumbersWithAnotherSchema_areRefused) {
     const Bench machine;
     const auto answer = machine.ask(
-        serverCall::startCheck,
+        serverCall::startTest,
         util::Dictionary{
             {"kind", "test"},
             {"server", util::Dictionary(plain(389, {{serverKey::addresses, util::Array{"a.example"}},

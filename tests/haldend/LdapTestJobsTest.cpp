@@ -164,7 +164,7 @@ TEST(LdapTestJobs, addressThatAPersonWroteOtherwise_isLeftOutAndAloneRefused) {
     EXPECT_EQ(mixed.tried({{serverKey::name, "office"}}).kind(), "");
     const Bench unnamed(section + "_srv_\n");
     const auto answer =
-        unnamed.ask(serverCall::startCheck, util::Dictionary{{"kind", "test"}, {"server", server("office")}});
+        unnamed.ask(serverCall::startTest, util::Dictionary{{"kind", "test"}, {"server", server("office")}});
     EXPECT_THAT(answer.error.reason, HasSubstr("DNS"));
 }
 
@@ -232,7 +232,7 @@ TEST(LdapTestJobs, finished_isForgottenWithItsReport) {
     const Bench machine;
     const auto job = machine.start(plain(unusedPort()));
     expectClear(machine.finished(job), kind::refused);
-    const auto again = machine.about(serverCall::checkReport, job);
+    const auto again = machine.about(serverCall::testReport, job);
     EXPECT_EQ(again.error.code, halden::ErrorCode::parameter);
     EXPECT_THAT(again.error.description, HasSubstr("no longer exists"));
 }
@@ -245,9 +245,9 @@ TEST(LdapTestJobs, endsThatNobodyAsksAbout_makeRoomTheOldestFirst) {
         {"server", util::Dictionary(plain(port, {{serverKey::addresses, util::Array{"127.0.0.1"}}}))}};
     std::vector<util::Value> jobs;
     while (jobs.size() < 20)
-        if (const auto answer = machine.ask(serverCall::startCheck, request); answer.error.code == 0)
+        if (const auto answer = machine.ask(serverCall::startTest, request); answer.error.code == 0)
             jobs.push_back(answer.values.valueForKey("job"));
-    EXPECT_EQ(machine.about(serverCall::checkReport, jobs.front()).error.code, halden::ErrorCode::parameter);
+    EXPECT_EQ(machine.about(serverCall::testReport, jobs.front()).error.code, halden::ErrorCode::parameter);
     expectClear(machine.finished(jobs.back()), kind::refused);
 }
 
@@ -285,17 +285,17 @@ TEST(LdapTestJobs, cancelled_isForgottenAtOnceThoughTheServerHangs) {
         plain(silent.port(), {{serverKey::searchTimeout, 100}, {serverKey::connectTimeout, 100}});
     for (int i = 0; i < 4; ++i) {
         const auto job = machine.start(slow);
-        EXPECT_EQ(machine.about(serverCall::checkReport, job).values.valueForKey(reportKey::finished),
+        EXPECT_EQ(machine.about(serverCall::testReport, job).values.valueForKey(reportKey::finished),
                   util::Value(false));
-        const auto cancelled = machine.about(serverCall::cancelCheck, job);
+        const auto cancelled = machine.about(serverCall::cancelTest, job);
         EXPECT_EQ(cancelled.error.code, 0);
         EXPECT_FALSE(cancelled.values.isNull());
-        EXPECT_EQ(machine.about(serverCall::checkReport, job).error.code, halden::ErrorCode::parameter);
-        EXPECT_EQ(machine.about(serverCall::cancelCheck, job).error.code, 0) << "once more is harmless";
+        EXPECT_EQ(machine.about(serverCall::testReport, job).error.code, halden::ErrorCode::parameter);
+        EXPECT_EQ(machine.about(serverCall::cancelTest, job).error.code, 0) << "once more is harmless";
     }
     ServerMachine::Answer answer; // those that were given up make room for others
     do
-        answer = machine.ask(serverCall::startCheck,
+        answer = machine.ask(serverCall::startTest,
                              util::Dictionary{{"kind", "test"}, {"server", newServer("", "localhost")}});
     while (answer.error.code != 0);
     EXPECT_FALSE(answer.values.valueForKey("job").isNull());
@@ -310,7 +310,7 @@ TEST(LdapTestJobs, engineThatGoesWithChecksUnderWay_doesNotWaitForTheServer) {
             (void)machine.start(plain(silent.port(), {{serverKey::searchTimeout, 100}}));
         util::ValueMap fifth = plain(silent.port(), {{serverKey::addresses, util::Array{"localhost"}}});
         const auto answer = machine.ask(
-            serverCall::startCheck, util::Dictionary{{"kind", "test"}, {"server", util::Dictionary(fifth)}});
+            serverCall::startTest, util::Dictionary{{"kind", "test"}, {"server", util::Dictionary(fifth)}});
         EXPECT_EQ(answer.error.code, halden::ErrorCode::parameter);
         EXPECT_THAT(answer.error.reason, HasSubstr("tried already"));
     }
@@ -320,7 +320,7 @@ TEST(LdapTestJobs, engineThatGoesWithChecksUnderWay_doesNotWaitForTheServer) {
 TEST(LdapTestJobs, requestThatIsWrong_isRefusedBeforeAnythingIsTried) {
     const Bench machine;
     const auto refused = [&](util::Dictionary values) {
-        const auto answer = machine.ask(serverCall::startCheck, values);
+        const auto answer = machine.ask(serverCall::startTest, values);
         EXPECT_EQ(answer.error.code, halden::ErrorCode::parameter);
     };
     const auto good = newServer("", "localhost");
@@ -330,6 +330,6 @@ TEST(LdapTestJobs, requestThatIsWrong_isRefusedBeforeAnythingIsTried) {
     refused({{"kind", "test"}, {"server", newServer("", "a b")}});
     refused({{"kind", "test"}, {"server", good}, {"user", "a\nb"}});
     refused({{"kind", "test"}, {"server", good}, {"group", 5}});
-    EXPECT_EQ(machine.about(serverCall::checkReport, "1").error.code, halden::ErrorCode::parameter);
-    EXPECT_EQ(machine.about(serverCall::checkReport, 99).error.code, halden::ErrorCode::parameter);
+    EXPECT_EQ(machine.about(serverCall::testReport, "1").error.code, halden::ErrorCode::parameter);
+    EXPECT_EQ(machine.about(serverCall::testReport, 99).error.code, halden::ErrorCode::parameter);
 }

@@ -48,7 +48,7 @@ public:
             if (!values.contains(key)) values.emplace(key, 1);
         others.emplace("clearPassword", true); // most tests are about something else than encryption
         others.emplace("server", util::Dictionary(std::move(values)));
-        const auto answer = ask(serverCall::startCheck, util::Dictionary(std::move(others)));
+        const auto answer = ask(serverCall::startTest, util::Dictionary(std::move(others)));
         EXPECT_EQ(answer.error.code, 0) << answer.error.reason;
         return answer.values.valueForKey("job");
     }
@@ -57,7 +57,7 @@ public:
     }
     [[nodiscard]] Result finished(const util::Value& job) const {
         for (int i = 0; i < 1000; ++i) {
-            const auto report = about(serverCall::checkReport, job).values;
+            const auto report = about(serverCall::testReport, job).values;
             if (report.isNull() || report.valueForKey(reportKey::finished) == util::Value(true))
                 return {report};
             std::this_thread::sleep_for(std::chrono::milliseconds(10));

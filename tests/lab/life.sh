@@ -39,7 +39,7 @@ life_begin() {
 life_of_server() {
     local name=$1 number
     check "$name: added, tested, saved" work_window "${LIFE_LDAP[@]}" click=addServer "${LIFE_FIELDS[@]}" click=test \
-        "type=checkUser:$LIFE_USER" "type=checkGroup:$LIFE_GROUP" wait=1200 "answer=Test Again" wait=1800 text \
+        "type=testUser:$LIFE_USER" "type=testGroup:$LIFE_GROUP" wait=1200 "answer=Test Again" wait=1800 text \
         answer=Close click=serverOk rows=servers click=serversDone apply
     check "$name: the test says that the server works" says "The server works."
     number=$(sed -n "s/.*$LIFE_NUMBER \([0-9]*\), group.*/\1/p" "$LAB_DIR/window.log" | tail -n 1)

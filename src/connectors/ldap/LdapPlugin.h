@@ -1,9 +1,10 @@
 #pragma once
 
-#include <QPointer>
+#include <memory>
 #include <optional>
 
-#include "connectors/ldap/ServersDialog.h"
+#include "connectors/ldap/ServersWindow.h"
+#include "sdk/PluginMethods.h"
 
 namespace corvane::connectors::ldap {
 
@@ -14,7 +15,6 @@ public:
     LdapPlugin() = default;
     LdapPlugin(const LdapPlugin&) = delete;
     LdapPlugin& operator=(const LdapPlugin&) = delete;
-    ~LdapPlugin() { delete window_; }
 
     void setPluginAPIImplementor(const CorvaneHost& host) { host_ = sdk::Host(host); }
     bool canConfigure() { return true; }
@@ -26,19 +26,33 @@ public:
     bool saveChanges();
     bool revertChanges();
     std::vector<std::string> nodesToRemove() { return list_.nodesToRemove(); }
-    /// Tries every server, with any user and group: true when all of them work. Blocks as long as that takes,
-    /// a minute for each server at most.
+    /// Tests every server, with any user and group, one after the other: true when all of them work. Waits
+    /// as long as that takes, a minute for each server at most.
     bool selfTest();
+    /// The same without waiting.
+    void beginSelfTest(sdk::TruthTaker finished);
 
 private:
     [[nodiscard]] bool isEnabled() const { return host_.isPluginEnabled("LDAP"); }
-    [[nodiscard]] bool works(const Server& server) const;
+    /// What the last report says; a failure is logged.
+    [[nodiscard]] bool works(const Server& server, const TestReport& report) const;
+    [[nodiscard]] TestReport waitForReport(const Server& server) const;
+    void testNext();
     void windowClosed();
+
+    /// A self-test that is under way.
+    struct SelfTest {
+        sdk::TruthTaker finished;
+        std::vector<Server> waiting; ///< the next one last
+        bool allWork = true;
+        std::unique_ptr<ServerTest> test;
+    };
 
     sdk::Host host_;
     ServerList list_{host_};
-    std::optional<bool> wanted_;     ///< the enabled state that the user wishes and nobody has saved
-    QPointer<ServersDialog> window_; ///< ours; the window it belongs to may delete it first
+    std::optional<bool> wanted_; ///< the enabled state that the user wishes and nobody has saved
+    std::unique_ptr<ServersWindow> window_;
+    std::unique_ptr<SelfTest> selfTest_;
 };
 
 } // namespace corvane::connectors::ldap

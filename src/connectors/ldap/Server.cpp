@@ -8,9 +8,6 @@ namespace {
 namespace key = sdk::ldap::serverKey;
 namespace security = sdk::ldap::security;
 
-constexpr int plainPort = 389;
-constexpr int ldapsPort = 636;
-
 std::span<const std::uint8_t> bytesOf(const std::string& text) {
     return {reinterpret_cast<const std::uint8_t*>(text.data()), text.size()};
 }

@@ -8,6 +8,9 @@
 
 namespace corvane::connectors::ldap {
 
+constexpr int plainPort = 389; ///< also with StartTLS
+constexpr int ldapsPort = 636;
+
 /// Overwrites a secret in a way that an optimiser may not leave out.
 void wipe(std::string& secret) noexcept;
 

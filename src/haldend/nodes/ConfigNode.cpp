@@ -112,9 +112,9 @@ std::optional<util::Bytes> ConfigNode::ldapCall(std::int32_t code, util::BytesVi
     namespace ldap = sdk::ldap::call;
     using Answerer = util::Bytes (*)(Engine&, util::BytesView);
     static constexpr std::pair<std::int32_t, Answerer> answerers[] = {{ldap::writeServers, writeLdapServers},
-                                                                      {ldap::startCheck, startLdapTest},
-                                                                      {ldap::checkReport, ldapTestReport},
-                                                                      {ldap::cancelCheck, cancelLdapTest}};
+                                                                      {ldap::startTest, startLdapTest},
+                                                                      {ldap::testReport, ldapTestReport},
+                                                                      {ldap::cancelTest, cancelLdapTest}};
     if (code == ldap::listServers) return listLdapServers(engine());
     for (const auto& [known, answer] : answerers)
         if (code == known) {

@@ -21,8 +21,6 @@ public:
     [[nodiscard]] const FieldFormatting* formatting() const { return formatting_.get(); }
 
 private:
-    [[nodiscard]] FieldFormatting::Rules rulesOf(std::shared_ptr<toolkit::Formatter> formatter);
-
     HandlerGuard& guard_;
     std::unique_ptr<FieldFormatting> formatting_;
     bool whileTyping_ = false;

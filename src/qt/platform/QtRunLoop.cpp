@@ -39,4 +39,10 @@ std::unique_ptr<platform::Timer> QtRunLoop::scheduleTimer(double seconds, std::f
     return std::make_unique<LoopTimer>(seconds, true, std::move(action), guard_);
 }
 
+void QtRunLoop::post(std::function<void()> action) {
+    QMetaObject::invokeMethod(
+        &context_, [this, action = std::move(action)] { guard_.run("posted work", action); },
+        Qt::QueuedConnection);
+}
+
 } // namespace corvane::qt

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QObject>
+
 #include "platform/RunLoop.h"
 #include "qt/HandlerGuard.h"
 
@@ -13,9 +15,11 @@ public:
     scheduleRepeatingTimer(double seconds, std::function<void()> action) override;
     [[nodiscard]] std::unique_ptr<platform::Timer> scheduleTimer(double seconds,
                                                                  std::function<void()> action) override;
+    void post(std::function<void()> action) override;
 
 private:
     HandlerGuard& guard_;
+    QObject context_; ///< of what is posted; lives on the main thread
 };
 
 } // namespace corvane::qt

@@ -55,9 +55,9 @@ struct DialogueLayout : PlugInHarness {
         click("testServer");
         look("question about the password", front());
         click("sendPassword");
-        ASSERT_TRUE(QTest::qWaitFor([] { return !textOf("checkResult").isEmpty(); }, 3000));
+        ASSERT_TRUE(QTest::qWaitFor([] { return !textOf("testResult").isEmpty(); }, 3000));
         look("test", front());
-        click("checkClose");
+        click("testClose");
         service.program().authentication = {"/LDAP/domain"};
         click("deleteServer");
         look("question about the policy", front());
@@ -78,7 +78,7 @@ TEST_F(DialogueLayout, everyButton_isOnTheScreen) {
         EXPECT_LE(window.frameGeometry().height(), screen.height()) << state;
         EXPECT_LE(window.frameGeometry().width(), screen.width()) << state;
         if (state == "test") {
-            auto* result = find<QLabel>("checkResult");
+            auto* result = find<QLabel>("testResult");
             EXPECT_EQ(result->visibleRegion().boundingRect(), result->rect());
         }
         for (auto* each : window.findChildren<QAbstractButton*>()) {
@@ -137,7 +137,7 @@ TEST_F(DialogueLayout, fieldThatIsWrong_isScrolledIntoView) {
     click("editServer");
     click("more");
     type("connectTimeout", "");
-    auto* area = find<QScrollArea>("serverFields");
+    auto* area = find<QScrollArea>("formFields");
     ASSERT_NE(area, nullptr);
     area->verticalScrollBar()->setValue(0);
     click("serverOk");
@@ -150,10 +150,10 @@ TEST_F(DialogueLayout, fieldThatIsWrong_isScrolledIntoView) {
 TEST_F(DialogueLayout, resultOfATestAndMessageOfAField_areReadOut) {
     configure();
     click("testServer");
-    ASSERT_TRUE(QTest::qWaitFor([] { return !textOf("checkResult").isEmpty(); }, 3000));
+    ASSERT_TRUE(QTest::qWaitFor([] { return !textOf("testResult").isEmpty(); }, 3000));
     EXPECT_TRUE(heard.contains("The server works.\nUsers and groups can be looked up with these settings."))
         << heard.join(" | ").toStdString();
-    click("checkClose");
+    click("testClose");
     click("addServer");
     click("serverOk");
     click("serverOk");

@@ -14,9 +14,23 @@
 
 #include "connectors/ServerService.h"
 #include "connectors/ldap/LdapPlugin.h"
+#include "qt/forms/QtFormPresenter.h"
+#include "qt/platform/QtRunLoop.h"
 #include "sdk/PluginWrapper.h"
 
 namespace corvane::connectors::ldap {
+
+/// A program whose forms are real windows, and whose timers and background are real as well.
+struct WindowHost : fakes::FakeHost {
+    plugins::PluginSurroundings surroundings() override {
+        return {windows, {*this, localizedStrings}, loop, calls};
+    }
+    fakes::FakeLog lines;
+    qt::HandlerGuard guard{lines};
+    qt::QtFormPresenter windows{guard};
+    qt::QtRunLoop loop{guard};
+    plugins::BackgroundCalls calls{loop};
+};
 
 /// The plug-in behind its table, as the host works it, and a user in front of its windows.
 class PlugInHarness : public testing::Test {
@@ -109,7 +123,7 @@ protected:
         QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
 
-    ServerService service;
+    ServerService service{std::make_unique<WindowHost>()};
 
 private:
     const CorvanePlugin* table_ = sdk::tableFor<LdapPlugin>();

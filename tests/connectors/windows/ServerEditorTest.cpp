@@ -4,8 +4,8 @@ using namespace corvane;
 
 namespace corvane::connectors::ldap {
 
-struct ServerEditor : PlugInHarness {
-    ServerEditor() { service.serve("a.example.com", {{"bindDN", "cn=reader"}, {"hasPassword", true}}); }
+struct EditedServer : PlugInHarness {
+    EditedServer() { service.serve("a.example.com", {{"bindDN", "cn=reader"}, {"hasPassword", true}}); }
     void openNew() {
         configure();
         click("addServer");
@@ -27,7 +27,7 @@ struct ServerEditor : PlugInHarness {
     [[nodiscard]] QLineEdit* field(const char* name) { return find<QLineEdit>(name); }
 };
 
-TEST_F(ServerEditor, newServer_isWrittenAsItWasTyped) {
+TEST_F(EditedServer, newServer_isWrittenAsItWasTyped) {
     openNew();
     type("addresses", "one.example.com\n two.example.com \n\n");
     choose("security", 1);
@@ -51,7 +51,7 @@ TEST_F(ServerEditor, newServer_isWrittenAsItWasTyped) {
     EXPECT_EQ(put.valueForKey("connectTimeout"), util::Value(6));
 }
 
-TEST_F(ServerEditor, cancelledEditor_changesNothing) {
+TEST_F(EditedServer, cancelledEditor_changesNothing) {
     openNew();
     type("addresses", "one.example.com");
     click("serverCancel");
@@ -59,17 +59,17 @@ TEST_F(ServerEditor, cancelledEditor_changesNothing) {
     EXPECT_FALSE(isDirty());
 }
 
-TEST_F(ServerEditor, withoutAnAddress_saysSoAndPutsTheKeyboardThere) {
+TEST_F(EditedServer, withoutAnAddress_saysSoAndPutsTheKeyboardThere) {
     openNew();
     click("serverOk");
-    EXPECT_TRUE(isShown("serverDialog"));
+    EXPECT_TRUE(isShown("serverEditor"));
     EXPECT_EQ(textOf("problem"), "Name at least one server.");
     type("addresses", "x");
     click("serverOk");
-    EXPECT_FALSE(isShown("serverDialog"));
+    EXPECT_FALSE(isShown("serverEditor"));
 }
 
-TEST_F(ServerEditor, addressWithMoreInIt_isAProblemAndSaysWhich) {
+TEST_F(EditedServer, addressWithMoreInIt_isAProblemAndSaysWhich) {
     openNew();
     for (const auto* odd : {"ldaps://x.example", "x.example:636", "a b"}) {
         type("addresses", QString("good.example\n") + odd);
@@ -79,10 +79,10 @@ TEST_F(ServerEditor, addressWithMoreInIt_isAProblemAndSaysWhich) {
     }
     type("addresses", "2001:db8::1\n192.0.2.1");
     click("serverOk");
-    EXPECT_FALSE(isShown("serverDialog"));
+    EXPECT_FALSE(isShown("serverEditor"));
 }
 
-TEST_F(ServerEditor, oddAddressThatStandsInTheConfiguration_mayStay) {
+TEST_F(EditedServer, oddAddressThatStandsInTheConfiguration_mayStay) {
     service.serve("a.example.com", {{"addresses", util::Array{"ldap://a.example.com:1389"}}});
     openSaved();
     type("baseDN", "dc=new");
@@ -90,7 +90,7 @@ TEST_F(ServerEditor, oddAddressThatStandsInTheConfiguration_mayStay) {
     EXPECT_EQ(lastPut().textForKey("baseDN"), "dc=new");
 }
 
-TEST_F(ServerEditor, port_takesNothingButAPort) {
+TEST_F(EditedServer, port_takesNothingButAPort) {
     openNew();
     type("port", "9x9");
     EXPECT_EQ(field("port")->text(), "99");
@@ -101,7 +101,7 @@ TEST_F(ServerEditor, port_takesNothingButAPort) {
     EXPECT_EQ(field("port")->placeholderText(), "636");
 }
 
-TEST_F(ServerEditor, noEncryption_isWarnedOf) {
+TEST_F(EditedServer, noEncryption_isWarnedOf) {
     openNew();
     EXPECT_EQ(textOf("securityWarning"), "");
     choose("security", 2);
@@ -109,7 +109,7 @@ TEST_F(ServerEditor, noEncryption_isWarnedOf) {
     EXPECT_FALSE(field("caFile")->isEnabled());
 }
 
-TEST_F(ServerEditor, savedPassword_isNeverShownAndKept) {
+TEST_F(EditedServer, savedPassword_isNeverShownAndKept) {
     openSaved();
     EXPECT_EQ(field("password")->text(), "");
     EXPECT_EQ(field("password")->placeholderText(), "saved; never shown");
@@ -119,7 +119,7 @@ TEST_F(ServerEditor, savedPassword_isNeverShownAndKept) {
     EXPECT_FALSE(lastPut().containsKey("password"));
 }
 
-TEST_F(ServerEditor, bindNameTakenAway_takesTheSavedPasswordWithIt) {
+TEST_F(EditedServer, bindNameTakenAway_takesTheSavedPasswordWithIt) {
     openSaved();
     type("bindDN", "");
     EXPECT_FALSE(field("password")->isEnabled());
@@ -128,7 +128,7 @@ TEST_F(ServerEditor, bindNameTakenAway_takesTheSavedPasswordWithIt) {
     EXPECT_TRUE(lastPut().valueForKey("password").as<util::Data>().bytes().empty());
 }
 
-TEST_F(ServerEditor, bindNameTakenAwayAndGivenBack_keepsTheSavedPassword) {
+TEST_F(EditedServer, bindNameTakenAwayAndGivenBack_keepsTheSavedPassword) {
     openSaved();
     type("bindDN", "");
     click("serverOk");
@@ -140,7 +140,7 @@ TEST_F(ServerEditor, bindNameTakenAwayAndGivenBack_keepsTheSavedPassword) {
     EXPECT_FALSE(lastPut().containsKey("password")) << "an empty one would take the saved one away";
 }
 
-TEST_F(ServerEditor, newPasswordTakenBack_isNotKeptBehindAnEmptyField) {
+TEST_F(EditedServer, newPasswordTakenBack_isNotKeptBehindAnEmptyField) {
     openNew();
     type("addresses", "x");
     type("bindDN", "cn=me");
@@ -153,7 +153,7 @@ TEST_F(ServerEditor, newPasswordTakenBack_isNotKeptBehindAnEmptyField) {
     EXPECT_TRUE(textOf("problem").startsWith("Signing in needs a password."));
 }
 
-TEST_F(ServerEditor, settingsBeyondTheFormsOwn_areKeptAsTheyAre) {
+TEST_F(EditedServer, settingsBeyondTheFormsOwn_areKeptAsTheyAre) {
     service.serve("a.example.com", {{"schema", "IPA"}, {"connectTimeout", 300}, {"searchTimeout", 600}});
     openSaved();
     EXPECT_EQ(find<QComboBox>("schema")->currentText(), "IPA");
@@ -164,7 +164,7 @@ TEST_F(ServerEditor, settingsBeyondTheFormsOwn_areKeptAsTheyAre) {
     EXPECT_EQ(lastPut().valueForKey("searchTimeout"), util::Value(600));
 }
 
-TEST_F(ServerEditor, bindNameWithoutAPassword_isAProblem) {
+TEST_F(EditedServer, bindNameWithoutAPassword_isAProblem) {
     openNew();
     type("addresses", "x");
     type("bindDN", "cn=me");
@@ -173,7 +173,7 @@ TEST_F(ServerEditor, bindNameWithoutAPassword_isAProblem) {
     EXPECT_TRUE(field("password")->hasFocus());
 }
 
-TEST_F(ServerEditor, moreSettings_foldAway) {
+TEST_F(EditedServer, moreSettings_foldAway) {
     openNew();
     EXPECT_EQ(field("name"), nullptr);
     click("more");
@@ -182,7 +182,7 @@ TEST_F(ServerEditor, moreSettings_foldAway) {
     EXPECT_EQ(field("name"), nullptr);
 }
 
-TEST_F(ServerEditor, problemInAFoldedField_unfoldsIt) {
+TEST_F(EditedServer, problemInAFoldedField_unfoldsIt) {
     openNew();
     type("addresses", "x");
     click("more");
@@ -194,7 +194,7 @@ TEST_F(ServerEditor, problemInAFoldedField_unfoldsIt) {
     EXPECT_TRUE(field("name")->hasFocus());
 }
 
-TEST_F(ServerEditor, timeOuts_areSecondsUpToTwoMinutes) {
+TEST_F(EditedServer, timeOuts_areSecondsUpToTwoMinutes) {
     openNew();
     type("addresses", "x");
     click("more");
@@ -206,7 +206,7 @@ TEST_F(ServerEditor, timeOuts_areSecondsUpToTwoMinutes) {
     EXPECT_EQ(textOf("problem"), "A time-out is from 1 to 120 seconds.");
 }
 
-TEST_F(ServerEditor, relativeCaPath_isAProblem) {
+TEST_F(EditedServer, relativeCaPath_isAProblem) {
     openNew();
     type("addresses", "x");
     type("caFile", "ca.pem");
@@ -214,7 +214,7 @@ TEST_F(ServerEditor, relativeCaPath_isAProblem) {
     EXPECT_TRUE(textOf("problem").startsWith("The CA certificates are a file’s full path"));
 }
 
-TEST_F(ServerEditor, onlyBaseOfAServer_isTakenOver) {
+TEST_F(EditedServer, onlyBaseOfAServer_isTakenOver) {
     service.reports = {
         util::Dictionary{{"finished", false}},
         util::Dictionary{{"finished", true}, {"bases", util::Array{"dc=one"}}, {"defaultBase", "dc=one"}}};
@@ -226,7 +226,7 @@ TEST_F(ServerEditor, onlyBaseOfAServer_isTakenOver) {
     EXPECT_TRUE(textOf("basesNote").contains("dc=one"));
 }
 
-TEST_F(ServerEditor, serverThatDoesntAnswerForItsBases_isToldInPlainWords) {
+TEST_F(EditedServer, serverThatDoesntAnswerForItsBases_isToldInPlainWords) {
     service.reports = {
         util::Dictionary{{"finished", true},
                          {"failure", util::Dictionary{{"cause", "It refuses."}, {"nextStep", "Start it."}}}}};
@@ -237,7 +237,7 @@ TEST_F(ServerEditor, serverThatDoesntAnswerForItsBases_isToldInPlainWords) {
     EXPECT_TRUE(find<QAbstractButton>("askBases")->isEnabled());
 }
 
-TEST_F(ServerEditor, test_showsEachStepAndWhatFailed) {
+TEST_F(EditedServer, test_showsEachStepAndWhatFailed) {
     service.reports = {util::Dictionary{
         {"finished", true},
         {"steps",
@@ -247,24 +247,24 @@ TEST_F(ServerEditor, test_showsEachStepAndWhatFailed) {
          util::Dictionary{{"cause", "Not <trusted>."}, {"evidence", "Issuer X."}, {"nextStep", "Get X."}}}}};
     openSaved();
     click("test");
-    EXPECT_TRUE(QTest::qWaitFor([&] { return textOf("checkResult").contains("Get X."); }, 3000));
-    EXPECT_TRUE(textOf("checkResult").contains("Not &lt;trusted&gt;.")) << "a server's words are no markup";
+    EXPECT_TRUE(QTest::qWaitFor([&] { return textOf("testResult").contains("Get X."); }, 3000));
+    EXPECT_TRUE(textOf("testResult").contains("Not &lt;trusted&gt;.")) << "a server's words are no markup";
     for (const auto* label : QApplication::activeModalWidget()->findChildren<QLabel*>())
         if (label->text().contains("192.0.2.1")) {
             EXPECT_EQ(label->textFormat(), Qt::PlainText);
         }
     EXPECT_TRUE(frontText().contains("192.0.2.1") && frontText().contains("Encrypt the connection"));
-    EXPECT_EQ(find<QAbstractButton>("checkClose")->text(), "Close");
+    EXPECT_EQ(find<QAbstractButton>("testClose")->text(), "Close");
 }
 
-TEST_F(ServerEditor, runningTest_canBeCancelled) {
+TEST_F(EditedServer, runningTest_canBeCancelled) {
     service.reports = {util::Dictionary{{"finished", false}}};
     openSaved();
     click("test");
-    EXPECT_EQ(find<QAbstractButton>("checkClose")->text(), "Cancel");
-    click("checkClose");
+    EXPECT_EQ(find<QAbstractButton>("testClose")->text(), "Cancel");
+    click("testClose");
     QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    EXPECT_FALSE(isShown("checkDialog"));
+    EXPECT_FALSE(isShown("serverTest"));
     EXPECT_EQ(service.cancelled, std::vector<int>{7});
 }
 

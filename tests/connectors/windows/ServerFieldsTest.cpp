@@ -48,7 +48,7 @@ TEST_F(ServerFields, typedUri_isTakenApartWhenTheFieldIsLeft) {
     type("addresses", "ldaps://dc.example.com:1636");
     EXPECT_EQ(addresses(), "ldaps://dc.example.com:1636") << "not while it is being typed";
     click("serverOk");
-    EXPECT_FALSE(isShown("serverDialog"));
+    EXPECT_FALSE(isShown("serverEditor"));
     EXPECT_EQ(service.requests.size(), 0U);
     click("editServer");
     EXPECT_EQ(addresses(), "dc.example.com");
@@ -59,7 +59,7 @@ TEST_F(ServerFields, windowsThatGoWithTheProgram_takeNothingApart) {
     openNew();
     type("addresses", "ldaps://dc.example.com");
     delete find<QDialog>("ldapServers");
-    EXPECT_FALSE(isShown("serverDialog"));
+    EXPECT_FALSE(isShown("serverEditor"));
 }
 
 TEST_F(ServerFields, urisThatDisagree_stayAsTheyAre) {

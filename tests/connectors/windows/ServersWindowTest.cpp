@@ -5,8 +5,8 @@ using Texts = std::vector<std::string>;
 
 namespace corvane::connectors::ldap {
 
-struct ServersWindow : PlugInHarness {
-    ServersWindow() {
+struct ListOfServers : PlugInHarness {
+    ListOfServers() {
         service.serve("a.example.com");
         service.serve("b.example.com", {{"hasPassword", true}, {"bindDN", "cn=reader"}});
         service.serve("c.example.com");
@@ -16,14 +16,14 @@ struct ServersWindow : PlugInHarness {
     [[nodiscard]] bool can(const char* button) { return find<QAbstractButton>(button)->isEnabled(); }
 };
 
-TEST_F(ServersWindow, list_showsEveryServerAndSelectsTheFirst) {
+TEST_F(ListOfServers, list_showsEveryServerAndSelectsTheFirst) {
     configure();
     EXPECT_EQ(rows(), (QStringList{"a.example.com", "b.example.com", "c.example.com"}));
     EXPECT_EQ(find<QListWidget>("servers")->currentRow(), 0);
     EXPECT_FALSE(isDirty());
 }
 
-TEST_F(ServersWindow, buttons_followTheSelection) {
+TEST_F(ListOfServers, buttons_followTheSelection) {
     configure();
     EXPECT_TRUE(can("editServer") && can("duplicateServer") && can("deleteServer") && can("testServer"));
     clickRow(2, Qt::ControlModifier);
@@ -32,7 +32,7 @@ TEST_F(ServersWindow, buttons_followTheSelection) {
     service.servers.clear();
 }
 
-TEST_F(ServersWindow, withoutServers_onlyAddCanBePressed) {
+TEST_F(ListOfServers, withoutServers_onlyAddCanBePressed) {
     service.servers.clear();
     configure();
     EXPECT_TRUE(rows().isEmpty());
@@ -40,7 +40,7 @@ TEST_F(ServersWindow, withoutServers_onlyAddCanBePressed) {
     EXPECT_FALSE(can("editServer") || can("duplicateServer") || can("deleteServer") || can("testServer"));
 }
 
-TEST_F(ServersWindow, withoutServers_theListSaysSoAndReadsItOut) {
+TEST_F(ListOfServers, withoutServers_theListSaysSoAndReadsItOut) {
     service.servers.clear();
     configure();
     auto* list = find<QListWidget>("servers");
@@ -55,7 +55,7 @@ TEST_F(ServersWindow, withoutServers_theListSaysSoAndReadsItOut) {
     EXPECT_GT(ink, 50);
 }
 
-TEST_F(ServersWindow, lastServerDeleted_theListSaysSo) {
+TEST_F(ListOfServers, lastServerDeleted_theListSaysSo) {
     configure();
     auto* list = find<QListWidget>("servers");
     EXPECT_EQ(list->accessibleDescription(), "");
@@ -64,7 +64,7 @@ TEST_F(ServersWindow, lastServerDeleted_theListSaysSo) {
     EXPECT_EQ(list->accessibleDescription(), "No servers");
 }
 
-TEST_F(ServersWindow, severalServers_areDeletedAtOnceAndSavedWithApply) {
+TEST_F(ListOfServers, severalServers_areDeletedAtOnceAndSavedWithApply) {
     configure();
     clickRow(2, Qt::ControlModifier);
     click("deleteServer");
@@ -76,14 +76,14 @@ TEST_F(ServersWindow, severalServers_areDeletedAtOnceAndSavedWithApply) {
     EXPECT_FALSE(isDirty());
 }
 
-TEST_F(ServersWindow, deleteKey_deletesTheSelection) {
+TEST_F(ListOfServers, deleteKey_deletesTheSelection) {
     configure();
     clickRow(1);
     QTest::keyClick(find<QListWidget>("servers"), Qt::Key_Delete);
     EXPECT_EQ(rows(), (QStringList{"a.example.com", "c.example.com"}));
 }
 
-TEST_F(ServersWindow, serverOnAPolicy_isDeletedAfterAQuestionOnly) {
+TEST_F(ListOfServers, serverOnAPolicy_isDeletedAfterAQuestionOnly) {
     service.program().contacts = {"/LDAP/b.example.com"};
     configure();
     clickRow(1);
@@ -94,7 +94,7 @@ TEST_F(ServersWindow, serverOnAPolicy_isDeletedAfterAQuestionOnly) {
     EXPECT_EQ(rows(), (QStringList{"a.example.com", "c.example.com"}));
 }
 
-TEST_F(ServersWindow, serverThatAPolicyUsesWithoutACustomList_isDeletedAfterAQuestion) {
+TEST_F(ListOfServers, serverThatAPolicyUsesWithoutACustomList_isDeletedAfterAQuestion) {
     service.serve("b.example.com", {{"onPolicy", true}}); // Automatic, say
     configure();
     clickRow(0);
@@ -105,7 +105,7 @@ TEST_F(ServersWindow, serverThatAPolicyUsesWithoutACustomList_isDeletedAfterAQue
     EXPECT_TRUE(frontText().contains("b.example.com is on a search policy."));
 }
 
-TEST_F(ServersWindow, severalServersOnPolicies_areSpokenOfTogether) {
+TEST_F(ListOfServers, severalServersOnPolicies_areSpokenOfTogether) {
     service.program().contacts = {"/LDAP/a.example.com", "/LDAP/b.example.com"};
     configure();
     clickRow(0);
@@ -117,7 +117,7 @@ TEST_F(ServersWindow, severalServersOnPolicies_areSpokenOfTogether) {
     EXPECT_EQ(rows(), QStringList{"c.example.com"});
 }
 
-TEST_F(ServersWindow, questionThatIsCancelled_deletesNothing) {
+TEST_F(ListOfServers, questionThatIsCancelled_deletesNothing) {
     service.program().authentication = {"/LDAP/b.example.com"};
     configure();
     clickRow(1);
@@ -128,7 +128,7 @@ TEST_F(ServersWindow, questionThatIsCancelled_deletesNothing) {
     EXPECT_FALSE(isDirty());
 }
 
-TEST_F(ServersWindow, duplicate_isEditedAndStandsBehindTheOriginal) {
+TEST_F(ListOfServers, duplicate_isEditedAndStandsBehindTheOriginal) {
     configure();
     click("duplicateServer");
     EXPECT_EQ(find<QPlainTextEdit>("addresses")->toPlainText(), "a.example.com");
@@ -140,7 +140,7 @@ TEST_F(ServersWindow, duplicate_isEditedAndStandsBehindTheOriginal) {
     EXPECT_TRUE(service.servers.contains("a.example.com-2"));
 }
 
-TEST_F(ServersWindow, duplicateOfAServerWithAPassword_needsOneOfItsOwn) {
+TEST_F(ListOfServers, duplicateOfAServerWithAPassword_needsOneOfItsOwn) {
     configure();
     clickRow(1);
     click("duplicateServer");
@@ -151,7 +151,7 @@ TEST_F(ServersWindow, duplicateOfAServerWithAPassword_needsOneOfItsOwn) {
     EXPECT_FALSE(isDirty());
 }
 
-TEST_F(ServersWindow, connectorsCheckBox_isAWishUntilApply) {
+TEST_F(ListOfServers, connectorsCheckBox_isAWishUntilApply) {
     configure();
     EXPECT_TRUE(isEnabled());
     click("useConnector");
@@ -163,7 +163,7 @@ TEST_F(ServersWindow, connectorsCheckBox_isAWishUntilApply) {
     EXPECT_EQ(service.program().done.back(), "set LDAP off");
 }
 
-TEST_F(ServersWindow, revert_bringsEverythingBack) {
+TEST_F(ListOfServers, revert_bringsEverythingBack) {
     configure();
     click("deleteServer");
     click("useConnector");
@@ -175,7 +175,7 @@ TEST_F(ServersWindow, revert_bringsEverythingBack) {
     EXPECT_EQ(rows().size(), 3);
 }
 
-TEST_F(ServersWindow, openedAgain_showsWhatWasNotSavedYet) {
+TEST_F(ListOfServers, openedAgain_showsWhatWasNotSavedYet) {
     configure();
     click("deleteServer");
     click("serversDone");
@@ -184,7 +184,7 @@ TEST_F(ServersWindow, openedAgain_showsWhatWasNotSavedYet) {
     EXPECT_EQ(rows(), (QStringList{"b.example.com", "c.example.com"}));
 }
 
-TEST_F(ServersWindow, serviceThatRefuses_isToldWithCauseAndNextStepAndTheChangesAreKept) {
+TEST_F(ListOfServers, serviceThatRefuses_isToldWithCauseAndNextStepAndTheChangesAreKept) {
     configure();
     click("deleteServer");
     click("serversDone");
@@ -196,7 +196,7 @@ TEST_F(ServersWindow, serviceThatRefuses_isToldWithCauseAndNextStepAndTheChanges
     EXPECT_TRUE(isDirty());
 }
 
-TEST_F(ServersWindow, selfTest_triesEveryServerAndLogsWhatFails) {
+TEST_F(ListOfServers, selfTest_triesEveryServerAndLogsWhatFails) {
     const util::Dictionary good{{"finished", true}};
     const util::Dictionary bad{
         {"finished", true}, {"failure", util::Dictionary{{"cause", "It refuses."}, {"evidence", "Seen."}}}};
@@ -208,17 +208,17 @@ TEST_F(ServersWindow, selfTest_triesEveryServerAndLogsWhatFails) {
     EXPECT_TRUE(selfTest());
 }
 
-TEST_F(ServersWindow, enterInTheList_editsTheServerAndKeepsTheWindow) {
+TEST_F(ListOfServers, enterInTheList_editsTheServerAndKeepsTheWindow) {
     configure();
     clickRow(1);
     QTest::keyClick(find<QListWidget>("servers"), Qt::Key_Return);
     QApplication::processEvents();
-    EXPECT_TRUE(isShown("serverDialog"));
+    EXPECT_TRUE(isShown("serverEditor"));
     EXPECT_EQ(find<QPlainTextEdit>("addresses")->toPlainText(), "b.example.com");
     EXPECT_TRUE(isShown("ldapServers"));
 }
 
-TEST_F(ServersWindow, lineBelowTheList_saysWhetherTheConnectorIsOnAndWithHowMany) {
+TEST_F(ListOfServers, lineBelowTheList_saysWhetherTheConnectorIsOnAndWithHowMany) {
     configure();
     EXPECT_EQ(textOf("connectorState"), "The connector is on, with 3 servers.");
     click("deleteServer");
@@ -232,7 +232,7 @@ TEST_F(ServersWindow, lineBelowTheList_saysWhetherTheConnectorIsOnAndWithHowMany
     EXPECT_EQ(textOf("connectorState"), "The connector is on, without a server.");
 }
 
-TEST_F(ServersWindow, serversThatLookAlike_areToldApartAndASecondOneIsPointedOut) {
+TEST_F(ListOfServers, serversThatLookAlike_areToldApartAndASecondOneIsPointedOut) {
     service.serve("twin", {{"addresses", util::Array{"a.example.com"}}});
     configure();
     auto* list = find<QListWidget>("servers");

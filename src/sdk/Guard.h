@@ -1,0 +1,31 @@
+#pragma once
+
+#include <exception>
+
+#include "PluginTable.h"
+
+#pragma GCC visibility push(hidden)
+
+/// No exception may cross the boundary. What a plug-in throws is reported to the host instead.
+namespace corvane::sdk {
+
+inline void reportFailure(const CorvaneHost* host, const char* operation, const char* reason) noexcept {
+    if (host != nullptr && host->pluginFailed != nullptr)
+        host->pluginFailed(host->context, operation, reason);
+}
+
+/// Runs `body`; what it throws becomes a report to the host and the answer `otherwise`.
+template <typename Result, typename Body>
+Result guard(const CorvaneHost* host, const char* operation, Result otherwise, Body body) noexcept {
+    try {
+        return body();
+    } catch (const std::exception& failure) {
+        reportFailure(host, operation, failure.what());
+    } catch (...) {
+        reportFailure(host, operation, "an unknown exception");
+    }
+    return otherwise;
+}
+
+} // namespace corvane::sdk
+#pragma GCC visibility pop
