@@ -99,7 +99,7 @@ void about(const std::string& part, Body body) {
 template <typename Element, typename Read>
 std::vector<Element> listFrom(const util::Value& value, std::size_t most, Read read) {
     const auto array = value.as<util::Array>();
-    if (array.isNull()) refuse("it is no array");
+    if (array.isNull() && !value.isNull()) refuse("it is no array");
     if (array.count() > most) refuse("it has more than " + std::to_string(most) + " elements");
     std::vector<Element> list;
     list.reserve(array.count());
@@ -242,7 +242,7 @@ Item readItem(const util::Value& value) {
 /// Names an item in a message, by its name or its place.
 std::vector<Item> readItems(const util::Value& value) {
     const auto array = value.as<util::Array>();
-    if (array.isNull()) refuse("it is no array");
+    if (array.isNull() && !value.isNull()) refuse("it is no array");
     if (array.count() > mostItems) refuse("it has more than " + std::to_string(mostItems) + " elements");
     std::vector<Item> items;
     for (std::size_t i = 0; i < array.count(); ++i) {

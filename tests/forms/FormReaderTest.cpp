@@ -65,7 +65,7 @@ TEST(FormReader, mistakes_areNamedByItemAndKey) {
     EXPECT_EQ(refusalOf(item("value", 1.5)), "\"items\": item \"port\": \"value\": it is no whole number");
     EXPECT_NE(refusalOf(windowWith(Array{Dictionary{{"kind", "nummer"}}})).find("\"nummer\" is none of"),
               std::string::npos);
-    EXPECT_EQ(refusalOf(windowWith(Array{Dictionary{{"name", "port"}}})).substr(0, 30),
+    EXPECT_EQ(refusalOf(windowWith(Array{Dictionary{{"name", "port"}}})).substr(0, 31),
               "\"items\": item \"port\": \"kind\": \"");
     EXPECT_EQ(refusalOf({{"name", "example"}}), "it has no \"title\"");
 }
