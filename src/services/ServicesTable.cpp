@@ -24,9 +24,11 @@ std::shared_ptr<toolkit::Cell> checkBoxCell() {
 
 } // namespace
 
-ServicesTable::ServicesTable(ServicesList& list, const platform::LocalizedStrings& strings, Outlets outlets,
-                             Needs& needs)
-    : list_(list), strings_(strings), outlets_(outlets), needs_(needs) {}
+ServicesTable::ServicesTable(ServicesList& list, directory::Connection& connection,
+                             const directory::Authorizer& authorizer,
+                             const platform::LocalizedStrings& strings, Outlets outlets, Needs& needs)
+    : list_(list), connection_(connection), authorizer_(authorizer), strings_(strings), outlets_(outlets),
+      needs_(needs) {}
 
 void ServicesTable::setUpTable() {
     auto& table = outlets_.selectPlugIn;
@@ -69,6 +71,10 @@ void ServicesTable::showState() {
     outlets_.state.setText(item ? stateOf(*item) : "");
 }
 
+void ServicesTable::modificationMarked() {
+    if (needs_.isServicesPaneShown()) showState();
+}
+
 std::string ServicesTable::stateOf(const plugins::PluginItem& item) {
     const bool on = item.isEnabledForLocation(nullptr);
     const auto said = [&](std::string_view format) {
@@ -85,7 +91,7 @@ std::string ServicesTable::stateOf(const plugins::PluginItem& item) {
 
 /// "with two servers." or the like.
 std::string ServicesTable::directoriesOf(const std::string& prefix) {
-    const auto session = needs_.haldenSession();
+    const auto session = connection_.haldenSession();
     const auto names = session ? session->nodeNames(nullptr) : util::Array();
     std::size_t count = 0;
     if (names)
@@ -130,7 +136,7 @@ void ServicesTable::willDisplayCell(const toolkit::TableView& /*table*/, toolkit
                                     const toolkit::TableColumn& column, int row) {
     try {
         const auto identifier = column.identifier();
-        const bool unlocked = needs_.unlocked();
+        const bool unlocked = authorizer_.unlocked();
         if (isOnOff(identifier)) {
             const auto item = unlocked ? itemAtRow(row) : nullptr;
             cell.enabled = item && item->canSetEnabledForLocation(nullptr);
@@ -144,11 +150,11 @@ void ServicesTable::willDisplayCell(const toolkit::TableView& /*table*/, toolkit
 }
 
 bool ServicesTable::shouldSelectRow(const toolkit::TableView& /*table*/, int /*row*/) {
-    return needs_.unlocked();
+    return authorizer_.unlocked();
 }
 
 void ServicesTable::tableViewSelectionDidChange(const toolkit::TableView& /*table*/) {
-    if (needs_.unlocked())
+    if (authorizer_.unlocked())
         updateConfigEnable();
     else
         outlets_.configPlugIn.setEnabled(false);

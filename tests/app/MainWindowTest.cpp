@@ -410,19 +410,7 @@ TEST_F(MainWindow, advancedPanel_groupsAllThreePages) {
 }
 
 TEST_F(MainWindow, setUpWithoutALocalNodeView_makesATabViewWithoutSize) {
-    auto outlets = ui.loadMainWindow();
-    outlets.localNodeView = nullptr;
-    struct Needs final : app::MainWindow::Needs {
-        bool isPaneLoaded(app::Pane) override { return true; }
-        void loadPane(app::Pane) override {}
-        bool preflightDSRef() override { return true; }
-        bool isRemote() override { return false; }
-        std::shared_ptr<halden::Session> haldenSession() override { return nullptr; }
-        void udpateAuthStatus() override {}
-        bool applicationShouldTerminate() override { return true; }
-        void windowIsClosing() override {}
-    } needs;
-    app::MainWindow window(program.environment, outlets, needs);
-    window.buildGroupedTabs();
+    ui.hasLocalNodeView = false;
+    program.controller().mainWindow().buildGroupedTabs();
     EXPECT_EQ(policyTabs().frame(), toolkit::Rect{});
 }

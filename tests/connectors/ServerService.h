@@ -99,7 +99,7 @@ private:
     fakes::Journal journal_;
     fakes::FakeHost host_;
     std::shared_ptr<fakes::FakeSession> session_ = std::make_shared<fakes::FakeSession>(journal_);
-    plugins::PluginHostTable hostTable_{std::make_shared<plugins::PluginAPIImplementor>(host_), "LDAP"};
+    plugins::PluginHostTable hostTable_{host_.makeImplementor(), "LDAP"};
 };
 
 } // namespace corvane::connectors::ldap

@@ -115,7 +115,7 @@ struct FakeInterface final : app::InterfaceLoader {
                 mainVsDirectoryEditorTabView,
                 mainTabView,
                 directoryEditor,
-                &localNodeView,
+                hasLocalNodeView ? &localNodeView : nullptr,
                 nullptr,
                 progressSheet,
                 progressBar,
@@ -161,6 +161,7 @@ public:
     FakeTabView mainTabView;
     FakeDirectoryEditor directoryEditor;
     FakeView localNodeView;
+    bool hasLocalNodeView = true; ///< set before the program loads the interface
     FakeProgressIndicator progressBar;
     FakeButton applyButton;
     FakeButton helpButton;

@@ -27,7 +27,7 @@ struct Item : testing::Test {
         description.set("PlugInName", name);
         auto item = std::make_unique<plugins::PluginItem>(
             plugins::PluginItem::Context{controller, toolkit, platform.environment}, description);
-        item->setPluginAPIImplementor(std::make_shared<plugins::PluginAPIImplementor>(host));
+        item->setPluginAPIImplementor(host.makeImplementor());
         return item;
     }
     [[nodiscard]] const std::vector<fakes::ReceivedCall>& calls() {

@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include "fakes/FakeHost.h"
 #include "fakes/FakeProgram.h"
 #include "fakes/RecordingPlugin.h"
 
@@ -21,29 +22,29 @@ struct ServicesTable : testing::Test {
 /// A table that keeps its on/off and version columns, as an interface of old may.
 struct TableOfOld : ServicesTable, services::ServicesTable::Needs, services::ServicesList::Needs {
     TableOfOld() {
+        host.session = program.framework.session;
+        host.configNode = program.controller().haldenConfigNode();
+        host.version = std::nullopt; // shows every connector
         withColumns.setDataSource(&served);
         withColumns.setDelegate(&served);
         list.buildDSConfigPaneData();
     }
-    bool unlocked() override { return isUnlocked; }
     void setPluginModified(bool value) override { modified = value; }
-    std::shared_ptr<halden::Session> haldenSession() override { return program.framework.session; }
-    std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override {
-        return program.controller().haldenConfigNode();
-    }
-    bool legacyDS() override { return true; }
-    std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() override { return nullptr; }
+    bool isServicesPaneShown() override { return true; }
     void hideProgressBar() override {}
     void reloadPluginTable() override { withColumns.reloadData(); }
 
-    bool isUnlocked = true;
     bool modified = false;
+    fakes::FakeHost host;
     fakes::FakeTableView withColumns{program.journal, "old", {"Name", "Version", "On/Off", "Other"}};
     services::ServicesList list{{plugins::PluginController::sharedInstance(program.platform.environment),
                                  program.toolkit, program.platform.environment},
+                                {host, host, nullptr},
                                 *this};
     services::ServicesTable served{
         list,
+        host,
+        host,
         program.platform.strings,
         {withColumns, program.interface.configPlugIn, program.interface.serviceState},
         *this};
@@ -139,12 +140,12 @@ TEST_F(TableOfOld, editsElsewhere_areIgnored) {
 TEST_F(TableOfOld, checkBox_isEnabledAsTheConnectorAllowsWhileUnlocked) {
     EXPECT_FALSE(withColumns.drawnCell("On/Off", 0).enabled); // "BSD" is never switched off
     EXPECT_TRUE(withColumns.drawnCell("On/Off", 1).enabled);
-    isUnlocked = false;
+    host.rights = false;
     EXPECT_FALSE(withColumns.drawnCell("On/Off", 1).enabled);
 }
 
 TEST_F(TableOfOld, colours_touchNameAndVersionOnly) {
-    isUnlocked = false;
+    host.rights = false;
     EXPECT_EQ(withColumns.drawnCell("Version", 0).textColor, TextColor::gray);
     toolkit::Cell red;
     red.textColor = TextColor::red;
