@@ -2,11 +2,13 @@
 
 #include "directory/CustomCalls.h"
 #include "halden/Calls.h"
-#include "plugins/ConnectorNames.h"
+#include "halden/ConnectorNames.h"
 #include "plugins/ServiceDescription.h"
 #include "util/TextFormat.h"
 
 namespace corvane::plugins {
+
+namespace connector = halden::connector;
 
 PluginItem::PluginItem(Context context, const util::Dictionary& description)
     : context_(context), mDictionary(description.mutableCopy().as<util::Dictionary>()),

@@ -1,9 +1,33 @@
 #include "searchpolicy/SearchPolicies.h"
 
-#include "plugins/ConnectorNames.h"
+#include <set>
+#include <string_view>
+
+#include "halden/ConnectorNames.h"
 #include "searchpolicy/NodeName.h"
 
 namespace corvane::searchpolicy {
+
+namespace connector = halden::connector;
+
+namespace {
+
+/// Connectors whose nodes may never stand on a search policy: file sharing, zeroconf and legacy service
+/// location, and the two search nodes themselves.
+bool isHidden(const std::string& connectorName) {
+    static const std::set<std::string_view> names = {"SMB",
+                                                     "NFS",
+                                                     "WebDAV",
+                                                     "WINS",
+                                                     "SLP",
+                                                     connector::zeroconf,
+                                                     connector::formerZeroconf,
+                                                     connector::search,
+                                                     connector::contacts};
+    return names.contains(connectorName);
+}
+
+} // namespace
 
 void SearchPolicies::buildDSSearchPaneData() {
     authenticationPolicy().buildPaneData();
@@ -91,19 +115,9 @@ void SearchPolicies::nodeNameChanged(const std::optional<std::string>& oldName,
 }
 
 bool SearchPolicies::shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName) {
-    const auto& hidden = prefixesToHide();
-    const auto connector = connectorOfNode(nodeName);
-    if (const auto plugin = parts_.items.pluginWithPrefix(connector))
-        return plugin->shouldAllowNodeNameOnSearchPolicy(nodeName);
-    return !hidden.contains(connector);
-}
-
-const std::set<std::string, std::less<>>& SearchPolicies::prefixesToHide() {
-    if (!pluginsPrefixesToHideForSearchPolicy_) {
-        const auto& names = plugins::connector::hiddenFromSearchPolicy;
-        pluginsPrefixesToHideForSearchPolicy_.emplace(names.begin(), names.end());
-    }
-    return *pluginsPrefixesToHideForSearchPolicy_;
+    const auto name = connectorOfNode(nodeName);
+    const auto plugin = parts_.items.pluginWithPrefix(name);
+    return plugin ? plugin->shouldAllowNodeNameOnSearchPolicy(nodeName) : !isHidden(name);
 }
 
 } // namespace corvane::searchpolicy

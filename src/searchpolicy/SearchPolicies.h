@@ -1,7 +1,6 @@
 #pragma once
 
 #include <optional>
-#include <set>
 #include <string>
 
 #include "searchpolicy/SearchPolicyPane.h"
@@ -63,11 +62,9 @@ public:
 
 private:
     [[nodiscard]] bool saveBoth();
-    [[nodiscard]] const std::set<std::string, std::less<>>& prefixesToHide();
 
     Parts parts_;
     Needs& needs_;
-    std::optional<std::set<std::string, std::less<>>> pluginsPrefixesToHideForSearchPolicy_;
 };
 
 } // namespace corvane::searchpolicy

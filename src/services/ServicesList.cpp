@@ -4,14 +4,14 @@
 #include <exception>
 #include <utility>
 
-#include "plugins/ConnectorNames.h"
+#include "halden/ConnectorNames.h"
 #include "plugins/ServiceDescription.h"
 #include "util/TextComparison.h"
 
 namespace corvane::services {
 
 namespace attribute = halden::attribute;
-namespace connector = plugins::connector;
+namespace connector = halden::connector;
 namespace service = plugins::service;
 
 namespace {

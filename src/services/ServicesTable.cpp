@@ -2,7 +2,7 @@
 
 #include <exception>
 
-#include "plugins/ConnectorNames.h"
+#include "halden/ConnectorNames.h"
 #include "util/TextFormat.h"
 
 namespace corvane::services {
@@ -85,7 +85,7 @@ std::string ServicesTable::stateOf(const plugins::PluginItem& item) {
                   : said("%@ is off once you apply the change.");
     if (!on) return said("%@ is off: none of its directories is used.");
     const auto prefix = item.pluginPrefix();
-    const bool isTheMachines = prefix == plugins::connector::local || prefix == plugins::connector::bsd;
+    const bool isTheMachines = prefix == halden::connector::local || prefix == halden::connector::bsd;
     return isTheMachines ? said("%@ is on.") : said("%@ is on, ") + directoriesOf(prefix);
 }
 
@@ -97,7 +97,7 @@ std::string ServicesTable::directoriesOf(const std::string& prefix) {
     if (names)
         for (const auto& name : names.texts())
             count += name.starts_with("/" + prefix + "/") ? 1 : 0;
-    const bool areServers = prefix == plugins::connector::ldap;
+    const bool areServers = prefix == halden::connector::ldap;
     if (count == 0) return strings_.localized(areServers ? "without a server." : "without a directory.");
     if (count == 1) return strings_.localized(areServers ? "with one server." : "with one directory.");
     return util::formatted(strings_.localized(areServers ? "with %@ servers." : "with %@ directories."),
