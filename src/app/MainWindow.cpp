@@ -103,8 +103,7 @@ void MainWindow::startAuthStatusTimerIfActive() {
 }
 
 void MainWindow::buildGroupedTabs() {
-    const auto frame = outlets_.localNodeView != nullptr ? outlets_.localNodeView->frame() : toolkit::Rect{};
-    searchPathsTabView_ = environment_.toolkit.makeTabView(frame);
+    searchPathsTabView_ = environment_.toolkit.makeTabView(toolkit::Rect{}); // its page gives it its size
     searchPathsTabView_->setAutoresizingMask(toolkit::TabView::widthSizable |
                                              toolkit::TabView::heightSizable);
     searchPathsTabView_->setDelegate(this);

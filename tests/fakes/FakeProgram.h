@@ -84,8 +84,7 @@ struct FakeInterface final : app::InterfaceLoader {
     FakeInterface(Journal& journal, std::shared_ptr<FakeAuthorization> authorization)
         : journal_(journal), window(journal, "window"), progressSheet(journal, "progressSheet"),
           mainVsDirectoryEditorTabView(journal, "mainVsDirectoryEditorTabView"),
-          mainTabView(journal, "mainTabView"), directoryEditor(journal),
-          localNodeView(journal, "localNodeView"), progressBar(journal, "progressBar"),
+          mainTabView(journal, "mainTabView"), directoryEditor(journal), progressBar(journal, "progressBar"),
           applyButton(journal, "applyButton", &window), helpButton(journal, "helpButton", &window),
           configPlugIn(journal, "configPlugIn", &window), serviceState(journal, "serviceState"),
           selectPlugIn(journal, "selectPlugIn", {"Name", "Version", "On-Off"}),
@@ -107,7 +106,6 @@ struct FakeInterface final : app::InterfaceLoader {
         for (const auto* page : {"main", "directoryEditor"})
             mainVsDirectoryEditorTabView.addTabViewItem(std::make_shared<FakeTabViewItem>(page));
         selectPlugIn.setWindow(&window);
-        localNodeView.setFrameForTest({{0, 0}, {550, 300}});
     }
 
     [[nodiscard]] app::MainWindowOutlets loadMainWindow() override {
@@ -115,8 +113,6 @@ struct FakeInterface final : app::InterfaceLoader {
                 mainVsDirectoryEditorTabView,
                 mainTabView,
                 directoryEditor,
-                hasLocalNodeView ? &localNodeView : nullptr,
-                nullptr,
                 progressSheet,
                 progressBar,
                 applyButton,
@@ -160,8 +156,6 @@ public:
     FakeTabView mainVsDirectoryEditorTabView;
     FakeTabView mainTabView;
     FakeDirectoryEditor directoryEditor;
-    FakeView localNodeView;
-    bool hasLocalNodeView = true; ///< set before the program loads the interface
     FakeProgressIndicator progressBar;
     FakeButton applyButton;
     FakeButton helpButton;
