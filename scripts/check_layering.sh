@@ -5,6 +5,7 @@
 #
 #   1. Includes: an #include points into its own folder or one that the table allows. Folders that may not link
 #      foreign libraries include nothing else but headers of the standard library.
+#      So do the tests that are one layer's alone (add_layer_test).
 #   2. Symbols: what the static libraries of those folders in BUILD-DIR (build/dev) import is defined in their own
 #      or an allowed folder, or in the C and C++ run-time libraries. This also finds what an include can't show,
 #      such as a hand-written extern declaration.
@@ -142,6 +143,22 @@ check_includes() {
     ((checked_includes > 0)) || could_not_check "no #include found under src/"
 }
 
+# A folder of tests that add_layer_test makes a program of links its layer alone; what it includes of src/ is what
+# that layer may include.
+check_layer_tests() {
+    local list folder path number line name target
+    while read -r list; do
+        folder=$(basename "$(dirname "$list")")
+        while IFS=: read -r path number line; do
+            name=${line#*\"}; name=${name%\"*}
+            target=$(layer_of "$name")
+            [[ -e src/$name && -n ${allowed[$target]:-} ]] || continue
+            checked_includes=$((checked_includes + 1))
+            may_use "$folder" "$target" || violation "$path:$number: a test of $folder may not include $name"
+        done < <(grep -nE '^#include "' /dev/null tests/"$folder"/*.cpp $(find tests/"$folder" -maxdepth 1 -name '*.h'))
+    done < <(grep -lE '^add_layer_test\(' tests/*/CMakeLists.txt)
+}
+
 archive_of() { find "$build" -name "libcorvane-${1//\//-}.a" -print -quit; }
 
 # What every program may import: names the C and C++ run-time libraries define. Versions (name@VERSION) cut off.
@@ -201,6 +218,7 @@ check_symbols() {
 export LC_ALL=C
 read_layers
 check_includes
+check_layer_tests
 ((sources_only)) || check_symbols
 echo "layering: $checked_includes includes and $checked_libraries libraries checked, $violations violations"
 ((violations == 0))

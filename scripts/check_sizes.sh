@@ -12,7 +12,7 @@
 set -uo pipefail
 cd "${1:-$(dirname "$(readlink -f "${BASH_SOURCE[0]}")")/..}" || exit 2
 
-logic=(util halden toolkit platform directory formatters views plugins auth services searchpolicy diagnostics app sdk)
+logic=(util halden toolkit platform directory formatters views plugins auth services searchpolicy app sdk)
 
 too_long_files() {
     local limit=$1

@@ -10,6 +10,7 @@ void LockEffect::lockStateChanged(bool unlocked) {
         unlock();
     else
         lock();
+    parts_.notices.update();
 }
 
 void LockEffect::lock() {
@@ -32,12 +33,12 @@ void LockEffect::unlock() {
     outlets_.addNodeContact.setEnabled(true);
     outlets_.selectSearchPolicy.setEnabled(true);
     outlets_.selectContactPolicy.setEnabled(true);
-    needs_.updateConfigEnable();
-    needs_.updateDeleteEnable();
-    needs_.updateDeleteContactEnable();
-    needs_.updateModifiedState();
+    parts_.servicesTable.updateConfigEnable();
+    parts_.authenticationPane.updateDeleteEnable();
+    parts_.contactsPane.updateDeleteEnable();
+    parts_.modified.updateModifiedState();
     outlets_.selectPlugIn.setAllowsEmptySelection(false);
-    if (needs_.selectedTabItemIdentifier() == "1") outlets_.window.makeFirstResponder(&outlets_.selectPlugIn);
+    if (parts_.window.isServicesPaneShown()) outlets_.window.makeFirstResponder(&outlets_.selectPlugIn);
     outlets_.selectPlugIn.selectRow(0, false);
 }
 

@@ -1,22 +1,25 @@
 #pragma once
 
-#include "app/MainWindowOutlets.h"
+#include "app/MainWindow.h"
+#include "searchpolicy/SearchPolicyPane.h"
+#include "searchpolicy/UnsavedNotices.h"
+#include "services/ModifiedState.h"
 
 namespace corvane::app {
 
 /// What opening and closing the lock does to the window's controls. Main thread.
 class LockEffect {
 public:
-    struct Needs {
-        virtual ~Needs() = default;
-        virtual void updateConfigEnable() = 0;
-        virtual void updateDeleteEnable() = 0;
-        virtual void updateDeleteContactEnable() = 0;
-        virtual void updateModifiedState() = 0;
-        [[nodiscard]] virtual std::string selectedTabItemIdentifier() = 0;
+    struct Parts {
+        MainWindow& window;
+        services::ServicesTable& servicesTable;
+        services::ModifiedState& modified;
+        searchpolicy::SearchPolicyPane& authenticationPane;
+        searchpolicy::SearchPolicyPane& contactsPane;
+        searchpolicy::UnsavedNotices& notices;
     };
 
-    LockEffect(const MainWindowOutlets& outlets, Needs& needs) : outlets_(outlets), needs_(needs) {}
+    LockEffect(const MainWindowOutlets& outlets, Parts parts) : outlets_(outlets), parts_(parts) {}
 
     /// Tables are redrawn in either case. Closing disables what changes anything, Apply included, and takes
     /// every selection away; opening enables it and selects the first connector.
@@ -27,7 +30,7 @@ private:
     void unlock();
 
     MainWindowOutlets outlets_;
-    Needs& needs_;
+    Parts parts_;
 };
 
 } // namespace corvane::app

@@ -4,41 +4,12 @@
 #include <optional>
 #include <string>
 
-#include "app/Environment.h"
-#include "app/LockEffect.h"
-#include "app/MainWindow.h"
-#include "auth/DirectoryConnection.h"
-#include "auth/LocalAuthorization.h"
-#include "directory/NetworkLocations.h"
-#include "directory/RootUser.h"
-#include "plugins/PluginAPIImplementor.h"
-#include "searchpolicy/LeavingQuestion.h"
-#include "searchpolicy/NodePaneController.h"
-#include "searchpolicy/SearchPolicies.h"
-#include "searchpolicy/SearchPolicyPane.h"
-#include "searchpolicy/UnsavedNotices.h"
-#include "services/ModifiedState.h"
-#include "services/ServicesList.h"
-#include "services/ServicesTable.h"
+#include "app/WindowSetUp.h"
 
 namespace corvane::app {
 
-/// What the main controller asks of the application's delegate, which is the sender of the last `showWindow`.
-class MainControllerOwner {
-public:
-    virtual ~MainControllerOwner() = default;
-    /// True to go on. `quitting` is false for locking, connecting and disconnecting.
-    [[nodiscard]] virtual bool applicationShouldSaveChanges(bool quitting) = 0;
-    /// False cancels the quit.
-    [[nodiscard]] virtual bool applicationShouldTerminate() = 0;
-    /// The dialog that asks for a remote server's password.
-    [[nodiscard]] virtual auth::ConnectionDialog& authDialog() = 0;
-    virtual void authAccepted() = 0;
-};
-
-/// The one controller of the main window. It holds the collaborators that do the work and hands every
-/// operation to the one that owns it; what a collaborator needs of another goes through here and nowhere
-/// else. Main thread throughout.
+/// The one controller of the main window: every operation that the program has on it, handed to the
+/// collaborator that does the work. Main thread throughout.
 class MainController final {
 public:
     /// The controller of this process, made on the first call.
@@ -47,7 +18,7 @@ public:
     explicit MainController(Environment& environment);
     MainController(const MainController&) = delete;
     MainController& operator=(const MainController&) = delete;
-    ~MainController();
+    ~MainController() = default;
 
     // Window and navigation
     /// Loads the window on the first call, then shows it. `sender` stays the owner until the next call.
@@ -63,8 +34,8 @@ public:
     void localNodeWindowHelpButtonHit();
     void applicationDidBecomeActive();
     void applicationDidResignActive();
-    [[nodiscard]] MainWindow& mainWindow() { return mainWindow_; }
-    [[nodiscard]] toolkit::Window& window() { return outlets_.window; }
+    [[nodiscard]] MainWindow& mainWindow() { return c_.mainWindow; }
+    [[nodiscard]] toolkit::Window& window() { return c_.outlets.window; }
 
     // Services
     void buildDSConfigPaneData();
@@ -88,7 +59,7 @@ public:
     [[nodiscard]] bool isDirty();
     bool save();
     void applyAction();
-    [[nodiscard]] bool saveWasCancelled() const { return modifiedState_.saveWasCancelled(); }
+    [[nodiscard]] bool saveWasCancelled() const { return c_.modifiedState.saveWasCancelled(); }
     void revertAction();
     /// Asks whether to quit, or to lock, although the service refused to save something. True to go on.
     [[nodiscard]] bool mayLeaveUnsaved(bool quitting);
@@ -166,37 +137,9 @@ public:
     void toggleDebugMenu();
 
 private:
-    class Links;
-
-    void awakeFromNib();
-    void showMachine();
-    void connectActions();
-    [[nodiscard]] bool listenForSearchPolicyChanges();
-
     Environment& environment_;
-    MainWindowOutlets outlets_;
-    MainControllerOwner* owner_ = nullptr;
-    bool windowLoaded_ = false;
-    std::unique_ptr<Links> links_;
-    std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor_;
-    auth::DirectoryConnection connection_;
-    auth::LocalAuthorization authorization_;
-    directory::NetworkLocations networkLocations_;
-    directory::RootUser rootUser_;
-    services::ServicesList servicesList_;
-    services::ServicesTable servicesTable_;
-    services::ModifiedState modifiedState_;
-    searchpolicy::SearchPolicy authenticationPolicy_;
-    searchpolicy::SearchPolicy contactsPolicy_;
-    searchpolicy::SearchPolicies policies_;
-    searchpolicy::SearchPolicyPane authenticationPane_;
-    searchpolicy::SearchPolicyPane contactsPane_;
-    searchpolicy::UnsavedNotices unsavedNotices_;
-    searchpolicy::LeavingQuestion leavingQuestion_;
-    std::unique_ptr<searchpolicy::NodePaneController> nodePaneController_;
-    LockEffect lockEffect_;
-    MainWindow mainWindow_;
-    std::unique_ptr<util::NotificationCenter::Observation> searchPathChanges_;
+    Collaborators c_;
+    WindowSetUp setUp_;
 };
 
 } // namespace corvane::app

@@ -5,6 +5,7 @@
 #include <charconv>
 
 #include "app/TabTable.h"
+#include "util/TextFormat.h"
 
 namespace corvane::app {
 namespace {
@@ -78,8 +79,8 @@ std::optional<toolkit::Point> pointFromText(const std::string& text) {
 
 } // namespace
 
-MainWindow::MainWindow(Environment& environment, const MainWindowOutlets& outlets, Needs& needs)
-    : environment_(environment), outlets_(outlets), needs_(needs) {
+MainWindow::MainWindow(Environment& environment, const MainWindowOutlets& outlets, Parts parts)
+    : environment_(environment), outlets_(outlets), parts_(parts) {
     outlets_.window.setDelegate(this);
     outlets_.mainTabView.setDelegate(this);
     outlets_.mainVsDirectoryEditorTabView.setDelegate(this);
@@ -94,7 +95,7 @@ void MainWindow::setUpNavigation() {
     buildGroupedTabs();
     useToolbarInsteadOfTableView();
     loadCurrentTabIfNeeded(selectedTabItemIdentifier());
-    needs_.udpateAuthStatus();
+    parts_.authorization.udpateAuthStatus();
 }
 
 void MainWindow::startAuthStatusTimerIfActive() {
@@ -102,8 +103,7 @@ void MainWindow::startAuthStatusTimerIfActive() {
 }
 
 void MainWindow::buildGroupedTabs() {
-    const auto frame = outlets_.localNodeView != nullptr ? outlets_.localNodeView->frame() : toolkit::Rect{};
-    searchPathsTabView_ = environment_.toolkit.makeTabView(frame);
+    searchPathsTabView_ = environment_.toolkit.makeTabView(toolkit::Rect{}); // its page gives it its size
     searchPathsTabView_->setAutoresizingMask(toolkit::TabView::widthSizable |
                                              toolkit::TabView::heightSizable);
     searchPathsTabView_->setDelegate(this);
@@ -144,11 +144,21 @@ std::string MainWindow::selectedTabItemIdentifier() const {
     return identifierOf(outlets_.mainTabView.selectedTabViewItem());
 }
 
+bool MainWindow::isServicesPaneShown() const { return selectedTabItemIdentifier() == page::services; }
+
+void MainWindow::invalidatePanesUnlessEdited() {
+    if (!outlets_.window.isDocumentEdited()) parts_.panes.invalidate();
+}
+
+void MainWindow::showMachineInTitle(const std::string& name) {
+    outlets_.window.setTitle(util::formatted(localized("Corvane: %@"), {name}));
+}
+
 void MainWindow::toolbarItemClicked(const toolkit::ToolbarItem& item) {
     const auto tab = tabtable::tabIDOf(item.identifier);
     if (tab == page::editorTab) {
         outlets_.mainVsDirectoryEditorTabView.selectTabViewItemWithIdentifier(page::directoryEditor);
-        outlets_.directoryEditorView.setHaldenSession(needs_.haldenSession());
+        outlets_.directoryEditorView.setHaldenSession(parts_.connection.haldenSession());
         return;
     }
     outlets_.mainVsDirectoryEditorTabView.selectTabViewItemWithIdentifier(page::main);
@@ -169,27 +179,27 @@ void MainWindow::clickItem(const std::string& identifier) {
 }
 
 void MainWindow::loadCurrentTabIfNeeded(const std::optional<std::string>& identifier) {
-    const bool remote = needs_.isRemote();
+    const bool remote = parts_.connection.isRemote();
     auto wanted = identifier.value_or(selectedTabItemIdentifier());
     if (wanted == page::searchPaths && searchPathsTabView_)
         wanted = identifierOf(searchPathsTabView_->selectedTabViewItem());
     const auto pane = paneOf(wanted);
-    if (!pane || *pane == Pane::localUsers || needs_.isPaneLoaded(*pane)) return;
+    if (!pane || *pane == Pane::localUsers || parts_.panes.isLoaded(*pane)) return;
     loadPaneWithProgress(*pane, remote);
 }
 
 void MainWindow::loadPaneWithProgress(Pane pane, bool remote) {
-    if (!remote) return needs_.loadPane(pane);
+    if (!remote) return parts_.panes.load(pane);
     outlets_.progressBar.setIndeterminate(true);
     outlets_.progressBar.display();
     showProgressBar();
-    needs_.loadPane(pane);
+    parts_.panes.load(pane);
     hideProgressBar();
 }
 
 bool MainWindow::shouldSelectTabViewItem(toolkit::TabView& /*tabView*/, const toolkit::TabViewItem& item) {
     const auto pane = paneOf(item.identifier());
-    return !pane || needs_.isPaneLoaded(*pane) || needs_.preflightDSRef();
+    return !pane || parts_.panes.isLoaded(*pane) || parts_.authorization.preflightDSRef();
 }
 
 void MainWindow::willSelectTabViewItem(toolkit::TabView& /*tabView*/, const toolkit::TabViewItem& item) {
@@ -232,7 +242,7 @@ void MainWindow::windowDidLoad() {
     defaults.setBool(firstLaunch, false);
     outlets_.window.makeKeyAndOrderFront();
     outlets_.window.makeFirstResponder(nullptr);
-    needs_.loadPane(Pane::services);
+    parts_.panes.load(Pane::services);
 }
 
 void MainWindow::showWindow() { outlets_.window.makeKeyAndOrderFront(); }
@@ -267,6 +277,13 @@ void MainWindow::errorSheetDidEnd() {
     if (!errorSheets_.empty()) showFirstErrorSheet();
 }
 
+void MainWindow::explainRootUser() {
+    showErrorSheet(localized("The root user can’t be changed here yet."),
+                   localized("This version shows whether root may log in, and changes nothing. Use "
+                             "“passwd root” in a terminal to set its password, and “passwd --lock "
+                             "root” to lock it."));
+}
+
 void MainWindow::mainWindowHelpButtonHit() {
     environment_.toolkit.application().openHelpAnchor(helpAnchor, helpBook);
 }
@@ -278,16 +295,16 @@ void MainWindow::localNodeWindowHelpButtonHit() {
 void MainWindow::scheduleAuthStatusTimer() {
     if (authStatusTimer_) authStatusTimer_->invalidate();
     authStatusTimer_ = environment_.platform.runLoop.scheduleRepeatingTimer(
-        authStatusSeconds, [this] { needs_.udpateAuthStatus(); });
+        authStatusSeconds, [this] { parts_.authorization.udpateAuthStatus(); });
 }
 
 void MainWindow::applicationDidBecomeActive() {
-    needs_.udpateAuthStatus();
+    parts_.authorization.udpateAuthStatus();
     scheduleAuthStatusTimer();
 }
 
 void MainWindow::applicationDidResignActive() {
-    needs_.udpateAuthStatus();
+    parts_.authorization.udpateAuthStatus();
     if (authStatusTimer_) authStatusTimer_->invalidate();
     authStatusTimer_.reset();
 }
@@ -315,12 +332,12 @@ toolkit::ToolbarItem MainWindow::itemForItemIdentifier(const toolkit::Toolbar& /
 bool MainWindow::validateToolbarItem(const toolkit::ToolbarItem& /*item*/) { return true; }
 
 bool MainWindow::windowShouldClose(toolkit::Window& /*window*/) {
-    return needs_.applicationShouldTerminate();
+    return parts_.owner.applicationShouldTerminate();
 }
 
 void MainWindow::windowWillClose(toolkit::Window& window) {
     window.saveFrameUsingName(frameName);
-    needs_.windowIsClosing();
+    parts_.modified.setQuitting();
     environment_.toolkit.application().terminate();
 }
 

@@ -6,11 +6,12 @@
 #include <string>
 
 #include "app/Environment.h"
+#include "app/PaneLoader.h"
+#include "app/WindowOwner.h"
+#include "auth/LocalAuthorization.h"
+#include "services/ModifiedState.h"
 
 namespace corvane::app {
-
-/// The panes whose data is read when they are first shown.
-enum class Pane { services, authenticationPolicy, contactsPolicy, localUsers };
 
 /// The one window's navigation: its pages and toolbar, the loading of each page when it is first shown, its
 /// size for each page, the state kept between runs, and the progress and error sheets. Main thread.
@@ -18,22 +19,15 @@ class MainWindow final : public toolkit::TabViewDelegate,
                          public toolkit::ToolbarDelegate,
                          public toolkit::WindowDelegate {
 public:
-    struct Needs {
-        virtual ~Needs() = default;
-        [[nodiscard]] virtual bool isPaneLoaded(Pane pane) = 0;
-        /// Reads the pane's data and shows it.
-        virtual void loadPane(Pane pane) = 0;
-        [[nodiscard]] virtual bool preflightDSRef() = 0;
-        [[nodiscard]] virtual bool isRemote() = 0;
-        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
-        virtual void udpateAuthStatus() = 0;
-        /// False keeps the window open.
-        [[nodiscard]] virtual bool applicationShouldTerminate() = 0;
-        /// From here on nothing counts as unsaved.
-        virtual void windowIsClosing() = 0;
+    struct Parts {
+        WindowOwner& owner;
+        PaneLoader& panes;
+        directory::Connection& connection;
+        auth::LocalAuthorization& authorization;
+        services::ModifiedState& modified;
     };
 
-    MainWindow(Environment& environment, const MainWindowOutlets& outlets, Needs& needs);
+    MainWindow(Environment& environment, const MainWindowOutlets& outlets, Parts parts);
     MainWindow(const MainWindow&) = delete;
     MainWindow& operator=(const MainWindow&) = delete;
 
@@ -50,6 +44,11 @@ public:
     void loadCurrentTabIfNeeded(const std::optional<std::string>& identifier);
     /// "" while there is no page.
     [[nodiscard]] std::string selectedTabItemIdentifier() const;
+    [[nodiscard]] bool isServicesPaneShown() const;
+    /// Lets the panes be read again unless there are unsaved edits.
+    void invalidatePanesUnlessEdited();
+    /// `name` is the machine's name or address.
+    void showMachineInTitle(const std::string& name);
     /// Another grouping of the pages, which nothing in the program asks for.
     void createAdvancedPanel();
 
@@ -59,6 +58,8 @@ public:
     void updateProgressBar() {}
     /// One "OK" button, on the main window. A second one waits until the first has been read.
     void showErrorSheet(const std::string& title, const std::string& message);
+    /// Says in a sheet that this version can't change the root user.
+    void explainRootUser();
     void mainWindowHelpButtonHit();
     void localNodeWindowHelpButtonHit();
     void toolbarItemClicked(const toolkit::ToolbarItem& item);
@@ -102,7 +103,7 @@ private:
 
     Environment& environment_;
     MainWindowOutlets outlets_;
-    Needs& needs_;
+    Parts parts_;
     std::shared_ptr<toolkit::TabView> searchPathsTabView_;
     std::shared_ptr<toolkit::Toolbar> toolbar_;
     std::unique_ptr<platform::Timer> authStatusTimer_;

@@ -22,8 +22,6 @@ struct MainWindowOutlets {
     /// Pages "1" services, "2" authentication policy, "3" contacts policy.
     toolkit::TabView& mainTabView;
     auth::DirectoryEditor& directoryEditorView;
-    toolkit::View* localNodeView;     ///< its frame sizes the search-policy pages; may be missing
-    toolkit::Window* localNodeWindow; ///< a secondary window; may be missing
 
     toolkit::Window& progressSheet;
     toolkit::ProgressIndicator& progressBar;

@@ -5,14 +5,17 @@
 #include <string>
 
 #include "auth/RemoteAuthorization.h"
-#include "directory/HaldenNodeConfig.h"
-#include "halden/Session.h"
+#include "directory/Connection.h"
+#include "directory/NetworkLocations.h"
+#include "directory/RootUser.h"
 
 namespace corvane::auth {
 
 /// Which directory service the program talks to: its session, the nodes opened on it, and, for a remote one,
 /// the server's address and the rights held there. Main thread.
-class DirectoryConnection {
+class DirectoryConnection final : public directory::Connection,
+                                  public directory::NetworkLocations::Needs,
+                                  public directory::RootUser::Needs {
 public:
     struct Needs {
         virtual ~Needs() = default;
@@ -30,22 +33,22 @@ public:
     DirectoryConnection(const DirectoryConnection&) = delete;
     DirectoryConnection& operator=(const DirectoryConnection&) = delete;
 
-    [[nodiscard]] bool isRemote() const { return isRemote_; }
+    [[nodiscard]] bool isRemote() override { return isRemote_; }
     /// Hides the lock control when remote and shows it when local; nothing happens when nothing changes.
     void setRemote(bool remote);
 
     /// The current session; the default one is taken when there is none. Null when even that can't be had.
-    [[nodiscard]] std::shared_ptr<halden::Session> haldenSession();
+    [[nodiscard]] std::shared_ptr<halden::Session> haldenSession() override;
     /// Drops the nodes of the session before.
     void setHaldenSession(std::shared_ptr<halden::Session> session);
     /// Takes the default session instead of the one held, and keeps the nodes.
     void renewDefaultSession();
 
     /// Opened on first use; null when that fails.
-    [[nodiscard]] std::shared_ptr<halden::Node> localHaldenNode();
-    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode();
+    [[nodiscard]] std::shared_ptr<halden::Node> localHaldenNode() override;
+    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override;
     /// Null unless `haldenConfigNode` has opened it on this session.
-    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> openedConfigNode() const {
+    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> openedConfigNode() override {
         return configNode_;
     }
 
@@ -54,7 +57,8 @@ public:
     void setRemoteAuth(std::shared_ptr<RemoteAuthorization> authorization);
     /// Remote from here on. The same address again changes nothing.
     void setIPAddress(const std::string& address);
-    [[nodiscard]] const std::optional<std::string>& ipAddress() const { return ipAddress_; }
+    /// "" for this machine.
+    [[nodiscard]] std::string ipAddress() override { return ipAddress_.value_or(""); }
 
     /// Gives up address, remote rights and session, in this order, and locks. The program still counts as
     /// remote; the next `haldenSession` is the default one.

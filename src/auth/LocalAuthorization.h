@@ -5,6 +5,7 @@
 
 #include "auth/DirectoryConnection.h"
 #include "auth/DirectoryEditor.h"
+#include "directory/Authorizer.h"
 #include "platform/AuthorizationView.h"
 #include "platform/Environment.h"
 
@@ -12,7 +13,7 @@ namespace corvane::auth {
 
 /// Who may change anything: the lock control at the foot of the window and its rights, or the rights held on
 /// a remote server, and the external form in which either reaches the directory service. Main thread.
-class LocalAuthorization final : public platform::AuthorizationViewDelegate {
+class LocalAuthorization final : public directory::Authorizer, public platform::AuthorizationViewDelegate {
 public:
     struct Needs {
         virtual ~Needs() = default;
@@ -39,22 +40,20 @@ public:
     /// Connects the lock control, and opens or closes the lock as the rights are held or not.
     void setUpLockControl();
 
-    [[nodiscard]] bool unlocked() const { return unlocked_; }
+    [[nodiscard]] bool unlocked() const override { return unlocked_; }
     void setUnlocked(bool unlocked);
     /// The local node has accepted this authorization.
     [[nodiscard]] bool isAuthed() const { return authedToLocalNode_; }
-    [[nodiscard]] std::shared_ptr<platform::Authorization> authorization() const { return authorization_; }
-    /// 0 without an authorization.
-    [[nodiscard]] platform::AuthorizationRef authorizationRef() const;
+    [[nodiscard]] std::shared_ptr<platform::Authorization> authorization() const override {
+        return authorization_;
+    }
+    [[nodiscard]] platform::AuthorizationRef authorizationRef() const override;
 
     /// Are the rights held? Asks nobody.
     [[nodiscard]] bool haveAuthRights() const;
-    /// Makes sure that the rights are held, asking the user if needed. False: the caller gives up.
-    [[nodiscard]] bool preflightAuthRights();
-    /// Makes sure that there is a directory session.
-    [[nodiscard]] bool preflightDSRef();
-    /// 0 on success; the form is left alone otherwise.
-    [[nodiscard]] std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form);
+    [[nodiscard]] bool preflightAuthRights() override;
+    [[nodiscard]] bool preflightDSRef() override;
+    [[nodiscard]] std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form) override;
 
     /// Authenticates the local node. Locally this is done once and only while the lock control is open; a
     /// remote node is authenticated at every call. Failures are logged, never shown.

@@ -8,8 +8,6 @@ app::MainWindowOutlets DesktopInterface::loadMainWindow() {
             .mainVsDirectoryEditorTabView = w.mainVsDirectoryEditorTabView,
             .mainTabView = w.mainTabView,
             .directoryEditorView = directoryEditor_,
-            .localNodeView = nullptr,
-            .localNodeWindow = nullptr,
             .progressSheet = w.progressSheet,
             .progressBar = w.progressBar,
             .applyButton = w.applyButton,

@@ -5,15 +5,15 @@
 #include <string>
 
 #include "directory/HaldenNodeConfig.h"
+#include "directory/MachineFacts.h"
 #include "platform/Environment.h"
 
 namespace corvane::directory {
 
 /// What is known of the machine that is being configured: its network locations, its name and its system.
 /// On this machine the answers are the network configuration's, on a remote one the server's. Failures never
-/// raise and never show an alert: they are logged, and the answer is what is left. Main thread; each question
-/// to a remote server blocks until it answers.
-class NetworkLocations {
+/// raise and never show an alert: they are logged, and the answer is what is left. Main thread.
+class NetworkLocations final : public MachineFacts {
 public:
     struct Needs {
         virtual ~Needs() = default;
@@ -34,18 +34,15 @@ public:
     /// an empty dictionary, one without an identifier a dictionary with the name alone. Callers rely on
     /// neither.
     [[nodiscard]] static util::Dictionary dictionaryForNetworkSet(const platform::NetworkSet& set);
-    /// An array of such dictionaries, empty when there are none or they can't be had.
-    [[nodiscard]] util::Array networkSets();
-    /// One of them; null when there is none.
-    [[nodiscard]] util::Dictionary currentNetworkSet();
-    /// The machine's host name. A remote server that doesn't tell is called by its address.
-    [[nodiscard]] std::string hostName();
+    [[nodiscard]] util::Array networkSets() override;
+    [[nodiscard]] util::Dictionary currentNetworkSet() override;
+    /// A remote server that doesn't report its name is called by its address.
+    [[nodiscard]] std::string hostName() override;
 
-    /// Version of the system that the directory service runs on: the last one it reports. None when it
-    /// reports none, and none until the configuration node of the current session has been opened.
-    [[nodiscard]] std::optional<std::string> osVersion();
-    /// The version is unknown or older than 10.7; versions compare number by number.
-    [[nodiscard]] bool legacyDS();
+    /// The last version that the service reports. None when it reports none, and none until the configuration
+    /// node of the current session has been opened.
+    [[nodiscard]] std::optional<std::string> osVersion() override;
+    [[nodiscard]] bool legacyDS() override;
 
 private:
     /// The node, with a line in the log when it can't be had.

@@ -1,19 +1,18 @@
 #pragma once
 
-#include <cstdint>
 #include <memory>
-#include <optional>
 #include <string>
 
-#include "directory/HaldenNodeConfig.h"
+#include "directory/Authorizer.h"
+#include "directory/Connection.h"
+#include "directory/MachineFacts.h"
 #include "formatters/IPv4AddressFormatter.h"
 #include "formatters/NumberEnforcer.h"
 #include "formatters/ValidCharacterFormatter.h"
-#include "halden/Session.h"
-#include "platform/Authorization.h"
 #include "platform/PropertyListCodec.h"
+#include "plugins/HostParts.h"
 #include "plugins/PluginSurroundings.h"
-#include "util/AuthorizationExternalForm.h"
+#include "util/ProcessLog.h"
 
 namespace corvane::plugins {
 
@@ -26,79 +25,41 @@ public:
     virtual void setRemoteAuthExtForm(const util::AuthorizationExternalForm& form) = 0;
 };
 
-/// The one object through which plug-ins call the host. It holds no state of its own: every answer is that of
-/// the moment, of the window's present connection. Results that are new objects say so; everything else is
-/// the host's, and shared. Main thread.
+/// The one object through which plug-ins call the host: five parts of the program, each with the operations
+/// that plug-ins may use. It holds no state of its own: every answer is that of the moment, of the window's
+/// present connection. What comes out of it is the host's, and shared, except the formatters. Main thread.
 class PluginAPIImplementor {
 public:
-    /// The program behind the interface; the names are the main controller's.
-    struct Host : formatters::ValidCharacterFormatter::Needs {
-        [[nodiscard]] virtual bool preflightDSRef() = 0;
-        [[nodiscard]] virtual bool preflightAuthRights() = 0;
-        [[nodiscard]] virtual std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form) = 0;
-        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
-        [[nodiscard]] virtual std::shared_ptr<platform::Authorization> authorization() = 0;
-        [[nodiscard]] virtual platform::AuthorizationRef authorizationRef() = 0;
-        [[nodiscard]] virtual std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() = 0;
-        [[nodiscard]] virtual util::Array networkSets() = 0;
-        [[nodiscard]] virtual util::Dictionary currentNetworkSet() = 0;
-        [[nodiscard]] virtual std::string hostName() = 0;
-        [[nodiscard]] virtual bool isRemote() = 0;
-        virtual void reloadPluginTable() = 0;
-        virtual void reloadSearchPolicies() = 0;
-        [[nodiscard]] virtual bool saveSearchPolicies() = 0;
-        [[nodiscard]] virtual bool isNodeOnAuthSearchPolicy(const std::string& nodeName) = 0;
-        [[nodiscard]] virtual bool isNodeOnContactsSearchPolicy(const std::string& nodeName) = 0;
-        virtual void addNodeToAuthSearchPolicy(const std::string& nodeName) = 0;
-        virtual void addNodeToContactsSearchPolicy(const std::string& nodeName) = 0;
-        virtual void deleteNodeFromAuthSearchPolicy(const std::string& nodeName) = 0;
-        virtual void deleteNodeFromContactsSearchPolicy(const std::string& nodeName) = 0;
-        virtual void deleteNodesFromAuthSearchPolicyWithPrefix(const std::string& prefix) = 0;
-        virtual void deleteNodesFromContactsSearchPolicyWithPrefix(const std::string& prefix) = 0;
-        virtual void nodeNameChanged(const std::optional<std::string>& from,
-                                     const std::optional<std::string>& to) = 0;
-        virtual void setPluginModified(bool modified) = 0;
-        [[nodiscard]] virtual std::optional<std::string>
-        pluginVersionWithPrefix(const std::string& prefix) = 0;
-        [[nodiscard]] virtual std::optional<std::string> osVersion() = 0;
-        [[nodiscard]] virtual bool legacyDS() = 0;
-        [[nodiscard]] virtual bool isPluginEnabled(const std::string& prefix) = 0;
-        virtual void setPluginEnabled(const std::string& prefix, bool enabled) = 0;
-
-        /// A plug-in's code failed unexpectedly.
-        virtual void pluginFailed(const std::string& plugin, const std::string& operation,
-                                  const std::string& reason) = 0;
-        virtual void log(const std::string& line) = 0;
-        [[nodiscard]] virtual const platform::LocalizedStrings& strings() = 0;
-        [[nodiscard]] virtual const platform::PropertyListCodec& propertyLists() = 0;
-        [[nodiscard]] virtual PluginSurroundings surroundings() = 0;
+    /// The parts, which outlive this object.
+    struct Parts {
+        directory::Connection& connection;
+        directory::Authorizer& authorization;
+        HostPolicies& policies;
+        HostServices& services;
+        directory::MachineFacts& machine;
+    };
+    /// What the formatters and the boundary itself work with; outlives this object and the formatters.
+    struct Tools {
+        util::ProcessLog& log;
+        const platform::LocalizedStrings& strings;
+        const platform::PropertyListCodec& propertyLists;
+        formatters::ValidCharacterFormatter::Needs& beep;
+        forms::FormPresenter& formPresenter;
+        platform::RunLoop& runLoop;
+        BackgroundCalls& background;
     };
 
-    explicit PluginAPIImplementor(Host& host) : host_(host) {}
+    PluginAPIImplementor(Parts parts, Tools tools) : parts_(parts), tools_(tools) {}
 
-    [[nodiscard]] bool preflightDSRef() { return host_.preflightDSRef(); }
-    [[nodiscard]] bool preflightAuthRights() { return host_.preflightAuthRights(); }
-    /// 0 on success.
-    [[nodiscard]] std::int32_t makeAuthExternalForm(util::AuthorizationExternalForm& form) {
-        return host_.makeAuthExternalForm(form);
-    }
+    [[nodiscard]] directory::Connection& connection() { return parts_.connection; }
+    [[nodiscard]] directory::Authorizer& authorization() { return parts_.authorization; }
+    [[nodiscard]] HostPolicies& policies() { return parts_.policies; }
+    [[nodiscard]] HostServices& services() { return parts_.services; }
+    [[nodiscard]] directory::MachineFacts& machine() { return parts_.machine; }
+
     /// Hands the action the authorization itself, or, while a remote server is configured, its external form:
     /// all zeros when that could not be made.
     void setAuthorizationForHaldenCAction(HaldenCAction& action);
-    [[nodiscard]] std::shared_ptr<halden::Session> haldenSession() { return host_.haldenSession(); }
-    /// Names for an older directory interface, which this program doesn't have: always 0.
-    [[nodiscard]] std::uint32_t dsRef() { return 0; }
-    [[nodiscard]] std::uint32_t configureNodeRef() { return 0; }
-    [[nodiscard]] std::shared_ptr<platform::Authorization> authorization() { return host_.authorization(); }
-    [[nodiscard]] platform::AuthorizationRef authorizationRef() { return host_.authorizationRef(); }
-    /// The configuration node of the current connection; null when the service can't be reached.
-    [[nodiscard]] std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() {
-        return host_.haldenConfigNode();
-    }
-    [[nodiscard]] util::Array networkSets() { return host_.networkSets(); }
-    /// Null when there is none.
-    [[nodiscard]] util::Dictionary currentNetworkSet() { return host_.currentNetworkSet(); }
-    [[nodiscard]] std::string hostName() { return host_.hostName(); }
 
     /// New formatters, the caller's own.
     [[nodiscard]] std::shared_ptr<formatters::NumberEnforcer> numberFormatEnforcer();
@@ -106,58 +67,16 @@ public:
     [[nodiscard]] std::shared_ptr<formatters::ValidCharacterFormatter>
     validCharacterFormatter(std::shared_ptr<const util::CharacterSet> characters);
 
-    [[nodiscard]] bool isRemote() { return host_.isRemote(); }
-    /// Whatever the arguments say, the services table is shown anew.
-    void pluginEnableStateChanged(const std::string& /*name*/, bool /*to*/) { host_.reloadPluginTable(); }
-
-    void reloadSearchPolicies() { host_.reloadSearchPolicies(); }
-    [[nodiscard]] bool saveSearchPolicies() { return host_.saveSearchPolicies(); }
-    [[nodiscard]] bool isNodeOnAuthSearchPolicy(const std::string& node) {
-        return host_.isNodeOnAuthSearchPolicy(node);
+    void log(const std::string& line) { tools_.log.log(line); }
+    [[nodiscard]] const platform::PropertyListCodec& propertyLists() { return tools_.propertyLists; }
+    /// Windows and time for what plug-ins begin.
+    [[nodiscard]] PluginSurroundings surroundings() {
+        return {tools_.formPresenter, {tools_.beep, tools_.strings}, tools_.runLoop, tools_.background};
     }
-    [[nodiscard]] bool isNodeOnContactsSearchPolicy(const std::string& node) {
-        return host_.isNodeOnContactsSearchPolicy(node);
-    }
-    void addNodeToAuthSearchPolicy(const std::string& node) { host_.addNodeToAuthSearchPolicy(node); }
-    void addNodeToContactsSearchPolicy(const std::string& node) { host_.addNodeToContactsSearchPolicy(node); }
-    void deleteNodeFromAuthSearchPolicy(const std::string& node) {
-        host_.deleteNodeFromAuthSearchPolicy(node);
-    }
-    void deleteNodeFromContactsSearchPolicy(const std::string& node) {
-        host_.deleteNodeFromContactsSearchPolicy(node);
-    }
-    void deleteNodesFromAuthSearchPolicyWithPrefix(const std::string& prefix) {
-        host_.deleteNodesFromAuthSearchPolicyWithPrefix(prefix);
-    }
-    void deleteNodesFromContactsSearchPolicyWithPrefix(const std::string& prefix) {
-        host_.deleteNodesFromContactsSearchPolicyWithPrefix(prefix);
-    }
-    void nodeNameChanged(const std::optional<std::string>& from, const std::optional<std::string>& to) {
-        host_.nodeNameChanged(from, to);
-    }
-
-    /// `sender` is ignored.
-    void markDirty(const void* /*sender*/) { host_.setPluginModified(true); }
-    [[nodiscard]] std::optional<std::string> pluginVersionWithPrefix(const std::string& prefix) {
-        return host_.pluginVersionWithPrefix(prefix);
-    }
-    [[nodiscard]] std::optional<std::string> osVersion() { return host_.osVersion(); }
-    [[nodiscard]] bool legacyDS() { return host_.legacyDS(); }
-    [[nodiscard]] bool isPluginEnabled(const std::string& prefix) { return host_.isPluginEnabled(prefix); }
-    void setPluginEnabled(const std::string& prefix, bool enabled) {
-        host_.setPluginEnabled(prefix, enabled);
-    }
-
-    // Beside the operations for plug-ins' own use
-    void pluginFailed(const std::string& plugin, const std::string& operation, const std::string& reason) {
-        host_.pluginFailed(plugin, operation, reason);
-    }
-    void log(const std::string& line) { host_.log(line); }
-    [[nodiscard]] const platform::PropertyListCodec& propertyLists() { return host_.propertyLists(); }
-    [[nodiscard]] PluginSurroundings surroundings() { return host_.surroundings(); }
 
 private:
-    Host& host_;
+    Parts parts_;
+    Tools tools_;
 };
 
 } // namespace corvane::plugins

@@ -22,9 +22,9 @@ public:
         try {
             body();
         } catch (const std::exception& failure) {
-            implementor_->pluginFailed(pluginName_, operation, failure.what());
+            implementor_->services().pluginFailed(pluginName_, operation, failure.what());
         } catch (...) {
-            implementor_->pluginFailed(pluginName_, operation, "an unknown exception");
+            implementor_->services().pluginFailed(pluginName_, operation, "an unknown exception");
         }
     }
     [[nodiscard]] PluginAPIImplementor& host() const { return *implementor_; }

@@ -121,12 +121,12 @@ void PluginHostTable::fillMessages() {
     };
     table_.pluginFailed = [](void* context, const char* operation, const char* reason) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.pluginFailed(Entry::at(context).pluginName_, Entry::text(context, operation),
-                             Entry::text(context, reason));
+            api.services().pluginFailed(Entry::at(context).pluginName_, Entry::text(context, operation),
+                                        Entry::text(context, reason));
         });
     };
-    table_.markDirty = [](void* context, void* sender) {
-        Entry::tell(context, [&](PluginAPIImplementor& api) { api.markDirty(sender); });
+    table_.markDirty = [](void* context, void* /*sender*/) {
+        Entry::tell(context, [](PluginAPIImplementor& api) { api.services().setPluginModified(true); });
     };
     table_.propertyListFromData = [](void* context, const CorvaneObject* data, CorvaneObject** error) {
         return Entry::get(context, [&](PluginAPIImplementor& api) {
@@ -142,15 +142,17 @@ void PluginHostTable::fillMessages() {
 
 void PluginHostTable::fillAuthorization() {
     table_.preflightDSRef = [](void* context) {
-        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.preflightDSRef(); });
+        return Entry::ask(context,
+                          [](PluginAPIImplementor& api) { return api.authorization().preflightDSRef(); });
     };
     table_.preflightAuthRights = [](void* context) {
-        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.preflightAuthRights(); });
+        return Entry::ask(
+            context, [](PluginAPIImplementor& api) { return api.authorization().preflightAuthRights(); });
     };
     table_.makeAuthExternalForm = [](void* context, uint8_t* bytes) {
         return Entry::run(context, int32_t{-1}, [&](PluginAPIImplementor& api) {
             util::AuthorizationExternalForm form;
-            const auto status = api.makeAuthExternalForm(form);
+            const auto status = api.authorization().makeAuthExternalForm(form);
             std::ranges::copy(form.bytes, bytes);
             return status;
         });
@@ -165,49 +167,52 @@ void PluginHostTable::fillAuthorization() {
         });
     };
     table_.authorization = [](void* context) {
-        return Entry::get(context,
-                          [](PluginAPIImplementor& api) { return newReference(api.authorization()); });
+        return Entry::get(context, [](PluginAPIImplementor& api) {
+            return newReference(api.authorization().authorization());
+        });
     };
     table_.authorizationRef = [](void* context) {
-        return Entry::run(context, uint64_t{0},
-                          [](PluginAPIImplementor& api) { return uint64_t{api.authorizationRef()}; });
+        return Entry::run(context, uint64_t{0}, [](PluginAPIImplementor& api) {
+            return uint64_t{api.authorization().authorizationRef()};
+        });
     };
 }
 
 void PluginHostTable::fillDirectory() {
     table_.haldenSession = [](void* context) {
         return Entry::get(context, [](PluginAPIImplementor& api) {
-            return newReference(HostSession{api.haldenSession(), &api.propertyLists()});
+            return newReference(HostSession{api.connection().haldenSession(), &api.propertyLists()});
         });
     };
     table_.haldenConfigNode = [](void* context) {
         return Entry::get(context, [](PluginAPIImplementor& api) {
-            return newReference(HostNode{api.haldenConfigNode(), &api.propertyLists()});
+            return newReference(HostNode{api.connection().haldenConfigNode(), &api.propertyLists()});
         });
     };
+    // For plug-ins written against an older directory interface, which this program doesn't have.
     table_.dsRef = [](void* context) {
-        return Entry::run(context, uint32_t{0}, [](PluginAPIImplementor& api) { return api.dsRef(); });
+        return Entry::run(context, uint32_t{0}, [](PluginAPIImplementor& /*api*/) { return uint32_t{0}; });
     };
-    table_.configureNodeRef = [](void* context) {
-        return Entry::run(context, uint32_t{0},
-                          [](PluginAPIImplementor& api) { return api.configureNodeRef(); });
-    };
+    table_.configureNodeRef = table_.dsRef;
     table_.isRemote = [](void* context) {
-        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.isRemote(); });
+        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.connection().isRemote(); });
     };
 }
 
 void PluginHostTable::fillMachine() {
     table_.networkSets = [](void* context) {
-        return Entry::get(context, [](PluginAPIImplementor& api) { return newReference(api.networkSets()); });
+        return Entry::get(
+            context, [](PluginAPIImplementor& api) { return newReference(api.machine().networkSets()); });
     };
     table_.currentNetworkSet = [](void* context) {
-        return Entry::get(context,
-                          [](PluginAPIImplementor& api) { return newReference(api.currentNetworkSet()); });
+        return Entry::get(context, [](PluginAPIImplementor& api) {
+            return newReference(api.machine().currentNetworkSet());
+        });
     };
     table_.hostName = [](void* context) {
-        return Entry::get(
-            context, [](PluginAPIImplementor& api) { return newReference(util::String(api.hostName())); });
+        return Entry::get(context, [](PluginAPIImplementor& api) {
+            return newReference(util::String(api.machine().hostName()));
+        });
     };
 }
 
@@ -241,19 +246,20 @@ void PluginHostTable::fillFormatters() {
 
 void PluginHostTable::fillPolicyQuestions() {
     table_.reloadSearchPolicies = [](void* context) {
-        Entry::tell(context, [](PluginAPIImplementor& api) { api.reloadSearchPolicies(); });
+        Entry::tell(context, [](PluginAPIImplementor& api) { api.policies().reloadSearchPolicies(); });
     };
     table_.saveSearchPolicies = [](void* context) {
-        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.saveSearchPolicies(); });
+        return Entry::ask(context,
+                          [](PluginAPIImplementor& api) { return api.policies().saveSearchPolicies(); });
     };
     table_.isNodeOnAuthSearchPolicy = [](void* context, const char* nodeName) {
         return Entry::ask(context, [&](PluginAPIImplementor& api) {
-            return api.isNodeOnAuthSearchPolicy(Entry::text(context, nodeName));
+            return api.policies().authenticationPolicy().isNodeOnSearchPolicy(Entry::text(context, nodeName));
         });
     };
     table_.isNodeOnContactsSearchPolicy = [](void* context, const char* nodeName) {
         return Entry::ask(context, [&](PluginAPIImplementor& api) {
-            return api.isNodeOnContactsSearchPolicy(Entry::text(context, nodeName));
+            return api.policies().contactsPolicy().isNodeOnSearchPolicy(Entry::text(context, nodeName));
         });
     };
 }
@@ -262,57 +268,60 @@ void PluginHostTable::fillPolicyQuestions() {
 void PluginHostTable::fillPolicyChanges() {
     table_.addNodeToAuthSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.addNodeToAuthSearchPolicy(Entry::text(context, nodeName));
+            if (nodeName != nullptr)
+                api.policies().authenticationPolicy().addNode(Entry::text(context, nodeName));
         });
     };
     table_.addNodeToContactsSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.addNodeToContactsSearchPolicy(Entry::text(context, nodeName));
+            if (nodeName != nullptr) api.policies().contactsPolicy().addNode(Entry::text(context, nodeName));
         });
     };
     table_.deleteNodeFromAuthSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.deleteNodeFromAuthSearchPolicy(Entry::text(context, nodeName));
+            if (nodeName != nullptr)
+                api.policies().authenticationPolicy().deleteNode(Entry::text(context, nodeName));
         });
     };
     table_.deleteNodeFromContactsSearchPolicy = [](void* context, const char* nodeName) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            if (nodeName != nullptr) api.deleteNodeFromContactsSearchPolicy(Entry::text(context, nodeName));
+            if (nodeName != nullptr)
+                api.policies().contactsPolicy().deleteNode(Entry::text(context, nodeName));
         });
     };
     table_.deleteNodesFromAuthSearchPolicyWithPrefix = [](void* context, const char* prefix) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
             if (prefix != nullptr)
-                api.deleteNodesFromAuthSearchPolicyWithPrefix(Entry::text(context, prefix));
+                api.policies().authenticationPolicy().deleteNodesWithPrefix(Entry::text(context, prefix));
         });
     };
     table_.deleteNodesFromContactsSearchPolicyWithPrefix = [](void* context, const char* prefix) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
             if (prefix != nullptr)
-                api.deleteNodesFromContactsSearchPolicyWithPrefix(Entry::text(context, prefix));
+                api.policies().contactsPolicy().deleteNodesWithPrefix(Entry::text(context, prefix));
         });
     };
     table_.nodeNameChanged = [](void* context, const char* from, const char* to) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.nodeNameChanged(Entry::optionalText(context, from), Entry::optionalText(context, to));
+            api.policies().nodeNameChanged(Entry::optionalText(context, from),
+                                           Entry::optionalText(context, to));
         });
     };
 }
 
 void PluginHostTable::fillEnabledState() {
-    table_.pluginEnableStateChanged = [](void* context, const char* name, int8_t enabled) {
-        Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.pluginEnableStateChanged(Entry::text(context, name), enabled != 0);
-        });
+    // Whatever the arguments say, the services table is shown anew.
+    table_.pluginEnableStateChanged = [](void* context, const char* /*name*/, int8_t /*enabled*/) {
+        Entry::tell(context, [](PluginAPIImplementor& api) { api.services().reloadPluginTable(); });
     };
     table_.isPluginEnabled = [](void* context, const char* prefix) {
         return Entry::ask(context, [&](PluginAPIImplementor& api) {
-            return api.isPluginEnabled(Entry::text(context, prefix));
+            return api.services().isPluginEnabled(Entry::text(context, prefix));
         });
     };
     table_.setPluginEnabled = [](void* context, const char* prefix, int8_t enabled) {
         Entry::tell(context, [&](PluginAPIImplementor& api) {
-            api.setPluginEnabled(Entry::text(context, prefix), enabled != 0);
+            api.services().setPluginEnabled(Entry::text(context, prefix), enabled != 0);
         });
     };
 }
@@ -320,14 +329,15 @@ void PluginHostTable::fillEnabledState() {
 void PluginHostTable::fillVersions() {
     table_.pluginVersionWithPrefix = [](void* context, const char* prefix) {
         return Entry::get(context, [&](PluginAPIImplementor& api) {
-            return reference(api.pluginVersionWithPrefix(Entry::text(context, prefix)));
+            return reference(api.services().pluginVersionWithPrefix(Entry::text(context, prefix)));
         });
     };
     table_.osVersion = [](void* context) {
-        return Entry::get(context, [](PluginAPIImplementor& api) { return reference(api.osVersion()); });
+        return Entry::get(context,
+                          [](PluginAPIImplementor& api) { return reference(api.machine().osVersion()); });
     };
     table_.legacyDS = [](void* context) {
-        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.legacyDS(); });
+        return Entry::ask(context, [](PluginAPIImplementor& api) { return api.machine().legacyDS(); });
     };
 }
 

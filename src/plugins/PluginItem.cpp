@@ -4,11 +4,13 @@
 
 #include "directory/CustomCalls.h"
 #include "halden/Calls.h"
-#include "plugins/ConnectorNames.h"
+#include "halden/ConnectorNames.h"
 #include "plugins/ServiceDescription.h"
 #include "util/TextFormat.h"
 
 namespace corvane::plugins {
+
+namespace connector = halden::connector;
 
 PluginItem::PluginItem(Context context, const util::Dictionary& description)
     : context_(context), mDictionary(description.mutableCopy().as<util::Dictionary>()),
@@ -16,7 +18,7 @@ PluginItem::PluginItem(Context context, const util::Dictionary& description)
       mPlugin(context.plugins.newPluginNamed(mPrefix, &creationFailure_)) {
     if (!mPlugin) return;
     mPlugin->setFailureReporter([this](const std::string& operation, const std::string& reason) {
-        if (mAPIImplementor) mAPIImplementor->pluginFailed(pluginPrefix(), operation, reason);
+        if (mAPIImplementor) mAPIImplementor->services().pluginFailed(pluginPrefix(), operation, reason);
     });
 }
 
@@ -29,7 +31,8 @@ void PluginItem::setPluginAPIImplementor(std::shared_ptr<PluginAPIImplementor> i
     if (mPlugin)
         mPlugin->tell("setPluginAPIImplementor", &CorvanePlugin::setPluginAPIImplementor, &table->table());
     hostTable_ = std::move(table);
-    if (!creationFailure_.empty()) mAPIImplementor->pluginFailed(pluginPrefix(), "create", creationFailure_);
+    if (!creationFailure_.empty())
+        mAPIImplementor->services().pluginFailed(pluginPrefix(), "create", creationFailure_);
 }
 
 std::string PluginItem::pluginName() const {
@@ -154,9 +157,9 @@ bool PluginItem::saveChanges() {
 
 bool PluginItem::saveEnableState() {
     if (!mAPIImplementor) return false;
-    const auto node = mAPIImplementor->haldenConfigNode();
+    const auto node = mAPIImplementor->connection().haldenConfigNode();
     util::AuthorizationExternalForm form;
-    if (mAPIImplementor->makeAuthExternalForm(form) != 0) return false;
+    if (mAPIImplementor->authorization().makeAuthExternalForm(form) != 0) return false;
     const auto desired = descriptionText(service::userSetLoaded);
     if (desired == descriptionText(service::loaded)) return true;
     const auto index = mDictionary.valueForKey(service::index).as<util::Number>();
@@ -213,6 +216,6 @@ void PluginItem::sheetDidEnd(int /*returnCode*/) { sheet_.reset(); }
 std::string PluginItem::localized(std::string_view key) const {
     return context_.environment.strings.localized(key);
 }
-bool PluginItem::isRemote() const { return mAPIImplementor && mAPIImplementor->isRemote(); }
+bool PluginItem::isRemote() const { return mAPIImplementor && mAPIImplementor->connection().isRemote(); }
 
 } // namespace corvane::plugins

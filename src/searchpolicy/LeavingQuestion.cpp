@@ -24,7 +24,7 @@ bool LeavingQuestion::agreed() {
 
 LeavingQuestion::Connectors LeavingQuestion::lookAtConnectors() {
     Connectors connectors;
-    const auto* items = needs_.pluginItems();
+    const auto* items = items_.items();
     if (items == nullptr) return connectors;
     for (const auto& item : *items) {
         if (!item->isActive())
@@ -76,7 +76,7 @@ bool LeavingQuestion::ask(const std::vector<std::string>& leaving) {
 // Who is in the directories themselves isn't asked: a server that doesn't answer would keep the user waiting.
 std::string LeavingQuestion::whoLosesAccess() {
     constexpr std::size_t mostNames = 8;
-    const auto session = needs_.haldenSession();
+    const auto session = connection_.haldenSession();
     const auto members =
         session ? directory::membersFromDirectories(*session) : std::vector<directory::DirectoryMember>();
     std::string names;

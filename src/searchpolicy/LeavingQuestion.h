@@ -13,16 +13,11 @@ namespace corvane::searchpolicy {
 /// list, a connector that is switched off, a server that is deleted. Main thread.
 class LeavingQuestion {
 public:
-    struct Needs {
-        virtual ~Needs() = default;
-        /// Null while the list of connectors isn't read.
-        [[nodiscard]] virtual const std::vector<std::shared_ptr<plugins::PluginItem>>* pluginItems() = 0;
-        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
-    };
-
-    LeavingQuestion(SearchPolicy& loginPolicy, platform::Environment& environment, toolkit::Toolkit& toolkit,
-                    Needs& needs)
-        : policy_(loginPolicy), environment_(environment), toolkit_(toolkit), needs_(needs) {}
+    LeavingQuestion(SearchPolicy& loginPolicy, const plugins::PluginItems& items,
+                    directory::Connection& connection, platform::Environment& environment,
+                    toolkit::Toolkit& toolkit)
+        : policy_(loginPolicy), items_(items), connection_(connection), environment_(environment),
+          toolkit_(toolkit) {}
 
     /// False: the user wants nothing to be saved. True without a question where no directory leaves.
     [[nodiscard]] bool agreed();
@@ -42,9 +37,10 @@ private:
     [[nodiscard]] std::string localized(std::string_view key) const;
 
     SearchPolicy& policy_;
+    const plugins::PluginItems& items_;
+    directory::Connection& connection_;
     platform::Environment& environment_;
     toolkit::Toolkit& toolkit_;
-    Needs& needs_;
 };
 
 } // namespace corvane::searchpolicy

@@ -1,31 +1,108 @@
 #include "searchpolicy/SearchPolicies.h"
 
-#include "plugins/ConnectorNames.h"
+#include <set>
+#include <string_view>
+
+#include "halden/ConnectorNames.h"
 #include "searchpolicy/NodeName.h"
 
 namespace corvane::searchpolicy {
 
-SearchPolicies::SearchPolicies(SearchPolicy& authentication, SearchPolicy& contacts, Needs& needs)
-    : authentication_(authentication), contacts_(contacts), needs_(needs) {}
+namespace connector = halden::connector;
+
+namespace {
+
+/// Connectors whose nodes may never stand on a search policy: file sharing, zeroconf and legacy service
+/// location, and the two search nodes themselves.
+bool isHidden(const std::string& connectorName) {
+    static const std::set<std::string_view> names = {"SMB",
+                                                     "NFS",
+                                                     "WebDAV",
+                                                     "WINS",
+                                                     "SLP",
+                                                     connector::zeroconf,
+                                                     connector::formerZeroconf,
+                                                     connector::search,
+                                                     connector::contacts};
+    return names.contains(connectorName);
+}
+
+} // namespace
+
+void SearchPolicies::buildDSSearchPaneData() {
+    authenticationPolicy().buildPaneData();
+    parts_.notices.update();
+}
+
+void SearchPolicies::buildDSContactsPaneData() {
+    contactsPolicy().buildPaneData();
+    parts_.notices.update();
+}
+
+void SearchPolicies::loadAuthenticationPane() {
+    buildDSSearchPaneData();
+    parts_.authentication.adjustCustomBox();
+}
+
+void SearchPolicies::loadContactsPane() {
+    buildDSContactsPaneData();
+    parts_.contacts.adjustCustomBox();
+}
+
+void SearchPolicies::refreshTable() {
+    parts_.authentication.reloadTable();
+    parts_.contacts.reloadTable();
+}
+
+void SearchPolicies::invalidate() {
+    authenticationPolicy().invalidate();
+    contactsPolicy().invalidate();
+}
+
+void SearchPolicies::forgetDetails() {
+    authenticationPolicy().forgetDetails();
+    contactsPolicy().forgetDetails();
+    parts_.notices.update();
+}
+
+void SearchPolicies::rereadEdited() {
+    if (authenticationPolicy().hasUnsavedEdits()) loadAuthenticationPane();
+    if (contactsPolicy().hasUnsavedEdits()) loadContactsPane();
+}
+
+// Where nothing else of the policies is unsaved, their mark goes, too.
+void SearchPolicies::showSavedPolicy(SearchPolicy& policy) {
+    policy.dropEdits();
+    parts_.authentication.adjustCustomBox();
+    parts_.contacts.adjustCustomBox();
+    if (!authenticationPolicy().hasUnsavedEdits() && !contactsPolicy().hasUnsavedEdits())
+        needs_.setSearchPolicyModified(false);
+    parts_.notices.update();
+}
 
 bool SearchPolicies::saveSearchPolicies() {
-    if (!needs_.preflightAuthRights()) return false;
+    const bool saved = saveBoth();
+    parts_.notices.update();
+    return saved;
+}
+
+bool SearchPolicies::saveBoth() {
+    if (!parts_.authorizer.preflightAuthRights()) return false;
     util::AuthorizationExternalForm authForm;
-    if (needs_.makeAuthExternalForm(authForm) != 0) return false;
-    if (!authentication_.save(authForm) || !contacts_.save(authForm)) return false;
+    if (parts_.authorizer.makeAuthExternalForm(authForm) != 0) return false;
+    if (!authenticationPolicy().save(authForm) || !contactsPolicy().save(authForm)) return false;
     needs_.setSearchPolicyModified(false);
     return true;
 }
 
 void SearchPolicies::reloadSearchPolicies() {
-    authentication_.invalidate();
-    contacts_.invalidate();
+    invalidate();
     needs_.loadCurrentTabIfNeeded();
 }
 
 void SearchPolicies::searchPolicyChange() {
-    if (needs_.isRemote() || !needs_.preflightDSRef()) return;
-    for (auto* policy : {&authentication_, &contacts_})
+    if (parts_.connection.isRemote() || !parts_.authorizer.preflightDSRef()) return;
+    for (auto* policy : {&authenticationPolicy(), &contactsPolicy()})
         if (!policy->hasUnsavedEdits()) policy->invalidate();
     needs_.loadCurrentTabIfNeeded();
 }
@@ -33,24 +110,14 @@ void SearchPolicies::searchPolicyChange() {
 void SearchPolicies::nodeNameChanged(const std::optional<std::string>& oldName,
                                      const std::optional<std::string>& newName) {
     if (!oldName || !newName || *oldName == *newName) return;
-    authentication_.renameNode(*oldName, *newName);
-    contacts_.renameNode(*oldName, *newName);
+    authenticationPolicy().renameNode(*oldName, *newName);
+    contactsPolicy().renameNode(*oldName, *newName);
 }
 
 bool SearchPolicies::shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName) {
-    const auto& hidden = prefixesToHide();
-    const auto connector = connectorOfNode(nodeName);
-    if (const auto plugin = needs_.pluginWithPrefix(connector))
-        return plugin->shouldAllowNodeNameOnSearchPolicy(nodeName);
-    return !hidden.contains(connector);
-}
-
-const std::set<std::string, std::less<>>& SearchPolicies::prefixesToHide() {
-    if (!pluginsPrefixesToHideForSearchPolicy_) {
-        const auto& names = plugins::connector::hiddenFromSearchPolicy;
-        pluginsPrefixesToHideForSearchPolicy_.emplace(names.begin(), names.end());
-    }
-    return *pluginsPrefixesToHideForSearchPolicy_;
+    const auto name = connectorOfNode(nodeName);
+    const auto plugin = parts_.items.pluginWithPrefix(name);
+    return plugin ? plugin->shouldAllowNodeNameOnSearchPolicy(nodeName) : !isHidden(name);
 }
 
 } // namespace corvane::searchpolicy

@@ -29,9 +29,11 @@ std::int32_t codeOf(Mode mode) {
 
 } // namespace
 
-SearchPolicy::SearchPolicy(const SearchPolicyTraits& traits, platform::Environment& environment,
-                           toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs)
-    : traits_(traits), environment_(environment), toolkit_(toolkit), outlets_(outlets), needs_(needs) {}
+SearchPolicy::SearchPolicy(const SearchPolicyTraits& traits, directory::Connection& connection,
+                           platform::Environment& environment, toolkit::Toolkit& toolkit, Outlets outlets,
+                           Needs& needs)
+    : traits_(traits), connection_(connection), environment_(environment), toolkit_(toolkit),
+      outlets_(outlets), needs_(needs) {}
 
 void SearchPolicy::buildPaneData() {
     const auto message = environment_.strings.localized("An unexpected error occurred");
@@ -116,7 +118,8 @@ void SearchPolicy::selectModeInChooser() {
 }
 
 std::shared_ptr<halden::Node> SearchPolicy::openSearchNode(halden::Error* error) {
-    if (const auto session = needs_.haldenSession()) return session->nodeWithType(traits_.searchNode, error);
+    if (const auto session = connection_.haldenSession())
+        return session->nodeWithType(traits_.searchNode, error);
     *error = {halden::ErrorCode::nodeUnreachable, "The directory service can't be reached.",
               "No session with it could be opened.", "Check that the service is running, then try again."};
     return nullptr;

@@ -4,8 +4,9 @@
 #include <optional>
 #include <string>
 
-#include "halden/Session.h"
+#include "directory/Connection.h"
 #include "platform/Environment.h"
+#include "plugins/HostParts.h"
 #include "searchpolicy/SearchPolicyTraits.h"
 #include "toolkit/Controls.h"
 #include "toolkit/TableView.h"
@@ -17,11 +18,10 @@ namespace corvane::searchpolicy {
 
 /// One search policy: the copy that is edited, and the ways in from and out to the directory service. The
 /// authentication and contacts policies are two instances with different traits. Main thread.
-class SearchPolicy {
+class SearchPolicy final : public plugins::HostPolicy {
 public:
     struct Needs {
         virtual ~Needs() = default;
-        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
         virtual void setSearchPolicyModified(bool modified) = 0;
         virtual void hideProgressBar() = 0;
         /// The policy's custom list is another object from here on, or gone.
@@ -33,8 +33,9 @@ public:
         toolkit::Notice& remarks; ///< what of the configuration isn't used, and why
     };
 
-    SearchPolicy(const SearchPolicyTraits& traits, platform::Environment& environment,
-                 toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs);
+    SearchPolicy(const SearchPolicyTraits& traits, directory::Connection& connection,
+                 platform::Environment& environment, toolkit::Toolkit& toolkit, Outlets outlets,
+                 Needs& needs);
     SearchPolicy(const SearchPolicy&) = delete;
     SearchPolicy& operator=(const SearchPolicy&) = delete;
 
@@ -84,14 +85,12 @@ public:
     /// Shows the chosen mode in the pop-up.
     void selectModeInChooser();
 
-    /// These read the policy first if that hasn't happened. Only the custom list counts, whatever the mode.
-    [[nodiscard]] bool isNodeOnSearchPolicy(const std::string& nodeName);
-    /// Appends the node if it isn't there, and switches to Custom in any case. The add and delete buttons are
-    /// left as they are.
-    void addNode(const std::string& nodeName);
-    /// Removes every occurrence; the mode stays.
-    void deleteNode(const std::string& nodeName);
-    void deleteNodesWithPrefix(const std::string& prefix);
+    /// These read the policy first if that hasn't happened.
+    [[nodiscard]] bool isNodeOnSearchPolicy(const std::string& nodeName) override;
+    /// The add and delete buttons are left as they are.
+    void addNode(const std::string& nodeName) override;
+    void deleteNode(const std::string& nodeName) override;
+    void deleteNodesWithPrefix(const std::string& prefix) override;
     /// Replaces the first occurrence in its place.
     void renameNode(const std::string& oldName, const std::string& newName);
 
@@ -121,6 +120,7 @@ private:
     void showAlert(const std::string& message, const std::string& information, const std::string& button);
 
     const SearchPolicyTraits& traits_;
+    directory::Connection& connection_;
     platform::Environment& environment_;
     toolkit::Toolkit& toolkit_;
     Outlets outlets_;

@@ -17,9 +17,12 @@ std::size_t index(int row) { return static_cast<std::size_t>(row); }
 
 } // namespace
 
-SearchPolicyPane::SearchPolicyPane(SearchPolicy& policy, platform::Environment& environment,
-                                   toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs)
-    : policy_(policy), environment_(environment), toolkit_(toolkit), outlets_(outlets), needs_(needs) {}
+SearchPolicyPane::SearchPolicyPane(SearchPolicy& policy, const plugins::PluginItems& items,
+                                   const directory::Authorizer& authorizer,
+                                   platform::Environment& environment, toolkit::Toolkit& toolkit,
+                                   Outlets outlets, Needs& needs)
+    : policy_(policy), items_(items), authorizer_(authorizer), environment_(environment), toolkit_(toolkit),
+      outlets_(outlets), needs_(needs) {}
 
 std::string SearchPolicyPane::localized(std::string_view key) const {
     return environment_.strings.localized(key);
@@ -133,19 +136,19 @@ void SearchPolicyPane::willDisplayCell(const toolkit::TableView& /*table*/, tool
 
 toolkit::TextColor SearchPolicyPane::colorOfRow(int row) {
     using toolkit::TextColor;
-    if (!needs_.unlocked()) return TextColor::gray;
+    if (!authorizer_.unlocked()) return TextColor::gray;
     const bool inHead = policy_.traits().hasFixedHead && row < rowsOf(policy_.localOnlyList());
     // Where there is a head the entry is looked up in any mode: a custom list that is shorter than the list
     // on screen leaves the colour as it was.
     const auto entry =
         policy_.traits().hasFixedHead || inCustomMode() ? policy_.customList().textAt(index(row)) : "";
     if (!inCustomMode() || inHead) return TextColor::gray;
-    const auto plugin = needs_.pluginWithPrefix(connectorOfNode(entry));
+    const auto plugin = items_.pluginWithPrefix(connectorOfNode(entry));
     return plugin && !plugin->isEnabled() ? TextColor::red : TextColor::black;
 }
 
 bool SearchPolicyPane::shouldSelectRow(const toolkit::TableView& /*table*/, int row) {
-    if (!needs_.unlocked()) return false;
+    if (!authorizer_.unlocked()) return false;
     if (!policy_.details()) return true;
     if (policy_.traits().refusesAllRowsOutsideCustom) {
         if (!inCustomMode()) return false;
@@ -161,7 +164,7 @@ bool SearchPolicyPane::equalsLocalNodeAtSameRow(int row) const {
 }
 
 void SearchPolicyPane::tableViewSelectionDidChange(const toolkit::TableView& /*table*/) {
-    if (needs_.unlocked())
+    if (authorizer_.unlocked())
         updateDeleteEnable();
     else
         outlets_.deleteNode.setEnabled(false);
@@ -169,7 +172,7 @@ void SearchPolicyPane::tableViewSelectionDidChange(const toolkit::TableView& /*t
 
 bool SearchPolicyPane::writeRows(toolkit::TableView& /*table*/, const std::vector<int>& rows,
                                  toolkit::Pasteboard& pasteboard) {
-    if (!needs_.unlocked() || rows.size() != 1 || !mayDrag(rows.front())) return false;
+    if (!authorizer_.unlocked() || rows.size() != 1 || !mayDrag(rows.front())) return false;
     // The name comes from the custom list, whichever list is on screen.
     const auto name = policy_.customList().textAt(index(rows.front()));
     pasteboard.declareTypes({draggedType});

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "directory/Authorizer.h"
 #include "plugins/PluginItem.h"
 #include "searchpolicy/SearchPolicy.h"
 
@@ -16,9 +17,6 @@ public:
 
     struct Needs {
         virtual ~Needs() = default;
-        [[nodiscard]] virtual bool unlocked() = 0;
-        [[nodiscard]] virtual std::shared_ptr<plugins::PluginItem>
-        pluginWithPrefix(const std::string& prefix) = 0;
         virtual void setSearchPolicyModified(bool modified) = 0;
         virtual void setPluginModified(bool modified) = 0;
         /// Runs the panel of nodes to add as a sheet: it inserts into the policy's list at `index`, or at the
@@ -35,9 +33,12 @@ public:
         toolkit::View& dragMessage;
     };
 
-    SearchPolicyPane(SearchPolicy& policy, platform::Environment& environment, toolkit::Toolkit& toolkit,
-                     Outlets outlets, Needs& needs);
+    SearchPolicyPane(SearchPolicy& policy, const plugins::PluginItems& items,
+                     const directory::Authorizer& authorizer, platform::Environment& environment,
+                     toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs);
 
+    [[nodiscard]] SearchPolicy& policy() { return policy_; }
+    void reloadTable() { outlets_.nodeTable.reloadData(); }
     /// Shows the add button, the delete button and the reordering hint in Custom mode only.
     void adjustCustomBox();
     void updateDeleteEnable();
@@ -84,6 +85,8 @@ private:
     [[nodiscard]] std::string localized(std::string_view key) const;
 
     SearchPolicy& policy_;
+    const plugins::PluginItems& items_;
+    const directory::Authorizer& authorizer_;
     platform::Environment& environment_;
     toolkit::Toolkit& toolkit_;
     Outlets outlets_;

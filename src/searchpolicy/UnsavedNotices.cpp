@@ -24,10 +24,11 @@ const char* titleOf(Mode mode) {
 
 UnsavedNotices::UnsavedNotices(SearchPolicy& authentication, Outlets authenticationOutlets,
                                SearchPolicy& contacts, Outlets contactsOutlets,
-                               platform::Environment& environment, toolkit::Toolkit& toolkit, Needs& needs)
+                               const directory::Authorizer& authorizer, platform::Environment& environment,
+                               toolkit::Toolkit& toolkit, Needs& needs)
     : strips_{{{authentication, authenticationOutlets, "Authentication"},
                {contacts, contactsOutlets, "Contacts"}}},
-      environment_(environment), toolkit_(toolkit), needs_(needs) {
+      authorizer_(authorizer), environment_(environment), toolkit_(toolkit), needs_(needs) {
     for (auto& strip : strips_) {
         strip.outlets.tryAgain.setAction([this, &strip](toolkit::Control&) { tryAgain(strip); });
         strip.outlets.showSaved.setAction(
@@ -52,7 +53,7 @@ void UnsavedNotices::update(Strip& strip) {
     if (refusal != nullptr) {
         notice.setMessageText(whatIsUnsaved(strip.policy));
         notice.setInformativeText(whyAndWhatNow(refusal->error));
-        if (tryAgain.isEnabled() != needs_.unlocked()) tryAgain.setEnabled(needs_.unlocked());
+        if (tryAgain.isEnabled() != authorizer_.unlocked()) tryAgain.setEnabled(authorizer_.unlocked());
     }
     const bool shown = !notice.isHidden();
     if (shown != (refusal != nullptr)) notice.setHidden(shown);

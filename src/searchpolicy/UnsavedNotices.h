@@ -3,6 +3,7 @@
 #include <array>
 #include <string>
 
+#include "directory/Authorizer.h"
 #include "searchpolicy/SearchPolicy.h"
 
 namespace corvane::searchpolicy {
@@ -13,7 +14,6 @@ class UnsavedNotices {
 public:
     struct Needs {
         virtual ~Needs() = default;
-        [[nodiscard]] virtual bool unlocked() = 0;
         /// Saves everything, as Apply does.
         virtual void saveChanges() = 0;
         /// Shows the policy as the service has it; what was edited in it is gone.
@@ -26,8 +26,8 @@ public:
     };
 
     UnsavedNotices(SearchPolicy& authentication, Outlets authenticationOutlets, SearchPolicy& contacts,
-                   Outlets contactsOutlets, platform::Environment& environment, toolkit::Toolkit& toolkit,
-                   Needs& needs);
+                   Outlets contactsOutlets, const directory::Authorizer& authorizer,
+                   platform::Environment& environment, toolkit::Toolkit& toolkit, Needs& needs);
     UnsavedNotices(const UnsavedNotices&) = delete;
     UnsavedNotices& operator=(const UnsavedNotices&) = delete;
 
@@ -50,6 +50,7 @@ private:
     [[nodiscard]] std::string localized(std::string_view key) const;
 
     std::array<Strip, 2> strips_;
+    const directory::Authorizer& authorizer_;
     platform::Environment& environment_;
     toolkit::Toolkit& toolkit_;
     Needs& needs_;

@@ -22,11 +22,16 @@ private:
 
 } // namespace
 
-ModifiedState::ModifiedState(ServicesList& list, platform::Environment& environment,
-                             toolkit::Toolkit& toolkit, Outlets outlets, Needs& needs)
-    : list_(list), environment_(environment), toolkit_(toolkit), outlets_(outlets), needs_(needs) {}
+ModifiedState::ModifiedState(Parts parts, platform::Environment& environment, toolkit::Toolkit& toolkit,
+                             Outlets outlets, Needs& needs)
+    : parts_(parts), environment_(environment), toolkit_(toolkit), outlets_(outlets), needs_(needs) {}
 
 void ModifiedState::setPluginModified(bool modified) {
+    markPluginModified(modified);
+    parts_.table.modificationMarked();
+}
+
+void ModifiedState::markPluginModified(bool modified) {
     pluginModified_ = modified;
     updateModifiedState();
 }
@@ -42,11 +47,15 @@ void ModifiedState::updateModifiedState() {
     outlets_.applyButton.setEnabled(modified);
 }
 
+bool ModifiedState::mayLeaveUnsaved(bool quitting) {
+    return quitting_ || needs_.agreesToLeaveUnsaved(quitting);
+}
+
 bool ModifiedState::isDirty() const {
     const bool marked = outlets_.window.isDocumentEdited();
     if (quitting_) return false;
-    if (list_.count() == 0 || marked) return marked;
-    return std::ranges::any_of(*list_.items(), [](const auto& item) { return item->isDirty(); });
+    if (parts_.list.count() == 0 || marked) return marked;
+    return std::ranges::any_of(*parts_.list.items(), [](const auto& item) { return item->isDirty(); });
 }
 
 bool ModifiedState::save() {
@@ -57,23 +66,24 @@ bool ModifiedState::save() {
         cancelled_ = !needs_.agreesToDirectoriesLeaving();
         if (cancelled_) return false;
         const bool ok = saveEverything();
-        outlets_.selectPlugIn.reloadData();
-        if (ok) setPluginModified(false);
+        parts_.table.reloadPluginTable();
+        if (ok) markPluginModified(false);
         return ok;
     } catch (const std::exception& failure) {
         showUnexpectedError(title, button, failure.what());
+        parts_.table.showState();
         return false;
     }
 }
 
 bool ModifiedState::saveEverything() {
     const Busy busy(outlets_.busy, environment_.strings.localized("Saving…"));
-    return needs_.saveSearchPolicies() && saveItems();
+    return parts_.policies.saveSearchPolicies() && saveItems();
 }
 
 bool ModifiedState::saveItems() {
-    if (list_.count() == 0) return true;
-    const auto items = *list_.items(); // a plug-in may have the list rebuilt while it saves
+    if (parts_.list.count() == 0) return true;
+    const auto items = *parts_.list.items(); // a plug-in may have the list rebuilt while it saves
     return std::ranges::all_of(items, [](const auto& item) { return item->saveChanges(); });
 }
 
@@ -87,15 +97,15 @@ void ModifiedState::showUnexpectedError(const std::string& title, const std::str
 }
 
 void ModifiedState::revertAction() {
-    if (!outlets_.window.isDocumentEdited() || !needs_.preflightDSRef()) return;
+    if (!outlets_.window.isDocumentEdited() || !parts_.authorizer.preflightDSRef()) return;
     showProgress();
     needs_.rereadEditedSearchPolicies();
-    if (const auto* items = list_.items())
-        for (const auto& item : PluginItemList(*items))
+    if (const auto* items = parts_.list.items())
+        for (const auto& item : ServicesList::List(*items))
             item->revertChanges();
-    list_.buildDSConfigPaneData();
+    parts_.list.buildDSConfigPaneData();
     setSearchPolicyModified(false);
-    setPluginModified(false);
+    markPluginModified(false);
     needs_.hideProgressBar();
 }
 
@@ -106,24 +116,24 @@ void ModifiedState::showProgress() {
 }
 
 bool ModifiedState::applicationWillQuitSavingChanges(bool save) {
-    if (list_.count() == 0) return true;
+    if (parts_.list.count() == 0) return true;
     bool answer = true;
-    for (const auto& item : PluginItemList(*list_.items()))
+    for (const auto& item : ServicesList::List(*parts_.list.items()))
         answer = item->applicationWillQuitSavingChanges(save);
     return answer;
 }
 
 bool ModifiedState::applicationWillLockSavingChanges(bool save) {
-    if (list_.count() == 0) return true;
-    const auto items = *list_.items();
+    if (parts_.list.count() == 0) return true;
+    const auto items = *parts_.list.items();
     return std::ranges::all_of(
         items, [&](const auto& item) { return item->applicationWillLockSavingChanges(save); });
 }
 
 void ModifiedState::loadConfigWithSheet() {
-    if (list_.isLoaded()) return;
+    if (parts_.list.isLoaded()) return;
     showProgress();
-    list_.buildDSConfigPaneData();
+    parts_.list.buildDSConfigPaneData();
     needs_.hideProgressBar();
 }
 

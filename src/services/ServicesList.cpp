@@ -4,14 +4,14 @@
 #include <exception>
 #include <utility>
 
-#include "plugins/ConnectorNames.h"
+#include "halden/ConnectorNames.h"
 #include "plugins/ServiceDescription.h"
 #include "util/TextComparison.h"
 
 namespace corvane::services {
 
 namespace attribute = halden::attribute;
-namespace connector = plugins::connector;
+namespace connector = halden::connector;
 namespace service = plugins::service;
 
 namespace {
@@ -42,8 +42,8 @@ halden::QueryParameters everyConnector() {
 
 } // namespace
 
-ServicesList::ServicesList(plugins::PluginItem::Context context, Needs& needs)
-    : context_(context), needs_(needs) {}
+ServicesList::ServicesList(plugins::PluginItem::Context context, Sources sources, Needs& needs)
+    : context_(context), sources_(std::move(sources)), needs_(needs) {}
 
 void ServicesList::buildDSConfigPaneData() {
     if (reported_) return; // a plug-in asked for it out of the reading itself, which goes on
@@ -60,11 +60,11 @@ void ServicesList::buildDSConfigPaneData() {
 
 // All are described before the first plug-in object is made: a plug-in may ask about any of them.
 void ServicesList::readList() {
-    const auto node = needs_.haldenConfigNode();
+    const auto node = sources_.connection.haldenConfigNode();
     const auto query = node ? node->query(everyConnector(), nullptr) : nullptr;
     const auto records = query ? query->results(false, nullptr) : std::nullopt;
     // The list is in order before the items of the old one are destroyed: they may ask, too.
-    std::exchange(items_, PluginItemList()).reset();
+    std::exchange(items_, List()).reset();
     if (!records) return;
     std::exception_ptr problem;
     try {
@@ -81,8 +81,8 @@ void ServicesList::readList() {
 
 void ServicesList::addItem(const util::Dictionary& description) {
     auto item = std::make_shared<plugins::PluginItem>(context_, description);
-    item->setPluginAPIImplementor(needs_.apiImplementor());
-    if (needs_.legacyDS() || item->canConfigure()) items_->push_back(std::move(item));
+    item->setPluginAPIImplementor(sources_.implementor);
+    if (sources_.machine.legacyDS() || item->canConfigure()) items_->push_back(std::move(item));
 }
 
 util::Dictionary ServicesList::describe(const halden::Record& record) const {

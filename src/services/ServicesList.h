@@ -9,36 +9,38 @@
 
 namespace corvane::services {
 
-using PluginItemList = std::vector<std::shared_ptr<plugins::PluginItem>>;
-
 /// The connectors that the directory service reports, as items in display order, and how others find one.
 /// Main thread.
-class ServicesList {
+class ServicesList final : public plugins::PluginItems {
 public:
     struct Needs {
         virtual ~Needs() = default;
-        [[nodiscard]] virtual std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() = 0;
-        [[nodiscard]] virtual bool legacyDS() = 0;
-        [[nodiscard]] virtual std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() = 0;
         virtual void hideProgressBar() = 0;
         virtual void reloadPluginTable() = 0;
     };
 
-    ServicesList(plugins::PluginItem::Context context, Needs& needs);
+    /// Where the list is read, and what each item's plug-in gets.
+    struct Sources {
+        directory::Connection& connection;
+        directory::MachineFacts& machine;
+        std::shared_ptr<plugins::PluginAPIImplementor> implementor;
+    };
+
+    ServicesList(plugins::PluginItem::Context context, Sources sources, Needs& needs);
 
     /// Reads the list anew; every item and plug-in object is replaced. On an exception of the directory
     /// framework the list keeps what it has by then and does not count as loaded. Does nothing while the list
     /// is being read already: plug-ins are asked and told things then, and what they do may lead here.
     void buildDSConfigPaneData();
-    /// Null before the first build.
-    [[nodiscard]] const PluginItemList* items() const { return items_ ? &*items_ : nullptr; }
+    [[nodiscard]] const List* items() const override { return items_ ? &*items_ : nullptr; }
     /// 0 before the first build.
     [[nodiscard]] std::size_t count() const { return items_ ? items_->size() : 0; }
     [[nodiscard]] bool isLoaded() const { return loaded_; }
     void invalidate() { loaded_ = false; }
 
-    /// The first item with exactly this prefix, or name; null when there is none.
-    [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithPrefix(const std::string& prefix) const;
+    [[nodiscard]] std::shared_ptr<plugins::PluginItem>
+    pluginWithPrefix(const std::string& prefix) const override;
+    /// The first item with exactly this name; null when there is none.
     [[nodiscard]] std::shared_ptr<plugins::PluginItem> pluginWithName(const std::string& name) const;
     [[nodiscard]] std::optional<std::string> pluginVersionWithPrefix(const std::string& prefix) const;
     /// False when there is no such item. While the list is being read, this and the version are answered for
@@ -55,8 +57,9 @@ private:
     void sortByName();
 
     plugins::PluginItem::Context context_;
+    Sources sources_;
     Needs& needs_;
-    std::optional<PluginItemList> items_;
+    std::optional<List> items_;
     std::optional<std::vector<util::Dictionary>> reported_; ///< descriptions; there while the list is read
     bool loaded_ = false;
 };

@@ -2,7 +2,7 @@
 
 #include <exception>
 
-#include "plugins/ConnectorNames.h"
+#include "halden/ConnectorNames.h"
 #include "util/TextFormat.h"
 
 namespace corvane::services {
@@ -24,9 +24,11 @@ std::shared_ptr<toolkit::Cell> checkBoxCell() {
 
 } // namespace
 
-ServicesTable::ServicesTable(ServicesList& list, const platform::LocalizedStrings& strings, Outlets outlets,
-                             Needs& needs)
-    : list_(list), strings_(strings), outlets_(outlets), needs_(needs) {}
+ServicesTable::ServicesTable(ServicesList& list, directory::Connection& connection,
+                             const directory::Authorizer& authorizer,
+                             const platform::LocalizedStrings& strings, Outlets outlets, Needs& needs)
+    : list_(list), connection_(connection), authorizer_(authorizer), strings_(strings), outlets_(outlets),
+      needs_(needs) {}
 
 void ServicesTable::setUpTable() {
     auto& table = outlets_.selectPlugIn;
@@ -69,6 +71,10 @@ void ServicesTable::showState() {
     outlets_.state.setText(item ? stateOf(*item) : "");
 }
 
+void ServicesTable::modificationMarked() {
+    if (needs_.isServicesPaneShown()) showState();
+}
+
 std::string ServicesTable::stateOf(const plugins::PluginItem& item) {
     const bool on = item.isEnabledForLocation(nullptr);
     const auto said = [&](std::string_view format) {
@@ -79,19 +85,19 @@ std::string ServicesTable::stateOf(const plugins::PluginItem& item) {
                   : said("%@ is off once you apply the change.");
     if (!on) return said("%@ is off: none of its directories is used.");
     const auto prefix = item.pluginPrefix();
-    const bool isTheMachines = prefix == plugins::connector::local || prefix == plugins::connector::bsd;
+    const bool isTheMachines = prefix == halden::connector::local || prefix == halden::connector::bsd;
     return isTheMachines ? said("%@ is on.") : said("%@ is on, ") + directoriesOf(prefix);
 }
 
 /// "with two servers." or the like.
 std::string ServicesTable::directoriesOf(const std::string& prefix) {
-    const auto session = needs_.haldenSession();
+    const auto session = connection_.haldenSession();
     const auto names = session ? session->nodeNames(nullptr) : util::Array();
     std::size_t count = 0;
     if (names)
         for (const auto& name : names.texts())
             count += name.starts_with("/" + prefix + "/") ? 1 : 0;
-    const bool areServers = prefix == plugins::connector::ldap;
+    const bool areServers = prefix == halden::connector::ldap;
     if (count == 0) return strings_.localized(areServers ? "without a server." : "without a directory.");
     if (count == 1) return strings_.localized(areServers ? "with one server." : "with one directory.");
     return util::formatted(strings_.localized(areServers ? "with %@ servers." : "with %@ directories."),
@@ -130,7 +136,7 @@ void ServicesTable::willDisplayCell(const toolkit::TableView& /*table*/, toolkit
                                     const toolkit::TableColumn& column, int row) {
     try {
         const auto identifier = column.identifier();
-        const bool unlocked = needs_.unlocked();
+        const bool unlocked = authorizer_.unlocked();
         if (isOnOff(identifier)) {
             const auto item = unlocked ? itemAtRow(row) : nullptr;
             cell.enabled = item && item->canSetEnabledForLocation(nullptr);
@@ -144,11 +150,11 @@ void ServicesTable::willDisplayCell(const toolkit::TableView& /*table*/, toolkit
 }
 
 bool ServicesTable::shouldSelectRow(const toolkit::TableView& /*table*/, int /*row*/) {
-    return needs_.unlocked();
+    return authorizer_.unlocked();
 }
 
 void ServicesTable::tableViewSelectionDidChange(const toolkit::TableView& /*table*/) {
-    if (needs_.unlocked())
+    if (authorizer_.unlocked())
         updateConfigEnable();
     else
         outlets_.configPlugIn.setEnabled(false);

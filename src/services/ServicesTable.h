@@ -1,6 +1,7 @@
 #pragma once
 
-#include "halden/Session.h"
+#include "directory/Authorizer.h"
+#include "directory/Connection.h"
 #include "platform/LocalizedStrings.h"
 #include "services/ServicesList.h"
 #include "toolkit/TableView.h"
@@ -13,9 +14,9 @@ class ServicesTable final : public toolkit::TableDataSource, public toolkit::Tab
 public:
     struct Needs {
         virtual ~Needs() = default;
-        [[nodiscard]] virtual bool unlocked() = 0;
         virtual void setPluginModified(bool modified) = 0;
-        [[nodiscard]] virtual std::shared_ptr<halden::Session> haldenSession() = 0;
+        /// Is the table on screen?
+        [[nodiscard]] virtual bool isServicesPaneShown() = 0;
     };
     struct Outlets {
         toolkit::TableView& selectPlugIn;
@@ -23,8 +24,9 @@ public:
         toolkit::Label& state; ///< below the table
     };
 
-    ServicesTable(ServicesList& list, const platform::LocalizedStrings& strings, Outlets outlets,
-                  Needs& needs);
+    ServicesTable(ServicesList& list, directory::Connection& connection,
+                  const directory::Authorizer& authorizer, const platform::LocalizedStrings& strings,
+                  Outlets outlets, Needs& needs);
 
     /// Gives the on/off column its check box, then takes it and the version column out of the table:
     /// connectors are switched by their plug-ins. An interface that keeps the columns would find them
@@ -36,6 +38,9 @@ public:
     void configPlugInAction(toolkit::Control* sender);
     /// Says whether the selected connector is on, and with how many directories.
     void showState();
+    /// Shows the state anew where that can be seen: the panel of nodes marks a modification for each row that
+    /// it adds.
+    void modificationMarked();
 
     [[nodiscard]] int numberOfRowsInTableView(const toolkit::TableView& table) override;
     [[nodiscard]] toolkit::ObjectValue objectValueForTableColumn(const toolkit::TableView& table,
@@ -56,6 +61,8 @@ private:
     [[nodiscard]] std::string directoriesOf(const std::string& prefix);
 
     ServicesList& list_;
+    directory::Connection& connection_;
+    const directory::Authorizer& authorizer_;
     const platform::LocalizedStrings& strings_;
     Outlets outlets_;
     Needs& needs_;

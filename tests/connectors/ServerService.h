@@ -106,7 +106,7 @@ private:
     std::unique_ptr<fakes::FakeHost> theHost_;
     fakes::FakeHost& host_ = *theHost_;
     std::shared_ptr<fakes::FakeSession> session_ = std::make_shared<fakes::FakeSession>(journal_);
-    plugins::PluginHostTable hostTable_{std::make_shared<plugins::PluginAPIImplementor>(host_), "LDAP"};
+    plugins::PluginHostTable hostTable_{host_.makeImplementor(), "LDAP"};
 };
 
 } // namespace corvane::connectors::ldap

@@ -85,8 +85,7 @@ struct FakeInterface final : app::InterfaceLoader {
     FakeInterface(Journal& journal, std::shared_ptr<FakeAuthorization> authorization)
         : journal_(journal), window(journal, "window"), progressSheet(journal, "progressSheet"),
           mainVsDirectoryEditorTabView(journal, "mainVsDirectoryEditorTabView"),
-          mainTabView(journal, "mainTabView"), directoryEditor(journal),
-          localNodeView(journal, "localNodeView"), progressBar(journal, "progressBar"),
+          mainTabView(journal, "mainTabView"), directoryEditor(journal), progressBar(journal, "progressBar"),
           applyButton(journal, "applyButton", &window), helpButton(journal, "helpButton", &window),
           configPlugIn(journal, "configPlugIn", &window), serviceState(journal, "serviceState"),
           selectPlugIn(journal, "selectPlugIn", {"Name", "Version", "On-Off"}),
@@ -108,7 +107,6 @@ struct FakeInterface final : app::InterfaceLoader {
         for (const auto* page : {"main", "directoryEditor"})
             mainVsDirectoryEditorTabView.addTabViewItem(std::make_shared<FakeTabViewItem>(page));
         selectPlugIn.setWindow(&window);
-        localNodeView.setFrameForTest({{0, 0}, {550, 300}});
     }
 
     [[nodiscard]] app::MainWindowOutlets loadMainWindow() override {
@@ -116,8 +114,6 @@ struct FakeInterface final : app::InterfaceLoader {
                 mainVsDirectoryEditorTabView,
                 mainTabView,
                 directoryEditor,
-                &localNodeView,
-                nullptr,
                 progressSheet,
                 progressBar,
                 applyButton,
@@ -161,7 +157,6 @@ public:
     FakeTabView mainVsDirectoryEditorTabView;
     FakeTabView mainTabView;
     FakeDirectoryEditor directoryEditor;
-    FakeView localNodeView;
     FakeProgressIndicator progressBar;
     FakeButton applyButton;
     FakeButton helpButton;

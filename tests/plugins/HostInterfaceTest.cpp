@@ -24,9 +24,7 @@ struct HostInterface : testing::Test {
     fakes::FakeHost program;
     fakes::FakeAuthorizationService authorizations{journal};
     std::shared_ptr<fakes::FakeSession> session = std::make_shared<fakes::FakeSession>(journal);
-    std::shared_ptr<plugins::PluginAPIImplementor> implementor =
-        std::make_shared<plugins::PluginAPIImplementor>(program);
-    plugins::PluginHostTable hostTable{implementor, "Mine"};
+    plugins::PluginHostTable hostTable{program.makeImplementor(), "Mine"};
     const CorvaneHost& table = hostTable.table();
     sdk::Host host{table};
 };
@@ -308,7 +306,7 @@ TEST_F(HostInterface, hostThatThrows_answersNothingAndLogs) {
     struct Broken final : fakes::FakeHost {
         util::Array networkSets() override { throw std::runtime_error("out of order"); }
     } broken;
-    const plugins::PluginHostTable other(std::make_shared<plugins::PluginAPIImplementor>(broken), "Mine");
+    const plugins::PluginHostTable other(broken.makeImplementor(), "Mine");
     EXPECT_FALSE(sdk::Host(other.table()).networkSets());
     EXPECT_EQ(broken.done, Texts{"log call of plug-in Mine failed: out of order"});
 }

@@ -24,7 +24,7 @@ struct HostObjects : testing::Test {
     fakes::Journal journal;
     fakes::FakeHost program;
     std::shared_ptr<fakes::FakeSession> session = std::make_shared<fakes::FakeSession>(journal);
-    plugins::PluginHostTable hostTable{std::make_shared<plugins::PluginAPIImplementor>(program), "Mine"};
+    plugins::PluginHostTable hostTable{program.makeImplementor(), "Mine"};
     const CorvaneObjects& objects = *hostTable.table().objects;
     sdk::Host host{hostTable.table()};
 };

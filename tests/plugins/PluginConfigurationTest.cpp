@@ -1,6 +1,8 @@
 #include <gtest/gtest.h>
 
-#include "fakes/FakeProgram.h"
+#include "fakes/FakeHost.h"
+#include "fakes/FakeToolkit.h"
+#include "plugins/PluginItem.h"
 
 using namespace corvane;
 
@@ -9,21 +11,31 @@ namespace {
 constexpr const char* application = "/usr/bin/configurator";
 constexpr const char* file = "/etc/connector.conf";
 
-/// A program with one connector that names an external configuration program.
+/// A connector that names an external configuration program.
 struct ExternalConfiguration : testing::Test {
     void configure(const std::string& applicationPath, const std::string& filePath) {
-        auto& record = program.addConnector("Extra", "Active", "1");
-        if (!applicationPath.empty()) record.with(halden::attribute::configAvailable, {applicationPath});
-        if (!filePath.empty()) record.with(halden::attribute::configFile, {filePath});
-        program.platform.strings.marks = true;
-        program.launch();
-        program.controller().pluginWithName("Extra")->configureButtonClicked(&program.interface.configPlugIn);
+        const auto orNone = [](const std::string& path) { return path.empty() ? "Not Available" : path; };
+        platform.strings.marks = true;
+        item = std::make_unique<plugins::PluginItem>(
+            plugins::PluginItem::Context{controller, toolkit, platform.environment},
+            util::Dictionary{{"PlugInName", "Extra"},
+                             {"PlugInConfigAvail", orNone(applicationPath)},
+                             {"PlugInConfigFile", orNone(filePath)}});
+        item->setPluginAPIImplementor(host.makeImplementor());
+        item->configureButtonClicked(&button);
     }
     [[nodiscard]] const fakes::ShownAlert& sheet() {
         static const fakes::ShownAlert none;
-        return program.toolkit.alerts().empty() ? none : program.toolkit.alerts().back();
+        return toolkit.alerts().empty() ? none : toolkit.alerts().back();
     }
-    fakes::FakeProgram program;
+    fakes::Journal journal;
+    fakes::FakePlatform platform{journal};
+    fakes::FakeToolkit toolkit{journal};
+    fakes::FakeWindow window{journal, "window"};
+    fakes::FakeButton button{journal, "button", &window};
+    fakes::FakeHost host;
+    plugins::PluginController controller{platform.environment};
+    std::unique_ptr<plugins::PluginItem> item;
 };
 
 } // namespace
@@ -34,20 +46,20 @@ TEST_F(ExternalConfiguration, noneNeeded_saysSoUnderTheConnectorsName) {
     EXPECT_EQ(sheet().information, "«This plug-in does not require configuration.»");
     EXPECT_EQ(sheet().buttons, std::vector<std::string>{"«OK»"});
     EXPECT_TRUE(sheet().asSheet);
-    program.toolkit.answerSheet(1);
-    EXPECT_FALSE(program.toolkit.sheetIsOpen());
+    toolkit.answerSheet(1);
+    EXPECT_FALSE(toolkit.sheetIsOpen());
 }
 
 TEST_F(ExternalConfiguration, applicationAlone_isLaunched) {
-    program.platform.workspace.files = {application};
+    platform.workspace.files = {application};
     configure(application, "");
-    EXPECT_EQ(program.platform.workspace.started, std::vector<std::vector<std::string>>{{application}});
-    EXPECT_TRUE(program.toolkit.alerts().empty());
+    EXPECT_EQ(platform.workspace.started, std::vector<std::vector<std::string>>{{application}});
+    EXPECT_TRUE(toolkit.alerts().empty());
 }
 
 TEST_F(ExternalConfiguration, applicationThatDoesntStart_isReported) {
-    program.platform.workspace.files = {application};
-    program.platform.workspace.canLaunch = false;
+    platform.workspace.files = {application};
+    platform.workspace.canLaunch = false;
     configure(application, "");
     EXPECT_EQ(sheet().message, "«Plug-in Configure Failed»");
     EXPECT_EQ(sheet().information,
@@ -60,22 +72,21 @@ TEST_F(ExternalConfiguration, applicationMissing_isReported) {
 }
 
 TEST_F(ExternalConfiguration, fileAndApplication_areOpenedTogether) {
-    program.platform.workspace.files = {application, file};
+    platform.workspace.files = {application, file};
     configure(application, file);
-    EXPECT_EQ(program.platform.workspace.started,
-              (std::vector<std::vector<std::string>>{{application, file}}));
+    EXPECT_EQ(platform.workspace.started, (std::vector<std::vector<std::string>>{{application, file}}));
 }
 
 TEST_F(ExternalConfiguration, fileMissing_isReported) {
-    program.platform.workspace.files = {application};
+    platform.workspace.files = {application};
     configure(application, file);
     EXPECT_EQ(sheet().information, "«Plug-in configuration file /etc/connector.conf is missing.»");
-    EXPECT_TRUE(program.platform.workspace.started.empty());
+    EXPECT_TRUE(platform.workspace.started.empty());
 }
 
 TEST_F(ExternalConfiguration, openingThatFails_namesBoth) {
-    program.platform.workspace.files = {application, file};
-    program.platform.workspace.canLaunch = false;
+    platform.workspace.files = {application, file};
+    platform.workspace.canLaunch = false;
     configure(application, file);
     EXPECT_EQ(sheet().information,
               "«Plug-in configuration application /usr/bin/configurator or configuration file "
@@ -83,7 +94,7 @@ TEST_F(ExternalConfiguration, openingThatFails_namesBoth) {
 }
 
 TEST_F(ExternalConfiguration, applicationMissingWithAFile_suggestsEditingIt) {
-    program.platform.workspace.files = {file};
+    platform.workspace.files = {file};
     configure(application, file);
     EXPECT_EQ(sheet().information,
               "«Plug-in configuration application /usr/bin/configurator is missing. Try editing "
@@ -91,12 +102,15 @@ TEST_F(ExternalConfiguration, applicationMissingWithAFile_suggestsEditingIt) {
 }
 
 TEST_F(ExternalConfiguration, remotely_nothingHappens) {
-    program.addConnector("Extra", "Active", "1").with(halden::attribute::configAvailable, {application});
-    program.platform.workspace.files = {application};
-    program.launch();
-    const auto item = program.controller().pluginWithName("Extra");
-    program.controller().setIPAddress("server.example.com");
-    item->configureButtonClicked(&program.interface.configPlugIn);
-    EXPECT_TRUE(program.platform.workspace.started.empty());
-    EXPECT_TRUE(program.toolkit.alerts().empty());
+    host.remote = true;
+    platform.workspace.files = {application};
+    configure(application, "");
+    EXPECT_TRUE(platform.workspace.started.empty());
+    EXPECT_TRUE(toolkit.alerts().empty());
+}
+
+TEST_F(ExternalConfiguration, remotely_whatNeedsNoConfigurationSaysSoAllTheSame) {
+    host.remote = true;
+    configure("", file);
+    EXPECT_EQ(sheet().information, "«This plug-in does not require configuration.»");
 }

@@ -5,8 +5,9 @@
 #include <cstddef>
 
 #include "fakes/FakeHost.h"
-#include "fakes/FakeProgram.h"
+#include "fakes/FakeToolkit.h"
 #include "fakes/RecordingPlugin.h"
+#include "sdk/Host.h"
 
 using namespace corvane;
 using Recording = fakes::RecordingPlugin<0>;
@@ -27,7 +28,8 @@ struct Item : testing::Test {
         description.set("PlugInName", name);
         auto item = std::make_unique<plugins::PluginItem>(
             plugins::PluginItem::Context{controller, toolkit, platform.environment}, description);
-        item->setPluginAPIImplementor(std::make_shared<plugins::PluginAPIImplementor>(host));
+        implementor = host.makeImplementor();
+        item->setPluginAPIImplementor(implementor);
         return item;
     }
     [[nodiscard]] const std::vector<fakes::ReceivedCall>& calls() {
@@ -41,6 +43,7 @@ struct Item : testing::Test {
     fakes::FakeWindow window{journal, "window"};
     fakes::FakeButton button{journal, "button", &window};
     fakes::FakeHost host;
+    std::shared_ptr<plugins::PluginAPIImplementor> implementor; ///< of the last item made
     plugins::PluginController controller{platform.environment};
     util::Dictionary description = util::Dictionary::makeMutable({{"PlugInLoaded", "Active"},
                                                                   {"UserSetLoaded", "Active"},
@@ -169,6 +172,43 @@ TEST_F(Item, pluginsAnswers_areTheItems) {
     EXPECT_TRUE(item->isEnabled()); // never forwarded
 }
 
+TEST_F(Item, everyAnswerButZero_isTrue) {
+    static std::int8_t answer = 0;
+    static CorvanePlugin odd = [] {
+        auto table = *sdk::tableFor<fakes::RecordingPlugin<4>>();
+        table.isDirty = table.canConfigure = [](void*) { return answer; };
+        table.applicationWillQuitSavingChanges = [](void*, std::int8_t) { return answer; };
+        table.applicationWillLockSavingChanges = [](void*, std::int8_t) { return answer; };
+        return table;
+    }();
+    platform.bundles.add(
+        "/built-in/PlugIns/", "LDAP.cvplug",
+        reinterpret_cast<void*>(+[](const CorvaneHandshake*) -> const CorvanePlugin* { return &odd; }));
+    controller.loadPlugins();
+    const auto item = make();
+    for (const int each : {0, 1, 2, -1, 127, -128}) {
+        answer = static_cast<std::int8_t>(each);
+        EXPECT_EQ(item->isDirty(), each != 0) << each;
+        EXPECT_EQ(item->canConfigure(), each != 0) << each;
+        EXPECT_EQ(item->applicationWillQuitSavingChanges(true), each != 0) << each;
+        EXPECT_EQ(item->applicationWillLockSavingChanges(true), each != 0) << each;
+    }
+}
+
+TEST_F(Item, anotherImplementor_takesThePlaceOfTheFirstWhichIsReleased) {
+    useRecordingPlugin();
+    const auto item = make();
+    fakes::FakeHost other;
+    other.remote = true;
+    const std::weak_ptr<plugins::PluginAPIImplementor> first = implementor;
+    implementor.reset();
+    EXPECT_FALSE(first.expired());
+    item->setPluginAPIImplementor(other.makeImplementor());
+    EXPECT_TRUE(first.expired());
+    EXPECT_EQ(std::ranges::count(Recording::script().calls, "setPluginAPIImplementor"), 2);
+    EXPECT_TRUE(sdk::Host(*Recording::script().host).isRemote());
+}
+
 TEST_F(Item, description_isCopied) {
     const auto item = make();
     item->setEnabled(false);
@@ -255,6 +295,15 @@ TEST_F(Item, saveEnableState_withoutIndex_answersTrueAndSendsNothing) {
     const auto item = make();
     item->setEnabled(false);
     EXPECT_TRUE(item->saveEnableState());
+    EXPECT_TRUE(calls().empty());
+}
+
+TEST_F(Item, saveEnableState_withoutAConfigurationNode_failsWhereThereIsSomethingToWrite) {
+    const auto item = make();
+    host.configNode = nullptr;
+    EXPECT_TRUE(item->saveEnableState());
+    item->setEnabled(false);
+    EXPECT_FALSE(item->saveEnableState());
     EXPECT_TRUE(calls().empty());
 }
 

@@ -9,6 +9,10 @@
 namespace corvane::haldend {
 namespace {
 
+constexpr mode_t forItsOwnerAlone = 0600;
+constexpr mode_t readableByEveryone = 0644; ///< of a new file
+constexpr bool forceMode = true;            ///< of a file that is there already, too
+
 bool hasFolder(const MachineFolder& folder, const char* file) {
     struct stat status {};
     return ::stat(parentOf(folder.resolved(file)).c_str(), &status) == 0;
@@ -25,10 +29,10 @@ Failure changedElsewhere(const std::string& evidence) {
 /// The files whose contents differ, as in "/etc/nsswitch.conf differs".
 std::string changedFiles(const MachineFolder& folder, const MachineSnapshot::Fingerprints& before,
                          const MachineSnapshot::Fingerprints& now) {
-    constexpr const char* names[] = {machineFile::nsswitch, machineFile::sssd, machineFile::policies};
     std::vector<std::string> changed;
-    for (std::size_t i = 0; i < before.size(); ++i)
-        if (before[i] != now[i]) changed.push_back(folder.pathOf(names[i]));
+    if (before.nsswitch != now.nsswitch) changed.push_back(folder.pathOf(machineFile::nsswitch));
+    if (before.sssd != now.sssd) changed.push_back(folder.pathOf(machineFile::sssd));
+    if (before.policies != now.policies) changed.push_back(folder.pathOf(machineFile::policies));
     return commaJoined(changed) + (changed.size() > 1 ? " differ" : " differs");
 }
 
@@ -37,6 +41,14 @@ bool isOtherLogin(const MachinePolicy& policy, const MachinePolicy& known) {
     const auto &now = policy.authentication, &then = known.authentication;
     if (now.mode != then.mode || policy.disabled != known.disabled) return true;
     return now.mode == PolicyMode::custom && now.custom != then.custom;
+}
+
+/// What stays noted while sssd.conf isn't there.
+MachineAdditions aboutNsswitchAlone(const MachineAdditions& added) {
+    MachineAdditions kept;
+    kept.nsswitch = added.nsswitch;
+    kept.lines = added.lines;
+    return kept;
 }
 
 Failure notServable(const std::string& reason, const std::string& recovery) {
@@ -144,13 +156,13 @@ void Machine::changeLocked(const std::function<void()>& require,
             if (seen == before) seen = snapshot_.fingerprints();
     }
     const auto& now = snapshot_.fingerprints();
-    if (before[0] != now[0] || before[1] != now[1]) tellSssd(before);
+    if (before.nsswitch != now.nsswitch || before.sssd != now.sssd) tellSssd(before);
     if (before != now) signal();
 }
 
 void Machine::tellSssd(const MachineSnapshot::Fingerprints& before) {
     const auto inputs = snapshot_.inputs();
-    const bool isChanged = before[1] != snapshot_.fingerprints()[1];
+    const bool isChanged = before.sssd != snapshot_.fingerprints().sssd;
     if (!activeDirectories(snapshot_.policy(), inputs).empty())
         sssd_->filesChanged(SssdUse::needed);
     else if (isChanged && !inputs.sssd.trouble().empty())
@@ -241,64 +253,77 @@ std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyInputs& in
     return isSame && isIdle ? former.text() : changed;
 }
 
-void Machine::replaceSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
-                          StoredPolicy& stored) {
+/// Where sssd.conf isn't there yet, this service makes it.
+void Machine::noteNewSssdFile(MachineAdditions& added) const {
+    if (snapshot_.hasSssdFile()) return;
+    auto fresh = aboutNsswitchAlone(added);
+    fresh.folder = !hasFolder(folder_, machineFile::sssd);
+    fresh.file = true;
+    fresh.options = added.options;
+    added = std::move(fresh);
+}
+
+Machine::FileTexts Machine::textsFor(MachineDraft& draft) const {
+    const auto before = snapshot_.inputs();
+    const auto wanted = wantedDomains(draft);
+    FileTexts texts{sssdTextFor(draft, wanted), ""};
+    const auto sssd = sssdFileWith(texts.sssd);
+    const auto nodes = domainNodes(*sssd);
+    const PolicyInputs after{before.nsswitch, *sssd, nodes, draft.added.formerList};
+    requireServed(wanted, after);
+    stillWaiting();
+    texts.nsswitch = nsswitchTextFor(draft, after);
+    if (texts.nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
+        throw generatedFile(folder_, !activeDirectories(draft.policy, after).empty());
+    return texts;
+}
+
+void Machine::stageSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
+                        StoredPolicy& stored) {
     const auto& before = snapshot_.inputs().sssd;
+    stored.added = draft.added;
     if (draft.added.file && SssdLines(text).isBlank()) {
         if (snapshot_.hasSssdFile()) transaction.remove(machineFile::sssd, draft.added.folder);
         stored.sssd = sssdFingerprint(std::nullopt, before.snippets());
-        stored.added = {};
-        stored.added.nsswitch = draft.added.nsswitch;
-        stored.added.lines = draft.added.lines;
+        stored.added = aboutNsswitchAlone(draft.added);
     } else if (text != before.text()) {
         validator_.check(text, before.text());
         stored.sssd = sssdFingerprint(text, before.snippets());
-        transaction.replace(machineFile::sssd, text, 0600, true);
+        transaction.replace(machineFile::sssd, text, forItsOwnerAlone, forceMode);
     }
 }
 
-void Machine::writeFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored) {
-    const auto before = snapshot_.inputs();
-    if (!snapshot_.hasSssdFile()) {
-        MachineAdditions fresh;
-        fresh.folder = !hasFolder(folder_, machineFile::sssd);
-        fresh.file = true;
-        fresh.nsswitch = draft.added.nsswitch;
-        fresh.lines = draft.added.lines;
-        fresh.options = draft.added.options;
-        draft.added = fresh;
-    }
-    const auto wanted = wantedDomains(draft);
-    const auto sssd = sssdTextFor(draft, wanted);
-    const auto after = sssdFileWith(sssd);
-    const auto nodes = domainNodes(*after);
-    const PolicyInputs inputs{before.nsswitch, *after, nodes, draft.added.formerList};
-    requireServed(wanted, inputs);
-    stillWaiting();
-    const auto nsswitch = nsswitchTextFor(draft, inputs);
-    if (nsswitch != before.nsswitch.text() && before.nsswitch.isGenerated())
-        throw generatedFile(folder_, !activeDirectories(draft.policy, inputs).empty());
-    stored.added = draft.added;
-    replaceSssd(transaction, draft, sssd, stored);
-    if (nsswitch == before.nsswitch.text()) return;
-    stored.nsswitch = Fingerprint::of(nsswitch);
-    transaction.replace(machineFile::nsswitch, nsswitch, 0644);
+void Machine::stageNsswitch(MachineTransaction& transaction, const std::string& text, StoredPolicy& stored) {
+    if (text == snapshot_.inputs().nsswitch.text()) return;
+    stored.nsswitch = Fingerprint::of(text);
+    transaction.replace(machineFile::nsswitch, text, readableByEveryone);
+}
+
+// For its owner alone: from the fingerprint of sssd.conf a password in it could be guessed.
+bool Machine::stageStore(MachineTransaction& transaction, const StoredPolicy& stored) {
+    const auto text = storedText(stored, codec_);
+    const bool isNew = Fingerprint::of(text) != snapshot_.fingerprints().policies;
+    if (isNew) transaction.replace(machineFile::policies, text, forItsOwnerAlone, forceMode);
+    return isNew;
+}
+
+void Machine::stageFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored) {
+    noteNewSssdFile(draft.added);
+    const auto texts = textsFor(draft);
+    stageSssd(transaction, draft, texts.sssd, stored);
+    stageNsswitch(transaction, texts.nsswitch, stored);
 }
 
 /// The files are only looked at where something is changed that they express: whatever they say otherwise is
-/// the administrator's.
+/// the administrator's. A change of a file changes the store as well, which has its fingerprint.
 void Machine::write(const FolderLock& lock, MachineDraft& draft) {
-    const bool isAboutFiles =
-        isOtherLogin(draft.policy, snapshot_.storedPolicy()) || draft.sssd != snapshot_.sssdText();
+    const bool changesLogin = isOtherLogin(draft.policy, snapshot_.storedPolicy());
+    const bool changesDirectories = draft.sssd != snapshot_.sssdText();
     MachineTransaction transaction(folder_, lock);
     auto stored = snapshot_.asStored(draft.policy);
     stored.added = draft.added;
-    if (isAboutFiles) writeFiles(transaction, draft, stored);
-    const auto text = storedText(stored, codec_);
-    if (Fingerprint::of(text) == snapshot_.fingerprints()[2]) return; // nothing is new
-    // For its owner alone: from the fingerprint of sssd.conf a password in it could be guessed.
-    transaction.replace(machineFile::policies, text, 0600, true);
-    transaction.commit();
+    if (changesLogin || changesDirectories) stageFiles(transaction, draft, stored);
+    if (stageStore(transaction, stored)) transaction.commit();
 }
 
 void Machine::signal() const {

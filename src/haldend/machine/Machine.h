@@ -83,9 +83,20 @@ private:
     /// Holds the lock, lets `require` look at the present state and `decide` edit it, and writes the result.
     void changeLocked(const std::function<void()>& require, const std::function<void(MachineDraft&)>& decide);
     void write(const FolderLock& lock, MachineDraft& draft);
-    void writeFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored);
-    void replaceSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
-                     StoredPolicy& stored);
+    void stageFiles(MachineTransaction& transaction, MachineDraft& draft, StoredPolicy& stored);
+    void noteNewSssdFile(MachineAdditions& added) const;
+    /// What the files will say; the same text where one doesn't change.
+    struct FileTexts {
+        std::string sssd;
+        std::string nsswitch;
+    };
+    /// Throws `Failure` where the files' readers would not read what is meant.
+    [[nodiscard]] FileTexts textsFor(MachineDraft& draft) const;
+    void stageSssd(MachineTransaction& transaction, const MachineDraft& draft, const std::string& text,
+                   StoredPolicy& stored);
+    void stageNsswitch(MachineTransaction& transaction, const std::string& text, StoredPolicy& stored);
+    /// False where nothing is new.
+    [[nodiscard]] bool stageStore(MachineTransaction& transaction, const StoredPolicy& stored);
     [[nodiscard]] std::vector<std::string> wantedDomains(const MachineDraft& draft) const;
     [[nodiscard]] std::string sssdTextFor(MachineDraft& draft, const std::vector<std::string>& names) const;
     [[nodiscard]] std::string nsswitchTextFor(MachineDraft& draft, const PolicyInputs& inputs) const;

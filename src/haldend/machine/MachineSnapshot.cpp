@@ -80,7 +80,7 @@ MachineSnapshot MachineSnapshot::read(const MachineFolder& folder, const platfor
 
 void MachineSnapshot::readNsswitch(const MachineFolder& folder) {
     const auto text = folder.read(machineFile::nsswitch);
-    fingerprints_[0] = Fingerprint::of(text);
+    fingerprints_.nsswitch = Fingerprint::of(text);
     nsswitch_.emplace(text.value_or(""), folder.pathOf(machineFile::nsswitch));
 }
 
@@ -88,7 +88,7 @@ void MachineSnapshot::readSssd(const MachineFolder& folder, SssdFileReader& read
     auto snippets = SssdSnippets::of(folder);
     auto text = folder.read(machineFile::sssd);
     hasSssdFile_ = text.has_value();
-    fingerprints_[1] = sssdFingerprint(text, snippets.read);
+    fingerprints_.sssd = sssdFingerprint(text, snippets.read);
     remarks_ = std::move(snippets.passedOver);
     if (auto remark = ownerRemark(folder); !remark.empty()) remarks_.push_back(std::move(remark));
     sssd_ =
@@ -100,7 +100,7 @@ void MachineSnapshot::readSssd(const MachineFolder& folder, SssdFileReader& read
 
 void MachineSnapshot::readStore(const MachineFolder& folder, const platform::PropertyListCodec& codec) {
     const auto text = folder.read(machineFile::policies);
-    fingerprints_[2] = Fingerprint::of(text);
+    fingerprints_.policies = Fingerprint::of(text);
     if (!text) return;
     stored_ = haldend::storedPolicy(*text, folder.pathOf(machineFile::policies), codec);
     policy_ = stored_->policy;
@@ -117,7 +117,7 @@ void MachineSnapshot::derivePolicy() {
     }
     if (!stored_)
         policy_ = firstPolicy(inputs());
-    else if (stored_->nsswitch != fingerprints_[0] || stored_->sssd != fingerprints_[1])
+    else if (stored_->nsswitch != fingerprints_.nsswitch || stored_->sssd != fingerprints_.sssd)
         policy_ = derivedPolicy(stored_->policy, inputs());
 }
 
@@ -145,8 +145,8 @@ const MachinePolicy& MachineSnapshot::storedPolicy() const {
 /// A policy that isn't derived from what the files say now still belongs to what they said before.
 StoredPolicy MachineSnapshot::asStored(const MachinePolicy& policy) const {
     const bool isOld = stored_ && (!nsswitch_ || !sssd_);
-    return {policy, isOld ? stored_->nsswitch : fingerprints_[0], isOld ? stored_->sssd : fingerprints_[1],
-            additions_};
+    return {policy, isOld ? stored_->nsswitch : fingerprints_.nsswitch,
+            isOld ? stored_->sssd : fingerprints_.sssd, additions_};
 }
 
 std::vector<std::string> MachineSnapshot::automaticDirectories() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <array>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -22,10 +21,19 @@ namespace corvane::haldend {
 /// is part of it, so that what isn't affected goes on working. Immutable once read.
 class MachineSnapshot {
 public:
-    /// One each for nsswitch.conf, sssd.conf with its snippets, and the stored policy.
-    using Fingerprints = std::array<Fingerprint, 3>;
-    /// The same, and one for all snippets of sssd.conf.
-    using Stamps = std::array<FileStamp, 4>;
+    struct Fingerprints {
+        Fingerprint nsswitch;
+        Fingerprint sssd; ///< of sssd.conf with its snippets
+        Fingerprint policies;
+        friend bool operator==(const Fingerprints&, const Fingerprints&) = default;
+    };
+    struct Stamps {
+        FileStamp nsswitch;
+        FileStamp sssd;
+        FileStamp policies;
+        FileStamp snippets; ///< one for all snippets of sssd.conf
+        friend bool operator==(const Stamps&, const Stamps&) = default;
+    };
 
     /// Reads the folder, sssd.conf through `reader`. Never throws for what the folder holds.
     [[nodiscard]] static MachineSnapshot

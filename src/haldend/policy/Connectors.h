@@ -6,6 +6,7 @@
 #include <string_view>
 
 #include "halden/Calls.h"
+#include "halden/ConnectorNames.h"
 
 namespace corvane::haldend {
 
@@ -22,12 +23,12 @@ struct Connector {
 };
 
 inline constexpr std::array<Connector, 6> connectors{{
-    {"Local", "1.0", false},
-    {"BSD", "10.0", false},
-    {"LDAP", "1.0.0", true},
-    {"AD", "1.0.10", true},
-    {"Search", "1.0.0.0", false},
-    {"Contacts", "1.0.0.10", false},
+    {halden::connector::local, "1.0", false},
+    {halden::connector::bsd, "10.0", false},
+    {halden::connector::ldap, "1.0.0", true},
+    {halden::connector::activeDirectory, "1.0.10", true},
+    {halden::connector::search, "1.0.0.0", false},
+    {halden::connector::contacts, "1.0.0.10", false},
 }};
 
 /// Names of connectors that the administrator has switched off.

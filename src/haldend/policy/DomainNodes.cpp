@@ -6,6 +6,9 @@
 #include "haldend/files/LdapUri.h"
 
 namespace corvane::haldend {
+
+namespace connector = halden::connector;
+
 namespace {
 
 /// "" for what has no host, as a socket path or a service record hasn't.
@@ -17,13 +20,16 @@ std::string serverOf(std::string_view text) {
 std::string ldapName(const SssdDomain& domain) {
     const auto uris = commaSeparated(domain.option("ldap_uri"));
     const auto server = uris.empty() ? std::string() : serverOf(uris.front());
-    return "/LDAP/" + (server.empty() ? domain.name : server);
+    return "/" + std::string(connector::ldap) + "/" + (server.empty() ? domain.name : server);
 }
 
 /// The first part of the node's name.
 std::string connectorFor(const SssdDomain& domain) {
-    static const std::map<std::string, std::string> names{
-        {"ldap", "LDAP"}, {"ad", "AD"}, {"ipa", "IPA"}, {"files", "Files"}, {"proxy", "Proxy"}};
+    static const std::map<std::string, std::string> names{{"ldap", std::string(connector::ldap)},
+                                                          {"ad", std::string(connector::activeDirectory)},
+                                                          {"ipa", "IPA"},
+                                                          {"files", "Files"},
+                                                          {"proxy", "Proxy"}};
     if (domain.isApplication) return "Application";
     const auto found = names.find(domain.option("id_provider"));
     return found == names.end() ? std::string() : found->second;
@@ -43,11 +49,11 @@ const std::vector<std::string>& localNodeNames() {
 std::vector<DomainNode> domainNodes(const SssdFile& sssd) {
     std::vector<DomainNode> nodes;
     for (const auto& domain : sssd.domains()) {
-        const auto connector = connectorFor(domain);
-        if (connector.empty() || !domain.obstacle().empty()) continue;
-        auto name = connector == "LDAP" ? ldapName(domain) : "/" + connector + "/" + domain.name;
+        const auto kind = connectorFor(domain);
+        if (kind.empty() || !domain.obstacle().empty()) continue;
+        auto name = kind == connector::ldap ? ldapName(domain) : "/" + kind + "/" + domain.name;
         if (isTaken(nodes, name)) name += "/" + domain.name;
-        nodes.push_back({name, connector, domain});
+        nodes.push_back({name, kind, domain});
     }
     return nodes;
 }

@@ -23,7 +23,9 @@ struct DomainNode {
     SssdDomain domain;
 
     /// False for one that another program configures, which is shown and can be put on a policy or taken off.
-    [[nodiscard]] bool isManaged() const { return connector == "LDAP" || connector == "AD"; }
+    [[nodiscard]] bool isManaged() const {
+        return connector == halden::connector::ldap || connector == halden::connector::activeDirectory;
+    }
 };
 
 /// The directories of a configuration in the file's order; what SSSD can't serve is none.

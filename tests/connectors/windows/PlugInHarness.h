@@ -22,14 +22,14 @@ namespace corvane::connectors::ldap {
 
 /// A program whose forms are real windows, and whose timers and background are real as well.
 struct WindowHost : fakes::FakeHost {
-    plugins::PluginSurroundings surroundings() override {
-        return {windows, {*this, localizedStrings}, loop, calls};
-    }
+    forms::FormPresenter& shownBy() override { return realWindows; }
+    platform::RunLoop& loop() override { return realLoop; }
+    plugins::BackgroundCalls& calls() override { return realCalls; }
     fakes::FakeLog lines;
     qt::HandlerGuard guard{lines};
-    qt::QtFormPresenter windows{guard};
-    qt::QtRunLoop loop{guard};
-    plugins::BackgroundCalls calls{loop};
+    qt::QtFormPresenter realWindows{guard};
+    qt::QtRunLoop realLoop{guard};
+    plugins::BackgroundCalls realCalls{realLoop};
 };
 
 /// The plug-in behind its table, as the host works it, and a user in front of its windows.

@@ -1,5 +1,3 @@
-#include "services/ServicesTable.h"
-
 #include <gtest/gtest.h>
 
 #include "fakes/FakeProgram.h"
@@ -16,37 +14,6 @@ struct ServicesTable : testing::Test {
     [[nodiscard]] fakes::FakeTableView& table() { return program.interface.selectPlugIn; }
     [[nodiscard]] fakes::FakeButton& configure() { return program.interface.configPlugIn; }
     fakes::FakeProgram program;
-};
-
-/// A table that keeps its on/off and version columns, as an interface of old may.
-struct TableOfOld : ServicesTable, services::ServicesTable::Needs, services::ServicesList::Needs {
-    TableOfOld() {
-        withColumns.setDataSource(&served);
-        withColumns.setDelegate(&served);
-        list.buildDSConfigPaneData();
-    }
-    bool unlocked() override { return isUnlocked; }
-    void setPluginModified(bool value) override { modified = value; }
-    std::shared_ptr<halden::Session> haldenSession() override { return program.framework.session; }
-    std::shared_ptr<directory::HaldenNodeConfig> haldenConfigNode() override {
-        return program.controller().haldenConfigNode();
-    }
-    bool legacyDS() override { return true; }
-    std::shared_ptr<plugins::PluginAPIImplementor> apiImplementor() override { return nullptr; }
-    void hideProgressBar() override {}
-    void reloadPluginTable() override { withColumns.reloadData(); }
-
-    bool isUnlocked = true;
-    bool modified = false;
-    fakes::FakeTableView withColumns{program.journal, "old", {"Name", "Version", "On/Off", "Other"}};
-    services::ServicesList list{{plugins::PluginController::sharedInstance(program.platform.environment),
-                                 program.toolkit, program.platform.environment},
-                                *this};
-    services::ServicesTable served{
-        list,
-        program.platform.strings,
-        {withColumns, program.interface.configPlugIn, program.interface.serviceState},
-        *this};
 };
 
 } // namespace
@@ -111,68 +78,6 @@ TEST_F(ServicesTable, outsideTheList_everyAnswerIsHarmless) {
     EXPECT_EQ(table().textAt("Name", -1), "DefaultEntry");
     EXPECT_EQ(table().textAt("Name", 99), "DefaultEntry");
     EXPECT_EQ(table().textAt("Unknown column", 0), "DefaultEntry");
-}
-
-TEST_F(TableOfOld, cells_showNameVersionAndState) {
-    EXPECT_EQ(withColumns.texts("Name"), (std::vector<std::string>{"BSD", "LDAP"}));
-    EXPECT_EQ(withColumns.texts("Version"), (std::vector<std::string>{"1.2.3", "1.10"}));
-    EXPECT_EQ(withColumns.texts("Other"), (std::vector<std::string>{"DefaultEntry", "DefaultEntry"}));
-    EXPECT_EQ(withColumns.textAt("On/Off", 0), "<cell>");
-    EXPECT_TRUE(withColumns.tableColumnWithIdentifier("On/Off")->dataCell()->on);
-}
-
-TEST_F(TableOfOld, tickingACheckBox_changesTheStateAndMarksTheWindow) {
-    withColumns.toggleCheckBox("On/Off", 1, false);
-    EXPECT_FALSE(list.isPluginEnabled("LDAP"));
-    EXPECT_TRUE(modified);
-    EXPECT_TRUE(program.framework.session->config().calls.empty()); // written by save alone
-}
-
-TEST_F(TableOfOld, editsElsewhere_areIgnored) {
-    withColumns.toggleCheckBox("Name", 1, false);
-    withColumns.toggleCheckBox("On/Off", 7, false);
-    withColumns.toggleCheckBox("On/Off", -1, false);
-    EXPECT_TRUE(list.isPluginEnabled("LDAP"));
-    EXPECT_FALSE(modified);
-}
-
-TEST_F(TableOfOld, checkBox_isEnabledAsTheConnectorAllowsWhileUnlocked) {
-    EXPECT_FALSE(withColumns.drawnCell("On/Off", 0).enabled); // "BSD" is never switched off
-    EXPECT_TRUE(withColumns.drawnCell("On/Off", 1).enabled);
-    isUnlocked = false;
-    EXPECT_FALSE(withColumns.drawnCell("On/Off", 1).enabled);
-}
-
-TEST_F(TableOfOld, colours_touchNameAndVersionOnly) {
-    isUnlocked = false;
-    EXPECT_EQ(withColumns.drawnCell("Version", 0).textColor, TextColor::gray);
-    toolkit::Cell red;
-    red.textColor = TextColor::red;
-    EXPECT_EQ(withColumns.drawnCell("Other", 0, red).textColor, TextColor::red);
-}
-
-TEST_F(TableOfOld, setUp_takesTheColumnOfOldToo) {
-    const auto* column = withColumns.tableColumnWithIdentifier("On/Off");
-    ASSERT_NE(column, nullptr);
-    served.setUpTable();
-    EXPECT_EQ(withColumns.tableColumnWithIdentifier("On/Off"), nullptr);
-    const auto cell = withColumns.removedColumn("On/Off")->dataCell();
-    EXPECT_EQ(cell->type, toolkit::CellType::checkBox);
-    EXPECT_EQ(cell->title + cell->alternateTitle, "");
-    EXPECT_EQ(cell->imagePosition, toolkit::ImagePosition::above);
-}
-
-TEST_F(TableOfOld, checkBoxOfAPlugin_asksAndTellsThePlugin) {
-    program.addPlugin("LDAP", Recording::factory());
-    auto& plugins = plugins::PluginController::sharedInstance(program.platform.environment);
-    plugins.loadPlugins();
-    Recording::script().name = "LDAP";
-    list.buildDSConfigPaneData();
-    Recording::script().answers["isEnabledForLocation"] = false;
-    EXPECT_EQ(withColumns.textAt("On/Off", 1), "<cell>");
-    EXPECT_FALSE(withColumns.tableColumnWithIdentifier("On/Off")->dataCell()->on);
-    withColumns.toggleCheckBox("On/Off", 1, false);
-    EXPECT_EQ(Recording::script().calls.back(), "setEnabledForLocation off null");
 }
 
 struct ServiceState : ServicesTable {

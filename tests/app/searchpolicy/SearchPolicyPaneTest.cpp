@@ -3,7 +3,6 @@
 #include <gtest/gtest.h>
 
 #include "fakes/FakeProgram.h"
-#include "searchpolicy/NodeName.h"
 
 using namespace corvane;
 namespace attribute = halden::attribute;
@@ -259,10 +258,4 @@ TEST_F(Panes, tables_takeOneDragTypeAndSeveralRows) {
         program.journal.contains("selectNodeContact.registerForDraggedType DirNodeNamePasteboardType"));
     EXPECT_TRUE(program.journal.contains("selectNode.allowMultiple"));
     EXPECT_TRUE(program.journal.contains("selectNodeContact.allowMultiple"));
-}
-
-TEST(NodeName, connector_isBetweenTheFirstTwoSlashes) {
-    EXPECT_EQ(searchpolicy::connectorOfNode("/LDAP/ldap.example.com/people"), "LDAP");
-    EXPECT_EQ(searchpolicy::connectorOfNode("/Search"), "Search");
-    EXPECT_THROW((void)searchpolicy::connectorOfNode("nothing"), util::RangeException);
 }
