@@ -47,6 +47,7 @@ public:
         : surface_(surface), name_(item.name), row_(new QWidget(&parent)), list_(new FormList(row_)) {
         auto* layout = new QHBoxLayout(row_);
         layout->setContentsMargins(0, 0, 0, 0);
+        layout->setSpacing(12);
         list_->setObjectName(fromUtf8(item.name));
         list_->setAccessibleName(
             fromUtf8(item.accessibleName.empty() ? forms::withoutMnemonic(item.label) : item.accessibleName));
