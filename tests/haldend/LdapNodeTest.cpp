@@ -176,6 +176,34 @@ TEST(LdapNode, serverThatIsDown_isReportedAndTheNextOneAsked) {
               Names{"bertha"});
 }
 
+TEST(LdapNode, serverOnASocketOfThisMachine_isRead) {
+    const TestSlapd slapd;
+    EXPECT_EQ(
+        namesOf(found(TestMachine(section(slapd.localUri())), users(halden::MatchType::equalTo, "bertha"))),
+        Names{"bertha"});
+    halden::Error error;
+    EXPECT_FALSE(
+        found(TestMachine(section("ldapi://%2Fnowhere")), users(halden::MatchType::any, ""), &error));
+    expectClear(error, "/nowhere");
+}
+
+TEST(LdapNode, addressThatIsNoUri_isReported) {
+    halden::Error error;
+    EXPECT_FALSE(found(TestMachine(section("gopher://old")), users(halden::MatchType::any, ""), &error));
+    expectClear(error, "gopher://old: trying to understand the address failed");
+}
+
+TEST(LdapNode, serverThatAnswersByTheByte_isGivenUpAfterTheConfiguredTime) {
+    const SlowServer server;
+    const auto uri = "ldap://127.0.0.1:" + std::to_string(server.port());
+    const auto begin = std::chrono::steady_clock::now();
+    halden::Error error;
+    EXPECT_FALSE(found(TestMachine(section(uri, "ldap_search_timeout = 1\n")),
+                       users(halden::MatchType::any, ""), &error));
+    expectClear(error, "within 1 second");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
+}
+
 TEST(LdapNode, serverThatSaysNothing_isGivenUpAfterTheConfiguredTime) {
     const SilentServer server;
     const auto patience = std::string("ldap_network_timeout = 1\nldap_opt_timeout = 1\n");

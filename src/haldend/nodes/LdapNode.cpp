@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "haldend/ldap/LdapDirectory.h"
 #include "haldend/ldap/LdapSchema.h"
 
 namespace corvane::haldend {
@@ -41,14 +42,16 @@ struct RecordKind {
 };
 
 template <typename Mappings>
-RecordKind kindOf(std::string_view type, std::string objectClass, std::vector<LdapSearchBase> bases,
+RecordKind kindOf(std::string_view type, std::string_view classOption, std::vector<LdapSearchBase> bases,
                   const Mappings& mappings, const SssdDomain& domain) {
-    RecordKind kind{type, std::move(objectClass), std::move(bases), {}};
+    RecordKind kind{type, ldapName(domain, classOption), std::move(bases), {}};
     for (const auto& mapping : mappings)
         kind.names.emplace_back(mapping.attribute, mapping.option.empty() ? "telephoneNumber"
                                                                           : ldapName(domain, mapping.option));
     return kind;
 }
+
+char foldedAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 std::string term(const std::string& name, MatchType type, const std::string& text) {
     const auto escaped = filterEscaped(text);
@@ -85,28 +88,33 @@ std::vector<std::string> directoryNames(const RecordKind& kind) {
     return names;
 }
 
-AttributeMap translated(const RecordKind& kind, const AttributeMap& entry) {
+bool isSameName(std::string_view one, std::string_view other) {
+    return std::ranges::equal(one, other, {}, foldedAscii, foldedAscii);
+}
+
+AttributeMap translated(const RecordKind& kind, const LdapEntry& entry) {
     AttributeMap attributes;
-    for (const auto& [ours, theirs] : kind.names)
-        if (const auto found = entry.find(theirs); found != entry.end())
-            attributes.emplace(ours, found->second);
+    entry.eachValue([&](std::string_view name, std::string_view value) {
+        for (const auto& [ours, theirs] : kind.names)
+            if (isSameName(theirs, name)) attributes[ours].emplace_back(value);
+    });
     return attributes;
 }
 
-void append(RecordList& records, LdapConnection& connection, const RecordKind& kind,
+void append(RecordList& records, LdapDirectory& directory, const RecordKind& kind,
             const QueryParameters& parameters, bool allowPartial) {
     auto bases = kind.bases;
-    if (bases.empty()) bases.push_back({connection.defaultBase(), 2, ""});
+    if (bases.empty()) bases.push_back({directory.defaultBase(), 2, ""});
     for (const auto& base : bases) {
         const auto filter = filterFor(kind, parameters, base.filter);
         if (!filter || isFull(parameters, records)) return;
         const auto left = parameters.maximumResults == 0 ? 0 : parameters.maximumResults - records.size();
-        for (const auto& entry :
-             connection.search({base, *filter, directoryNames(kind), left, allowPartial})) {
-            const auto attributes = translated(kind, entry);
-            if (attributes.contains(attribute::recordName))
-                records.push_back(recordFor(parameters, kind.type, attributes));
-        }
+        directory.search({base.base, base.scope, *filter, directoryNames(kind), left}, allowPartial,
+                         [&](const LdapEntry& entry) {
+                             const auto attributes = translated(kind, entry);
+                             if (attributes.contains(attribute::recordName))
+                                 records.push_back(recordFor(parameters, kind.type, attributes));
+                         });
     }
 }
 
@@ -120,16 +128,17 @@ RecordList LdapNode::fetch(const QueryParameters& parameters, bool allowPartial)
     const bool wantsUsers = wantsType(parameters, recordType::users);
     const bool wantsGroups = wantsType(parameters, recordType::groups);
     if (!wantsUsers && !wantsGroups) return records;
-    const auto settings = LdapSettings::from(domain_, engine().machine().folder());
-    LdapConnection connection(settings);
+    const auto section = LdapSection::from(domain_);
+    LdapDirectory directory(section, LdapTrust::from(domain_, engine().machine().folder()));
     if (wantsUsers)
-        append(records, connection,
-               kindOf(recordType::users, settings.userClass, settings.userBases, userMappings, domain_),
+        append(records, directory,
+               kindOf(recordType::users, "ldap_user_object_class", section.userBases, userMappings, domain_),
                parameters, allowPartial);
     if (wantsGroups)
-        append(records, connection,
-               kindOf(recordType::groups, settings.groupClass, settings.groupBases, groupMappings, domain_),
-               parameters, allowPartial);
+        append(
+            records, directory,
+            kindOf(recordType::groups, "ldap_group_object_class", section.groupBases, groupMappings, domain_),
+            parameters, allowPartial);
     return records;
 }
 
