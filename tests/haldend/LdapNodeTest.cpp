@@ -88,6 +88,34 @@ TEST(LdapNode, usersAndGroups_haveTheirAttributes) {
     EXPECT_EQ(namesOf(found(machine, groups)), Names{"makers"});
 }
 
+TEST(LdapNode, attributesToReturn_areTheOnlyOnesBesideTheName) {
+    const TestSlapd slapd;
+    TestMachine machine(section(slapd.uri()));
+    auto query = users(halden::MatchType::equalTo, "bertha@example.com");
+    query.attribute = attribute::mail;
+    query.attributesToReturn = {std::string(attribute::userShell), std::string(attribute::phone)};
+    const auto bertha = found(machine, query);
+    ASSERT_EQ(namesOf(bertha), Names{"bertha"}) << "what is matched needn't be returned";
+    EXPECT_EQ(bertha->front()->attributes().keys(),
+              (Names{std::string(attribute::recordName), std::string(attribute::userShell)}));
+    query.attributesToReturn.clear();
+    EXPECT_EQ(found(machine, query)->front()->attributes().keys(), Names{std::string(attribute::recordName)});
+}
+
+TEST(LdapNode, attributeOfTheDirectory_canStandForSeveralOfOurs) {
+    const TestSlapd slapd;
+    TestMachine machine(section(slapd.uri(), "ldap_user_fullname = UID\n"));
+    const auto bertha = found(machine, users(halden::MatchType::equalTo, "bertha"));
+    ASSERT_EQ(namesOf(bertha), Names{"bertha"});
+    EXPECT_EQ(bertha->front()->valuesForAttribute(attribute::realName, nullptr).texts(), Names{"bertha"});
+}
+
+TEST(LdapNode, entriesWithoutANameOfTheConfiguredKind_areLeftOut) {
+    const TestSlapd slapd;
+    TestMachine machine(section(slapd.uri(), "ldap_user_name = description\n"));
+    EXPECT_EQ(namesOf(found(machine, users(halden::MatchType::any, ""))), Names{});
+}
+
 TEST(LdapNode, schemaOfTheSection_saysWhatIsLookedFor) {
     const TestSlapd slapd;
     const auto any = users(halden::MatchType::any, "");

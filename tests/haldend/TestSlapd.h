@@ -143,7 +143,7 @@ private:
         return text +
                "database mdb\nsuffix dc=example,dc=com\nrootdn cn=admin,dc=example,dc=com\nrootpw s3cret#;x\n"
                "directory " +
-               path + "/data\nmaxsize 104857600\nindex objectClass eq\nindex uid,cn eq\n";
+               path + "/data\nmaxsize 1073741824\nindex objectClass eq\nindex uid,cn eq\n";
     }
     static std::string person(const std::string& uid, const std::string& name, int number) {
         return "dn: uid=" + uid +

@@ -8,6 +8,8 @@
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <thread>
+#include <utility>
 
 #include "haldend/ldap/PeerCertificate.h"
 #include "sdk/LdapServerCalls.h"
@@ -19,6 +21,9 @@ namespace kind = sdk::ldap::failure;
 using Clock = std::chrono::steady_clock;
 
 constexpr int sliceMilliseconds = 20;
+/// Servers send entry by entry. A reader that is woken by each keeps them, and itself, from doing anything
+/// else.
+constexpr std::chrono::microseconds gatheringTime{100};
 constexpr std::size_t bufferSize = 64 * 1024; // many small entries arrive in one piece
 
 bool isNumeric(const std::string& host) {
@@ -102,7 +107,8 @@ bool LdapWire::waitFor(short events, Time deadline) const {
     }
 }
 
-void LdapWire::pause() const {
+void LdapWire::pause() {
+    if (std::exchange(isFlowing_, false)) std::this_thread::sleep_for(gatheringTime);
     (void)waitFor(POLLIN, Clock::now());
     if (stop_.stop_requested()) throw Stopped();
 }
@@ -232,6 +238,7 @@ ber_slen_t LdapWire::read(void* buffer, std::size_t length) {
         received_.resize(bufferSize);
         const auto count = receive(received_.data(), received_.size());
         if (count <= 0) return count;
+        isFlowing_ = true;
         next_ = 0;
         end_ = static_cast<std::size_t>(count);
     }

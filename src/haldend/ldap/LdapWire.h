@@ -34,8 +34,8 @@ public:
     void encrypt(const std::string& host, const LdapTrust& trust, std::chrono::seconds limit);
     /// Until when the library's writing waits for a server that is slow in taking what it is sent.
     void setWriteDeadline(std::chrono::steady_clock::time_point deadline) { writeDeadline_ = deadline; }
-    /// Waits a moment for the server to say something.
-    void pause() const;
+    /// Waits a moment for the server to say something, and for it to go on where it has just said something.
+    void pause();
 
     [[nodiscard]] int socket() const { return socket_.number(); }
     /// "192.0.2.1, port 389", once connected.
@@ -64,6 +64,7 @@ private:
     gnutls_certificate_credentials_t credentials_ = nullptr;
     bool isEncrypted_ = false;
     Time writeDeadline_;
+    bool isFlowing_ = false;     ///< something has come since the last pause
     std::vector<char> received_; ///< what the library hasn't asked for yet begins at `next_`
     std::size_t next_ = 0, end_ = 0;
 };

@@ -81,39 +81,61 @@ std::optional<std::string> filterFor(const RecordKind& kind, const QueryParamete
     return "(&" + filter + ")";
 }
 
-std::vector<std::string> directoryNames(const RecordKind& kind) {
-    std::vector<std::string> names;
-    for (const auto& [ours, theirs] : kind.names)
-        names.push_back(theirs);
-    return names;
-}
-
 bool isSameName(std::string_view one, std::string_view other) {
-    return std::ranges::equal(one, other, {}, foldedAscii, foldedAscii);
+    return one.size() == other.size() && std::ranges::equal(one, other, {}, foldedAscii, foldedAscii);
 }
 
-AttributeMap translated(const RecordKind& kind, const LdapEntry& entry) {
-    AttributeMap attributes;
-    entry.eachValue([&](std::string_view name, std::string_view value) {
+/// Turns entries into records, with the attributes alone that a query asks for.
+class EntryReader {
+public:
+    EntryReader(const RecordKind& kind, const QueryParameters& parameters)
+        : packer_(kind.type, wantedAttributes(parameters, ourNames(kind))) {
         for (const auto& [ours, theirs] : kind.names)
-            if (isSameName(theirs, name)) attributes[ours].emplace_back(value);
-    });
-    return attributes;
-}
+            if (const auto number = packer_.numberOf(ours)) wanted_.emplace_back(theirs, *number);
+    }
+
+    /// What the server is asked for.
+    [[nodiscard]] std::vector<std::string> directoryNames() const {
+        std::vector<std::string> names;
+        for (const auto& [theirs, number] : wanted_)
+            if (std::ranges::find(names, theirs) == names.end()) names.push_back(theirs);
+        return names;
+    }
+    /// Null for an entry without a name.
+    [[nodiscard]] std::shared_ptr<Record> read(const LdapEntry& entry) {
+        entry.eachValue([this](std::string_view name, std::string_view value) {
+            for (const auto& [theirs, number] : wanted_)
+                if (isSameName(theirs, name)) packer_.add(number, value);
+        });
+        if (packer_.hasName()) return packer_.take();
+        packer_.drop();
+        return nullptr;
+    }
+
+private:
+    [[nodiscard]] static std::vector<std::string> ourNames(const RecordKind& kind) {
+        std::vector<std::string> names;
+        for (const auto& [ours, theirs] : kind.names)
+            names.push_back(ours);
+        return names;
+    }
+
+    RecordPacker packer_;
+    std::vector<std::pair<std::string, std::size_t>> wanted_; ///< the directory's name, the packer's number
+};
 
 void append(RecordList& records, LdapDirectory& directory, const RecordKind& kind,
             const QueryParameters& parameters, bool allowPartial) {
     auto bases = kind.bases;
     if (bases.empty()) bases.push_back({directory.defaultBase(), 2, ""});
+    EntryReader reader(kind, parameters);
     for (const auto& base : bases) {
         const auto filter = filterFor(kind, parameters, base.filter);
         if (!filter || isFull(parameters, records)) return;
         const auto left = parameters.maximumResults == 0 ? 0 : parameters.maximumResults - records.size();
-        directory.search({base.base, base.scope, *filter, directoryNames(kind), left}, allowPartial,
+        directory.search({base.base, base.scope, *filter, reader.directoryNames(), left}, allowPartial,
                          [&](const LdapEntry& entry) {
-                             const auto attributes = translated(kind, entry);
-                             if (attributes.contains(attribute::recordName))
-                                 records.push_back(recordFor(parameters, kind.type, attributes));
+                             if (auto record = reader.read(entry)) records.push_back(std::move(record));
                          });
     }
 }
