@@ -1,4 +1,7 @@
+#include <ldap.h>
+
 #include "haldend/TestSlapd.h"
+#include "haldend/ldap/LdapLibrary.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;
@@ -190,6 +193,18 @@ TEST(LdapNode, encryption_isUsedAndTheCertificateChecked) {
     EXPECT_EQ(
         namesOf(found(TestMachine(section(slapd.tlsUri(), base + "ldap_tls_reqcert = never\n")), bertha)),
         Names{"bertha"});
+}
+
+TEST(LdapNode, authoritiesOfLdapConf_areTrustedWhereTheSectionNamesNone) {
+    const TestSlapd slapd(0, "sizelimit unlimited", true);
+    haldend::prepareLdapLibrary();
+    char* before = nullptr;
+    ASSERT_EQ(ldap_get_option(nullptr, LDAP_OPT_X_TLS_CACERTFILE, &before), LDAP_OPT_SUCCESS);
+    ldap_set_option(nullptr, LDAP_OPT_X_TLS_CACERTFILE, slapd.certificate().c_str()); // as ldap.conf does
+    const auto bertha = users(halden::MatchType::equalTo, "bertha");
+    EXPECT_EQ(namesOf(found(TestMachine(section(slapd.tlsUri())), bertha)), Names{"bertha"});
+    ldap_set_option(nullptr, LDAP_OPT_X_TLS_CACERTFILE, before);
+    ldap_memfree(before);
 }
 
 TEST(LdapNode, serverThatIsDown_isReportedAndTheNextOneAsked) {
