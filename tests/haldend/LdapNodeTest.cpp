@@ -1,4 +1,7 @@
+#include <ldap.h>
+
 #include "haldend/TestSlapd.h"
+#include "haldend/ldap/LdapLibrary.h"
 
 using namespace corvane;
 using namespace corvane::haldend::test;
@@ -88,6 +91,34 @@ TEST(LdapNode, usersAndGroups_haveTheirAttributes) {
     EXPECT_EQ(namesOf(found(machine, groups)), Names{"makers"});
 }
 
+TEST(LdapNode, attributesToReturn_areTheOnlyOnesBesideTheName) {
+    const TestSlapd slapd;
+    TestMachine machine(section(slapd.uri()));
+    auto query = users(halden::MatchType::equalTo, "bertha@example.com");
+    query.attribute = attribute::mail;
+    query.attributesToReturn = {std::string(attribute::userShell), std::string(attribute::phone)};
+    const auto bertha = found(machine, query);
+    ASSERT_EQ(namesOf(bertha), Names{"bertha"}) << "what is matched needn't be returned";
+    EXPECT_EQ(bertha->front()->attributes().keys(),
+              (Names{std::string(attribute::recordName), std::string(attribute::userShell)}));
+    query.attributesToReturn.clear();
+    EXPECT_EQ(found(machine, query)->front()->attributes().keys(), Names{std::string(attribute::recordName)});
+}
+
+TEST(LdapNode, attributeOfTheDirectory_canStandForSeveralOfOurs) {
+    const TestSlapd slapd;
+    TestMachine machine(section(slapd.uri(), "ldap_user_fullname = UID\n"));
+    const auto bertha = found(machine, users(halden::MatchType::equalTo, "bertha"));
+    ASSERT_EQ(namesOf(bertha), Names{"bertha"});
+    EXPECT_EQ(bertha->front()->valuesForAttribute(attribute::realName, nullptr).texts(), Names{"bertha"});
+}
+
+TEST(LdapNode, entriesWithoutANameOfTheConfiguredKind_areLeftOut) {
+    const TestSlapd slapd;
+    TestMachine machine(section(slapd.uri(), "ldap_user_name = description\n"));
+    EXPECT_EQ(namesOf(found(machine, users(halden::MatchType::any, ""))), Names{});
+}
+
 TEST(LdapNode, schemaOfTheSection_saysWhatIsLookedFor) {
     const TestSlapd slapd;
     const auto any = users(halden::MatchType::any, "");
@@ -164,6 +195,18 @@ TEST(LdapNode, encryption_isUsedAndTheCertificateChecked) {
         Names{"bertha"});
 }
 
+TEST(LdapNode, authoritiesOfLdapConf_areTrustedWhereTheSectionNamesNone) {
+    const TestSlapd slapd(0, "sizelimit unlimited", true);
+    haldend::prepareLdapLibrary();
+    char* before = nullptr;
+    ASSERT_EQ(ldap_get_option(nullptr, LDAP_OPT_X_TLS_CACERTFILE, &before), LDAP_OPT_SUCCESS);
+    ldap_set_option(nullptr, LDAP_OPT_X_TLS_CACERTFILE, slapd.certificate().c_str()); // as ldap.conf does
+    const auto bertha = users(halden::MatchType::equalTo, "bertha");
+    EXPECT_EQ(namesOf(found(TestMachine(section(slapd.tlsUri())), bertha)), Names{"bertha"});
+    ldap_set_option(nullptr, LDAP_OPT_X_TLS_CACERTFILE, before);
+    ldap_memfree(before);
+}
+
 TEST(LdapNode, serverThatIsDown_isReportedAndTheNextOneAsked) {
     const TestSlapd slapd;
     const auto down = "ldap://127.0.0.1:" + std::to_string(unusedPort());
@@ -174,6 +217,34 @@ TEST(LdapNode, serverThatIsDown_isReportedAndTheNextOneAsked) {
     EXPECT_EQ(namesOf(found(TestMachine(section(down + ", " + slapd.uri())),
                             users(halden::MatchType::equalTo, "bertha"))),
               Names{"bertha"});
+}
+
+TEST(LdapNode, serverOnASocketOfThisMachine_isRead) {
+    const TestSlapd slapd;
+    EXPECT_EQ(
+        namesOf(found(TestMachine(section(slapd.localUri())), users(halden::MatchType::equalTo, "bertha"))),
+        Names{"bertha"});
+    halden::Error error;
+    EXPECT_FALSE(
+        found(TestMachine(section("ldapi://%2Fnowhere")), users(halden::MatchType::any, ""), &error));
+    expectClear(error, "/nowhere");
+}
+
+TEST(LdapNode, addressThatIsNoUri_isReported) {
+    halden::Error error;
+    EXPECT_FALSE(found(TestMachine(section("gopher://old")), users(halden::MatchType::any, ""), &error));
+    expectClear(error, "gopher://old: trying to understand the address failed");
+}
+
+TEST(LdapNode, serverThatAnswersByTheByte_isGivenUpAfterTheConfiguredTime) {
+    const SlowServer server;
+    const auto uri = "ldap://127.0.0.1:" + std::to_string(server.port());
+    const auto begin = std::chrono::steady_clock::now();
+    halden::Error error;
+    EXPECT_FALSE(found(TestMachine(section(uri, "ldap_search_timeout = 1\n")),
+                       users(halden::MatchType::any, ""), &error));
+    expectClear(error, "within 1 second");
+    EXPECT_LT(std::chrono::steady_clock::now() - begin, std::chrono::seconds(5));
 }
 
 TEST(LdapNode, serverThatSaysNothing_isGivenUpAfterTheConfiguredTime) {

@@ -42,6 +42,14 @@ TEST(LdapUri, parts_areReadInAnyCase) {
     }
 }
 
+TEST(LdapUri, socketOfThisMachine_isReadFromItsEncodedPath) {
+    EXPECT_EQ(localSocketPath("ldapi://%2frun%2Fmy%20slapd%2Fldapi/dc=x?uid"), "/run/my slapd/ldapi");
+    EXPECT_EQ(localSocketPath("LDAPI://%2Frun%2F100%"), "/run/100%");
+    EXPECT_EQ(localSocketPath("ldapi:///"), "/var/run/slapd/ldapi");
+    EXPECT_EQ(localSocketPath("ldap://one"), "");
+    EXPECT_EQ(localSocketPath("ldapi:/"), "");
+}
+
 TEST(LdapUri, nodeAndServer_readTheSameAddress) {
     const auto file = sssd("ldap_uri = LDAPS://One.example.com:636\n");
     EXPECT_EQ(domainNodes(file).at(0).name, "/LDAP/One.example.com");

@@ -142,9 +142,9 @@ TEST(SampleDirectory, begin_doesNotWaitForTheServer) {
     for (; !sample->proceed() && calls < 1000; ++calls)
         std::this_thread::sleep_for(std::chrono::milliseconds(10));
     EXPECT_GT(calls, 2) << "its data is loaded and the server started beside this thread";
-    LdapSettings settings;
-    settings.uris = {sample->uri()};
-    EXPECT_FALSE(LdapConnection(settings).defaultBase().empty());
+    LdapSection section;
+    section.uris = {sample->uri()};
+    EXPECT_FALSE(LdapDirectory(section).defaultBase().empty());
     EXPECT_TRUE(sample->proceed()) << "once more is harmless";
 }
 
@@ -152,13 +152,13 @@ TEST(SampleDirectory, endInTheMiddleOfTheStart_leavesNoServerBehind) {
     Workshop workshop;
     EXPECT_TRUE(workshop.make());
     auto sample = SampleDirectory::begin(workshop.copy(), workshop.share(), workshop.log);
-    LdapSettings settings;
-    settings.uris = {sample->uri()};
+    LdapSection section;
+    section.uris = {sample->uri()};
     const auto messages = "new/copy/var/lib/corvane/sample-directory/messages";
     while (!workshop.base.has(messages) && !sample->proceed())
         std::this_thread::sleep_for(std::chrono::milliseconds(1));
     sample.reset();
-    EXPECT_THROW(LdapConnection{settings}, Failure);
+    EXPECT_THROW(LdapDirectory{section}, Failure);
     EXPECT_NE(SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log), nullptr)
         << "and the next start finds all in order";
 }
@@ -196,11 +196,11 @@ TEST(SampleDirectory, end_stopsTheServer) {
     Workshop workshop;
     EXPECT_TRUE(workshop.make());
     auto sample = SampleDirectory::start(workshop.copy(), workshop.share(), workshop.log);
-    LdapSettings settings;
-    settings.uris = {sample->uri()};
-    EXPECT_FALSE(LdapConnection(settings).defaultBase().empty());
+    LdapSection section;
+    section.uris = {sample->uri()};
+    EXPECT_FALSE(LdapDirectory(section).defaultBase().empty());
     sample.reset();
-    EXPECT_THROW(LdapConnection{settings}, Failure);
+    EXPECT_THROW(LdapDirectory{section}, Failure);
 }
 
 TEST(SampleDirectory, killedProgram_leavesNoServerBehind) {
@@ -221,12 +221,12 @@ TEST(SampleDirectory, killedProgram_leavesNoServerBehind) {
     ASSERT_GT(length, 1);
     ::kill(child, SIGKILL);
     ::waitpid(child, nullptr, 0);
-    LdapSettings settings;
-    settings.uris = {std::string(buffer, static_cast<std::size_t>(length) - 1)};
+    LdapSection section;
+    section.uris = {std::string(buffer, static_cast<std::size_t>(length) - 1)};
     bool isGone = false;
     for (int i = 0; i < 250 && !isGone; ++i) {
         try {
-            const LdapConnection connection(settings);
+            const LdapDirectory directory(section);
             std::this_thread::sleep_for(std::chrono::milliseconds(20));
         } catch (const Failure&) {
             isGone = true;

@@ -10,7 +10,7 @@
 #include <thread>
 
 #include "haldend/TestMachine.h"
-#include "haldend/ldap/LdapConnection.h"
+#include "haldend/ldap/LdapDirectory.h"
 #include "haldend/storage/ChildProcess.h"
 #include "haldend/storage/Failure.h"
 
@@ -38,6 +38,7 @@ public:
         socket_ = -1;
     }
     [[nodiscard]] int port() const { return port_; }
+    [[nodiscard]] int socket() const { return socket_; }
     /// A socket on its way to this server, which the caller closes.
     [[nodiscard]] int connection() const {
         const int client = ::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC | SOCK_NONBLOCK, 0);
@@ -52,6 +53,31 @@ public:
 private:
     int socket_;
     int port_ = 0;
+};
+
+/// A server that answers whatever it is asked with the beginning of an endless answer, byte by byte.
+class SlowServer {
+public:
+    SlowServer()
+        : thread_([this](const std::stop_token& stop) {
+              const int client = ::accept(listener_.socket(), nullptr, nullptr);
+              // A sequence that is said to be long; what follows are empty elements.
+              for (std::size_t sent = 0; !stop.stop_requested() && client >= 0; ++sent) {
+                  constexpr unsigned char begin[] = {0x30, 0x83, 0x0F, 0xFF, 0xFF};
+                  const unsigned char byte = sent < sizeof begin ? begin[sent] : 0;
+                  if (::send(client, &byte, 1, MSG_NOSIGNAL) != 1) break;
+                  std::this_thread::sleep_for(std::chrono::milliseconds(20));
+              }
+              ::close(client);
+          }) {}
+    ~SlowServer() { ::shutdown(listener_.socket(), SHUT_RDWR); }
+    SlowServer(const SlowServer&) = delete;
+    SlowServer& operator=(const SlowServer&) = delete;
+    [[nodiscard]] int port() const { return listener_.port(); }
+
+private:
+    SilentServer listener_;
+    std::jthread thread_;
 };
 
 /// A port of loopback on which nothing listens.
@@ -95,9 +121,17 @@ public:
     [[nodiscard]] int tlsPort() const { return tlsPort_; }
     [[nodiscard]] std::string uri() const { return "ldap://127.0.0.1:" + std::to_string(port_); }
     [[nodiscard]] std::string tlsUri() const { return "ldaps://127.0.0.1:" + std::to_string(tlsPort_); }
+    /// Of its socket in the file system.
+    [[nodiscard]] std::string localUri() const {
+        std::string uri = "ldapi://";
+        for (const char c : localPath())
+            uri += c == '/' ? "%2F" : std::string(1, c);
+        return uri;
+    }
     [[nodiscard]] std::string certificate() const { return folder_.path() + "/cert.pem"; }
 
 private:
+    std::string localPath() const { return folder_.path() + "/ldapi"; }
     std::string configuration(const std::string& limits, bool withTls) const {
         const auto& path = folder_.path();
         std::string text;
@@ -109,7 +143,7 @@ private:
         return text +
                "database mdb\nsuffix dc=example,dc=com\nrootdn cn=admin,dc=example,dc=com\nrootpw s3cret#;x\n"
                "directory " +
-               path + "/data\nmaxsize 104857600\nindex objectClass eq\nindex uid,cn eq\n";
+               path + "/data\nmaxsize 1073741824\nindex objectClass eq\nindex uid,cn eq\n";
     }
     static std::string person(const std::string& uid, const std::string& name, int number) {
         return "dn: uid=" + uid +
@@ -141,7 +175,7 @@ private:
     }
     void start() {
         const auto configurationPath = folder_.path() + "/slapd.conf";
-        const auto listeners = uri() + "/" + (tlsPort_ ? " " + tlsUri() + "/" : "");
+        const auto listeners = uri() + "/ " + localUri() + (tlsPort_ ? " " + tlsUri() + "/" : "");
         server_ = ::fork();
         if (server_ == 0) {
             ::prctl(PR_SET_PDEATHSIG, SIGKILL);
@@ -154,11 +188,11 @@ private:
     }
     [[nodiscard]] bool answers() const {
         try {
-            LdapSettings settings;
-            settings.uris = {uri()};
-            return !LdapConnection(settings).defaultBase().empty();
+            LdapSection section;
+            section.uris = {uri()};
+            return !LdapDirectory(section).defaultBase().empty();
         } catch (const Failure& failure) {
-            return failure.error().reason.find("Can't contact") ==
+            return failure.error().reason.find("trying to connect") ==
                    std::string::npos; // a refusal is an answer
         }
     }

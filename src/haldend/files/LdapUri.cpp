@@ -22,6 +22,23 @@ int takePort(std::string& host) {
     return port;
 }
 
+/// "%2F" is "/".
+std::string percentDecoded(std::string_view text) {
+    std::string result;
+    for (std::size_t i = 0; i < text.size(); ++i) {
+        unsigned byte = 0;
+        const auto* digits = text.data() + i + 1;
+        if (text[i] == '%' && i + 2 < text.size() &&
+            std::from_chars(digits, digits + 2, byte, 16).ptr == digits + 2) {
+            result += static_cast<char>(byte);
+            i += 2;
+        } else {
+            result += text[i];
+        }
+    }
+    return result;
+}
+
 } // namespace
 
 LdapUri LdapUri::from(std::string_view text) {
@@ -36,6 +53,14 @@ LdapUri LdapUri::from(std::string_view text) {
     if (uri.host.starts_with('[') && uri.host.ends_with(']'))
         uri.host = uri.host.substr(1, uri.host.size() - 2);
     return uri;
+}
+
+std::string localSocketPath(std::string_view uri) {
+    constexpr std::string_view scheme = "ldapi://";
+    if (foldedCase(uri.substr(0, scheme.size())) != scheme) return {};
+    uri.remove_prefix(scheme.size());
+    const auto path = percentDecoded(uri.substr(0, uri.find_first_of("/?")));
+    return path.empty() ? "/var/run/slapd/ldapi" : path;
 }
 
 std::string LdapUri::hostAndPort() const {

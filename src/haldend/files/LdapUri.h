@@ -21,6 +21,10 @@ struct LdapUri {
     [[nodiscard]] std::string text() const { return scheme + "://" + hostAndPort(); }
 };
 
+/// The socket in the file system that a URI such as "ldapi://%2Frun%2Fslapd%2Fldapi" names, the LDAP
+/// library's own where it names none; "" for a URI of another scheme.
+[[nodiscard]] std::string localSocketPath(std::string_view uri);
+
 /// The port that a server is reached on where nothing else is said.
 [[nodiscard]] constexpr int usualLdapPort(bool isLdaps) { return isLdaps ? 636 : 389; }
 

@@ -3,10 +3,13 @@
 #include <arpa/inet.h>
 #include <poll.h>
 #include <sys/socket.h>
+#include <sys/un.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
+#include <thread>
+#include <utility>
 
 #include "haldend/ldap/PeerCertificate.h"
 #include "sdk/LdapServerCalls.h"
@@ -18,7 +21,10 @@ namespace kind = sdk::ldap::failure;
 using Clock = std::chrono::steady_clock;
 
 constexpr int sliceMilliseconds = 20;
-constexpr std::chrono::seconds writePatience{10};
+/// Servers send entry by entry. A reader that is woken by each keeps them, and itself, from doing anything
+/// else.
+constexpr std::chrono::microseconds gatheringTime{100};
+constexpr std::size_t bufferSize = 64 * 1024; // many small entries arrive in one piece
 
 bool isNumeric(const std::string& host) {
     unsigned char bytes[sizeof(in6_addr)];
@@ -30,7 +36,7 @@ std::string placeOf(const std::string& host, const std::string& address, int por
     return name + ", port " + std::to_string(port);
 }
 
-LdapTestFailure unknownHost(const std::string& host, int status) {
+LdapFailure unknownHost(const std::string& host, int status) {
     if (status == EAI_AGAIN)
         return {
             kind::unknownHost, "The address of \"" + host + "\" can't be found out now.",
@@ -42,34 +48,34 @@ LdapTestFailure unknownHost(const std::string& host, int status) {
             "Correct the name, or enter the server's IP address."};
 }
 
-LdapTestFailure notConnected(const std::string& place, int number, std::chrono::seconds patience) {
+LdapFailure notConnected(const std::string& place, int number, std::chrono::seconds limit) {
     if (number == ECONNREFUSED)
         return {kind::refused, "The host refuses the connection.", place + ": nothing listens there.",
                 "Check whether the directory server runs on that host, and whether the port is right."};
     if (number == ETIMEDOUT)
         return {kind::timeout, "The host doesn't answer.",
-                place + ": no answer within " + inSeconds(patience.count()) + ".",
+                place + ": no answer within " + inSeconds(limit.count()) + ".",
                 "Check whether the host is switched on, whether the address is right, and whether a firewall "
                 "lies between."};
     return {kind::other, "The host can't be reached.", place + ": " + std::strerror(number) + ".",
             "Check whether this machine is on the network that the server belongs to."};
 }
 
-LdapTestFailure silent(const std::string& peer, std::chrono::seconds patience) {
+LdapFailure silent(const std::string& peer, std::chrono::seconds limit) {
     return {kind::timeout, "The server accepts the connection but doesn't respond.",
-            peer + ": no answer to the attempt to encrypt within " + inSeconds(patience.count()) + ".",
+            peer + ": no answer to the attempt to encrypt within " + inSeconds(limit.count()) + ".",
             "Check whether a directory server, and not something else, listens on that port, and whether it "
             "hangs; or choose a longer time limit."};
 }
 
-LdapTestFailure noTls(const std::string& peer, const std::string& evidence) {
+LdapFailure noTls(const std::string& peer, const std::string& evidence) {
     return {kind::tlsUnsupported, "The server can't encrypt the connection in this way.",
             peer + ": " + evidence + ".",
             "Choose the other way to encrypt (StartTLS or LDAPS) or another port, or have the server's "
             "administrator switch encryption on."};
 }
 
-LdapTestFailure noAuthorities(const std::string& path, const std::string& evidence) {
+LdapFailure noAuthorities(const std::string& path, const std::string& evidence) {
     return {kind::caFileUnreadable, "The certificates of the authorities can't be read.",
             path + ": " + evidence + ".",
             "Choose a file that holds certificates in PEM form and that root may read."};
@@ -101,7 +107,8 @@ bool LdapWire::waitFor(short events, Time deadline) const {
     }
 }
 
-void LdapWire::pause() const {
+void LdapWire::pause() {
+    if (std::exchange(isFlowing_, false)) std::this_thread::sleep_for(gatheringTime);
     (void)waitFor(POLLIN, Clock::now());
     if (stop_.stop_requested()) throw Stopped();
 }
@@ -121,8 +128,8 @@ int LdapWire::tryAddress(const HostAddress& address, Time deadline) {
     return number;
 }
 
-void LdapWire::connect(const std::string& host, int port, std::chrono::seconds patience) {
-    const auto deadline = Clock::now() + patience;
+void LdapWire::connect(const std::string& host, int port, std::chrono::seconds limit) {
+    const auto deadline = Clock::now() + limit;
     const auto found = lookUpHost(host, port, stop_, deadline);
     if (found.status != 0) throw unknownHost(host, found.status);
     int number = ETIMEDOUT;
@@ -132,12 +139,21 @@ void LdapWire::connect(const std::string& host, int port, std::chrono::seconds p
         if (number == 0) return;
     }
     socket_.close();
-    throw notConnected(peer_, number, patience);
+    throw notConnected(peer_, number, limit);
 }
 
-void LdapWire::loadAuthorities(const WireTrust& trust) {
-    gnutls_certificate_allocate_credentials(&credentials_);
-    if (!trust.isDemanded) return;
+void LdapWire::connectLocally(const std::string& path, std::chrono::seconds limit) {
+    peer_ = path;
+    sockaddr_un address{};
+    address.sun_family = AF_UNIX;
+    if (path.size() >= sizeof address.sun_path) throw notConnected(peer_, ENAMETOOLONG, limit);
+    path.copy(address.sun_path, path.size());
+    const auto* bytes = reinterpret_cast<const unsigned char*>(&address);
+    const int number = tryAddress({AF_UNIX, {bytes, bytes + sizeof address}, path}, Clock::now() + limit);
+    if (number != 0) throw notConnected(peer_, number, limit);
+}
+
+void LdapWire::loadAuthorities(const LdapTrust& trust) {
     const auto require = [](int status, const std::string& path) {
         if (status == GNUTLS_E_FILE_ERROR)
             throw noAuthorities(path, ::access(path.c_str(), R_OK) == 0 ? "it can't be read"
@@ -152,12 +168,19 @@ void LdapWire::loadAuthorities(const WireTrust& trust) {
         require(
             gnutls_certificate_set_x509_trust_dir(credentials_, trust.caFolder.c_str(), GNUTLS_X509_FMT_PEM),
             trust.caFolder);
-    if (trust.caFile.empty() && trust.caFolder.empty())
+    if (!trust.caFile.empty() || !trust.caFolder.empty()) return;
+    const auto usual = usualLdapTrust();
+    if (usual.caFile.empty() && usual.caFolder.empty())
         gnutls_certificate_set_x509_system_trust(credentials_);
+    else
+        loadAuthorities(usual);
 }
 
-void LdapWire::encrypt(const std::string& host, const WireTrust& trust, std::chrono::seconds patience) {
-    loadAuthorities(trust);
+void LdapWire::encrypt(const std::string& host, const LdapTrust& trust, std::chrono::seconds limit) {
+    // Whoever is on the line could have put words into the server's mouth that would then count as encrypted.
+    if (hasMore()) throw noTls(peer_, "it goes on in the clear after it has agreed to encrypt");
+    gnutls_certificate_allocate_credentials(&credentials_);
+    if (trust.isDemanded) loadAuthorities(trust);
     gnutls_init(&session_, GNUTLS_CLIENT | GNUTLS_NONBLOCK);
     gnutls_set_default_priority(session_);
     gnutls_credentials_set(session_, GNUTLS_CRD_CERTIFICATE, credentials_);
@@ -166,17 +189,13 @@ void LdapWire::encrypt(const std::string& host, const WireTrust& trust, std::chr
     gnutls_transport_set_push_function(session_, pushed);
     gnutls_transport_set_pull_function(session_, pulled);
     try {
-        shakeHands(Clock::now() + patience);
-    } catch (const LdapTestFailure& failure) {
-        throw failure.kind == kind::timeout ? silent(peer_, patience) : failure;
+        shakeHands(Clock::now() + limit);
+    } catch (const LdapFailure& failure) {
+        throw failure.kind == kind::timeout ? silent(peer_, limit) : failure;
     }
     isEncrypted_ = true;
     if (!trust.isDemanded) return;
-    const auto authorities = !trust.caFile.empty() ? "the authorities in " + trust.caFile
-                             : !trust.caFolder.empty()
-                                 ? "the authorities in " + trust.caFolder
-                                 : std::string("this machine's own list of authorities");
-    if (const auto objection = objectionToPeer(session_, host, authorities)) throw *objection;
+    if (const auto objection = objectionToPeer(session_, host, trust.authorities())) throw *objection;
 }
 
 void LdapWire::shakeHands(Time deadline) {
@@ -185,7 +204,7 @@ void LdapWire::shakeHands(Time deadline) {
         if (status == GNUTLS_E_SUCCESS) return;
         if (status == GNUTLS_E_AGAIN || status == GNUTLS_E_INTERRUPTED) {
             const short events = gnutls_record_get_direction(session_) == 1 ? POLLOUT : POLLIN;
-            if (!waitFor(events, deadline)) throw LdapTestFailure{kind::timeout, "", "", ""};
+            if (!waitFor(events, deadline)) throw LdapFailure{kind::timeout, "", "", ""};
             continue;
         }
         if (gnutls_error_is_fatal(status) == 0) continue;
@@ -204,7 +223,7 @@ std::string LdapWire::encryption() const {
 }
 
 /// As read(2) without waiting, which the LDAP library does itself.
-ber_slen_t LdapWire::read(void* buffer, ber_len_t length) {
+ber_slen_t LdapWire::receive(void* buffer, std::size_t length) {
     if (!isEncrypted_) return ::recv(socket_.number(), buffer, length, MSG_DONTWAIT);
     const auto count = gnutls_record_recv(session_, buffer, length);
     if (count >= 0) return count;
@@ -213,9 +232,28 @@ ber_slen_t LdapWire::read(void* buffer, ber_len_t length) {
     return -1;
 }
 
+/// The library asks for a few bytes at a time.
+ber_slen_t LdapWire::read(void* buffer, std::size_t length) {
+    if (next_ == end_) {
+        received_.resize(bufferSize);
+        const auto count = receive(received_.data(), received_.size());
+        if (count <= 0) return count;
+        isFlowing_ = true;
+        next_ = 0;
+        end_ = static_cast<std::size_t>(count);
+    }
+    const auto count = std::min(length, end_ - next_);
+    std::memcpy(buffer, received_.data() + next_, count);
+    next_ += count;
+    return static_cast<ber_slen_t>(count);
+}
+
+bool LdapWire::hasMore() const {
+    return next_ < end_ || (isEncrypted_ && gnutls_record_check_pending(session_) > 0);
+}
+
 /// Waits where the server is slow in taking what it is sent; nothing may be thrown through the library.
 ber_slen_t LdapWire::write(const void* buffer, ber_len_t length) {
-    const auto deadline = Clock::now() + writePatience;
     try {
         for (;;) {
             const auto count = isEncrypted_ ? gnutls_record_send(session_, buffer, length)
@@ -223,7 +261,7 @@ ber_slen_t LdapWire::write(const void* buffer, ber_len_t length) {
             if (count >= 0) return count;
             const bool isLater = isEncrypted_ ? count == GNUTLS_E_AGAIN || count == GNUTLS_E_INTERRUPTED
                                               : errno == EAGAIN || errno == EINTR;
-            if (!isLater || !waitFor(POLLOUT, deadline)) break;
+            if (!isLater || !waitFor(POLLOUT, writeDeadline_)) break;
         }
         errno = ECONNRESET;
     } catch (const Stopped&) {
@@ -239,10 +277,8 @@ Sockbuf_IO* LdapWire::hooks() {
                             },
                             [](Sockbuf_IO_Desc*) { return 0; },
                             [](Sockbuf_IO_Desc* description, int option, void*) {
-                                const auto& wire = wireOf(description);
-                                const bool isWaiting =
-                                    wire.isEncrypted_ && gnutls_record_check_pending(wire.session_) > 0;
-                                return option == LBER_SB_OPT_DATA_READY && isWaiting ? 1 : 0;
+                                const bool isAsked = option == LBER_SB_OPT_DATA_READY;
+                                return isAsked && wireOf(description).hasMore() ? 1 : 0;
                             },
                             [](Sockbuf_IO_Desc* description, void* buffer, ber_len_t length) {
                                 return wireOf(description).read(buffer, length);

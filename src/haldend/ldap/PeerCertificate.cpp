@@ -73,7 +73,7 @@ std::string described(const Certificate& certificate) {
     return "\"" + certificate.subject() + "\", issued by \"" + certificate.issuer() + "\"";
 }
 
-LdapTestFailure expired(const gnutls_datum_t* chain, unsigned count) {
+LdapFailure expired(const gnutls_datum_t* chain, unsigned count) {
     const auto now = std::time(nullptr);
     for (unsigned i = 0; i < count; ++i) {
         const Certificate one(chain[i]);
@@ -91,7 +91,7 @@ LdapTestFailure expired(const gnutls_datum_t* chain, unsigned count) {
             "Have the authority's certificate renewed, here and on the server."};
 }
 
-LdapTestFailure wrongName(const Certificate& certificate, const std::string& host) {
+LdapFailure wrongName(const Certificate& certificate, const std::string& host) {
     const auto hosts = certificate.hosts();
     return {kind::wrongName, "The server's certificate is made out for another host.",
             "It was reached as \"" + host + "\", and its certificate " + described(certificate) +
@@ -100,7 +100,7 @@ LdapTestFailure wrongName(const Certificate& certificate, const std::string& hos
                 host + "\"."};
 }
 
-LdapTestFailure untrusted(const Certificate& certificate, const std::string& authorities) {
+LdapFailure untrusted(const Certificate& certificate, const std::string& authorities) {
     const bool isOwn = certificate.subject() == certificate.issuer();
     return {
         kind::untrusted, "The server's certificate isn't signed by an authority that is trusted here.",
@@ -113,15 +113,15 @@ LdapTestFailure untrusted(const Certificate& certificate, const std::string& aut
 
 } // namespace
 
-std::optional<LdapTestFailure> objectionToPeer(gnutls_session_t session, const std::string& host,
-                                               const std::string& authorities) {
+std::optional<LdapFailure> objectionToPeer(gnutls_session_t session, const std::string& host,
+                                           const std::string& authorities) {
     unsigned count = 0;
     const auto* chain = gnutls_certificate_get_peers(session, &count);
     if (!chain || count == 0)
-        return LdapTestFailure{kind::tlsUnsupported, "The server has shown no certificate.",
-                               "The encrypted connection to \"" + host +
-                                   "\" is established, but no certificate proves whose it is.",
-                               "Have the server's administrator give it a certificate."};
+        return LdapFailure{kind::tlsUnsupported, "The server has shown no certificate.",
+                           "The encrypted connection to \"" + host +
+                               "\" is established, but no certificate proves whose it is.",
+                           "Have the server's administrator give it a certificate."};
     unsigned status = 0;
     const Certificate own(chain[0]);
     if (gnutls_certificate_verify_peers3(session, host.c_str(), &status) != GNUTLS_E_SUCCESS)

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <optional>
 
+#include "haldend/ldap/LdapDirectory.h"
 #include "haldend/ldap/LdapSchema.h"
 
 namespace corvane::haldend {
@@ -41,14 +42,16 @@ struct RecordKind {
 };
 
 template <typename Mappings>
-RecordKind kindOf(std::string_view type, std::string objectClass, std::vector<LdapSearchBase> bases,
+RecordKind kindOf(std::string_view type, std::string_view classOption, std::vector<LdapSearchBase> bases,
                   const Mappings& mappings, const SssdDomain& domain) {
-    RecordKind kind{type, std::move(objectClass), std::move(bases), {}};
+    RecordKind kind{type, ldapName(domain, classOption), std::move(bases), {}};
     for (const auto& mapping : mappings)
         kind.names.emplace_back(mapping.attribute, mapping.option.empty() ? "telephoneNumber"
                                                                           : ldapName(domain, mapping.option));
     return kind;
 }
+
+char foldedAscii(char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c; }
 
 std::string term(const std::string& name, MatchType type, const std::string& text) {
     const auto escaped = filterEscaped(text);
@@ -78,35 +81,62 @@ std::optional<std::string> filterFor(const RecordKind& kind, const QueryParamete
     return "(&" + filter + ")";
 }
 
-std::vector<std::string> directoryNames(const RecordKind& kind) {
-    std::vector<std::string> names;
-    for (const auto& [ours, theirs] : kind.names)
-        names.push_back(theirs);
-    return names;
+bool isSameName(std::string_view one, std::string_view other) {
+    return one.size() == other.size() && std::ranges::equal(one, other, {}, foldedAscii, foldedAscii);
 }
 
-AttributeMap translated(const RecordKind& kind, const AttributeMap& entry) {
-    AttributeMap attributes;
-    for (const auto& [ours, theirs] : kind.names)
-        if (const auto found = entry.find(theirs); found != entry.end())
-            attributes.emplace(ours, found->second);
-    return attributes;
-}
+/// Turns entries into records, with the attributes alone that a query asks for.
+class EntryReader {
+public:
+    EntryReader(const RecordKind& kind, const QueryParameters& parameters)
+        : packer_(kind.type, wantedAttributes(parameters, ourNames(kind))) {
+        for (const auto& [ours, theirs] : kind.names)
+            if (const auto number = packer_.numberOf(ours)) wanted_.emplace_back(theirs, *number);
+    }
 
-void append(RecordList& records, LdapConnection& connection, const RecordKind& kind,
+    /// What the server is asked for.
+    [[nodiscard]] std::vector<std::string> directoryNames() const {
+        std::vector<std::string> names;
+        for (const auto& [theirs, number] : wanted_)
+            if (std::ranges::find(names, theirs) == names.end()) names.push_back(theirs);
+        return names;
+    }
+    /// Null for an entry without a name.
+    [[nodiscard]] std::shared_ptr<Record> read(const LdapEntry& entry) {
+        entry.eachValue([this](std::string_view name, std::string_view value) {
+            for (const auto& [theirs, number] : wanted_)
+                if (isSameName(theirs, name)) packer_.add(number, value);
+        });
+        if (packer_.hasName()) return packer_.take();
+        packer_.drop();
+        return nullptr;
+    }
+
+private:
+    [[nodiscard]] static std::vector<std::string> ourNames(const RecordKind& kind) {
+        std::vector<std::string> names;
+        for (const auto& [ours, theirs] : kind.names)
+            names.push_back(ours);
+        return names;
+    }
+
+    RecordPacker packer_;
+    std::vector<std::pair<std::string, std::size_t>> wanted_; ///< the directory's name, the packer's number
+};
+
+void append(RecordList& records, LdapDirectory& directory, const RecordKind& kind,
             const QueryParameters& parameters, bool allowPartial) {
     auto bases = kind.bases;
-    if (bases.empty()) bases.push_back({connection.defaultBase(), 2, ""});
+    if (bases.empty()) bases.push_back({directory.defaultBase(), 2, ""});
+    EntryReader reader(kind, parameters);
     for (const auto& base : bases) {
         const auto filter = filterFor(kind, parameters, base.filter);
         if (!filter || isFull(parameters, records)) return;
         const auto left = parameters.maximumResults == 0 ? 0 : parameters.maximumResults - records.size();
-        for (const auto& entry :
-             connection.search({base, *filter, directoryNames(kind), left, allowPartial})) {
-            const auto attributes = translated(kind, entry);
-            if (attributes.contains(attribute::recordName))
-                records.push_back(recordFor(parameters, kind.type, attributes));
-        }
+        directory.search({base.base, base.scope, *filter, reader.directoryNames(), left}, allowPartial,
+                         [&](const LdapEntry& entry) {
+                             if (auto record = reader.read(entry)) records.push_back(std::move(record));
+                         });
     }
 }
 
@@ -120,16 +150,17 @@ RecordList LdapNode::fetch(const QueryParameters& parameters, bool allowPartial)
     const bool wantsUsers = wantsType(parameters, recordType::users);
     const bool wantsGroups = wantsType(parameters, recordType::groups);
     if (!wantsUsers && !wantsGroups) return records;
-    const auto settings = LdapSettings::from(domain_, engine().machine().folder());
-    LdapConnection connection(settings);
+    const auto section = LdapSection::from(domain_);
+    LdapDirectory directory(section, LdapTrust::from(domain_, engine().machine().folder()));
     if (wantsUsers)
-        append(records, connection,
-               kindOf(recordType::users, settings.userClass, settings.userBases, userMappings, domain_),
+        append(records, directory,
+               kindOf(recordType::users, "ldap_user_object_class", section.userBases, userMappings, domain_),
                parameters, allowPartial);
     if (wantsGroups)
-        append(records, connection,
-               kindOf(recordType::groups, settings.groupClass, settings.groupBases, groupMappings, domain_),
-               parameters, allowPartial);
+        append(
+            records, directory,
+            kindOf(recordType::groups, "ldap_group_object_class", section.groupBases, groupMappings, domain_),
+            parameters, allowPartial);
     return records;
 }
 

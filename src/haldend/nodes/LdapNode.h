@@ -1,6 +1,5 @@
 #pragma once
 
-#include "haldend/ldap/LdapConnection.h"
 #include "haldend/nodes/EngineNode.h"
 #include "haldend/policy/DomainNodes.h"
 

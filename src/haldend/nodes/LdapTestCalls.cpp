@@ -2,7 +2,6 @@
 
 #include <algorithm>
 
-#include "haldend/ldap/LdapSettings.h"
 #include "haldend/nodes/LdapServers.h"
 #include "haldend/servers/AccountDefaults.h"
 #include "haldend/servers/LdapServerRequest.h"
@@ -77,10 +76,8 @@ LdapTestPlan planFrom(const util::Dictionary& values, const SssdFile& saved, con
     if (put.password) plan.server.password = *put.password;
     keepPlainAddresses(plan.server);
     plan.options = optionsFor(put, saved);
-    const auto demanded = plan.options.option("ldap_tls_reqcert", "demand");
-    plan.trust = {certificatePath(folder, plan.server.caFile),
-                  certificatePath(folder, plan.options.option("ldap_tls_cacertdir")),
-                  demanded != "never" && demanded != "allow"};
+    plan.options.options["ldap_tls_cacert"] = plan.server.caFile;
+    plan.trust = LdapTrust::from(plan.options, folder);
     return plan;
 }
 

@@ -1,6 +1,7 @@
 #include "haldend/records/FetchedRecord.h"
 
 #include <algorithm>
+#include <cstdint>
 
 namespace corvane::haldend {
 namespace {
@@ -23,16 +24,52 @@ bool contains(const std::vector<std::string>& texts, std::string_view text) {
     return std::ranges::find(texts, text) != texts.end();
 }
 
+/// One value of a record: the number of its attribute, its length, its bytes.
+struct PackedValue {
+    std::uint16_t attribute = 0;
+    std::string_view text;
+
+    void appendTo(std::string& values) const {
+        const auto length = static_cast<std::uint32_t>(text.size());
+        values.append(reinterpret_cast<const char*>(&attribute), sizeof attribute);
+        values.append(reinterpret_cast<const char*>(&length), sizeof length);
+        values.append(text);
+    }
+    /// Takes the first one off.
+    static PackedValue takenFrom(std::string_view& values) {
+        PackedValue value;
+        std::uint32_t length = 0;
+        values.copy(reinterpret_cast<char*>(&value.attribute), sizeof value.attribute);
+        values.copy(reinterpret_cast<char*>(&length), sizeof length, sizeof value.attribute);
+        value.text = values.substr(sizeof value.attribute + sizeof length, length);
+        values.remove_prefix(sizeof value.attribute + sizeof length + length);
+        return value;
+    }
+};
+
+/// Calls `visit` with each value and the number of its attribute.
+template <typename Visit>
+void eachValue(std::string_view values, const Visit& visit) {
+    while (!values.empty()) {
+        const auto value = PackedValue::takenFrom(values);
+        visit(value.attribute, value.text);
+    }
+}
+
 } // namespace
 
 std::string FetchedRecord::recordName() const {
-    const auto found = attributes_.find(halden::attribute::recordName);
-    return found == attributes_.end() || found->second.empty() ? std::string() : found->second.front();
+    std::string_view values = values_;
+    const auto first = values.empty() ? PackedValue{1, {}} : PackedValue::takenFrom(values);
+    return first.attribute == 0 ? std::string(first.text) : std::string();
 }
 
 util::Array FetchedRecord::valuesForAttribute(std::string_view attribute, halden::Error* error) const {
-    if (const auto found = attributes_.find(attribute); found != attributes_.end())
-        return util::Array::ofTexts(found->second);
+    std::vector<std::string> texts;
+    eachValue(values_, [&](std::size_t number, std::string_view text) {
+        if (layout_->attributes[number] == attribute) texts.emplace_back(text);
+    });
+    if (!texts.empty()) return util::Array::ofTexts(texts);
     if (error)
         *error = {halden::ErrorCode::attributeUnknown,
                   "The record \"" + recordName() + "\" has no such attribute.",
@@ -41,10 +78,45 @@ util::Array FetchedRecord::valuesForAttribute(std::string_view attribute, halden
 }
 
 util::Dictionary FetchedRecord::attributes() const {
+    std::vector<std::vector<std::string>> texts(layout_->attributes.size());
+    eachValue(values_, [&](std::size_t number, std::string_view text) { texts[number].emplace_back(text); });
     util::ValueMap values;
-    for (const auto& [name, texts] : attributes_)
-        values.emplace(name, util::Array::ofTexts(texts));
+    for (std::size_t i = 0; i < texts.size(); ++i)
+        if (!texts[i].empty()) values.emplace(layout_->attributes[i], util::Array::ofTexts(texts[i]));
     return util::Dictionary(std::move(values));
+}
+
+RecordPacker::RecordPacker(std::string_view recordType, const std::vector<std::string>& attributes) {
+    const auto layout = std::make_shared<RecordLayout>();
+    layout->recordType = recordType;
+    layout->attributes.emplace_back(halden::attribute::recordName);
+    for (const auto& attribute : attributes)
+        if (attribute != halden::attribute::recordName) layout->attributes.push_back(attribute);
+    layout_ = layout;
+}
+
+std::optional<std::size_t> RecordPacker::numberOf(std::string_view attribute) const {
+    const auto found = std::ranges::find(layout_->attributes, attribute);
+    if (found == layout_->attributes.end()) return std::nullopt;
+    return static_cast<std::size_t>(found - layout_->attributes.begin());
+}
+
+void RecordPacker::add(std::size_t number, std::string_view value) {
+    PackedValue{static_cast<std::uint16_t>(number), value}.appendTo(number == 0 ? name_ : others_);
+}
+
+std::shared_ptr<halden::Record> RecordPacker::take() {
+    std::string values;
+    values.reserve(name_.size() + others_.size());
+    values += name_;
+    values += others_;
+    drop();
+    return std::make_shared<FetchedRecord>(layout_, std::move(values));
+}
+
+void RecordPacker::drop() {
+    name_.clear();
+    others_.clear();
 }
 
 bool wantsType(const halden::QueryParameters& parameters, std::string_view recordType) {
@@ -68,15 +140,27 @@ bool matches(const halden::QueryParameters& parameters, const AttributeMap& attr
     });
 }
 
+std::vector<std::string> wantedAttributes(const halden::QueryParameters& parameters,
+                                          const std::vector<std::string>& attributes) {
+    const auto& wanted = parameters.attributesToReturn;
+    if (contains(wanted, halden::attribute::all)) return attributes;
+    std::vector<std::string> result;
+    for (const auto& attribute : attributes)
+        if (contains(wanted, attribute)) result.push_back(attribute);
+    return result;
+}
+
 std::shared_ptr<halden::Record> recordFor(const halden::QueryParameters& parameters,
                                           std::string_view recordType, const AttributeMap& attributes) {
-    const auto& wanted = parameters.attributesToReturn;
-    if (contains(wanted, halden::attribute::all))
-        return std::make_shared<FetchedRecord>(std::string(recordType), attributes);
-    AttributeMap kept;
+    std::vector<std::string> names;
     for (const auto& [name, values] : attributes)
-        if (name == halden::attribute::recordName || contains(wanted, name)) kept.emplace(name, values);
-    return std::make_shared<FetchedRecord>(std::string(recordType), std::move(kept));
+        names.push_back(name);
+    RecordPacker packer(recordType, wantedAttributes(parameters, names));
+    for (const auto& [name, values] : attributes)
+        if (const auto number = packer.numberOf(name))
+            for (const auto& value : values)
+                packer.add(*number, value);
+    return packer.take();
 }
 
 bool isFull(const halden::QueryParameters& parameters, const halden::RecordList& records) {

@@ -1,7 +1,10 @@
 #pragma once
 
 #include <map>
+#include <memory>
+#include <optional>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "halden/Names.h"
@@ -12,29 +15,60 @@ namespace corvane::haldend {
 /// Attribute name to values.
 using AttributeMap = std::map<std::string, std::vector<std::string>, std::less<>>;
 
-/// A record as it was when it was fetched. Immutable.
+/// What many records of one kind have in common.
+struct RecordLayout {
+    std::string recordType;
+    std::vector<std::string> attributes; ///< the record's name first
+};
+
+/// A record as it was when it was fetched. Immutable. Its values are kept in one piece of memory: a large
+/// directory has hundreds of thousands of such records.
 class FetchedRecord final : public halden::Record {
 public:
-    FetchedRecord(std::string recordType, AttributeMap attributes)
-        : recordType_(std::move(recordType)), attributes_(std::move(attributes)) {}
+    /// `values` is what a `RecordPacker` with that layout has packed.
+    FetchedRecord(std::shared_ptr<const RecordLayout> layout, std::string values)
+        : layout_(std::move(layout)), values_(std::move(values)) {}
 
-    /// The first value of the record-name attribute.
+    /// The first value of the record-name attribute, "" when there is none.
     [[nodiscard]] std::string recordName() const override;
-    [[nodiscard]] std::string recordType() const override { return recordType_; }
+    [[nodiscard]] std::string recordType() const override { return layout_->recordType; }
     [[nodiscard]] util::Array valuesForAttribute(std::string_view attribute,
                                                  halden::Error* error) const override;
     [[nodiscard]] util::Dictionary attributes() const override;
-    [[nodiscard]] const AttributeMap& map() const { return attributes_; }
 
 private:
-    std::string recordType_;
-    AttributeMap attributes_;
+    std::shared_ptr<const RecordLayout> layout_;
+    std::string values_;
+};
+
+/// Makes the records of one layout, one after the other.
+class RecordPacker {
+public:
+    /// `attributes`: those that records may have, in any order; their name is added.
+    RecordPacker(std::string_view recordType, const std::vector<std::string>& attributes);
+
+    /// The number by which an attribute is called here; none when it isn't wanted.
+    [[nodiscard]] std::optional<std::size_t> numberOf(std::string_view attribute) const;
+    /// A further value of the record that is being made.
+    void add(std::size_t number, std::string_view value);
+    [[nodiscard]] bool hasName() const { return !name_.empty(); }
+    /// The record with what was added to it; the next one begins.
+    [[nodiscard]] std::shared_ptr<halden::Record> take();
+    /// Forgets what was added.
+    void drop();
+
+private:
+    std::shared_ptr<const RecordLayout> layout_;
+    std::string name_, others_; ///< packed
 };
 
 /// True when the query asks for records of this type.
 [[nodiscard]] bool wantsType(const halden::QueryParameters& parameters, std::string_view recordType);
 /// True when a record with these attributes is what the query looks for. Texts are compared byte by byte.
 [[nodiscard]] bool matches(const halden::QueryParameters& parameters, const AttributeMap& attributes);
+/// Of `attributes` those that the query asks for.
+[[nodiscard]] std::vector<std::string> wantedAttributes(const halden::QueryParameters& parameters,
+                                                        const std::vector<std::string>& attributes);
 /// A record with the attributes that the query asks for; its name is always among them.
 [[nodiscard]] std::shared_ptr<halden::Record> recordFor(const halden::QueryParameters& parameters,
                                                         std::string_view recordType,

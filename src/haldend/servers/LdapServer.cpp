@@ -1,10 +1,9 @@
 #include "haldend/servers/LdapServer.h"
 
 #include <algorithm>
-#include <charconv>
 
 #include "haldend/files/LdapUri.h"
-#include "haldend/ldap/LdapSchema.h"
+#include "haldend/ldap/LdapSection.h"
 #include "sdk/LdapServerCalls.h"
 
 namespace corvane::haldend {
@@ -13,18 +12,8 @@ namespace {
 namespace security = sdk::ldap::security;
 namespace schema = sdk::ldap::schema;
 
-constexpr int networkTimeoutDefault = 6;
-constexpr int operationTimeoutDefault = 8;
-
-int numberIn(std::string_view text, int fallback) {
-    int number = 0;
-    const auto [end, status] = std::from_chars(text.data(), text.data() + text.size(), number);
-    return status == std::errc() && end == text.data() + text.size() && number > 0 ? number : fallback;
-}
-
 /// Addresses that share scheme and port are shown without them; others, and what is no host, as they are.
-void readAddresses(LdapServer& server, const SssdDomain& domain) {
-    const auto texts = commaSeparated(domain.option("ldap_uri"));
+void readAddresses(LdapServer& server, const std::vector<std::string>& texts) {
     std::vector<LdapUri> uris;
     for (const auto& text : texts)
         uris.push_back(LdapUri::from(text));
@@ -75,22 +64,20 @@ void writePassword(SectionWriter& writer, const std::optional<std::string>& pass
 bool isLdapServer(const SssdDomain& domain) { return domain.option("id_provider") == "ldap"; }
 
 LdapServer LdapServer::from(const SssdDomain& domain) {
+    const auto section = LdapSection::from(domain);
     LdapServer server;
-    server.name = domain.name;
-    server.security =
-        isTrueOption(domain.option("ldap_id_use_start_tls")) ? security::startTLS : security::none;
-    readAddresses(server, domain);
-    server.caFile = domain.option("ldap_tls_cacert");
-    server.baseDN = domain.option("ldap_search_base");
-    server.bindDN = domain.option("ldap_default_bind_dn");
-    server.hasPassword = !domain.option("ldap_default_authtok").empty();
-    if (domain.option("ldap_default_authtok_type", "password") == "password")
-        server.password = domain.option("ldap_default_authtok");
-    server.schema = ldapSchema(domain);
-    server.computesNumbers = isTrueOption(domain.option("ldap_id_mapping"));
-    server.connectTimeout = numberIn(domain.option("ldap_network_timeout"), networkTimeoutDefault);
-    server.searchTimeout = numberIn(domain.option("ldap_search_timeout"),
-                                    numberIn(domain.option("ldap_opt_timeout"), operationTimeoutDefault));
+    server.name = section.name;
+    server.security = section.startTls ? security::startTLS : security::none;
+    readAddresses(server, section.uris);
+    server.caFile = section.caFile;
+    server.baseDN = section.searchBase;
+    server.bindDN = section.bindName;
+    server.hasPassword = section.hasPassword;
+    server.password = section.password;
+    server.schema = section.schema;
+    server.computesNumbers = section.computesNumbers;
+    server.connectTimeout = section.connectTimeout;
+    server.searchTimeout = section.searchTimeout;
     return server;
 }
 
@@ -133,10 +120,10 @@ void writeSection(SssdLines& lines, const LdapServer& server, const std::optiona
     if (differs(&LdapServer::computesNumbers))
         writer.put("ldap_id_mapping", server.computesNumbers ? "true" : "false", "false");
     if (differs(&LdapServer::connectTimeout))
-        writer.seconds("ldap_network_timeout", server.connectTimeout, networkTimeoutDefault);
+        writer.seconds("ldap_network_timeout", server.connectTimeout, LdapSection::usualConnectTimeout);
     if (differs(&LdapServer::searchTimeout)) { // whichever of the two ends first counts
-        writer.seconds("ldap_search_timeout", server.searchTimeout, operationTimeoutDefault);
-        writer.seconds("ldap_opt_timeout", server.searchTimeout, operationTimeoutDefault);
+        writer.seconds("ldap_search_timeout", server.searchTimeout, LdapSection::usualSearchTimeout);
+        writer.seconds("ldap_opt_timeout", server.searchTimeout, LdapSection::usualSearchTimeout);
     }
 }
 

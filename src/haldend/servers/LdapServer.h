@@ -12,8 +12,8 @@
 
 namespace corvane::haldend {
 
-/// An LDAP server as administrators see it: what one section of sssd.conf says, in the words of
-/// sdk/LdapServerCalls.h. Times in seconds. Two are equal when the section of either would say the same.
+/// An LDAP server as administrators see it: an `LdapSection` in the words of sdk/LdapServerCalls.h. Times in
+/// seconds. Two are equal when the section of either would say the same.
 struct LdapServer {
     LdapServer() = default;
     LdapServer(const LdapServer&) = default;

@@ -2,7 +2,7 @@
 #include <charconv>
 #include <cstdint>
 
-#include "haldend/ldap/LdapConnection.h"
+#include "haldend/ldap/LdapClient.h"
 #include "haldend/ldap/LdapSchema.h"
 #include "haldend/ldap/SidNumbers.h"
 #include "haldend/servers/AccountDefaults.h"
@@ -28,14 +28,8 @@ struct LdapTest::Account {
 namespace {
 
 /// How many accounts are looked at where any one will do.
-constexpr int sampleSize = 100;
-
-std::string nameOf(LDAP* ldap, LDAPMessage* entry) {
-    char* text = ldap_get_dn(ldap, entry);
-    std::string name = text ? text : "";
-    ldap_memfree(text);
-    return name;
-}
+constexpr std::size_t sampleSize = 100;
+constexpr int wholeTree = 2;
 
 std::optional<std::int64_t> numberIn(const std::string& text) {
     std::int64_t number = 0;
@@ -76,41 +70,43 @@ std::string LdapTest::findAccount(const Account& wanted) const {
                              &wanted.home, &wanted.shell})
         if (!each->empty()) attributes.push_back(*each);
     const auto filter = "(&" + filterFor(wanted.className, wanted.nameAttribute, wanted.name) + numbers + ")";
-    const auto answer = search(wanted.base, LDAP_SCOPE_SUBTREE, filter, attributes, sampleSize);
-    auto* ldap = ldap_.get();
-    for (auto* entry = ldap_first_entry(ldap, answer.message.get()); entry;
-         entry = ldap_next_entry(ldap, entry))
-        if (auto found = described(entry, wanted)) return *found;
-    failToFind(wanted);
+    std::optional<std::string> found;
+    (void)client_->search({wanted.base, wholeTree, filter, attributes, sampleSize},
+                          [&](const LdapEntry& entry) {
+                              if (!found) found = described(entry, wanted);
+                          });
+    if (!found) failToFind(wanted);
+    return *found;
 }
 
 /// Says whether there is nothing at all, or only what has no number.
 void LdapTest::failToFind(const Account& wanted) const {
     const auto filter = "(&" + filterFor(wanted.className, wanted.nameAttribute, wanted.name) + ")";
-    const auto answer = search(wanted.base, LDAP_SCOPE_SUBTREE, filter, {wanted.nameAttribute}, 1);
-    auto* entry = ldap_first_entry(ldap_.get(), answer.message.get());
-    if (!entry) requireAllowed(answer, "in this way");
+    std::string found;
+    const auto answer = client_->search({wanted.base, wholeTree, filter, {wanted.nameAttribute}, 1},
+                                        [&](const LdapEntry& entry) { found = entry.name(); });
+    if (found.empty()) requireAllowed(answer, "in this way");
     const auto quoted = "\"" + wanted.name + "\"";
-    if (!entry)
-        throw LdapTestFailure{
+    if (found.empty())
+        throw LdapFailure{
             kind::nothingFound,
             wanted.name.empty() ? "No " + wanted.what + " was found."
                                 : "There is no " + wanted.what + " " + quoted + ".",
             "Below \"" + wanted.base + "\" nothing matches " + filter +
-                (answer.status == LDAP_SUCCESS ? "." : "; the server says " + answer.text() + "."),
+                (answer.status == 0 ? "." : "; the server says " + answer.text() + "."),
             "Check whether the base DN and the schema are right, and whether the sign-in account "
             "may read users and groups."};
     const auto stored = wanted.number + (wanted.groupNumber.empty() ? "" : " and " + wanted.groupNumber);
     const bool computes = plan_.server.computesNumbers;
     const bool mayCompute = !computes && plan_.server.schema == sdk::ldap::schema::activeDirectory;
-    throw LdapTestFailure{
+    throw LdapFailure{
         kind::noNumbers,
         wanted.name.empty()
             ? "No " + wanted.what + " has a number, so this machine finds none."
             : "The " + wanted.what + " " + quoted + " has no number, so this machine doesn't find it.",
-        nameOf(ldap_.get(), entry) + (computes ? ": SSSD computes no number from what " +
-                                                     (wanted.sid.empty() ? "it" : wanted.sid) + " says."
-                                               : ": " + stored + " missing or not usable."),
+        found + (computes ? ": SSSD computes no number from what " +
+                                (wanted.sid.empty() ? "it" : wanted.sid) + " says."
+                          : ": " + stored + " missing or not usable."),
         mayCompute
             ? "Choose computed numbers in the server's settings, or have the directory's administrator "
               "store " +
@@ -121,19 +117,19 @@ void LdapTest::failToFind(const Account& wanted) const {
                          wanted.what + "."};
 }
 
-std::optional<std::string> LdapTest::described(LDAPMessage* entry, const Account& wanted) const {
+std::optional<std::string> LdapTest::described(const LdapEntry& entry, const Account& wanted) const {
     const auto numbers =
         plan_.server.computesNumbers ? computedNumbersOf(entry, wanted) : numbersOf(entry, wanted);
     if (!numbers) return std::nullopt;
-    const auto names = valuesOf(entry, wanted.nameAttribute);
+    const auto names = entry.values(wanted.nameAttribute);
     const auto named = names.empty() ? std::string("?") : names.front();
     std::string login;
     if (!wanted.home.empty() && !wanted.shell.empty()) {
-        const auto home = valuesOf(entry, wanted.home), shell = valuesOf(entry, wanted.shell);
+        const auto home = entry.values(wanted.home), shell = entry.values(wanted.shell);
         login = ", " + homeAndShell(plan_.options, named, home.empty() ? "" : home.front(),
                                     shell.empty() ? "" : shell.front());
     }
-    return named + *numbers + login + ": " + nameOf(ldap_.get(), entry);
+    return named + *numbers + login + ": " + entry.name();
 }
 
 /// SSSD's own limits, within which both numbers of a user must be.
@@ -144,21 +140,21 @@ bool LdapTest::isUsable(const std::string& number) const {
     return value && *value >= std::max<std::int64_t>(least, 1) && (most <= 0 || *value <= most);
 }
 
-std::optional<std::string> LdapTest::numbersOf(LDAPMessage* entry, const Account& wanted) const {
-    const auto own = valuesOf(entry, wanted.number);
+std::optional<std::string> LdapTest::numbersOf(const LdapEntry& entry, const Account& wanted) const {
+    const auto own = entry.values(wanted.number);
     if (own.empty() || !isUsable(own.front())) return std::nullopt;
     if (wanted.groupNumber.empty()) return ", number " + own.front();
-    const auto group = valuesOf(entry, wanted.groupNumber);
+    const auto group = entry.values(wanted.groupNumber);
     if (group.empty() || !isUsable(group.front())) return std::nullopt;
     return ", number " + own.front() + ", group " + group.front();
 }
 
-std::optional<std::string> LdapTest::computedNumbersOf(LDAPMessage* entry, const Account& wanted) const {
+std::optional<std::string> LdapTest::computedNumbersOf(const LdapEntry& entry, const Account& wanted) const {
     constexpr std::int64_t securityGroup = 0x80000000; // SSSD passes over groups for mail alone
-    const auto types = valuesOf(entry, "groupType");
+    const auto types = entry.values("groupType");
     const auto type = types.empty() ? std::nullopt : numberIn(types.front());
     if (type && wanted.primaryGroup.empty() && (*type & securityGroup) == 0) return std::nullopt;
-    const auto sids = valuesOf(entry, wanted.sid);
+    const auto sids = entry.values(wanted.sid);
     if (sids.empty()) return std::nullopt;
     if (isTrueOption(plan_.options.option("ldap_idmap_autorid_compat")))
         return ", with a number that SSSD gives out when the account is first looked up";
@@ -167,7 +163,7 @@ std::optional<std::string> LdapTest::computedNumbersOf(LDAPMessage* entry, const
     if (!own || !isUsable(std::to_string(*own))) return std::nullopt;
     const auto text = ", computed number " + std::to_string(*own);
     if (wanted.primaryGroup.empty()) return text;
-    const auto primary = valuesOf(entry, wanted.primaryGroup);
+    const auto primary = entry.values(wanted.primaryGroup);
     const auto relative = primary.empty() ? std::nullopt : numberIn(primary.front());
     const auto group =
         relative ? numbers.numberOf(sids.front(), static_cast<std::uint32_t>(*relative)) : std::nullopt;

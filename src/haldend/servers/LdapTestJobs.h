@@ -6,7 +6,7 @@
 #include <thread>
 #include <vector>
 
-#include "haldend/ldap/LdapTestReport.h"
+#include "haldend/servers/LdapTestReport.h"
 
 namespace corvane::haldend {
 

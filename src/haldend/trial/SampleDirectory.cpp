@@ -15,7 +15,7 @@
 #include <thread>
 
 #include "haldend/files/SssdFile.h"
-#include "haldend/ldap/LdapConnection.h"
+#include "haldend/ldap/LdapDirectory.h"
 #include "haldend/storage/ChildProcess.h"
 #include "haldend/storage/DurableFile.h"
 #include "haldend/storage/Failure.h"
@@ -114,11 +114,10 @@ std::string portIn(const std::string& uri) { return uri.substr(uri.rfind(':') + 
 
 bool answers(const std::string& uri) {
     try {
-        LdapSettings settings;
-        settings.uris = {uri};
-        settings.networkTimeout = settings.operationTimeout = 1;
-        LdapConnection connection(settings);
-        return !connection.defaultBase().empty();
+        LdapSection section;
+        section.uris = {uri};
+        section.connectTimeout = section.searchTimeout = 1;
+        return !LdapDirectory(section).defaultBase().empty();
     } catch (const Failure&) {
         return false;
     }

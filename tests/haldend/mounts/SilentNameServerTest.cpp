@@ -6,7 +6,6 @@
 #include "haldend/OwnMounts.h"
 #include "haldend/TestSlapd.h"
 #include "haldend/ldap/LdapLibrary.h"
-#include "haldend/ldap/LdapSettings.h"
 #include "haldend/storage/FileDescriptor.h"
 
 // A machine whose own name is in no file and whose name server says nothing, made in namespaces of a child
@@ -66,10 +65,10 @@ int questionsInAChild(const TemporaryFolder& folder) {
         if (!ownMounts() || !ownLoopback() || !useNameServer(folder)) ::_exit(couldNot);
         const auto server = silentNameServer();
         if (!server.isOpen()) ::_exit(couldNot);
-        haldend::LdapSettings settings;
-        settings.uris = {"ldap://127.0.0.1:1"};
+        haldend::LdapSection section;
+        section.uris = {"ldap://127.0.0.1:1"};
         try {
-            (void)haldend::LdapConnection(settings);
+            (void)haldend::LdapDirectory(section);
         } catch (const haldend::Failure&) { // nothing listens there
         }
         ::_exit(questionsAt(server));
