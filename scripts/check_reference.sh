@@ -84,9 +84,12 @@ print_prelude() {
 #include <array>
 #include <memory>
 #include <optional>
+#include "sdk/Background.h"
+#include "sdk/Form.h"
 #include "sdk/Host.h"
 #include "sdk/LdapServerCalls.h"
 #include "sdk/PluginWrapper.h"
+#include "sdk/SettingsDictionary.h"
 using corvane::sdk::Object;
 struct MyTool { bool isAuthorized; std::array<uint8_t, 32> form; };
 void takeAuthorization(void* self, CorvaneObject* authorization);
@@ -94,7 +97,8 @@ void takeForm(void* self, const uint8_t form[32]);
 TEXT
 }
 GIVEN='corvane::sdk::Host host, Object session, Object node, Object object, Object array, Object dictionary, '
-GIVEN+='Object formatter, Object reply, corvane::sdk::AuthorizationForm& form, MyTool self'
+GIVEN+='Object formatter, Object reply, corvane::sdk::AuthorizationForm& form, MyTool self, '
+GIVEN+='const corvane::sdk::Form& window'
 
 # print_example PAGE NUMBER    wraps the example that it reads
 print_example() {
@@ -148,11 +152,14 @@ check_requests() {
 }
 
 export LC_ALL=C.UTF-8
-cpp_headers=$(cat "$HEADERS"/Host.h "$HEADERS"/Object.h "$HEADERS"/PluginWrapper.h "$HEADERS"/PluginMethods.h | sed 's:^ *///* *::' | normal)
+cpp_headers=$(cat "$HEADERS"/{Host,Object,PluginWrapper,PluginMethods,Form,Background,SettingsDictionary}.h | sed 's:^ *///* *::' | normal)
 check_table PluginTable.h CorvaneHost host.md
 check_table Objects.h CorvaneObjects objects.md
 check_table Directory.h CorvaneDirectory directory.md
 check_table Formatters.h CorvaneFormatters formatters.md
+check_table Forms.h CorvaneForms forms.md
+check_table Tasks.h CorvaneTasks tasks.md
+check_table Settings.h CorvaneSettings settings.md
 check_table PluginTable.h CorvaneAction action.md
 check_table PluginTable.h CorvanePlugin plugin.md
 check_requests

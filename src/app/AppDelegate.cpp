@@ -48,7 +48,9 @@ void AppDelegate::handOverConnection() {
 bool AppDelegate::applicationShouldTerminate() { return applicationShouldSaveChanges(true); }
 
 void AppDelegate::applicationWillTerminate() {
-    if (mMainWindow != nullptr) mMainWindow->disconnect();
+    if (mMainWindow == nullptr) return;
+    mMainWindow->destroyPlugins();
+    mMainWindow->disconnect();
 }
 
 // What the service refused to save is asked about last: saving and reverting may have settled it.

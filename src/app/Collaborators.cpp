@@ -138,4 +138,9 @@ Collaborators::Collaborators(Environment& environment)
 
 Collaborators::~Collaborators() { connection.disconnect(); }
 
+void Collaborators::destroyPlugins() {
+    servicesList.destroyPlugins();
+    background_.finish();
+}
+
 } // namespace corvane::app

@@ -24,6 +24,8 @@ public:
     Collaborators& operator=(const Collaborators&) = delete;
     /// Disconnects.
     ~Collaborators();
+    /// The end of all plug-in objects, and of their requests in the background.
+    void destroyPlugins();
 
     MainWindowOutlets outlets;
     WindowOwner owner;

@@ -166,6 +166,7 @@ void MainController::setRemoteAuth(std::shared_ptr<auth::RemoteAuthorization> au
 }
 void MainController::setIPAddress(const std::string& address) { c_.connection.setIPAddress(address); }
 void MainController::disconnect() { c_.connection.disconnect(); }
+void MainController::destroyPlugins() { c_.destroyPlugins(); }
 
 // The machine
 util::Array MainController::networkSets() { return c_.networkLocations.networkSets(); }

@@ -118,6 +118,9 @@ public:
     void setRemoteAuth(std::shared_ptr<auth::RemoteAuthorization> authorization);
     void setIPAddress(const std::string& address);
     void disconnect();
+    /// For the end of the program: destroys the plug-ins' objects, which may still call the host, and waits
+    /// for what they have asked for in the background.
+    void destroyPlugins();
 
     // The machine
     [[nodiscard]] util::Array networkSets();

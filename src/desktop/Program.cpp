@@ -2,6 +2,7 @@
 
 #include <QMainWindow>
 #include <QMetaObject>
+#include <QThread>
 
 #include "haldend/trial/MachineFolderMaker.h"
 #include "qt/windows/AboutPanel.h"
@@ -64,7 +65,10 @@ Program::Program(QApplication& application, const Settings& settings, util::Proc
     application_.makeAboutPanel = [this](const auto& options) {
         return std::make_unique<qt::AboutPanel>(about(), options, guard_);
     };
-    engine_->setWaitListener([this] { window_.busy.stillBusy(); });
+    // A request in the background keeps nobody waiting.
+    engine_->setWaitListener([this] {
+        if (QThread::currentThread() == postContext_.thread()) window_.busy.stillBusy();
+    });
     connectApplication();
 }
 

@@ -46,8 +46,11 @@ EmbeddedDynamicStore::EmbeddedDynamicStore(const std::shared_ptr<Engine>& engine
     engine->addChangeListener([weak = std::weak_ptr(listeners_)] {
         const auto listeners = weak.lock();
         if (!listeners) return;
-        for (const auto& session : listeners->sessions)
-            listeners->post([session] { session->policyChanged(); });
+        listeners->post([listeners] {
+            const auto sessions = listeners->sessions; // one that is told may add another
+            for (const auto& session : sessions)
+                session->policyChanged();
+        });
     });
 }
 

@@ -6,21 +6,25 @@
 namespace corvane::haldend {
 namespace {
 
+/// Each question has the engine in hand while it is answered.
 class EmbeddedSession final : public halden::Session {
 public:
     explicit EmbeddedSession(std::shared_ptr<Engine> engine) : engine_(std::move(engine)) {}
 
     [[nodiscard]] std::shared_ptr<halden::Node> nodeWithType(halden::NodeType type,
                                                              halden::Error* error) override {
+        const Engine::Hold hold(*engine_);
         return guarded<std::shared_ptr<halden::Node>>(error, nullptr,
                                                       [&] { return nodeOfType(engine_, type); });
     }
     [[nodiscard]] std::shared_ptr<halden::Node> nodeWithName(const std::string& name,
                                                              halden::Error* error) override {
+        const Engine::Hold hold(*engine_);
         return guarded<std::shared_ptr<halden::Node>>(error, nullptr,
                                                       [&] { return nodeNamed(engine_, name); });
     }
     [[nodiscard]] util::Array nodeNames(halden::Error* error) override {
+        const Engine::Hold hold(*engine_);
         return guarded<util::Array>(error, {},
                                     [&] { return util::Array::ofTexts(haldend::nodeNames(*engine_)); });
     }

@@ -2,7 +2,7 @@
 
 namespace corvane::plugins {
 
-BackgroundCalls::~BackgroundCalls() {
+void BackgroundCalls::finish() {
     {
         const std::lock_guard lock(mutex_);
         ends_ = true;
@@ -15,6 +15,7 @@ BackgroundCalls::~BackgroundCalls() {
 void BackgroundCalls::run(Request request) {
     {
         const std::lock_guard lock(mutex_);
+        if (ends_) return;
         waiting_.push_back(std::move(request));
     }
     changed_.notify_all();

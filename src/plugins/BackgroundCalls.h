@@ -23,10 +23,12 @@ public:
     explicit BackgroundCalls(platform::RunLoop& runLoop) : runLoop_(runLoop) {}
     BackgroundCalls(const BackgroundCalls&) = delete;
     BackgroundCalls& operator=(const BackgroundCalls&) = delete;
-    /// Waits for the request that is under way. Those that were not begun are dropped.
-    ~BackgroundCalls();
+    ~BackgroundCalls() { finish(); }
 
     void run(Request request);
+    /// Waits for the request that is under way. Those that were not begun, and all that come later, are
+    /// dropped.
+    void finish();
 
 private:
     void work();

@@ -22,8 +22,13 @@ PluginItem::PluginItem(Context context, const util::Dictionary& description)
     });
 }
 
-// The plug-in object goes while the host table that it may call still stands.
-PluginItem::~PluginItem() { mPlugin.reset(); }
+PluginItem::~PluginItem() { destroyPlugin(); }
+
+// The plug-in object is destroyed while the host table that it may call is still there.
+void PluginItem::destroyPlugin() {
+    mPlugin.reset();
+    hostTable_.reset();
+}
 
 void PluginItem::setPluginAPIImplementor(std::shared_ptr<PluginAPIImplementor> implementor) {
     mAPIImplementor = std::move(implementor);

@@ -54,6 +54,10 @@ public:
     /// shown in a sheet on the sender's window.
     void configureButtonClicked(toolkit::Control* sender);
 
+    /// Destroys the plug-in object, which may still call the host. This item answers its defaults from then
+    /// on.
+    void destroyPlugin();
+
     [[nodiscard]] bool canSelfTest() const;
     /// Ask `canSelfTest` first: without a test the answer is false.
     [[nodiscard]] bool selfTest();

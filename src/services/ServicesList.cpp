@@ -45,6 +45,12 @@ halden::QueryParameters everyConnector() {
 ServicesList::ServicesList(plugins::PluginItem::Context context, Sources sources, Needs& needs)
     : context_(context), sources_(std::move(sources)), needs_(needs) {}
 
+void ServicesList::destroyPlugins() {
+    if (!items_) return;
+    for (const auto& item : List(*items_))
+        item->destroyPlugin();
+}
+
 void ServicesList::buildDSConfigPaneData() {
     if (reported_) return; // a plug-in asked for it out of the reading itself, which goes on
     reported_.emplace();

@@ -37,6 +37,8 @@ public:
     [[nodiscard]] std::size_t count() const { return items_ ? items_->size() : 0; }
     [[nodiscard]] bool isLoaded() const { return loaded_; }
     void invalidate() { loaded_ = false; }
+    /// Destroys the plug-in objects in the list's order; the items answer their defaults from here on.
+    void destroyPlugins();
 
     [[nodiscard]] std::shared_ptr<plugins::PluginItem>
     pluginWithPrefix(const std::string& prefix) const override;

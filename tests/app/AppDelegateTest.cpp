@@ -155,6 +155,32 @@ TEST_F(Delegate, termination_disconnects) {
     EXPECT_FALSE(controller.unlocked());
 }
 
+TEST(AppDelegateAtTheEnd, pluginObjects_areDestroyedInTheListsOrderWhileTheHostStillAnswers) {
+    using Last = fakes::RecordingPlugin<7>;
+    using First = fakes::RecordingPlugin<8>;
+    fakes::FakeProgram program;
+    program.addConnector("Zoo", "Active", "1");
+    program.addConnector("AD", "Active", "1");
+    program.addPlugin("Zoo", Last::factory());
+    program.addPlugin("AD", First::factory());
+    First::script() = {};
+    Last::script() = {};
+    First::script().name = "AD";
+    Last::script().name = "Zoo";
+    program.delegate.applicationDidFinishLaunching();
+    std::vector<std::string> destroyed;
+    First::script().whenDestroyed = [&] {
+        const auto* host = First::script().host;
+        destroyed.push_back(host->isPluginEnabled(host->context, "AD") != 0 ? "AD, host answers" : "AD");
+    };
+    Last::script().whenDestroyed = [&] { destroyed.emplace_back("Zoo"); };
+    program.delegate.applicationWillTerminate();
+    EXPECT_EQ(destroyed, (std::vector<std::string>{"AD, host answers", "Zoo"}));
+    EXPECT_EQ(First::script().alive + Last::script().alive, 0);
+    First::script() = {};
+    Last::script() = {};
+}
+
 TEST_F(Delegate, connect_asksThenShowsTheDialogWithAllItsFields) {
     edit();
     program.toolkit.willAnswer(cancel);

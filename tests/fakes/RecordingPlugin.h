@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -18,6 +19,7 @@ struct PluginScript {
     std::vector<std::string> nodesToRemove;
     const CorvaneHost* host = nullptr;
     int alive = 0;
+    std::function<void()> whenDestroyed;
 
     bool answer(const std::string& operation, const std::string& detail = "") {
         note(operation, detail);
@@ -37,7 +39,10 @@ public:
     RecordingPlugin() { ++script().alive; }
     RecordingPlugin(const RecordingPlugin&) = delete;
     RecordingPlugin& operator=(const RecordingPlugin&) = delete;
-    ~RecordingPlugin() { --script().alive; }
+    ~RecordingPlugin() {
+        --script().alive;
+        if (script().whenDestroyed) script().whenDestroyed();
+    }
 
     static PluginScript& script() {
         static PluginScript theScript;

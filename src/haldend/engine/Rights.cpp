@@ -30,16 +30,24 @@ bool equalInConstantTime(util::BytesView a, util::BytesView b) {
 } // namespace
 
 Rights::Ref Rights::open() {
+    const std::lock_guard lock(mutex_);
     entries_[++last_];
     return last_;
 }
 
+void Rights::close(Ref ref) {
+    const std::lock_guard lock(mutex_);
+    entries_.erase(ref);
+}
+
 void Rights::grant(Ref ref, const Names& names) {
+    const std::lock_guard lock(mutex_);
     if (const auto found = entries_.find(ref); found != entries_.end())
         found->second.rights.insert(names.begin(), names.end());
 }
 
 void Rights::destroy(Ref ref) {
+    const std::lock_guard lock(mutex_);
     const auto found = entries_.find(ref);
     if (found == entries_.end()) return;
     found->second.rights.clear();
@@ -48,11 +56,13 @@ void Rights::destroy(Ref ref) {
 }
 
 bool Rights::holds(Ref ref, const Names& names) const {
+    const std::lock_guard lock(mutex_);
     const auto found = entries_.find(ref);
     return found != entries_.end() && std::ranges::includes(found->second.rights, names);
 }
 
 bool Rights::externalForm(Ref ref, util::AuthorizationExternalForm& form) {
+    const std::lock_guard lock(mutex_);
     const auto found = entries_.find(ref);
     if (found == entries_.end()) return false;
     auto& entry = found->second;
@@ -63,6 +73,7 @@ bool Rights::externalForm(Ref ref, util::AuthorizationExternalForm& form) {
 }
 
 bool Rights::permits(util::BytesView form, std::string_view right) const {
+    const std::lock_guard lock(mutex_);
     bool permitted = false;
     for (const auto& [ref, entry] : entries_) {
         const bool isThis = equalInConstantTime(form, entry.token.view());

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <map>
+#include <mutex>
 #include <set>
 #include <string>
 #include <string_view>
@@ -15,7 +16,7 @@ inline constexpr std::string_view preferencesRight = "system.preferences";
 
 /// Who may change the machine, within one run of the service: authorizations, the rights that each holds and
 /// the 32 random bytes by which each is known outside. Tokens are compared in constant time and wiped when
-/// the authorization's rights are destroyed, when it is closed, and when this object goes. Main thread.
+/// the authorization's rights are destroyed, when it is closed, and when this object goes. Any thread.
 class Rights {
 public:
     using Ref = std::uint64_t;
@@ -28,7 +29,7 @@ public:
     /// A new authorization that holds nothing. Never 0.
     [[nodiscard]] Ref open();
     /// Unknown references are harmless here and below.
-    void close(Ref ref) { entries_.erase(ref); }
+    void close(Ref ref);
     void grant(Ref ref, const Names& names);
     /// Takes all rights back; forms made before are worth nothing from here on.
     void destroy(Ref ref);
@@ -46,6 +47,7 @@ private:
         util::AuthorizationExternalForm token; ///< wipes itself
         bool isMinted = false;
     };
+    mutable std::mutex mutex_;
     std::map<Ref, Entry> entries_;
     Ref last_ = 0;
 };

@@ -5,6 +5,13 @@
 namespace corvane::haldend {
 namespace {
 
+/// Answers a request, with the engine in hand for as long as that takes.
+template <typename Result, typename Action>
+[[nodiscard]] Result answered(Engine& engine, halden::Error* error, Result fallback, const Action& action) {
+    const Engine::Hold hold(engine);
+    return guarded<Result>(error, std::move(fallback), action);
+}
+
 class NodeQuery final : public halden::Query {
 public:
     NodeQuery(std::shared_ptr<EngineNode> node, halden::QueryParameters parameters)
@@ -12,7 +19,7 @@ public:
 
     [[nodiscard]] std::optional<halden::RecordList> results(bool allowPartialResults,
                                                             halden::Error* error) override {
-        return guarded<std::optional<halden::RecordList>>(error, std::nullopt, [&] {
+        return answered<std::optional<halden::RecordList>>(node_->engine(), error, std::nullopt, [&] {
             return std::make_optional(node_->fetch(parameters_, allowPartialResults));
         });
     }
@@ -42,7 +49,7 @@ void requireAuthorizationItem(std::string_view recordType, std::string_view auth
 
 util::Dictionary EngineNode::nodeDetails(const std::optional<std::vector<std::string>>& keys,
                                          halden::Error* error) {
-    return guarded<util::Dictionary>(error, {}, [&] {
+    return answered<util::Dictionary>(*engine_, error, {}, [&] {
         util::ValueMap values;
         for (const auto& [key, texts] : details())
             if (isWanted(keys, key)) values.emplace(key, util::Array::ofTexts(texts));
@@ -51,19 +58,19 @@ util::Dictionary EngineNode::nodeDetails(const std::optional<std::vector<std::st
 }
 
 util::Array EngineNode::subnodeNames(halden::Error* error) {
-    return guarded<util::Array>(error, {}, [&] { return util::Array::ofTexts(subnodes()); });
+    return answered<util::Array>(*engine_, error, {}, [&] { return util::Array::ofTexts(subnodes()); });
 }
 
 std::optional<util::Bytes> EngineNode::customCall(std::int32_t code, util::BytesView request,
                                                   halden::Error* error) {
-    return guarded<std::optional<util::Bytes>>(error, std::nullopt,
-                                               [&] { return std::make_optional(call(code, request)); });
+    return answered<std::optional<util::Bytes>>(*engine_, error, std::nullopt,
+                                                [&] { return std::make_optional(call(code, request)); });
 }
 
 bool EngineNode::setCredentials(std::string_view recordType, std::string_view authenticationType,
                                 const util::Array& items, util::Array*, std::shared_ptr<void>*,
                                 halden::Error* error) {
-    return guarded(error, false, [&] {
+    return answered(*engine_, error, false, [&] {
         requireAuthorizationItem(recordType, authenticationType, items);
         const auto& form = items.at(0).as<util::Data>().bytes();
         if (engine_->rights().permits(form, configureRight)) return true;
@@ -75,12 +82,14 @@ bool EngineNode::setCredentials(std::string_view recordType, std::string_view au
 
 std::unique_ptr<halden::Query> EngineNode::query(const halden::QueryParameters& parameters,
                                                  halden::Error* error) {
-    return guarded<std::unique_ptr<halden::Query>>(error, nullptr, [&]() -> std::unique_ptr<halden::Query> {
-        if (parameters.matchType != halden::MatchType::any && parameters.attribute.empty())
-            throw Failure(halden::ErrorCode::parameter, "The query is not complete.",
-                          "It has texts to match but no attribute to match them with.", "Name an attribute.");
-        return std::make_unique<NodeQuery>(shared_from_this(), parameters);
-    });
+    return answered<std::unique_ptr<halden::Query>>(
+        *engine_, error, nullptr, [&]() -> std::unique_ptr<halden::Query> {
+            if (parameters.matchType != halden::MatchType::any && parameters.attribute.empty())
+                throw Failure(halden::ErrorCode::parameter, "The query is not complete.",
+                              "It has texts to match but no attribute to match them with.",
+                              "Name an attribute.");
+            return std::make_unique<NodeQuery>(shared_from_this(), parameters);
+        });
 }
 
 util::Bytes EngineNode::call(std::int32_t code, util::BytesView) {

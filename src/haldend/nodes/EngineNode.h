@@ -10,7 +10,8 @@
 namespace corvane::haldend {
 
 /// What all nodes of the engine share: failures become errors, and what a kind of node doesn't have is
-/// answered with a clear one. A kind overrides the protected operations, which throw `Failure`.
+/// answered with a clear one. Any thread; one request is answered after the other. A kind overrides the
+/// protected operations, which throw `Failure` and have the engine in hand.
 class EngineNode : public halden::Node, public std::enable_shared_from_this<EngineNode> {
 public:
     EngineNode(std::shared_ptr<Engine> engine, std::string name)
@@ -31,12 +32,12 @@ public:
     /// Runs a query. With `allowPartial` a source that fails is logged and passed over where others are left.
     [[nodiscard]] virtual halden::RecordList fetch(const halden::QueryParameters& parameters,
                                                    bool allowPartial) = 0;
+    [[nodiscard]] Engine& engine() const { return *engine_; }
 
 protected:
     [[nodiscard]] virtual AttributeMap details() { return {}; }
     [[nodiscard]] virtual std::vector<std::string> subnodes() { return {}; }
     virtual util::Bytes call(std::int32_t code, util::BytesView request);
-    [[nodiscard]] Engine& engine() const { return *engine_; }
     [[nodiscard]] const std::shared_ptr<Engine>& sharedEngine() const { return engine_; }
 
 private:

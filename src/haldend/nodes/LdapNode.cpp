@@ -152,6 +152,7 @@ RecordList LdapNode::fetch(const QueryParameters& parameters, bool allowPartial)
     if (!wantsUsers && !wantsGroups) return records;
     const auto section = LdapSection::from(domain_);
     LdapDirectory directory(section, LdapTrust::from(domain_, engine().machine().folder()));
+    const Engine::LetGo meanwhile(engine()); // nothing below asks it for anything
     if (wantsUsers)
         append(records, directory,
                kindOf(recordType::users, "ldap_user_object_class", section.userBases, userMappings, domain_),

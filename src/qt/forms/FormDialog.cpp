@@ -23,6 +23,7 @@ using forms::Item;
 
 constexpr int usualWidth = 540; // points
 constexpr int spacing = 12;
+constexpr int spacingBesideList = 10;
 
 bool hasLabel(const Item& item) { return !item.label.empty() && item.kind != Item::Kind::list; }
 
@@ -77,6 +78,7 @@ void FormDialog::build() {
     layout->setSpacing(spacing);
     layout->addWidget(heading_ = formHeading("", *this));
     hasList_ = isOfKind(description.items, Item::Kind::list);
+    if (hasList_) layout->setSpacing(spacingBesideList);
     auto* below = new QVBoxLayout;
     below->setSpacing(spacing);
     if (hasList_) {

@@ -1,0 +1,199 @@
+// Forms as a plug-in meets them: through the C table and its C++ wrapping.
+#include <gtest/gtest.h>
+
+#include "fakes/FakeHost.h"
+#include "plugins/PluginHostTable.h"
+#include "sdk/Form.h"
+
+using namespace corvane;
+using sdk::Form;
+using sdk::FormButton;
+using sdk::FormItem;
+using sdk::FormWindow;
+using Texts = std::vector<std::string>;
+
+namespace {
+
+struct FormsOfAPlugin : testing::Test {
+    [[nodiscard]] fakes::FakeFormWindow& front() { return program.formPresenter.front(); }
+    [[nodiscard]] bool isAnyOpen() const { return !program.formPresenter.open.empty(); }
+
+    fakes::FakeHost program;
+    std::unique_ptr<plugins::PluginHostTable> hostTable =
+        std::make_unique<plugins::PluginHostTable>(program.makeImplementor(), "Mine");
+    sdk::Host host{hostTable->table()};
+};
+
+FormWindow window(FormItem item) {
+    return FormWindow("example", "Example").add(item).button(FormButton::ok({})).button(FormButton::cancel());
+}
+
+} // namespace
+
+TEST_F(FormsOfAPlugin, describedWindow_isShownWithWhatItSays) {
+    const Form form(
+        host, FormWindow("example", "Example")
+                  .size(400, 300)
+                  .add(FormItem::number("port", "&Port:", 1, 65535).value(389).unit("of 65535"))
+                  .add(FormItem::choice("mode", "Mode:").addChoice("a", "Fast").addChoice("b", "Safe")));
+    const auto& shown = front().form.description();
+    EXPECT_EQ(shown.title, "Example");
+    EXPECT_EQ(shown.width, 400);
+    EXPECT_EQ(front().required("port").maximum, 65535);
+    EXPECT_EQ(front().required("port").unit, "of 65535");
+    EXPECT_EQ(front().required("mode").choices.size(), 2U);
+    EXPECT_EQ(form.number("port"), 389);
+}
+
+TEST_F(FormsOfAPlugin, everyKindOfValue_canBeReadAndSet) {
+    Form form(host, FormWindow("example", "Example")
+                        .add(FormItem::text("text", ""))
+                        .add(FormItem::number("number", "", 0, 9))
+                        .add(FormItem::check("check", ""))
+                        .add(FormItem::password("password", ""))
+                        .add(FormItem::list("list", "").rows({{"a"}, {"b"}, {"c"}})));
+    EXPECT_EQ(form.number("number"), std::nullopt);
+    form.setValue("text", std::string("grün"));
+    form.setValue("number", std::int64_t{7});
+    form.setValue("check", true);
+    form.setValue("password", std::string("geheim"));
+    form.select("list", {2, 0});
+    EXPECT_EQ(form.text("text"), "grün");
+    EXPECT_EQ(form.number("number"), 7);
+    EXPECT_TRUE(form.isChecked("check"));
+    EXPECT_EQ(form.secret("password"), "geheim");
+    EXPECT_EQ(form.selection("list"), (std::vector<std::size_t>{0, 2}));
+    form.setValue("number", {});
+    EXPECT_EQ(form.number("number"), std::nullopt);
+}
+
+TEST_F(FormsOfAPlugin, whatTheUserDoes_reachesTheHandlersByName) {
+    Texts heard;
+    Form form(host, FormWindow("example", "Example")
+                        .add(FormItem::text("server", "")
+                                 .onChange([&] { heard.push_back("changed " + form.text("server")); })
+                                 .onEntered([&] { heard.emplace_back("entered"); })
+                                 .button(FormButton("ask", "Ask", [&] { heard.emplace_back("asked"); })))
+                        .button(FormButton::ok([&] { heard.emplace_back("ok"); }))
+                        .onClosed([&] { heard.emplace_back("closed"); }));
+    front().type("server", "x");
+    front().form.userEntered("server");
+    front().press("ask");
+    front().press("ok");
+    EXPECT_EQ(heard, (Texts{"changed x", "entered", "asked", "ok", "closed"}));
+    EXPECT_FALSE(form.isOpen());
+    EXPECT_EQ(form.text("server"), "x") << "values can be read to the end";
+}
+
+TEST_F(FormsOfAPlugin, complaint_keepsTheFormOpenAndNamesTheField) {
+    Form form(host, window(FormItem::text("server", "&Server:").required("Name the server.")));
+    front().press("ok");
+    EXPECT_EQ(front().problem, "Name the server.");
+    form.complain("server", "It is taken.");
+    EXPECT_EQ(front().problemItem, "server");
+    form.complain("", "Nothing works.");
+    EXPECT_EQ(front().problem, "Nothing works.");
+    EXPECT_EQ(front().problemItem, "");
+}
+
+TEST_F(FormsOfAPlugin, formThatIsDropped_isClosedWithoutAHandler) {
+    bool heard = false;
+    {
+        const Form form(host, window(FormItem::text("a", "")).onClosed([&] { heard = true; }));
+    }
+    EXPECT_FALSE(isAnyOpen());
+    EXPECT_FALSE(heard);
+}
+
+TEST_F(FormsOfAPlugin, formThatReplacesItselfInAHandler_isTheNewOne) {
+    Form form;
+    form = Form(host, FormWindow("first", "First").button(FormButton("next", "Next", [&] {
+        form = Form(host, FormWindow("second", "Second"));
+    })));
+    front().press("next");
+    ASSERT_EQ(program.formPresenter.open.size(), 1U);
+    EXPECT_EQ(front().form.description().name, "second");
+}
+
+TEST_F(FormsOfAPlugin, pluginObjectThatIsDestroyed_takesItsFormsAlong) {
+    Form::show(host, FormWindow::message("note", "Note", "Text", ""));
+    EXPECT_TRUE(isAnyOpen());
+    hostTable.reset();
+    EXPECT_FALSE(isAnyOpen());
+}
+
+TEST_F(FormsOfAPlugin, handlerThatThrows_isReportedLikeAnyOperation) {
+    const Form form(host, FormWindow("example", "Example").button(FormButton("go", "Go", [] {
+        throw std::runtime_error("oops");
+    })));
+    front().press("go");
+    EXPECT_EQ(program.done, Texts{"failed Mine a form: oops"});
+}
+
+TEST_F(FormsOfAPlugin, wrongDescription_saysWhereAndWhy) {
+    try {
+        const Form form(host, window(FormItem("nummer", "port")));
+        FAIL() << "there is no such kind";
+    } catch (const sdk::CallError& error) {
+        EXPECT_EQ(error.code(), CORVANE_ERROR_PARAMETER);
+        EXPECT_STREQ(error.what(), "The plug-in's window can't be shown.");
+        EXPECT_NE(error.reason().find("item \"port\": \"kind\": \"nummer\""), std::string::npos);
+    }
+    EXPECT_FALSE(isAnyOpen());
+}
+
+TEST_F(FormsOfAPlugin, nameThatTheFormDoesntHave_isAnErrorEverywhere) {
+    const Form form(host, window(FormItem::text("server", "")));
+    EXPECT_THROW((void)form.text("serv"), sdk::CallError);
+    EXPECT_THROW(form.setText("serv", "x"), sdk::CallError);
+    EXPECT_THROW(form.complain("serv", "x"), sdk::CallError);
+    EXPECT_THROW(form.suggest("serv", {"x"}), sdk::CallError);
+    EXPECT_THROW(form.set("server", "valeu", std::string("x")), sdk::CallError);
+}
+
+TEST_F(FormsOfAPlugin, suggestions_areOfferedForTheField) {
+    const Form form(host, window(FormItem::text("base", "")));
+    form.suggest("base", {"dc=a", "dc=b"});
+    EXPECT_EQ(front().suggestedFor, "base");
+    EXPECT_EQ(front().suggestions, (Texts{"dc=a", "dc=b"}));
+}
+
+TEST_F(FormsOfAPlugin, referenceInC_isAFormAndOutlivesItsWindow) {
+    const auto& table = hostTable->table();
+    const auto description =
+        FormWindow("example", "Example").add(FormItem::text("a", "").value("x")).object(host);
+    auto* form = table.forms->open(table.context, description.get(), nullptr, nullptr);
+    EXPECT_EQ(table.objects->kind(form), CORVANE_FORM);
+    EXPECT_EQ(table.forms->isOpen(form), 1);
+    table.forms->close(form);
+    EXPECT_EQ(table.forms->isOpen(form), 0);
+    const sdk::Object value(*table.objects, table.forms->value(form, "a", nullptr));
+    EXPECT_EQ(value.text(), "x");
+    table.objects->release(form);
+    EXPECT_EQ(table.forms->isOpen(nullptr), 0);
+    EXPECT_EQ(table.forms->set(description.get(), "a", "value", nullptr, nullptr), 0) << "no form";
+}
+
+TEST_F(FormsOfAPlugin, listenerOfAnOlderPlugin_isReadAsFarAsItGoes) {
+    const auto& table = hostTable->table();
+    CorvaneFormListener tooShort{
+        offsetof(CorvaneFormListener, happened), nullptr,
+        [](void*, int32_t, const char*) { FAIL() << "the entry lies beyond the size"; }};
+    const auto description = FormWindow("example", "Example").button(FormButton("go", "Go")).object(host);
+    auto* form = table.forms->open(table.context, description.get(), &tooShort, nullptr);
+    front().press("go");
+    table.objects->release(form);
+}
+
+TEST_F(FormsOfAPlugin, hostWithoutForms_isSaidToBeTooOld) {
+    auto older = hostTable->table();
+    older.size = offsetof(CorvaneHost, forms);
+    try {
+        const Form form(sdk::Host(older), window(FormItem::text("a", "")));
+        FAIL() << "it has no forms";
+    } catch (const sdk::CallError& error) {
+        EXPECT_NE(error.recovery(), "");
+    }
+    EXPECT_FALSE(sdk::Host(older).offers(&CorvaneForms::open));
+    EXPECT_TRUE(host.offers(&CorvaneForms::open));
+}
