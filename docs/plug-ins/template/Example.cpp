@@ -1,33 +1,50 @@
-#include <corvane/Host.h>
+#include <corvane/Form.h>
 #include <corvane/PluginWrapper.h>
-#include <optional>
+
+using namespace corvane::sdk;
 
 /// Configures the connector "Example". Every method is optional; see the guide for all of them.
 class Example {
 public:
-    void setPluginAPIImplementor(const CorvaneHost& host) { host_ = corvane::sdk::Host(host); }
+    void setPluginAPIImplementor(const CorvaneHost& host) { host_ = Host(host); }
 
     bool canConfigure() { return true; }
-    // A real plug-in opens its window here, and marks the main window edited when something was changed.
     void configureButtonClicked(void* /*sender*/) {
-        wanted_ = !host_.isPluginEnabled("Example");
-        host_.log(*wanted_ ? "will be switched on" : "will be switched off");
-        host_.markDirty();
+        if (form_.isOpen()) return form_.raise();
+        FormWindow window("example", "Example");
+        window.add(FormItem::text("server", "&Server:").value(edited_.server).required("Name the server."));
+        window.add(FormItem::number("port", "&Port:", 1, 65535).value(edited_.port).required());
+        window.add(FormItem::text("realm", "&Realm:").value(edited_.realm).characters("ABCDEFGHIJKLMNOPQRSTUVWXYZ."));
+        window.button(FormButton::ok([this] { accept(); })).button(FormButton::cancel());
+        form_ = Form(host_, window);
     }
 
-    bool isDirty() { return wanted_.has_value(); }
-    bool saveChanges() {
-        if (wanted_) host_.setPluginEnabled("Example", *wanted_);
-        wanted_.reset();
+    bool isDirty() { return edited_ != saved_; }
+    bool saveChanges() { // a real plug-in writes them here
+        host_.log("saved " + edited_.server);
+        saved_ = edited_;
         return true;
     }
     bool revertChanges() {
-        wanted_.reset();
+        edited_ = saved_;
         return true;
     }
 
 private:
-    corvane::sdk::Host host_;
-    std::optional<bool> wanted_;
+    struct Settings {
+        std::string server;
+        int port = 88;
+        std::string realm;
+        bool operator==(const Settings&) const = default;
+    };
+    void accept() {
+        if (form_.text("server") == "localhost") return form_.complain("server", "Name another machine.");
+        edited_ = {form_.text("server"), static_cast<int>(*form_.number("port")), form_.text("realm")};
+        if (isDirty()) host_.markDirty();
+    }
+
+    Host host_;
+    Settings edited_, saved_;
+    Form form_;
 };
 CORVANE_PLUGIN(Example)

@@ -48,6 +48,8 @@ AT(CorvaneDirectory, customCall, 56);
 AT(CorvaneDirectory, customCallWithAuthorization, 64);
 AT(CorvaneDirectory, customCallSendPropertyList, 72);
 AT(CorvaneDirectory, customCallSendItems, 80);
+AT(CorvaneDirectory, standardRecordTypes, 88);
+AT(CorvaneDirectory, standardAttributeTypes, 96);
 
 AT(CorvaneFormatters, size, 0);
 AT(CorvaneFormatters, isPartialStringValid, 8);
@@ -55,6 +57,51 @@ AT(CorvaneFormatters, objectValueForString, 16);
 AT(CorvaneFormatters, stringForObjectValue, 24);
 AT(CorvaneFormatters, setMinimum, 32);
 AT(CorvaneFormatters, setMaximum, 40);
+
+AT(CorvaneCharacterRange, first, 0);
+AT(CorvaneCharacterRange, last, 4);
+
+AT(CorvaneForms, size, 0);
+AT(CorvaneForms, open, 8);
+AT(CorvaneForms, isOpen, 16);
+AT(CorvaneForms, raise, 24);
+AT(CorvaneForms, close, 32);
+AT(CorvaneForms, value, 40);
+AT(CorvaneForms, set, 48);
+AT(CorvaneForms, complain, 56);
+AT(CorvaneForms, suggest, 64);
+
+AT(CorvaneFormListener, size, 0);
+AT(CorvaneFormListener, self, 8);
+AT(CorvaneFormListener, happened, 16);
+
+AT(CorvaneTasks, size, 0);
+AT(CorvaneTasks, post, 8);
+AT(CorvaneTasks, startTimer, 16);
+AT(CorvaneTasks, customCall, 24);
+AT(CorvaneTasks, customCallSendPropertyList, 32);
+AT(CorvaneTasks, records, 40);
+AT(CorvaneTasks, cancel, 48);
+
+AT(CorvaneSettings, size, 0);
+AT(CorvaneSettings, containsKey, 8);
+AT(CorvaneSettings, integerForKey, 16);
+AT(CorvaneSettings, unsignedForKey, 24);
+AT(CorvaneSettings, booleanForKey, 32);
+AT(CorvaneSettings, stringForKey, 40);
+AT(CorvaneSettings, arrayForKey, 48);
+AT(CorvaneSettings, dictionaryForKey, 56);
+AT(CorvaneSettings, dataForKey, 64);
+AT(CorvaneSettings, mutableDeepCopy, 72);
+AT(CorvaneSettings, setInteger, 80);
+AT(CorvaneSettings, setUnsigned, 88);
+AT(CorvaneSettings, setBoolean, 96);
+AT(CorvaneSettings, setExists, 104);
+AT(CorvaneSettings, setString, 112);
+AT(CorvaneSettings, setNumber, 120);
+AT(CorvaneSettings, setArray, 128);
+AT(CorvaneSettings, setDictionary, 136);
+AT(CorvaneSettings, setData, 144);
 
 AT(CorvaneHandshake, size, 0);
 AT(CorvaneHandshake, oldestVersion, 4);
@@ -116,6 +163,10 @@ AT(CorvaneHost, osVersion, 312);
 AT(CorvaneHost, legacyDS, 320);
 AT(CorvaneHost, isPluginEnabled, 328);
 AT(CorvaneHost, setPluginEnabled, 336);
+AT(CorvaneHost, forms, 344);
+AT(CorvaneHost, tasks, 352);
+AT(CorvaneHost, settings, 360);
+AT(CorvaneHost, characterRangeFormatter, 368);
 
 AT(CorvanePlugin, size, 0);
 AT(CorvanePlugin, version, 4);
@@ -137,3 +188,4 @@ AT(CorvanePlugin, applicationWillQuitSavingChanges, 120);
 AT(CorvanePlugin, applicationWillLockSavingChanges, 128);
 AT(CorvanePlugin, shouldAllowNodeNameOnSearchPolicy, 136);
 AT(CorvanePlugin, nodesToRemove, 144);
+AT(CorvanePlugin, beginSelfTest, 152);

@@ -1,18 +1,54 @@
 // Loads every plug-in of a folder as the program does and says what became of each, one line a plug-in:
-// name, what it calls itself, and whether it can be configured.
+// name, what it calls itself, and whether it can be configured. Where it opens a form, what a user meets there.
 #include <filesystem>
 #include <iostream>
 #include <set>
 
+#include "fakes/FakeHost.h"
 #include "fakes/FakePlatform.h"
 #include "linux/SharedObjectLoader.h"
 #include "plugins/PluginController.h"
+#include "plugins/PluginHostTable.h"
 
 using namespace corvane;
 
 namespace {
 
 const char* answer(const std::optional<bool>& given) { return !given ? "default" : *given ? "yes" : "no"; }
+
+/// A program that says at once what plug-ins report.
+struct InspectingHost final : fakes::FakeHost {
+    void pluginFailed(const std::string& plugin, const std::string& operation,
+                      const std::string& reason) override {
+        std::cout << plugin << ": reported " << operation << ": " << reason << "\n";
+    }
+};
+
+/// Fills in a form with a server, a port and a realm, making each mistake that it knows of.
+void useForm(plugins::Plugin& plugin, fakes::FakeHost& program, const std::string& name) {
+    auto& form = program.formPresenter.front();
+    const auto ok = [&] {
+        form.press("ok");
+        const bool isOpen = !program.formPresenter.open.empty();
+        std::cout << name << ": OK: " << (isOpen ? form.problem : "closed") << "\n";
+    };
+    ok();
+    form.type("server", "localhost");
+    form.type("port", "");
+    ok();
+    form.type("port", "750");
+    ok();
+    const auto& realm = form.required("realm");
+    const bool takesSmall = form.form.formatterOf(realm)->isPartialStringValid("a", nullptr, nullptr);
+    std::cout << name << ": small letters in the realm: " << (takesSmall ? "yes" : "no") << "\n";
+    form.type("realm", "EXAMPLE.COM");
+    form.type("server", "kdc.example.com");
+    ok();
+    const bool saves = plugin.ask("saveChanges", &CorvanePlugin::saveChanges).value_or(false);
+    for (const auto& line : program.done)
+        std::cout << name << ": host: " << line << "\n";
+    std::cout << name << ": saves: " << (saves ? "yes" : "no") << "\n";
+}
 
 void inspect(plugins::PluginController& controller, const std::string& name) {
     std::string cause;
@@ -24,20 +60,17 @@ void inspect(plugins::PluginController& controller, const std::string& name) {
     plugin->setFailureReporter([&](const std::string& operation, const std::string& reason) {
         std::cout << name << ": failed in " << operation << ": " << reason << "\n";
     });
-    CorvaneHost host{};
-    host.size = sizeof host;
-    host.version = CORVANE_PLUGIN_VERSION;
-    host.context = const_cast<std::string*>(&name);
-    host.pluginFailed = [](void* context, const char* operation, const char* reason) {
-        std::cout << *static_cast<std::string*>(context) << ": reported " << operation << ": " << reason
-                  << "\n";
-    };
-    plugin->tell("setPluginAPIImplementor", &CorvanePlugin::setPluginAPIImplementor, &host);
+    InspectingHost program;
+    plugins::PluginHostTable host(program.makeImplementor(), name);
+    plugin->tell("setPluginAPIImplementor", &CorvanePlugin::setPluginAPIImplementor, &host.table());
     const auto title = plugin->pluginName().value_or("no name");
     const auto* configurable = answer(plugin->ask("canConfigure", &CorvanePlugin::canConfigure));
     const auto* dirty = answer(plugin->ask("isDirty", &CorvanePlugin::isDirty));
     std::cout << name << ": " << title << ", can be configured: " << configurable << ", dirty: " << dirty
               << "\n";
+    plugin->tell("configureButtonClicked", &CorvanePlugin::configureButtonClicked,
+                 static_cast<void*>(nullptr));
+    if (!program.formPresenter.open.empty()) useForm(*plugin, program, name);
 }
 
 /// What the module answers hosts that can use other versions than this one.
