@@ -264,6 +264,16 @@ TEST_F(Lock, preflightDSRef_locally_takesTheSessionThatComesBack) {
     EXPECT_EQ(controller.haldenSession(), program.framework.session);
 }
 
+TEST_F(Lock, preflightDSRef_locally_asksForASessionTwice) {
+    program.launch();
+    controller.setHaldenSession(nullptr);
+    program.framework.refusals = 1;
+    EXPECT_TRUE(controller.preflightDSRef());
+    controller.setHaldenSession(nullptr);
+    program.framework.refusals = 2;
+    EXPECT_FALSE(controller.preflightDSRef());
+}
+
 TEST_F(Lock, localPreflight_refused_answersFalseWithoutUpdating) {
     program.launch();
     program.authorization->grantsWhenAsked = false;

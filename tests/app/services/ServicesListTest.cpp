@@ -181,6 +181,12 @@ TEST_F(ServicesList, exceptionAtTheThirdRecord_keepsTheTwoBefore) {
     EXPECT_EQ(shown(), (std::vector<std::string>{"LDAP", "BSD"})) << "as they came, for nothing sorts them";
 }
 
+TEST_F(ServicesList, thirdRecordThatCantBeRead_leavesTheTwoBefore) {
+    program.addConnector("AD", "Active", "1").raisesOnceFetched = true;
+    program.launch();
+    EXPECT_EQ(shown(), (std::vector<std::string>{"LDAP", "BSD"}));
+}
+
 TEST_F(ServicesList, exceptionInALaterBuild_leavesTheListLoaded) {
     program.launch();
     session.config().raisesOnQuery = true;

@@ -68,9 +68,11 @@ TEST_F(ServicesTable, configureWithoutASelection_doesNothing) {
 
 TEST(ServicesTableAtFirst, withoutAList_hasNoRows) {
     fakes::FakeProgram program;
-    auto& controller = program.controller();
-    (void)controller;
-    EXPECT_EQ(program.interface.selectPlugIn.numberOfRows(), 0);
+    ASSERT_EQ(program.controller().pluginWithPrefix("LDAP"), nullptr);
+    auto& table = program.interface.selectPlugIn;
+    table.reloadData();
+    EXPECT_EQ(table.numberOfRows(), 0);
+    EXPECT_EQ(table.textAt("Name", 0), "DefaultEntry");
 }
 
 TEST_F(ServicesTable, outsideTheList_everyAnswerIsHarmless) {
