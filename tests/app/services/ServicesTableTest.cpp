@@ -104,7 +104,7 @@ TEST_F(ServiceState, followsTheSelectionAndCountsTheConnectorsServers) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ServiceState, oneOrNoServer_isSaidSo) {
+TEST_F(ServiceState, oneOrNoServer_hasItsOwnWords) {
     program.framework.session->names = {"/LDAP/one"};
     EXPECT_EQ(ofRow(2), "LDAP is on, with one server.");
     program.framework.session->names = {"/Local/Accounts"};
@@ -112,7 +112,7 @@ TEST_F(ServiceState, oneOrNoServer_isSaidSo) {
     EXPECT_EQ(text(), "LDAP is on, without a server.");
 }
 
-TEST_F(ServiceState, wishThatIsNotAppliedYet_isSaidToBeOneAndThenTrue) {
+TEST_F(ServiceState, wishThatIsNotAppliedYet_isShownAsOneAndThenAsDone) {
     EXPECT_EQ(ofRow(0), "AD is off: none of its directories is used.");
     program.controller().pluginWithPrefix("AD")->setEnabled(true);
     program.controller().setPluginModified(true);
