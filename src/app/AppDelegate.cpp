@@ -78,7 +78,7 @@ int AppDelegate::runSavePrompt(bool quitting) {
     alert->setInformativeText(quitting ? localized("Do you want to save changes before quitting?")
                                        : localized("Do you want to save changes before locking?"));
     alert->addButton(localized("Save"));
-    alert->addButton(localized("Don\\U02BCt Save")); // the key holds the escape as it stands
+    alert->addButton(localized("Don\\U02BCt Save")); // the key holds the escape itself
     alert->addButton(localized("Cancel"));
     return alert->runModal();
 }

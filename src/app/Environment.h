@@ -8,7 +8,7 @@
 
 namespace corvane::app {
 
-/// The three families of interfaces that the program stands on, the interface files, and what shows forms.
+/// The three families of interfaces that the program is built on, the interface files, and what shows forms.
 /// Borrowed; outlives the program's objects.
 struct Environment {
     platform::Environment& platform;

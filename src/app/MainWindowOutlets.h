@@ -12,7 +12,7 @@
 
 namespace corvane::app {
 
-/// The controls of the interface file "MainWindow", by the names that they bear there. All belong to the
+/// The controls of the interface file "MainWindow", by the names that they have there. All belong to the
 /// interface, which outlives the program's objects.
 struct MainWindowOutlets {
     toolkit::Window& window;

@@ -37,7 +37,7 @@ public:
     /// Hides the lock control when remote and shows it when local; nothing happens when nothing changes.
     void setRemote(bool remote);
 
-    /// The current session; the default one is taken when there is none. Null when even that can't be had.
+    /// The current session; the default one is taken when there is none. Null when even that isn't available.
     [[nodiscard]] std::shared_ptr<halden::Session> haldenSession() override;
     /// Drops the nodes of the session before.
     void setHaldenSession(std::shared_ptr<halden::Session> session);

@@ -68,7 +68,7 @@ bool LocalAuthorization::preflightDSRef() {
         needs_.invalidatePanesUnlessEdited();
         needs_.authAccepted();
     } else {
-        connection_.setHaldenSession(nullptr); // the next look at the session takes the default one
+        connection_.setHaldenSession(nullptr); // the next request for the session takes the default one
     }
     return connection_.haldenSession() != nullptr;
 }

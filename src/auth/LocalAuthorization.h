@@ -49,7 +49,7 @@ public:
     }
     [[nodiscard]] platform::AuthorizationRef authorizationRef() const override;
 
-    /// Are the rights held? Asks nobody.
+    /// Are the rights held? The user is not asked.
     [[nodiscard]] bool haveAuthRights() const;
     [[nodiscard]] bool preflightAuthRights() override;
     [[nodiscard]] bool preflightDSRef() override;

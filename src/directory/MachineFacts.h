@@ -12,7 +12,7 @@ namespace corvane::directory {
 class MachineFacts {
 public:
     virtual ~MachineFacts() = default;
-    /// The network locations, each a dictionary; empty when there are none or they can't be had.
+    /// The network locations, each a dictionary; empty when there are none or they can't be read.
     [[nodiscard]] virtual util::Array networkSets() = 0;
     /// One of them; null when there is none.
     [[nodiscard]] virtual util::Dictionary currentNetworkSet() = 0;

@@ -68,7 +68,7 @@ std::shared_ptr<HaldenNodeConfig> NetworkLocations::configNodeFor(const char* op
     return node;
 }
 
-// Without a node nobody answers, and the reply is as empty as one that failed.
+// Without a node the reply is empty, as it is when a request has failed.
 util::Bytes NetworkLocations::remoteValue(HaldenNodeConfig* node, std::int32_t code, const std::string& key,
                                           halden::Error& error) {
     if (node == nullptr) return {};

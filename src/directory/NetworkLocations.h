@@ -20,7 +20,7 @@ public:
         [[nodiscard]] virtual bool isRemote() = 0;
         /// The configuration node of the current session; null when the service can't be reached.
         [[nodiscard]] virtual std::shared_ptr<HaldenNodeConfig> haldenConfigNode() = 0;
-        /// The configuration node if somebody has opened it on the current session, else null. Never opens
+        /// The configuration node if it has been opened on the current session, else null. Never opens
         /// it.
         [[nodiscard]] virtual std::shared_ptr<HaldenNodeConfig> openedConfigNode() = 0;
         /// Address of the remote server, as it was typed.
@@ -45,7 +45,7 @@ public:
     [[nodiscard]] bool legacyDS() override;
 
 private:
-    /// The node, with a line in the log when it can't be had.
+    /// The node, with a line in the log when it can't be opened.
     [[nodiscard]] std::shared_ptr<HaldenNodeConfig> configNodeFor(const char* operation);
     [[nodiscard]] util::Bytes remoteValue(HaldenNodeConfig* node, std::int32_t code, const std::string& key,
                                           halden::Error& error);

@@ -2,8 +2,8 @@
 
 #include <string_view>
 
-/// Names of connectors that the program or the service knows by heart. A node's name begins with its
-/// connector's, as in "/LDAP/ldap.example.com".
+/// Names of connectors that the program and the service treat in some way of their own. A node's name begins
+/// with its connector's, as in "/LDAP/ldap.example.com".
 namespace corvane::halden::connector {
 
 inline constexpr std::string_view local = "Local";

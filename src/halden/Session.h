@@ -26,7 +26,7 @@ class Framework {
 public:
     virtual ~Framework() = default;
     /// The session with this machine's service, the same one at every call while it is in order; null when
-    /// the service can't be had.
+    /// the service isn't available.
     [[nodiscard]] virtual std::shared_ptr<Session> defaultSession() = 0;
 };
 

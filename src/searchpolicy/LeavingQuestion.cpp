@@ -73,7 +73,8 @@ bool LeavingQuestion::ask(const std::vector<std::string>& leaving) {
     return alert->runModal() == goOn;
 }
 
-// Who is in the directories themselves isn't asked: a server that doesn't answer would keep the user waiting.
+// The directories themselves aren't asked for their members: a server that doesn't answer would keep the user
+// waiting.
 std::string LeavingQuestion::whoLosesAccess() {
     constexpr std::size_t mostNames = 8;
     const auto session = connection_.haldenSession();

@@ -72,7 +72,7 @@ void NodePaneController::buildNodePaneData() {
         const auto session = parent_->haldenSession();
         if (!session) return;
         const auto names = session->nodeNames(nullptr);
-        if (!names) return; // they could not be had
+        if (!names) return; // they could not be listed
         std::vector<std::string> allowed;
         allowed.reserve(names.count());
         for (const auto& element : names.elements()) {
@@ -114,7 +114,7 @@ void NodePaneController::addNodeAction() {
             parent_->setPluginModified(true);
         }
     }
-    if (duplicates > 0) tellOfDuplicates(duplicates);
+    if (duplicates > 0) reportDuplicates(duplicates);
     doneAction();
 }
 
@@ -127,7 +127,7 @@ bool NodePaneController::insertNode(const std::string& name) {
     return true;
 }
 
-void NodePaneController::tellOfDuplicates(int count) {
+void NodePaneController::reportDuplicates(int count) {
     const auto problem = duplicateError(count);
     const auto alert = toolkit_.makeAlert();
     alert->setMessageText(environment_.strings.localized("Edit of Custom path"));

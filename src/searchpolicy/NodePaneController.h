@@ -38,9 +38,9 @@ public:
         toolkit::Button& addButton;
         toolkit::Button& doneButton;
     };
-    /// The place that stands for the end of the list.
+    /// The place that means the end of the list.
     static constexpr int appendAtEnd = -1;
-    /// A node of old that is never offered.
+    /// A legacy node that is never offered.
     static constexpr const char* legacyLocalNode = "/Local/Former";
 
     NodePaneController(platform::Environment& environment, toolkit::Toolkit& toolkit, Outlets outlets);
@@ -62,7 +62,7 @@ public:
     /// The panel is closed: from here on it adds to no list until it is given one.
     void forgetCustomNodeArray() { cspNodeArray_ = {}; }
 
-    /// Inserts the selected nodes in the order of their rows, tells of duplicates, and ends the sheet.
+    /// Inserts the selected nodes in the order of their rows, reports duplicates, and ends the sheet.
     void addNodeAction();
     void doneAction();
     void windowWillClose();
@@ -80,7 +80,7 @@ private:
     void showRows();
     void filterRows();
     [[nodiscard]] bool insertNode(const std::string& name);
-    void tellOfDuplicates(int count);
+    void reportDuplicates(int count);
 
     platform::Environment& environment_;
     toolkit::Toolkit& toolkit_;

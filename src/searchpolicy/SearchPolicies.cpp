@@ -12,7 +12,7 @@ namespace connector = halden::connector;
 
 namespace {
 
-/// Connectors whose nodes may never stand on a search policy: file sharing, zeroconf and legacy service
+/// Connectors whose nodes may never be on a search policy: file sharing, zeroconf and legacy service
 /// location, and the two search nodes themselves.
 bool isHidden(const std::string& connectorName) {
     static const std::set<std::string_view> names = {"SMB",
@@ -70,7 +70,7 @@ void SearchPolicies::rereadEdited() {
     if (contactsPolicy().hasUnsavedEdits()) loadContactsPane();
 }
 
-// Where nothing else of the policies is unsaved, their mark goes, too.
+// Where nothing else of the policies is unsaved, their mark is removed, too.
 void SearchPolicies::showSavedPolicy(SearchPolicy& policy) {
     policy.dropEdits();
     parts_.authentication.adjustCustomBox();

@@ -56,7 +56,7 @@ public:
     void searchPolicyChange();
     void nodeNameChanged(const std::optional<std::string>& oldName,
                          const std::optional<std::string>& newName) override;
-    /// May this node stand on a policy? The plug-in of its connector decides; without one, all may but the
+    /// May this node be on a policy? The plug-in of its connector decides; without one, all may but the
     /// hidden connectors. The name begins with "/" and names a connector, else `RangeException` is raised.
     [[nodiscard]] bool shouldAllowNodeNameOnSearchPolicy(const std::string& nodeName);
 

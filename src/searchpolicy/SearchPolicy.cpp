@@ -249,7 +249,7 @@ bool SearchPolicy::saveSearchPolicy(halden::Node& node, const util::Authorizatio
                                     const util::Array& custom) {
     halden::Error error;
     const auto list = environment_.propertyLists.binary(custom);
-    if (!list) throw halden::Exception("The list of nodes holds something that is no text.");
+    if (!list) throw halden::Exception("The list of nodes holds something that isn't text.");
     auto request = directory::authorizedRequest(authForm, list->size());
     request.insert(request.end(), list->begin(), list->end());
     (void)node.customCall(code::replaceCustomList, request, &error);

@@ -66,7 +66,7 @@ public:
     [[nodiscard]] util::Array shownList() const;
     /// The list that the service uses, as it was last read or written.
     [[nodiscard]] util::Array listInService() const;
-    /// Reads the policy unless it is loaded or has edits that must stay; nobody is shown a failure.
+    /// Reads the policy unless it is loaded or has edits that must stay; a failure is not shown.
     void readIfStale();
 
     [[nodiscard]] Mode selectedMode() const { return selectedMode_; }

@@ -127,7 +127,7 @@ void SearchPolicyPane::willDisplayCell(const toolkit::TableView& /*table*/, tool
     if (!policy_.details() || column.identifier() != nodeNameColumn) return;
     try {
         cell.textColor = colorOfRow(row);
-        // For those who don't tell the colours apart.
+        // For users who can't distinguish the colours.
         cell.note = cell.textColor == toolkit::TextColor::red ? localized("switched off") : "";
     } catch (const std::exception&) {
         return; // the cell keeps what it had: drawing must not fail
@@ -203,7 +203,7 @@ bool SearchPolicyPane::acceptDrop(toolkit::TableView& /*table*/, const toolkit::
     policy_.setCustomListChanged();
     const int place = moveNode(*name, row);
     // Both on purpose: the selection is the authentication table's even after a drop on the other one, and
-    // the mark is the services' one, which enables Apply all the same.
+    // the mark is the services' one, which enables Apply just the same.
     needs_.selectRowInAuthenticationTable(place);
     needs_.setPluginModified(true);
     outlets_.nodeTable.reloadData();
@@ -215,8 +215,7 @@ int SearchPolicyPane::moveNode(const std::string& name, int row) {
     const auto found = list.indexOf(name);
     list.insert(name, index(row));
     if (!found) return row;
-    const auto old =
-        *found + (*found > index(row) ? 1U : 0U); // the insertion has pushed on what was behind it
+    const auto old = *found + (*found > index(row) ? 1U : 0U); // the insertion has moved what comes after it
     const bool beyond = policy_.traits().toleratesOldPlaceBeyondEnd && old >= list.count();
     if (beyond) return row;
     list.removeAt(old);

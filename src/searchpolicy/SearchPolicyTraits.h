@@ -18,11 +18,11 @@ struct SearchPolicyTraits {
     /// shown gray, can't be selected, deleted, dragged or dropped before.
     bool hasFixedHead;
     /// The local-only list's entries are taken out of the custom list before it is written. The other
-    /// policy's list is written as it stands.
+    /// policy's list is written as it is.
     bool stripsLocalNodesOnSave;
     /// Which rows can't be selected outside Custom mode: those of the shown list (false), or all (true).
     bool refusesAllRowsOutsideCustom;
-    /// The delete button looks at where the selected row lies; otherwise any selected row will do.
+    /// The delete button depends on where the selected row is; otherwise any selected row will do.
     bool deleteLooksAtRow;
     /// A row is dragged only if it is one of the list's behind the head; otherwise any row outside Automatic
     /// mode.

@@ -63,7 +63,7 @@ public:
     /// Does nothing unless the window is marked as edited.
     void revertAction();
 
-    /// Every plug-in hears of the quit; the last one's answer counts.
+    /// Every plug-in is asked; the last one's answer counts.
     [[nodiscard]] bool applicationWillQuitSavingChanges(bool save);
     /// The first refusal ends the asking.
     [[nodiscard]] bool applicationWillLockSavingChanges(bool save);

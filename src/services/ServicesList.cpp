@@ -157,7 +157,7 @@ const util::Dictionary* ServicesList::reportedWithPrefix(const std::string& pref
 void ServicesList::setPluginEnabled(const std::string& prefix, bool enabled) {
     if (const auto item = pluginWithPrefix(prefix)) {
         item->setEnabled(enabled);
-        (void)item->saveEnableState(); // callers can't be told; the table shows what was wished
+        (void)item->saveEnableState(); // callers get no answer; the table shows what was requested
     }
     needs_.reloadPluginTable();
 }

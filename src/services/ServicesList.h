@@ -30,7 +30,7 @@ public:
 
     /// Reads the list anew; every item and plug-in object is replaced. On an exception of the directory
     /// framework the list keeps what it has by then and does not count as loaded. Does nothing while the list
-    /// is being read already: plug-ins are asked and told things then, and what they do may lead here.
+    /// is being read already: plug-ins are called during the reading, and what they do may lead here.
     void buildDSConfigPaneData();
     [[nodiscard]] const List* items() const override { return items_ ? &*items_ : nullptr; }
     /// 0 before the first build.
@@ -48,7 +48,7 @@ public:
     /// False when there is no such item. While the list is being read, this and the version are answered for
     /// every connector that the service reports, made into an item or not.
     [[nodiscard]] bool isPluginEnabled(const std::string& prefix) const;
-    /// Changes the state and writes it at once; a failure to write isn't told. Always reloads the table.
+    /// Changes the state and writes it at once; a failure to write isn't reported. Always reloads the table.
     void setPluginEnabled(const std::string& prefix, bool enabled);
 
 private:

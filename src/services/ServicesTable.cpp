@@ -9,11 +9,11 @@ namespace corvane::services {
 namespace {
 
 constexpr const char* defaultEntry = "DefaultEntry";
-/// Interface files of old spell the on/off column with a slash.
+/// Older interface files spell the on/off column with a slash.
 constexpr const char* onOff = "On-Off";
-constexpr const char* onOffOfOld = "On/Off";
+constexpr const char* formerOnOff = "On/Off";
 
-bool isOnOff(const std::string& identifier) { return identifier == onOff || identifier == onOffOfOld; }
+bool isOnOff(const std::string& identifier) { return identifier == onOff || identifier == formerOnOff; }
 
 std::shared_ptr<toolkit::Cell> checkBoxCell() {
     auto cell = std::make_shared<toolkit::Cell>();
@@ -43,7 +43,7 @@ void ServicesTable::setUpTable() {
 
 toolkit::TableColumn* ServicesTable::onOffColumn() {
     auto* column = outlets_.selectPlugIn.tableColumnWithIdentifier(onOff);
-    return column != nullptr ? column : outlets_.selectPlugIn.tableColumnWithIdentifier(onOffOfOld);
+    return column != nullptr ? column : outlets_.selectPlugIn.tableColumnWithIdentifier(formerOnOff);
 }
 
 void ServicesTable::reloadPluginTable() {

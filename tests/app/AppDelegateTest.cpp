@@ -283,6 +283,15 @@ TEST_F(Delegate, withASheet_connectAndDisconnectAreDisabledAndOthersNot) {
     EXPECT_FALSE(enabled("disconnect"));
 }
 
+TEST_F(Delegate, withASheet_savingAndTheRootPasswordStayAvailable) {
+    program.framework.session->local().records = {
+        std::make_shared<fakes::FakeRecord>(std::string(halden::recordType::users), "root")};
+    edit();
+    controller.showErrorSheetWithTitle("t", "m");
+    EXPECT_TRUE(enabled("saveChanges"));
+    EXPECT_TRUE(enabled("changeRootPassword"));
+}
+
 TEST_F(Delegate, whatThisVersionCantDo_isNotOfferedEvenUnlocked) {
     program.environment.canConnectToServers = false;
     program.environment.canChangeRootUser = false;

@@ -73,6 +73,75 @@ TEST_F(HostOfAPlugin, policies_areEditedBeforeTheWindowWasShown) {
     EXPECT_FALSE(host.isNodeOnContactsSearchPolicy("/LDAP/newer"));
 }
 
+TEST_F(HostOfAPlugin, deletions_reachThePolicyThatTheyName) {
+    for (const auto* node : {"/LDAP/x", "/LDAP/y"}) {
+        host.addNodeToAuthSearchPolicy(node);
+        host.addNodeToContactsSearchPolicy(node);
+    }
+    host.deleteNodeFromAuthSearchPolicy("/LDAP/x");
+    EXPECT_FALSE(host.isNodeOnAuthSearchPolicy("/LDAP/x"));
+    EXPECT_TRUE(host.isNodeOnContactsSearchPolicy("/LDAP/x"));
+    host.deleteNodeFromContactsSearchPolicy("/LDAP/y");
+    EXPECT_TRUE(host.isNodeOnAuthSearchPolicy("/LDAP/y"));
+    EXPECT_FALSE(host.isNodeOnContactsSearchPolicy("/LDAP/y"));
+    host.deleteNodesFromContactsSearchPolicyWithPrefix("/LDAP/");
+    EXPECT_TRUE(host.isNodeOnAuthSearchPolicy("/LDAP/y"));
+    EXPECT_FALSE(host.isNodeOnContactsSearchPolicy("/LDAP/x"));
+    host.addNodeToContactsSearchPolicy("/LDAP/z");
+    host.deleteNodesFromAuthSearchPolicyWithPrefix("/LDAP/");
+    EXPECT_FALSE(host.isNodeOnAuthSearchPolicy("/LDAP/y"));
+    EXPECT_TRUE(host.isNodeOnContactsSearchPolicy("/LDAP/z"));
+}
+
+TEST_F(HostOfAPlugin, theControllersOwnDeletions_reachThePolicyThatTheyName) {
+    auto& controller = program.controller();
+    for (const auto* node : {"/LDAP/x", "/LDAP/y"}) {
+        controller.addNodeToAuthSearchPolicy(node);
+        controller.addNodeToContactsSearchPolicy(node);
+    }
+    controller.deleteNodeFromAuthSearchPolicy("/LDAP/x");
+    controller.deleteNodeFromContactsSearchPolicy("/LDAP/y");
+    EXPECT_FALSE(controller.isNodeOnAuthSearchPolicy("/LDAP/x"));
+    EXPECT_TRUE(controller.isNodeOnContactsSearchPolicy("/LDAP/x"));
+    EXPECT_TRUE(controller.isNodeOnAuthSearchPolicy("/LDAP/y"));
+    EXPECT_FALSE(controller.isNodeOnContactsSearchPolicy("/LDAP/y"));
+    controller.deleteNodesFromAuthSearchPolicyWithPrefix("/LDAP/");
+    EXPECT_FALSE(controller.isNodeOnAuthSearchPolicy("/LDAP/y"));
+    EXPECT_TRUE(controller.isNodeOnContactsSearchPolicy("/LDAP/x"));
+    controller.deleteNodesFromContactsSearchPolicyWithPrefix("/LDAP/");
+    EXPECT_FALSE(controller.isNodeOnContactsSearchPolicy("/LDAP/x"));
+}
+
+TEST_F(HostOfAPlugin, markingAndReporting_workBeforeTheWindowWasShown) {
+    ASSERT_FALSE(program.interface.window.isVisible());
+    host.markDirty();
+    EXPECT_TRUE(program.interface.window.isDocumentEdited());
+    host.log("hello");
+    host.table().pluginFailed(host.table().context, "saveChanges", "out of order");
+    EXPECT_EQ(program.platform.log.lines,
+              (std::vector<std::string>{"LDAP: hello", "plug-in LDAP failed in saveChanges: out of order"}));
+    EXPECT_EQ(program.toolkit.alerts().at(0).message, "The plug-in LDAP has failed.");
+    EXPECT_TRUE(host.numberFormatEnforcer());
+    EXPECT_TRUE(host.ipv4AddressFormatter());
+    EXPECT_TRUE(host.validCharacterFormatter("abc"));
+}
+
+TEST_F(HostOfAPlugin, actionOfAPlugin_getsAnAnswerBeforeTheWindowWasShown) {
+    struct Given {
+        int authorizations = 0;
+        CorvaneObject* authorization = nullptr;
+    } given;
+    CorvaneAction action{sizeof(CorvaneAction), &given, nullptr, nullptr};
+    action.setAuth = [](void* self, CorvaneObject* authorization) {
+        ++static_cast<Given*>(self)->authorizations;
+        static_cast<Given*>(self)->authorization = authorization;
+    };
+    action.setRemoteAuthExtForm = [](void* /*self*/, const std::uint8_t* /*form*/) {};
+    host.setAuthorizationForHaldenCAction(action);
+    EXPECT_EQ(given.authorizations, 1);
+    EXPECT_EQ(given.authorization, nullptr); // there is none before the lock control is set up
+}
+
 TEST_F(HostOfAPlugin, connectors_areAskedAboutBeforeTheWindowWasShown) {
     EXPECT_TRUE(host.pluginVersionWithPrefix("LDAP"));
     EXPECT_TRUE(host.isPluginEnabled("LDAP"));

@@ -53,7 +53,7 @@ TEST_F(CustomCalls, replyAndError_areTheBareCalls) {
     EXPECT_EQ(state->calls.size(), 2U); // never tried again
 }
 
-TEST_F(CustomCalls, propertyList_isSentAsXmlBehindTheForm) {
+TEST_F(CustomCalls, propertyList_isSentAsXmlAfterTheForm) {
     const util::Dictionary empty((util::ValueMap()));
     (void)directory::customCallSendPropertyList(node, 7, empty, codec, form, nullptr);
     EXPECT_EQ(payload(), codec.xml(empty));
@@ -67,7 +67,7 @@ TEST_F(CustomCalls, propertyListWithoutThatForm_isAnErrorAndSendsNothing) {
     EXPECT_TRUE(state->calls.empty());
 }
 
-TEST_F(CustomCalls, items_areSentBehindTheirLengths) {
+TEST_F(CustomCalls, items_areSentAfterTheirLengths) {
     const util::Array items{"ab", util::Data(Bytes{1, 2, 3})};
     (void)directory::customCallSendItems(node, 7, items, nullptr);
     EXPECT_EQ(sent(), (Bytes{2, 0, 0, 0, 'a', 'b', 3, 0, 0, 0, 1, 2, 3}));

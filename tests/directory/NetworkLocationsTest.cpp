@@ -52,7 +52,7 @@ TEST_F(Locations, ofThisMachine_areTheStoresInItsOrder) {
     EXPECT_EQ(locations.networkSets(), (util::Array{set("Office", "B"), set("Home", "A")}));
 }
 
-TEST_F(Locations, storeWithoutSets_givesAnEmptyListAndIsStillAskedForTheCurrentOne) {
+TEST_F(Locations, storeWithoutSets_returnsAnEmptyListAndIsStillAskedForTheCurrentOne) {
     EXPECT_FALSE(locations.networkSets().isNull());
     EXPECT_TRUE(locations.networkSets().isEmpty());
     EXPECT_TRUE(locations.currentNetworkSet().isNull());
@@ -90,7 +90,7 @@ TEST_F(Locations, ofARemoteServer_comeFromItsStore) {
     EXPECT_TRUE(platform.log.lines.empty());
 }
 
-TEST_F(Locations, emptyReplyOfARemoteServer_isLoggedAndGivesNoSets) {
+TEST_F(Locations, emptyReplyOfARemoteServer_isLoggedAndReturnsNoSets) {
     serve();
     EXPECT_TRUE(locations.networkSets().isEmpty());
     EXPECT_EQ(
@@ -149,7 +149,7 @@ TEST_F(Locations, requestThatFails_isLoggedWithItsError) {
         << platform.log.lines[0];
 }
 
-TEST_F(Locations, replyThatCantBeParsed_givesNoSetsAndIsNotLogged) {
+TEST_F(Locations, replyThatCantBeParsed_returnsNoSetsAndIsNotLogged) {
     remote = true;
     session->config().onCall = [](const auto&, auto*) { return util::bytesFromText("no property list"); };
     EXPECT_FALSE(locations.networkSets().isNull());
@@ -158,7 +158,7 @@ TEST_F(Locations, replyThatCantBeParsed_givesNoSetsAndIsNotLogged) {
     EXPECT_EQ(locations.hostName(), "192.0.2.7");
 }
 
-TEST_F(Locations, currentPathThatFitsNoSet_isLoggedAndGivesTheFirst) {
+TEST_F(Locations, currentPathThatFitsNoSet_isLoggedAndReturnsTheFirst) {
     serve();
     values.set("/Sets", Dictionary{{"A", Dictionary{{"UserDefinedName", "Office"}}}});
     currentPath = "/Sets/Z";
@@ -168,7 +168,7 @@ TEST_F(Locations, currentPathThatFitsNoSet_isLoggedAndGivesTheFirst) {
                   "-[MainController currentNetworkSet]: no matching current set. path is \"/Sets/Z\""});
 }
 
-TEST_F(Locations, currentSetOfAServerWithoutSets_isNoneWithoutThatMessage) {
+TEST_F(Locations, currentSetOfAServerWithoutSets_isNullWithoutThatMessage) {
     serve();
     currentPath = "/Sets/Z";
     EXPECT_TRUE(locations.currentNetworkSet().isNull());

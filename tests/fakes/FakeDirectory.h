@@ -24,12 +24,15 @@ public:
     [[nodiscard]] std::string recordType() const override { return type_; }
     [[nodiscard]] util::Array valuesForAttribute(std::string_view attribute,
                                                  halden::Error* error) const override {
+        if (raises) throw halden::Exception("The record can't be read.");
         const auto values = attributes_.valueForKey(attribute).as<util::Array>();
         if (!values && error != nullptr)
             *error = {halden::ErrorCode::attributeUnknown, "No such attribute.", std::string(attribute), ""};
         return values;
     }
     [[nodiscard]] util::Dictionary attributes() const override { return attributes_; }
+    bool raisesOnceFetched = false; ///< what a query brings of it can't be read
+    bool raises = false;
 
 private:
     std::string type_;
@@ -134,6 +137,8 @@ private:
         /// A record as it comes from a service: a copy, with the attributes that were asked for and its name.
         [[nodiscard]] std::shared_ptr<halden::Record> fetched(const halden::Record& record) const {
             auto copy = std::make_shared<FakeRecord>(record.recordType(), record.recordName());
+            const auto* original = dynamic_cast<const FakeRecord*>(&record);
+            copy->raises = original != nullptr && original->raisesOnceFetched;
             for (const auto& [name, values] : record.attributes().entries())
                 if (wants(halden::attribute::all) || wants(name))
                     copy->with(name, values.as<util::Array>().texts());
@@ -238,10 +243,12 @@ public:
         : session(std::make_shared<FakeSession>(journal)), journal_(journal) {}
     [[nodiscard]] std::shared_ptr<halden::Session> defaultSession() override {
         journal_.add("defaultSession");
+        if (refusals > 0) return --refusals, nullptr;
         return available ? session : nullptr;
     }
     std::shared_ptr<FakeSession> session;
     bool available = true;
+    int refusals = 0; ///< so many of the next sessions can't be had
 
 private:
     Journal& journal_;

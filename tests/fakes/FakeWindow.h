@@ -21,7 +21,10 @@ public:
     [[nodiscard]] toolkit::Rect frameRectForContentRect(const toolkit::Rect& content) const override {
         return {content.origin, {content.size.width, content.size.height + chrome}};
     }
-    void setFrame(const toolkit::Rect& frame, bool /*display*/, bool /*animate*/) override { frame_ = frame; }
+    void setFrame(const toolkit::Rect& frame, bool display, bool animate) override {
+        frame_ = frame;
+        resizings_.emplace_back(display, animate);
+    }
     void setFrameTopLeftPoint(const toolkit::Point& point) override {
         frame_.origin = {point.x, point.y - frame_.size.height};
         note("setTopLeft");
@@ -70,6 +73,8 @@ public:
         const auto ended = std::move(sheetEnded_);
         if (ended) ended(sheet, returnCode);
     }
+    /// How each frame was set: with a display, with an animation.
+    [[nodiscard]] const std::vector<std::pair<bool, bool>>& resizings() const { return resizings_; }
     [[nodiscard]] bool hasAttachedSheet() const override { return sheet_ != nullptr || alertSheets_ > 0; }
 
     /// The user closes the window; false when it stays.
@@ -97,6 +102,7 @@ private:
     Journal& journal_;
     std::string name_;
     toolkit::WindowDelegate* delegate_ = nullptr;
+    std::vector<std::pair<bool, bool>> resizings_;
     std::string title_;
     bool edited_ = false;
     bool visible_ = false;

@@ -91,7 +91,7 @@ TEST_F(IPv4Address, setValidCharacterSet_isNeverConsulted) {
     EXPECT_EQ(commit(formatter, "1.2.3.4").accepted, true);
 }
 
-TEST_F(IPv4Address, commit_ofAnAddressOrNothing_givesTheText) {
+TEST_F(IPv4Address, commit_ofAnAddressOrNothing_returnsTheText) {
     for (const auto* text : {"", "10.0.0.255", "0.0.0.0", "01.002.3.4", "\n1.2.3.4\n", "٣.2.3.4"})
         EXPECT_EQ(commit(formatter, text), (Commit{true, text, untouched}));
     EXPECT_EQ(beeps.count, 0);

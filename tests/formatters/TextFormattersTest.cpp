@@ -31,7 +31,7 @@ TEST_F(Ascii, typing_anyText_isAllowed) {
     EXPECT_TRUE(isPartialStringValid(formatter, "日本語"));
 }
 
-TEST_F(Ascii, commit_ofAsciiText_givesTheText) {
+TEST_F(Ascii, commit_ofAsciiText_returnsTheText) {
     EXPECT_EQ(commit(formatter, "abc ~\x7F\t"), (Commit{true, "abc ~\x7F\t", untouched}));
     EXPECT_EQ(commit(formatter, ""), (Commit{true, "", untouched}));
 }

@@ -31,7 +31,7 @@ struct Catalog : testing::Test {
 
 } // namespace
 
-TEST_F(Catalog, plugInsOfAFolder_areGuestsBehindTheOwnConnectors) {
+TEST_F(Catalog, plugInsOfAFolder_areGuestsAfterTheOwnConnectors) {
     catalog.addGuestsFrom(folder.path());
     install("Zeroconf.cvplug");
     install("Example.cvplug");

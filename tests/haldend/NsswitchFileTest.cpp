@@ -20,13 +20,13 @@ TEST(NsswitchFile, sssWanted_comesRightAfterFilesInTheFourDatabases) {
         "passwd: files sss systemd\ngroup:\tfiles sss systemd\nshadow:   files sss\nnetgroup: nis sss\n");
 }
 
-TEST(NsswitchFile, sssNotWanted_goesFromTheFourDatabasesAlone) {
+TEST(NsswitchFile, sssNotWanted_isRemovedFromTheFourDatabasesAlone) {
     EXPECT_EQ(
         without("passwd: files sss systemd\ngroup: sss files\nservices: db files sss\nautomount:  sss\n"),
         "passwd: files systemd\ngroup: files\nservices: db files sss\nautomount:  sss\n");
 }
 
-TEST(NsswitchFile, sssAlreadyThere_staysWhereItStands) {
+TEST(NsswitchFile, sssAlreadyThere_staysInItsPlace) {
     const std::string text = "passwd:         sss files # first\ngroup: files systemd sss\n";
     EXPECT_EQ(with(text), text);
 }
@@ -83,7 +83,7 @@ TEST(NsswitchFile, mergeWithNothingLeftToMergeWith_isDropped) {
     EXPECT_EQ(without("passwd: files [SUCCESS=merge] sss\n"), "passwd: files\n"); // root would be lost
 }
 
-TEST(NsswitchFile, thereAndBack_givesTheBytesBack) {
+TEST(NsswitchFile, thereAndBack_restoresTheBytes) {
     for (const std::string text :
          {"passwd: files systemd sss\ngroup: sss files\n",
           "passwd: files  sss\t[SUCCESS=continue]  winbind\ngroup: files sss\n",

@@ -93,7 +93,7 @@ TEST(MachineFolderMaker, fileInsteadOfAFolder_isRefusedAndKept) {
     Workshop workshop;
     workshop.base.write("new/copy", "my notes");
     const auto reason = reasonOf([&] { (void)workshop.make(); });
-    EXPECT_NE(reason.find(workshop.copy() + " is no machine folder"), std::string::npos) << reason;
+    EXPECT_NE(reason.find(workshop.copy() + " isn't a machine folder"), std::string::npos) << reason;
     EXPECT_NE(reason.find("--machine"), std::string::npos) << reason;
     EXPECT_EQ(workshop.base.read("new/copy"), "my notes");
 }
@@ -109,7 +109,7 @@ TEST(MachineFolderMaker, folderWithOtherThings_isRefusedAndLeftAlone) {
     Workshop workshop;
     workshop.base.write("new/copy/notes.txt", "my notes");
     const auto reason = reasonOf([&] { (void)workshop.make(); });
-    EXPECT_NE(reason.find(workshop.copy() + " is no machine folder"), std::string::npos) << reason;
+    EXPECT_NE(reason.find(workshop.copy() + " isn't a machine folder"), std::string::npos) << reason;
     EXPECT_FALSE(workshop.base.has("new/copy/etc"));
 }
 

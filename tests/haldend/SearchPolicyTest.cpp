@@ -125,7 +125,7 @@ TEST(SearchPolicy, localNodesInTheRequest_areNotStoredTwice) {
               (Names{"/Local/Accounts", "/BSD/Files", staffNode}));
 }
 
-TEST(SearchPolicy, contactsList_isStoredAsItStandsAndTouchesNoFile) {
+TEST(SearchPolicy, contactsList_isStoredAsItIsAndTouchesNoFile) {
     TestMachine machine;
     const Names list{staffNode, "/Local/Accounts", staffNode};
     EXPECT_EQ(machine.setCustom(machine.contacts(), list).code, 0);

@@ -122,7 +122,7 @@ TEST(SssdFile, directoriesOfOtherProviders_areNodes) {
     EXPECT_EQ(conf.servedDomains(), (Names{"i", "p", "f", "app"}));
 }
 
-TEST(SssdFile, whatKeepsSssdFromStarting_isSaid) {
+TEST(SssdFile, whatKeepsSssdFromStarting_isReported) {
     EXPECT_EQ(file(sample).trouble(), "");
     EXPECT_NE(file("").trouble(), "");
     EXPECT_NE(file("[sssd]\ndomains = a, A\n" + ldap("a")).trouble().find("more than once"),

@@ -226,7 +226,7 @@ TEST(SssdLines, editedMadeUpTexts_readAsBeforeButForTheChange) {
     EXPECT_GE(done, fewestAccepted);
 }
 
-TEST(SssdLines, sectionAddedToAMadeUpTextAndRemoved_givesTheBytesBack) {
+TEST(SssdLines, sectionAddedToAMadeUpTextAndRemoved_restoresTheBytes) {
     Dice dice(seed);
     int done = 0, different = 0;
     for (int i = 0; i < texts; ++i) {

@@ -66,7 +66,7 @@ TEST_F(HostInterface, preflights_areTheProgramsAnswers) {
     EXPECT_FALSE(host.preflightAuthRights());
 }
 
-TEST_F(HostInterface, makeAuthExternalForm_fillsTheFormAndGivesTheStatus) {
+TEST_F(HostInterface, makeAuthExternalForm_fillsTheFormAndReturnsTheStatus) {
     sdk::AuthorizationForm form;
     EXPECT_EQ(host.makeAuthExternalForm(form), 0);
     EXPECT_EQ(form.data()[31], 0x42);
@@ -268,7 +268,7 @@ TEST_F(HostInterface, nullNamesAndPrefixes_changeNothing) {
     EXPECT_EQ(program.contacts.size(), 1U);
 }
 
-TEST_F(HostInterface, renamedNode_isToldWithBothNames) {
+TEST_F(HostInterface, renamedNode_isReportedWithBothNames) {
     host.nodeNameChanged("/LDAP/a", "/LDAP/z");
     table.nodeNameChanged(table.context, "/LDAP/a", nullptr);
     EXPECT_EQ(program.done, (Texts{"rename /LDAP/a /LDAP/z", "rename /LDAP/a null"}));

@@ -31,7 +31,7 @@ struct HostObjects : testing::Test {
 
 } // namespace
 
-TEST_F(HostObjects, values_giveBackWhatTheyWereMadeOf) {
+TEST_F(HostObjects, values_returnWhatTheyWereMadeOf) {
     EXPECT_EQ(host.string(std::string_view("a\0b", 3)).text(), std::string("a\0b", 3));
     EXPECT_EQ(host.integer(-5).integer(), -5);
     EXPECT_EQ(host.real(2.5).real(), 2.5);
@@ -47,7 +47,7 @@ TEST_F(HostObjects, values_giveBackWhatTheyWereMadeOf) {
               std::numeric_limits<std::int64_t>::max());
 }
 
-TEST_F(HostObjects, kinds_areToldApart) {
+TEST_F(HostObjects, kinds_differ) {
     EXPECT_EQ(sdk::Object().kind(), CORVANE_NULL);
     EXPECT_EQ(host.string("").kind(), CORVANE_STRING);
     EXPECT_EQ(host.integer(1).kind(), CORVANE_INTEGER);
@@ -135,7 +135,7 @@ TEST_F(HostObjects, session_listsAndOpensItsNodes) {
     EXPECT_EQ(sdk::Object(objects, hostTable.table().directory->nodeName(node.get())).text(), "/Search");
 }
 
-TEST_F(HostObjects, failure_isToldWithCodeAndText) {
+TEST_F(HostObjects, failure_isReportedWithCodeAndText) {
     try {
         (void)host.nodeWithName(host.haldenSession(), "/LDAP/nowhere");
         FAIL() << "a node that isn't there was opened";

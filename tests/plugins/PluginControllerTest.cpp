@@ -113,7 +113,7 @@ TEST_F(Registry, entryThatIsNoBundleOrDoesntLoad_isSkippedWithoutAMessage) {
     EXPECT_TRUE(platform.log.lines.empty());
 }
 
-TEST_F(Registry, unknownName_givesNull) { EXPECT_EQ(controller.newPluginNamed("Nobody"), nullptr); }
+TEST_F(Registry, unknownName_returnsNull) { EXPECT_EQ(controller.newPluginNamed("Nobody"), nullptr); }
 
 TEST_F(Registry, nameIsMatchedExactly) {
     platform.bundles.add(builtIn, "LDAP.cvplug", Recording::factory());
@@ -121,7 +121,7 @@ TEST_F(Registry, nameIsMatchedExactly) {
     EXPECT_FALSE(has("ldap"));
 }
 
-TEST_F(Registry, knownName_givesANewObjectOnEveryCall) {
+TEST_F(Registry, knownName_returnsANewObjectOnEveryCall) {
     platform.bundles.add(builtIn, "X.cvplug", Recording::factory());
     controller.loadPlugins();
     const auto first = controller.newPluginNamed("X");
@@ -159,7 +159,7 @@ TEST_F(Registry, tableWithoutMakerOrUnmaker_isRefused) {
     EXPECT_EQ(platform.log.lines.size(), 2U);
 }
 
-TEST_F(Registry, moduleThatMakesNoObject_givesNullAndIsLoggedWithItsFileAndReason) {
+TEST_F(Registry, moduleThatMakesNoObject_returnsNullAndIsLoggedWithItsFileAndReason) {
     platform.bundles.add(builtIn, "A.cvplug", symbol(makesNothing));
     platform.bundles.add(builtIn, "B.cvplug", symbol(throwsWhenMaking));
     controller.loadPlugins();

@@ -13,7 +13,7 @@ TEST(CommandLine, withoutWords_isThePrivateFolderOnAScreen) {
     EXPECT_FALSE(line.help);
 }
 
-TEST(CommandLine, values_comeBehindTheOptionOrAfterAnEqualsSign) {
+TEST(CommandLine, values_followTheOptionOrAnEqualsSign) {
     const auto line = CommandLine::parse({"--machine", "/srv/m", "--screenshot=a.png", "--pane", "search"});
     EXPECT_EQ(line.problem, "");
     EXPECT_EQ(line.machineFolder, "/srv/m");

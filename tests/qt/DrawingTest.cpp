@@ -279,6 +279,24 @@ TEST_F(EmptyTableTest, TheMessageStandsWhereItsRowWouldBe) {
     EXPECT_NEAR(inked.center().y() / picture.devicePixelRatio(), row.center().y(), 4);
 }
 
+/// Counts the paint events of a widget.
+struct PaintCounter final : QObject {
+    explicit PaintCounter(QWidget& widget) { widget.installEventFilter(this); }
+    bool eventFilter(QObject* /*watched*/, QEvent* event) override {
+        if (event->type() == QEvent::Paint) ++count;
+        return false;
+    }
+    int count = 0;
+};
+
+TEST_F(EmptyTableTest, AnotherMessageIsDrawnAtOnce) {
+    QTest::qWait(50); // what the first showing has asked for
+    PaintCounter paints(*widget_.viewport());
+    widget_.emptyMessage().setMesageForEmptyList("Nothing at all");
+    EXPECT_TRUE(QTest::qWaitFor([&] { return paints.count > 0; }, 2000));
+    EXPECT_EQ(widget_.accessibleDescription(), "Nothing at all");
+}
+
 TEST_F(EmptyTableTest, WithRowsItSaysNothing) {
     rows_.count = 1;
     table_.reloadData();

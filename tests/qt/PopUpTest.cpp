@@ -1,4 +1,6 @@
+#include <QAbstractItemView>
 #include <QComboBox>
+#include <QScrollBar>
 #include <QVBoxLayout>
 #include <QWheelEvent>
 
@@ -28,6 +30,19 @@ protected:
 
 TEST_F(PopUpTest, theWheelOverAClosedPopUp_choosesNothing) {
     turnWheelOver(box_);
+    EXPECT_EQ(box_.currentIndex(), 0);
+}
+
+TEST_F(PopUpTest, theWheelOverAnOpenList_scrollsItAndChoosesNothing) {
+    for (int i = 0; i < 60; ++i)
+        box_.addItem(QString::number(i));
+    box_.showPopup();
+    auto& list = *box_.view();
+    ASSERT_TRUE(QTest::qWaitForWindowExposed(list.window()));
+    ASSERT_EQ(list.verticalScrollBar()->value(), 0);
+    turnWheelOver(*list.viewport());
+    EXPECT_GT(list.verticalScrollBar()->value(), 0);
+    EXPECT_TRUE(list.isVisible());
     EXPECT_EQ(box_.currentIndex(), 0);
 }
 

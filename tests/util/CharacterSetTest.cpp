@@ -37,9 +37,15 @@ TEST(CharacterSet, rangeUpToTheLastCharacter_hasNothingAboveIt) {
     EXPECT_TRUE(end.contains(0x10FFFF));
     EXPECT_FALSE(end.contains(0x110000));
     const auto rest = end.inverted();
+    EXPECT_EQ(rest, CharacterSet::range(0, 0x10FFF0));
     EXPECT_TRUE(rest.contains(0x10FFEF));
     EXPECT_FALSE(rest.contains(0x10FFFF));
     EXPECT_EQ(rest.unitedWith(end), CharacterSet().inverted());
+}
+
+TEST(CharacterSet, rangeBeyondTheLastCharacter_endsThere) {
+    EXPECT_EQ(CharacterSet::range(0x10FFF0, 1000), CharacterSet::range(0x10FFF0, 16));
+    EXPECT_EQ(CharacterSet::range(1, 0xFFFFFFFF).inverted(), CharacterSet::range(0, 1));
 }
 
 TEST(TakeCharacter, surrogatesUpToTheLast_areNotWellFormed) {

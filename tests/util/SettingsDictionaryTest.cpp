@@ -36,7 +36,7 @@ struct TextAsNumber {
 
 } // namespace
 
-TEST_F(Settings, absentKey_givesTheDefaultAndLogsNothing) {
+TEST_F(Settings, absentKey_returnsTheDefaultAndLogsNothing) {
     EXPECT_EQ(settings.integerForKey("none", 5), 5);
     EXPECT_EQ(settings.unsignedForKey("none", 6U), 6U);
     EXPECT_TRUE(settings.booleanForKey("none", true));
@@ -51,7 +51,7 @@ TEST_F(Settings, absentKey_givesTheDefaultAndLogsNothing) {
     EXPECT_TRUE(log.lines.empty());
 }
 
-TEST_F(Settings, expectedKind_givesTheStoredObjectItself) {
+TEST_F(Settings, expectedKind_returnsTheStoredObjectItself) {
     EXPECT_EQ(settings.integerForKey("number", 0), 42);
     EXPECT_EQ(settings.unsignedForKey("number", 0), 42U);
     EXPECT_TRUE(settings.booleanForKey("number", false));
@@ -74,22 +74,22 @@ TEST_F(Settings, mutableContainers_countAsTheirKind) {
     EXPECT_TRUE(log.lines.empty());
 }
 
-TEST_F(Settings, integerFromArray_logsOneLineAndGivesTheDefault) {
+TEST_F(Settings, integerFromArray_logsOneLineAndReturnsTheDefault) {
     EXPECT_EQ(settings.integerForKey("list", 9), 9);
     EXPECT_EQ(log.lines, onlyLine("Unexpected setting for integer key \"list\": (a)"));
 }
 
-TEST_F(Settings, unsignedFromText_logsAndGivesTheDefault) {
+TEST_F(Settings, unsignedFromText_logsAndReturnsTheDefault) {
     EXPECT_EQ(settings.unsignedForKey("text", 9), 9U);
     EXPECT_EQ(log.lines, onlyLine("Unexpected setting for unsigned key \"text\": 12abc"));
 }
 
-TEST_F(Settings, booleanFromData_logsAndGivesTheDefault) {
+TEST_F(Settings, booleanFromData_logsAndReturnsTheDefault) {
     EXPECT_TRUE(settings.booleanForKey("data", true));
     EXPECT_EQ(log.lines, onlyLine("Unexpected setting for boolean key \"data\": <0102>"));
 }
 
-TEST_F(Settings, objectGetterOfAnotherKind_logsItsTypeWordAndGivesAnEmptyObject) {
+TEST_F(Settings, objectGetterOfAnotherKind_logsItsTypeWordAndReturnsAnEmptyObject) {
     EXPECT_EQ(settings.objectForKey("number").text(), "");
     EXPECT_TRUE(settings.arrayForKey("text").isEmpty());
     EXPECT_TRUE(settings.dictionaryForKey("text").isEmpty());
@@ -219,7 +219,7 @@ TEST_F(Settings, mutableDeepCopy_makesContainersAndLeavesMutable) {
     EXPECT_FALSE(copy.valueForKey("number").isMutable());
 }
 
-TEST_F(Settings, mutableDeepCopyOfWhatIsNoPropertyList_givesNothingAndLogsNothing) {
+TEST_F(Settings, mutableDeepCopyOfAnythingButAPropertyList_returnsNothingAndLogsNothing) {
     stored.set("set", Set{"a"});
     EXPECT_TRUE(settings.mutableDeepCopy().isNull());
     stored.set("set", Value(std::make_shared<OpaqueObject>()));

@@ -85,7 +85,7 @@ TEST_F(Collapsible, height_withoutAConstraint_getsOneOfWholePointsForTheTime) {
     EXPECT_THAT(view.constraints(), IsEmpty());
 }
 
-TEST_F(Collapsible, height_animated_goesThroughTheAnimatorAndTheConstraintGoesASecondLater) {
+TEST_F(Collapsible, height_animated_usesTheAnimatorAndTheConstraintIsRemovedASecondLater) {
     setFrameHeight(50);
     const auto proxy = folding.animationProxy();
     proxy->collapseHeight();
@@ -269,7 +269,7 @@ TEST_F(Collapsible, proxies_areNewEachTimeAndOutliveTheirView) {
     EXPECT_THAT(view.constraints(), IsEmpty());
 }
 
-TEST_F(Collapsible, destroyedWithARemovalToCome_isNotCalledAnyMore) {
+TEST_F(Collapsible, destroyedWithARemovalToCome_isNoLongerCalled) {
     {
         setFrameHeight(50);
         CollapsibleView other(view, runLoop);

@@ -127,7 +127,7 @@ TEST(CenterOverParentWindow, withAParent_isInItsMiddle) {
     EXPECT_EQ(window.frame(), (Rect{{299.5, 350}, {201, 100}}));
 }
 
-TEST(CenterOverParentWindow, largerThanItsParent_standsOutOnAllSides) {
+TEST(CenterOverParentWindow, largerThanItsParent_protrudesOnAllSides) {
     EXPECT_EQ(originCenteredOver({{10, 10}, {20, 20}}, {100, 60}), (toolkit::Point{-30, -10}));
 }
 

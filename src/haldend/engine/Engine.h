@@ -63,7 +63,7 @@ public:
     /// Called again and again while a change keeps its caller waiting, on the caller's thread: what is busy
     /// can be shown. It makes no request.
     void setWaitListener(StillWaiting listener) { machine_.setWaitListener(std::move(listener)); }
-    /// Throws `Failure` unless `form` stands for an authorization that may change the configuration.
+    /// Throws `Failure` unless `form` belongs to an authorization that may change the configuration.
     void requireConfigureRight(util::BytesView form) const;
 
 private:

@@ -16,8 +16,8 @@ struct AddedOption {
     friend bool operator==(const AddedOption&, const AddedOption&) = default;
 };
 
-/// What this service has added to a machine on its own account, remembered with the policy so that it goes
-/// again with the last directory and leaves the machine as it was found.
+/// What this service has added to a machine on its own account, remembered with the policy so that it is
+/// removed again with the last directory and leaves the machine as it was found.
 struct MachineAdditions {
     bool folder = false;   ///< the folder of sssd.conf
     bool file = false;     ///< sssd.conf itself

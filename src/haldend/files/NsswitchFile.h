@@ -10,7 +10,7 @@
 namespace corvane::haldend {
 
 /// How one line of nsswitch.conf reads with and without `sss`, each with its line end; "" where the line
-/// isn't there. Remembered, so that switching back and forth gives the bytes back.
+/// isn't there. Remembered, so that switching back and forth restores the bytes.
 struct NsswitchLinePair {
     std::string database;
     std::string without;
@@ -28,7 +28,7 @@ public:
     NsswitchFile(std::string text, std::string path);
 
     [[nodiscard]] const std::string& text() const { return text_; }
-    /// The line about a database as the C library reads it; none where it goes by what it does by default.
+    /// The line about a database as the C library reads it; none where it uses its defaults.
     [[nodiscard]] std::optional<NsswitchLine> line(std::string_view database) const;
     /// True when users that the machine's own files don't know are looked up in SSSD.
     [[nodiscard]] bool usesSssd() const;

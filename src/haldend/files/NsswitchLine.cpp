@@ -23,7 +23,7 @@ public:
     SourceReader(std::string_view text, std::size_t start)
         : text_(text), at_(start), numberSign_(text.find('#', start)) {}
 
-    /// Ends at the line's end, at a bracket without a source, or, with false, at a reaction nobody knows.
+    /// Ends at the line's end, at a bracket without a source, or, with false, at an unknown reaction.
     [[nodiscard]] bool read(std::vector<NsswitchSource>& sources) {
         for (skipBlanks(); !isAtEnd() && text_[at_] != '['; skipBlanks()) {
             NsswitchSource source{"", usualReactions, at_, 0, 0, at_ >= numberSign_};
@@ -260,7 +260,7 @@ std::optional<std::string> NsswitchLine::withSss() const {
     const auto anchor = named("files") == real.end() ? real.end() - 1 : named("files");
     for (auto before = real.begin(); before <= anchor; ++before)
         if (sources_[*before].reactionTo(LookupStatus::notFound) == LookupAction::stop) return std::nullopt;
-    // What a merge at the end keeps is lost but for groups; with `sss` behind it, it would be found.
+    // What a merge at the end keeps is lost but for groups; with `sss` after it, it would be found.
     const auto& source = sources_[*anchor];
     const bool isLast = anchor + 1 == real.end();
     const bool isLost =
@@ -285,7 +285,7 @@ std::string NsswitchLine::withSssAfter(std::size_t anchor, bool isLast) const {
     return text.insert(source.end, isGroupList ? " [SUCCESS=continue] sss" : " sss");
 }
 
-/// Where `sss` and what belongs to it begins and ends; a blank goes with it.
+/// Where `sss` and what belongs to it begins and ends; a blank is included.
 std::vector<NsswitchLine::Range> NsswitchLine::rangesOfSss() const {
     std::vector<Range> ranges;
     for (std::size_t i = 0; i < sources_.size(); ++i) {

@@ -19,9 +19,8 @@ struct NsswitchSource {
     std::array<LookupAction, 4> reactions; ///< by `LookupStatus`
     std::size_t begin = 0;                 ///< offset of the name in the line
     std::size_t nameEnd = 0;
-    std::size_t end = 0; ///< after the reactions
-    bool isAfterNumberSign =
-        false; ///< looks like a comment; some versions of the C library read it all the same
+    std::size_t end = 0;            ///< after the reactions
+    bool isAfterNumberSign = false; ///< looks like a comment; some versions of the C library read it anyway
 
     [[nodiscard]] LookupAction reactionTo(LookupStatus status) const {
         return reactions[static_cast<std::size_t>(status)];
@@ -31,7 +30,7 @@ struct NsswitchSource {
 
 /// One line of nsswitch.conf, read as the C library reads it: blanks and a colon in any mixture after the
 /// name, words that end at a blank or a bracket, and a second bracket in a row, or one in front, that ends
-/// the meaning of the line. A value; editing gives a new text.
+/// the meaning of the line. A value; editing returns a new text.
 class NsswitchLine {
 public:
     /// `text` is one line, with or without its line end. None when it is blank, a comment, or no more than a

@@ -17,7 +17,7 @@ public:
     SssdLines& operator=(const SssdLines&) = delete;
     ~SssdLines();
 
-    /// `section` is a title without its brackets, as in "domain/staff". A section that stands in several
+    /// `section` is a title without its brackets, as in "domain/staff". A section that is in several
     /// places is one.
     [[nodiscard]] bool hasSection(std::string_view section) const { return !blocksOf(section).empty(); }
     [[nodiscard]] bool hasOptions(std::string_view section) const;
@@ -29,7 +29,7 @@ public:
     /// Every line of that option; absent is harmless.
     void remove(std::string_view section, std::string_view key);
 
-    /// The whole line that counts, as it stands; "" when there is none.
+    /// The whole line that counts, unchanged; "" when there is none.
     [[nodiscard]] std::string line(std::string_view section, std::string_view key) const;
     /// Puts another line in its place; nothing happens when there is none.
     void replaceLine(std::string_view section, std::string_view key, std::string_view line);
@@ -40,7 +40,7 @@ public:
     void appendSection(std::string_view section);
     /// At the start, before an empty line.
     void prependSection(std::string_view section);
-    /// From its title to its last option, with one empty line before it (behind it at the start). Comments
+    /// From its title to its last option, with one empty line before it (after it at the start). Comments
     /// that follow stay: they may belong to what comes next.
     void removeSection(std::string_view section);
     void renameSection(std::string_view from, std::string_view to);

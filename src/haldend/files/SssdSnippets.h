@@ -18,7 +18,7 @@ struct SssdSnippets {
     /// that is root, or on a private folder whoever owns conf.d. Throws `Failure` when one of them can't be
     /// read.
     [[nodiscard]] static SssdSnippets of(const MachineFolder& folder);
-    /// What tells one state of all of them from another without reading them.
+    /// Distinguishes one state of all of them from another without reading them.
     [[nodiscard]] static FileStamp stamp(const MachineFolder& folder);
 };
 

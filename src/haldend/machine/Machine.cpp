@@ -233,7 +233,7 @@ void Machine::requireServed(const std::vector<std::string>& wanted, const Policy
                           "Correct " + folder_.pathOf(machineFile::sssd) + ", then apply again.");
 }
 
-/// Where the last directory goes and nobody has edited anything but `sss` since the first one came,
+/// Where the last directory is removed and nothing but `sss` has been edited since the first one came,
 /// nsswitch.conf gets the bytes that it had then: some distributions ask SSSD before there is a directory.
 std::string Machine::nsswitchTextFor(MachineDraft& draft, const PolicyInputs& inputs) const {
     const bool wanted = !activeDirectories(draft.policy, inputs).empty();

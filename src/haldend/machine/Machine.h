@@ -34,7 +34,7 @@ struct MachineDraft {
 class Machine {
 public:
     /// Opens the folder and finishes what a crash has left in it. Never fails: a folder that is missing,
-    /// damaged or unreadable gives its errors at the operations that need it. `codec` and `log` outlive it.
+    /// damaged or unreadable reports its errors at the operations that need it. `codec` and `log` outlive it.
     Machine(MachineFolder folder, const platform::PropertyListCodec& codec, util::ProcessLog& log);
     Machine(const Machine&) = delete;
     Machine& operator=(const Machine&) = delete;
@@ -44,8 +44,8 @@ public:
     [[nodiscard]] const MachineSnapshot& snapshot();
     /// The two policies are read, and looked at, one by one.
     enum class View { authentication, contacts };
-    /// From here on changes of that policy are based on what `snapshot()` says now: somebody has looked at
-    /// it.
+    /// From here on changes of that policy are based on what `snapshot()` says now: a
+    /// client has read it.
     void noteThatPolicyWasRead(View view) { seen(view) = snapshot().fingerprints(); }
 
     /// Lets `decide` edit the policy, and the machine's files with it where the login policy or a connector
@@ -55,8 +55,8 @@ public:
     /// again.
     void change(View view, const std::function<void(MachinePolicy&)>& decide);
 
-    /// Stands for the directories and all their options as `snapshot()` has them: another text once one of
-    /// them differs. It tells nothing about what they are, passwords least of all.
+    /// Identifies the directories and all their options as `snapshot()` has them: another text once one of
+    /// them differs. It reveals nothing about what they are, passwords least of all.
     [[nodiscard]] std::string directoriesRevision();
     /// As `change`, for the directories themselves; `draft` may be edited whole. Throws `Failure` with code
     /// `changedElsewhere`, and nothing is written, when `revision` isn't the present one.
@@ -64,7 +64,7 @@ public:
     /// The configuration of SSSD as it would be with another text of sssd.conf. Throws `Failure`.
     [[nodiscard]] std::shared_ptr<const SssdFile> sssdFileWith(const std::string& text) const;
 
-    /// Looks whether another program has changed the files, and tells the listener. Cheap: three `stat`s.
+    /// Checks whether another program has changed the files, and calls the listener. Cheap: three `stat`s.
     void pollForChanges() { (void)snapshot(); }
     /// Called after each change of the settings, whoever made it.
     void setChangeListener(std::function<void()> listener) { listener_ = std::move(listener); }

@@ -18,7 +18,7 @@ namespace corvane::haldend {
                                           const std::vector<SssdSnippet>& snippets);
 
 /// What a machine folder said at one moment: its configuration files, its directories and its policy. Damage
-/// is part of it, so that what isn't affected goes on working. Immutable once read.
+/// is part of it, so that what isn't affected still works. Immutable once read.
 class MachineSnapshot {
 public:
     struct Fingerprints {
@@ -42,7 +42,7 @@ public:
 
     [[nodiscard]] const Fingerprints& fingerprints() const { return fingerprints_; }
     [[nodiscard]] const Stamps& stampsAtReading() const { return stamps_; }
-    /// These throw `Failure` when what they stand on couldn't be read.
+    /// These throw `Failure` when what they need couldn't be read.
     [[nodiscard]] const std::vector<DomainNode>& nodes() const;
     [[nodiscard]] const SssdFile& sssd() const;
     [[nodiscard]] const MachinePolicy& policy() const;
@@ -66,7 +66,7 @@ public:
     /// What this service has added to the machine; nothing where that can't be read.
     [[nodiscard]] const MachineAdditions& additions() const { return additions_; }
     /// Connectors that are switched off. Where the policy can't be read this is what was stored last, or
-    /// none: the connectors are there all the same.
+    /// none: the connectors are there in any case.
     [[nodiscard]] const DisabledConnectors& disabledConnectors() const { return policy_.disabled; }
 
 private:

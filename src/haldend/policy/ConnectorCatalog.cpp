@@ -19,7 +19,7 @@ static_assert(std::ranges::all_of(connectors, [](const Connector& own) {
 constexpr std::size_t mostGuests = 100;
 constexpr std::size_t longestName = 64;
 
-/// Only a plain name becomes a connector's: it stands in records, node names and the stored policy.
+/// Only a plain name becomes a connector's: it is used in records, node names and the stored policy.
 bool isPlain(const std::string& name) {
     return !name.empty() && name.size() <= longestName && std::ranges::all_of(name, [](unsigned char c) {
         return std::isalnum(c) != 0 || c == '-' || c == '_' || c == '.';

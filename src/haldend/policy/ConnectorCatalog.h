@@ -16,8 +16,8 @@ public:
     /// none.
     void addGuestsFrom(std::string folder) { folders_.push_back(std::move(folder)); }
     /// The service's own in their order, then the guests. Borrowed texts live as long as this object. A guest
-    /// keeps its version text, and so its call, for the life of this object, whatever comes and goes beside
-    /// it.
+    /// keeps its version text, and so its call, for the life of this object, whatever is added or removed
+    /// beside it.
     [[nodiscard]] std::vector<Connector> all();
 
 private:

@@ -32,7 +32,7 @@ struct DomainNode {
 /// An LDAP node is named after the host of its first URI, with the port when that isn't the usual one, or
 /// after the section when there is no host; a name that is taken gets the section after it.
 [[nodiscard]] std::vector<DomainNode> domainNodes(const SssdFile& sssd);
-/// A sentence for each section that is no directory, and for each listed name without one, with the reason.
+/// A sentence for each section that isn't a directory, and for each listed name without one, with the reason.
 [[nodiscard]] std::vector<std::string> skippedDomains(const SssdFile& sssd);
 
 /// "LDAP" of "/LDAP/ldap.example.com".

@@ -17,7 +17,7 @@ enum class PolicyMode { automatic = 1, localOnly = 2, custom = 3 };
 struct StoredSearchPolicy {
     PolicyMode mode = PolicyMode::localOnly;
     std::vector<std::string> custom; ///< the administrator's list; for authentication without the local nodes
-    bool hasCustom = false; ///< false: nobody ever stored a list, and what Automatic uses is reported instead
+    bool hasCustom = false; ///< false: no list was ever stored, and what Automatic uses is reported instead
     friend bool operator==(const StoredSearchPolicy&, const StoredSearchPolicy&) = default;
 };
 

@@ -140,7 +140,7 @@ StoredSearchPolicy policyFrom(const util::Dictionary& values, const char* key) {
 Fingerprint fingerprintFrom(const util::Dictionary& values, const char* key) {
     const auto text = required(values, key, util::Kind::String).as<util::String>().text();
     const auto fingerprint = Fingerprint::fromText(text);
-    if (!fingerprint) throw Damage{std::string("\"") + key + "\" is no fingerprint."};
+    if (!fingerprint) throw Damage{std::string("\"") + key + "\" isn't a fingerprint."};
     return *fingerprint;
 }
 
@@ -189,7 +189,7 @@ StoredPolicy storedPolicy(const std::string& text, const std::string& path,
     const auto value = codec.parse(util::bytesFromText(text), &reason);
     if (value.isNull()) throw damaged(path, reason + ".");
     try {
-        if (!value.isKind(util::Kind::Dictionary)) throw Damage{"It is no dictionary."};
+        if (!value.isKind(util::Kind::Dictionary)) throw Damage{"It isn't a dictionary."};
         return policyFrom(value.as<util::Dictionary>());
     } catch (const Damage& damage) {
         throw damaged(path, damage.why);

@@ -57,7 +57,7 @@ public:
 private:
     static bool hasSystemd() { return ::access("/run/systemd/system", F_OK) == 0; }
 
-    /// Domains may stand in files beside the main one; SSSD runs on with those.
+    /// Domains may be in files beside the main one; SSSD runs on with those.
     static bool hasSnippets() {
         std::error_code code;
         for (const auto& entry : std::filesystem::directory_iterator("/etc/sssd/conf.d", code))

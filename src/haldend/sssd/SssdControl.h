@@ -11,8 +11,8 @@ namespace corvane::haldend {
 /// What the machine wants of SSSD after a change of its files.
 enum class SssdUse {
     needed,     ///< a directory is on the policy: SSSD has to run and to know it
-    changed,    ///< its configuration is another one, but nobody looks anything up in it
-    notNeeded,  ///< its configuration is what it was, and nobody looks anything up in it
+    changed,    ///< its configuration is another one, but nothing is looked up in it
+    notNeeded,  ///< its configuration is what it was, and nothing is looked up in it
     impossible, ///< its configuration no longer names a domain: it can't run
 };
 

@@ -6,7 +6,7 @@
 
 namespace corvane::haldend {
 
-/// Who may do what with a file.
+/// A file's owner, group and mode.
 struct FileOwner {
     uid_t user = 0;
     gid_t group = 0;

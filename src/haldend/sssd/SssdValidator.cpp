@@ -14,7 +14,7 @@
 namespace corvane::haldend {
 namespace {
 
-/// A folder that goes with everything in it.
+/// A folder that is removed with everything in it.
 class PrivateFolder {
 public:
     explicit PrivateFolder(const std::string& parent)

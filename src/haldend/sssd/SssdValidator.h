@@ -8,7 +8,7 @@
 
 namespace corvane::haldend {
 
-/// Asks SSSD's own tool about a configuration before it is written. The candidate lies in a folder of its own
+/// Asks SSSD's own tool about a configuration before it is written. The candidate is in a folder of its own
 /// for that. Where the tool isn't installed or may not be used (it wants root), one line is logged once and
 /// every candidate passes.
 class SssdValidator {

@@ -76,7 +76,7 @@ ProcessOutcome waitFor(pid_t child, const FileDescriptor& pipe, Clock::time_poin
 
 } // namespace
 
-ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono::milliseconds patience,
+ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono::milliseconds timeout,
                           const StillWaiting& stillWaiting) {
     int ends[2];
     if (::pipe2(ends, O_CLOEXEC) != 0) return {-1, std::strerror(errno)};
@@ -86,7 +86,7 @@ ProcessOutcome runProcess(const std::vector<std::string>& arguments, std::chrono
     const int failed = spawn(child, arguments, writing.number());
     if (failed != 0) return {-1, std::strerror(failed)};
     writing.close();
-    return waitFor(child, reading, Clock::now() + patience, stillWaiting);
+    return waitFor(child, reading, Clock::now() + timeout, stillWaiting);
 }
 
 } // namespace corvane::haldend

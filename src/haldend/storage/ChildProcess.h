@@ -18,10 +18,10 @@ struct ProcessOutcome {
 using StillWaiting = std::function<void()>;
 
 /// Runs a program to its end, without a shell, with an empty standard input. `arguments` begins with the
-/// program's absolute path. It is killed when it takes longer than `patience`. At most 64 KiB of its output
+/// program's absolute path. It is killed when it takes longer than `timeout`. At most 64 KiB of its output
 /// are kept.
 [[nodiscard]] ProcessOutcome runProcess(const std::vector<std::string>& arguments,
-                                        std::chrono::milliseconds patience,
+                                        std::chrono::milliseconds timeout,
                                         const StillWaiting& stillWaiting = {});
 
 } // namespace corvane::haldend

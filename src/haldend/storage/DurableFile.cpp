@@ -14,7 +14,7 @@
 namespace corvane::haldend {
 namespace {
 
-/// A file beyond the size limit raises a signal that ends the process; as an error it can be told.
+/// A file beyond the size limit raises a signal that ends the process; as an error it can be reported.
 class FileSizeSignalBlocked {
 public:
     FileSizeSignalBlocked() {

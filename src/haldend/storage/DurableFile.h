@@ -18,7 +18,7 @@ struct FileModel {
 };
 
 /// Writes a new file and lets the system begin to store it; an older one of that name is removed first. A
-/// group that an ordinary user isn't a member of is left out of what `model` says: nobody but root could give
+/// group that an ordinary user isn't a member of is left out of what `model` says: only root could give
 /// it. Throws `Failure` and leaves no file behind.
 [[nodiscard]] FileDescriptor writeFile(const std::string& path, std::string_view content, mode_t mode,
                                        const std::optional<FileModel>& model = std::nullopt);

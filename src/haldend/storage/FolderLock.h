@@ -11,9 +11,9 @@ namespace corvane::haldend {
 /// it goes out of scope or the process ends, however it ends.
 class FolderLock {
 public:
-    /// Waits up to `patience` for another process. Throws `Failure` when the lock can't be had.
+    /// Waits up to `timeout` for another process. Throws `Failure` when the lock can't be taken.
     explicit FolderLock(const MachineFolder& folder,
-                        std::chrono::milliseconds patience = std::chrono::seconds(10));
+                        std::chrono::milliseconds timeout = std::chrono::seconds(10));
 
 private:
     FileDescriptor file_;

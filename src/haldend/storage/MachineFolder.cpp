@@ -64,8 +64,7 @@ std::string readOpened(const FileDescriptor& file, const std::string& path) {
 
 Fingerprint Fingerprint::of(const std::optional<std::string>& content) {
     if (!content) return {};
-    std::uint64_t hash =
-        0xCBF29CE484222325U; // FNV-1a: edits are to be noticed, nobody is to be kept from forging
+    std::uint64_t hash = 0xCBF29CE484222325U; // FNV-1a: notices edits, and is no protection against forging
     for (const char c : *content)
         hash = (hash ^ static_cast<std::uint8_t>(c)) * 0x100000001B3U;
     return {true, content->size(), hash};

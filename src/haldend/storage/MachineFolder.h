@@ -27,14 +27,14 @@ inline constexpr const char* state = "var/lib/corvane";
 inline constexpr const char* checkPrefix = "check-";
 } // namespace machineFile
 
-/// What tells one version of a file from another without reading it. All zero for a file that isn't there.
+/// Distinguishes one version of a file from another without reading it. All zero for a file that isn't there.
 struct FileStamp {
     std::uint64_t device = 0, inode = 0, size = 0;
     std::int64_t modifiedNanoseconds = 0, changedNanoseconds = 0;
     friend bool operator==(const FileStamp&, const FileStamp&) = default;
 };
 
-/// What tells one content of a file from another.
+/// Distinguishes one content of a file from another.
 struct Fingerprint {
     bool present = false;
     std::uint64_t length = 0;
@@ -55,14 +55,14 @@ public:
     explicit MachineFolder(std::string root);
 
     [[nodiscard]] const std::string& root() const { return root_; }
-    /// True for "/": the running machine, whose services must be told of changes.
+    /// True for "/": the running machine, whose services must be notified of changes.
     [[nodiscard]] bool isLiveMachine() const { return root_ == "/"; }
     [[nodiscard]] std::string pathOf(std::string_view relative) const;
-    /// The path of the file that `relative` stands for after all links. The last component need not exist.
+    /// The path of the file that `relative` leads to after all links. The last component need not exist.
     /// Throws `Failure` on a loop of links.
     [[nodiscard]] std::string resolved(std::string_view relative) const;
-    /// The whole file, none when it isn't there. Throws `Failure` when it can't be read, is no plain file or
-    /// is larger than 16 MiB.
+    /// The whole file, none when it isn't there. Throws `Failure` when it can't be read, isn't a plain file
+    /// or is larger than 16 MiB.
     [[nodiscard]] std::optional<std::string> read(std::string_view relative) const;
     [[nodiscard]] FileStamp stamp(std::string_view relative) const;
     /// Makes the folder for this service's own state where it is missing. Throws `Failure`.

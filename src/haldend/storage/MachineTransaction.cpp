@@ -20,7 +20,7 @@ constexpr std::size_t generationsKept = 10;
 /// The files that a transaction may hold; a journal that names another one isn't ours.
 constexpr const char* changeableFiles[] = {machineFile::nsswitch, machineFile::sssd, machineFile::policies};
 constexpr const char* stagedSuffix = ".corvane-new";
-/// Of a folder that is no whole generation yet.
+/// Of a folder that isn't a whole generation yet.
 constexpr const char* partPrefix = "part-";
 
 std::string stagedNameFor(const std::string& target) {
@@ -322,7 +322,7 @@ void MachineTransaction::recover(const MachineFolder& folder, const FolderLock&,
     if (!text) return removeLeftovers(folder);
     const auto journal = TransactionJournal::fromText(*text);
     if (!journal || !isOurs(*journal)) {
-        log.log(path + " is no journal of this service; it is kept as " + path + ".damaged");
+        log.log(path + " isn't a journal of this service; it is kept as " + path + ".damaged");
         renameFile(path, path + ".damaged");
         return removeLeftovers(folder);
     }

@@ -20,7 +20,7 @@ struct TransactionJournal {
     std::vector<Entry> entries;
 
     [[nodiscard]] std::string text() const;
-    /// None when the text is no whole journal.
+    /// None when the text isn't a whole journal.
     [[nodiscard]] static std::optional<TransactionJournal> fromText(std::string_view text);
 };
 

@@ -29,11 +29,11 @@ void write(const std::string& folder, const char* relative, const std::string& t
 }
 
 halden::Exception noMachine(const std::string& folder, const std::string& reason) {
-    return halden::Exception({halden::ErrorCode::storage, folder + " is no machine folder.", reason,
+    return halden::Exception({halden::ErrorCode::storage, folder + " isn't a machine folder.", reason,
                               "Name another one with --machine, or a new one, which is then made."});
 }
 
-/// One of the files that make a folder a machine, or one that can't be looked at: that is told where it
+/// One of the files that make a folder a machine, or one that can't be looked at: that is reported where it
 /// matters.
 bool holdsAMachine(const std::string& folder) {
     return std::ranges::any_of(std::array{machineFile::nsswitch, machineFile::passwd, machineFile::sssd},
@@ -43,7 +43,7 @@ bool holdsAMachine(const std::string& folder) {
                                });
 }
 
-/// False for an empty folder as well: somebody has made room for a machine. Somebody's other folder is
+/// False for an empty folder as well: room was made for a machine. Someone's other folder is
 /// refused.
 bool isThere(const std::string& folder) {
     std::error_code code;

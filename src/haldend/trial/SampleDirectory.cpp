@@ -248,8 +248,7 @@ void SampleDirectory::load() const {
 
 void SampleDirectory::launch() {
     const auto configuration = folder_ + "/slapd.conf";
-    const auto listener =
-        "ldap://127.0.0.1:" + portIn(uri_) + "/"; // a name could stand for more than loopback
+    const auto listener = "ldap://127.0.0.1:" + portIn(uri_) + "/"; // a name could mean more than loopback
     const auto messages = folder_ + "/messages";
     const char* const arguments[] = {slapd, "-f",   configuration.c_str(), "-h", listener.c_str(), "-d",
                                      "0",   nullptr};

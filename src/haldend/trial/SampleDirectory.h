@@ -18,7 +18,7 @@ namespace corvane::haldend {
 /// beside that thread.
 class SampleDirectory {
 public:
-    /// The section of sssd.conf that stands for the sample directory.
+    /// The section of sssd.conf that is the sample directory.
     static constexpr const char* sectionName = "sample";
 
     /// Begins to start the server of the folder, after making its data when it has none yet; `proceed` goes

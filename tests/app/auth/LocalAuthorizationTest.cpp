@@ -75,7 +75,7 @@ TEST_F(Lock, haveAuthRights_asksNobody) {
     EXPECT_EQ(program.journal.entries(), Names{"authorization.obtainRights 18"});
 }
 
-TEST_F(Lock, opening_unlocksUpdatesAuthenticatesAndTellsTheEditorInThisOrder) {
+TEST_F(Lock, opening_unlocksUpdatesAuthenticatesAndNotifiesTheEditorInThisOrder) {
     program.launch();
     program.journal.clear();
     lock().click();
@@ -123,7 +123,7 @@ TEST_F(Lock, closing_doesItsStepsInOrder) {
     EXPECT_TRUE(ui.window.isDocumentEdited());
 }
 
-TEST_F(Lock, clickedShut_locksUpdatesAndTellsTheEditorInThisOrder) {
+TEST_F(Lock, clickedShut_locksUpdatesAndNotifiesTheEditorInThisOrder) {
     program.launchUnlocked();
     program.journal.clear();
     EXPECT_TRUE(lock().click());
@@ -235,7 +235,7 @@ TEST_F(Lock, localPreflight_asksForBothRightsThroughTheFreshSession) {
     EXPECT_EQ(program.authorization->lastRights, expected);
 }
 
-TEST_F(Lock, opening_withoutALocalNode_signsNobodyInAndGoesOn) {
+TEST_F(Lock, opening_withoutALocalNode_signsNobodyInAndContinues) {
     program.framework.session->failingTypes[halden::NodeType::localNodes] = {1, "down", "", ""};
     program.launch();
     lock().click();
@@ -262,6 +262,16 @@ TEST_F(Lock, preflightDSRef_locally_takesTheSessionThatComesBack) {
     program.framework.available = true;
     EXPECT_TRUE(controller.preflightDSRef());
     EXPECT_EQ(controller.haldenSession(), program.framework.session);
+}
+
+TEST_F(Lock, preflightDSRef_locally_asksForASessionTwice) {
+    program.launch();
+    controller.setHaldenSession(nullptr);
+    program.framework.refusals = 1;
+    EXPECT_TRUE(controller.preflightDSRef());
+    controller.setHaldenSession(nullptr);
+    program.framework.refusals = 2;
+    EXPECT_FALSE(controller.preflightDSRef());
 }
 
 TEST_F(Lock, localPreflight_refused_answersFalseWithoutUpdating) {

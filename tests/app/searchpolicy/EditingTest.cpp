@@ -173,7 +173,7 @@ TEST_F(Editing, deleteInsideTheHeadOrWithoutASelection_doesNothing) {
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
-TEST_F(Editing, deleteOfTheFirstRowBehindTheHead_asks) {
+TEST_F(Editing, deleteOfTheFirstRowAfterTheHead_asks) {
     EXPECT_TRUE(nodes.clickRow(2));
     remove.click();
     ASSERT_EQ(program.toolkit.alerts().size(), 1U);
@@ -214,7 +214,7 @@ TEST_F(Editing, dragUp_leavesTheRowAtTheDrop) {
     EXPECT_EQ(nodes.selectedRow(), 2);
 }
 
-TEST_F(Editing, dragBehindTheLastRow_movesItThere) {
+TEST_F(Editing, dragAfterTheLastRow_movesItThere) {
     EXPECT_TRUE(nodes.dragRows({2}, nodes, 7));
     EXPECT_EQ(list().back(), "/L/2");
     EXPECT_EQ(nodes.selectedRow(), 6);
@@ -324,7 +324,7 @@ TEST_F(Editing, contactsDragOfARowThatIsntThere_raises) {
     EXPECT_TRUE(pasteboard.types().empty());
 }
 
-TEST_F(Editing, nameThatStandsTwice_movesTheFirstOfThem) {
+TEST_F(Editing, nameThatIsThereTwice_movesTheFirstOfThem) {
     program.setPolicy(search, attribute::customSearchPath,
                       {"/Local/Accounts", "/BSD/Files", "/L/twice", "/L/3", "/L/twice"});
     controller.buildDSSearchPaneData();

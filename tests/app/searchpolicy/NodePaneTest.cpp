@@ -56,7 +56,7 @@ TEST_F(NodePane, nodesThatTheirPluginRefuses_neverAppear) {
     EXPECT_TRUE(offered().empty());
 }
 
-TEST_F(NodePane, everythingAlreadyOnTheList_givesAnEmptyPanel) {
+TEST_F(NodePane, everythingAlreadyOnTheList_leavesThePanelEmpty) {
     program.framework.session->names = {"/L/one", "/L/two", "/Search"};
     open();
     EXPECT_TRUE(offered().empty());
@@ -112,7 +112,7 @@ TEST_F(NodePane, everyChosenRow_refreshesBothTablesAndSetsTheServicesMark) {
     EXPECT_FALSE(program.interface.window.isDocumentEdited());
 }
 
-TEST_F(NodePane, oneDuplicate_isToldAfterTheOthersWereAdded) {
+TEST_F(NodePane, oneDuplicate_isReportedAfterTheOthersWereAdded) {
     program.platform.strings.marks = true;
     open();
     controller.addNodeToAuthSearchPolicy("/L/alpha"); // the list has changed since
@@ -156,7 +156,7 @@ TEST_F(NodePane, done_endsTheSheetAndAddsNothing) {
     EXPECT_EQ(list().size(), 4U);
 }
 
-TEST_F(NodePane, failingListing_leavesTheRowsAndTellsNobody) {
+TEST_F(NodePane, failingListing_leavesTheRowsWithoutAnAlert) {
     open();
     program.interface.panelDone.click();
     program.framework.session->names = {"no connector in this name"}; // admission raises
@@ -165,7 +165,7 @@ TEST_F(NodePane, failingListing_leavesTheRowsAndTellsNobody) {
     EXPECT_TRUE(program.toolkit.alerts().empty());
 }
 
-TEST_F(NodePane, listingThatGivesNothing_leavesTheRowsToo) {
+TEST_F(NodePane, listingThatReturnsNothing_leavesTheRowsToo) {
     open();
     program.interface.panelDone.click();
     program.framework.session->listingFails = true;

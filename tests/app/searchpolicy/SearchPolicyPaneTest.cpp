@@ -168,7 +168,7 @@ TEST_F(Panes, negativeRow_maySelectNothing) {
     EXPECT_FALSE(contactNodes.clickRow(-1));
 }
 
-TEST_F(Panes, authenticationHead_isAsLongAsTheLocalListWhateverStandsThere) {
+TEST_F(Panes, authenticationHead_isAsLongAsTheLocalListWhateverIsThere) {
     program.setPolicy(search, attribute::customSearchPath, {"/LDAP/one", "/LDAP/two", "/LDAP/three"});
     controller.buildDSSearchPaneData();
     EXPECT_FALSE(nodes.clickRow(0));
@@ -189,7 +189,7 @@ TEST_F(Panes, deleteButton_ofAuthenticationLooksAtTheRow) {
     EXPECT_FALSE(program.interface.deleteNode.isEnabled());
 }
 
-TEST_F(Panes, deleteButton_ofAuthenticationIsDisabledBehindTheCustomList) {
+TEST_F(Panes, deleteButton_ofAuthenticationIsDisabledAfterTheCustomList) {
     program.setPolicy(search, attribute::customSearchPath, {"/Local/Accounts", "/BSD/Files"});
     controller.buildDSSearchPaneData();
     mode.choose(automatic);

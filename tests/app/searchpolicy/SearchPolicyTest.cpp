@@ -197,7 +197,7 @@ TEST_F(SearchPolicy, eachMode_hasItsCode) {
     }
 }
 
-TEST_F(SearchPolicy, authenticationList_isWrittenWithoutLocalNodes_contactsListAsItStands) {
+TEST_F(SearchPolicy, authenticationList_isWrittenWithoutLocalNodes_contactsListAsItIs) {
     controller.addNodeToAuthSearchPolicy("/LDAP/three");
     controller.addNodeToContactsSearchPolicy("/BSD/Files");
     EXPECT_TRUE(controller.saveSearchPolicies());

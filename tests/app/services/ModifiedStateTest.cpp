@@ -182,7 +182,7 @@ TEST_F(ModifiedState, revert_whenNothingMarkedTheWindow_doesNothing) {
     EXPECT_TRUE(program.journal.entries().empty());
 }
 
-TEST_F(ModifiedState, revert_tellsEveryPluginRebuildsTheListAndCleansTheMark) {
+TEST_F(ModifiedState, revert_reachesEveryPluginRebuildsTheListAndCleansTheMark) {
     controller.setPluginModified(true);
     controller.pluginWithPrefix("LDAP")->setEnabled(false);
     First::script().answers["revertChanges"] = false; // the answer doesn't matter
@@ -199,7 +199,7 @@ TEST_F(ModifiedState, revert_tellsEveryPluginRebuildsTheListAndCleansTheMark) {
     EXPECT_FALSE(program.journal.contains("/Search.details")); // no policy was edited
 }
 
-TEST_F(ModifiedState, revert_readsPoliciesThenTellsPluginsThenBuildsTheList) {
+TEST_F(ModifiedState, revert_readsPoliciesThenCallsPluginsThenBuildsTheList) {
     controller.addNodeToAuthSearchPolicy("/LDAP/two");
     controller.addNodeToContactsSearchPolicy("/LDAP/two");
     program.journal.clear();
@@ -223,7 +223,7 @@ TEST_F(ModifiedState, revert_withoutASession_doesNothing) {
     EXPECT_TRUE(edited());
 }
 
-TEST_F(ModifiedState, save_isSaidToGoOnFromTheFirstCallToTheLast) {
+TEST_F(ModifiedState, save_isShownAsBusyFromTheFirstCallToTheLast) {
     controller.buildDSSearchPaneData();
     controller.addNodeToAuthSearchPolicy("/LDAP/two");
     std::vector<std::string> said;
@@ -236,7 +236,7 @@ TEST_F(ModifiedState, save_isSaidToGoOnFromTheFirstCallToTheLast) {
     EXPECT_EQ(program.interface.busy.text(), "");
 }
 
-TEST_F(ModifiedState, saveThatRaises_isNoLongerSaidToGoOnWhenItsAlertIsShown) {
+TEST_F(ModifiedState, saveThatRaises_isNoLongerShownAsBusyWhenItsAlertIsShown) {
     controller.buildDSSearchPaneData();
     controller.addNodeToAuthSearchPolicy("/LDAP/two");
     program.framework.session->search().onCall = [](const auto&, auto*) -> std::optional<util::Bytes> {
@@ -248,7 +248,7 @@ TEST_F(ModifiedState, saveThatRaises_isNoLongerSaidToGoOnWhenItsAlertIsShown) {
     EXPECT_EQ(program.interface.busy.text(), "");
 }
 
-TEST_F(ModifiedState, saveThatIsCancelledInItsQuestion_isNotSaidToGoOn) {
+TEST_F(ModifiedState, saveThatIsCancelledInItsQuestion_isNotShownAsBusy) {
     controller.buildDSSearchPaneData();
     program.interface.selectSearchPolicy.choose(1); // Local: a directory leaves
     program.toolkit.willAnswer(1);
@@ -303,7 +303,7 @@ TEST_F(ModifiedState, markDirtyOfAPlugin_marksTheWindow) {
     EXPECT_TRUE(edited() && applyEnabled());
 }
 
-TEST_F(ModifiedState, questionThatThrowsAgainAndAgain_isToldOnceAndTheNameFallsBack) {
+TEST_F(ModifiedState, questionThatThrowsAgainAndAgain_isReportedOnceAndTheNameFallsBack) {
     Second::script().throwsIn = "pluginName";
     controller.buildDSConfigPaneData();
     EXPECT_EQ(program.interface.selectPlugIn.texts("Name"), (std::vector<std::string>{"BSD", "LDAP"}));
@@ -311,7 +311,7 @@ TEST_F(ModifiedState, questionThatThrowsAgainAndAgain_isToldOnceAndTheNameFallsB
     EXPECT_EQ(program.platform.log.lines.size(), 1U);
 }
 
-TEST_F(ModifiedState, actionThatThrowsAgain_isToldAgain) {
+TEST_F(ModifiedState, actionThatThrowsAgain_isReportedAgain) {
     First::script().throwsIn = "revertChanges";
     for (const auto times : {1U, 2U}) {
         controller.setPluginModified(true);

@@ -79,7 +79,7 @@ TEST_F(ServicesList, index_countsCharactersNotBytes) {
     EXPECT_EQ(session.config().calls.at(0).code, 1003);
 }
 
-TEST_F(ServicesList, oneConnectorOfOld_isNeverShown) {
+TEST_F(ServicesList, oneLegacyConnector_isNeverShown) {
     program.addConnector("FlatFile", "Active", "1");
     program.addConnector("flatfile", "Active", "1");
     program.launch();
@@ -142,7 +142,7 @@ TEST_F(ServicesList, query_isTheWildcardForRecordNamesWithoutALimit) {
     EXPECT_EQ(query.maximumResults, 0U);
 }
 
-TEST_F(ServicesList, failingQuery_leavesAnEmptyListAndTellsNobody) {
+TEST_F(ServicesList, failingQuery_leavesAnEmptyListWithoutAnAlert) {
     program.launch();
     session.config().nextError = {1, "down", "", ""};
     program.controller().buildDSConfigPaneData();
@@ -181,6 +181,12 @@ TEST_F(ServicesList, exceptionAtTheThirdRecord_keepsTheTwoBefore) {
     EXPECT_EQ(shown(), (std::vector<std::string>{"LDAP", "BSD"})) << "as they came, for nothing sorts them";
 }
 
+TEST_F(ServicesList, thirdRecordThatCantBeRead_leavesTheTwoBefore) {
+    program.addConnector("AD", "Active", "1").raisesOnceFetched = true;
+    program.launch();
+    EXPECT_EQ(shown(), (std::vector<std::string>{"LDAP", "BSD"}));
+}
+
 TEST_F(ServicesList, exceptionInALaterBuild_leavesTheListLoaded) {
     program.launch();
     session.config().raisesOnQuery = true;
@@ -207,7 +213,7 @@ TEST_F(ServicesList, rebuild_makesNewItemsAndPluginObjects) {
     EXPECT_NE(program.controller().pluginWithPrefix("LDAP"), before);
 }
 
-TEST_F(ServicesList, lookUps_areExactAndGiveNothingBeforeTheFirstBuild) {
+TEST_F(ServicesList, lookUps_areExactAndFindNothingBeforeTheFirstBuild) {
     auto& controller = program.controller();
     EXPECT_EQ(controller.pluginWithPrefix("LDAP"), nullptr);
     EXPECT_EQ(controller.pluginWithName("LDAP"), nullptr);

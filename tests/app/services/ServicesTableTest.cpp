@@ -68,9 +68,11 @@ TEST_F(ServicesTable, configureWithoutASelection_doesNothing) {
 
 TEST(ServicesTableAtFirst, withoutAList_hasNoRows) {
     fakes::FakeProgram program;
-    auto& controller = program.controller();
-    (void)controller;
-    EXPECT_EQ(program.interface.selectPlugIn.numberOfRows(), 0);
+    ASSERT_EQ(program.controller().pluginWithPrefix("LDAP"), nullptr);
+    auto& table = program.interface.selectPlugIn;
+    table.reloadData();
+    EXPECT_EQ(table.numberOfRows(), 0);
+    EXPECT_EQ(table.textAt("Name", 0), "DefaultEntry");
 }
 
 TEST_F(ServicesTable, outsideTheList_everyAnswerIsHarmless) {
@@ -102,7 +104,7 @@ TEST_F(ServiceState, followsTheSelectionAndCountsTheConnectorsServers) {
     EXPECT_EQ(text(), "");
 }
 
-TEST_F(ServiceState, oneOrNoServer_isSaidSo) {
+TEST_F(ServiceState, oneOrNoServer_hasItsOwnWords) {
     program.framework.session->names = {"/LDAP/one"};
     EXPECT_EQ(ofRow(2), "LDAP is on, with one server.");
     program.framework.session->names = {"/Local/Accounts"};
@@ -110,7 +112,7 @@ TEST_F(ServiceState, oneOrNoServer_isSaidSo) {
     EXPECT_EQ(text(), "LDAP is on, without a server.");
 }
 
-TEST_F(ServiceState, wishThatIsNotAppliedYet_isSaidToBeOneAndThenTrue) {
+TEST_F(ServiceState, wishThatIsNotAppliedYet_isShownAsOneAndThenAsDone) {
     EXPECT_EQ(ofRow(0), "AD is off: none of its directories is used.");
     program.controller().pluginWithPrefix("AD")->setEnabled(true);
     program.controller().setPluginModified(true);

@@ -1,4 +1,4 @@
-// A table that keeps its on/off and version columns, as an interface of old may.
+// A table that keeps its on/off and version columns, as an older interface may.
 #include <gtest/gtest.h>
 
 #include "fakes/FakeHost.h"
@@ -13,8 +13,8 @@ using toolkit::TextColor;
 namespace {
 
 /// The connectors "LDAP" and "BSD", and an open lock.
-struct TableOfOld : testing::Test, services::ServicesTable::Needs, services::ServicesList::Needs {
-    TableOfOld() {
+struct TableWithAllColumns : testing::Test, services::ServicesTable::Needs, services::ServicesList::Needs {
+    TableWithAllColumns() {
         Recording::script() = {};
         addConnector("LDAP", "1.10");
         addConnector("BSD", "1.2.3");
@@ -45,7 +45,7 @@ struct TableOfOld : testing::Test, services::ServicesTable::Needs, services::Ser
     fakes::FakeHost host;
     std::shared_ptr<fakes::FakeSession> session = std::make_shared<fakes::FakeSession>(journal);
     plugins::PluginController plugIns{platform.environment};
-    fakes::FakeTableView withColumns{journal, "old", {"Name", "Version", "On/Off", "Other"}};
+    fakes::FakeTableView withColumns{journal, "table", {"Name", "Version", "On/Off", "Other"}};
     fakes::FakeButton configure{journal, "configure", nullptr};
     fakes::FakeLabel state{journal, "state"};
     services::ServicesList list{
@@ -63,7 +63,7 @@ struct RaisingColumn final : toolkit::TableColumn {
 
 } // namespace
 
-TEST_F(TableOfOld, cells_showNameVersionAndState) {
+TEST_F(TableWithAllColumns, cells_showNameVersionAndState) {
     EXPECT_EQ(withColumns.texts("Name"), (std::vector<std::string>{"BSD", "LDAP"}));
     EXPECT_EQ(withColumns.texts("Version"), (std::vector<std::string>{"1.2.3", "1.10"}));
     EXPECT_EQ(withColumns.texts("Other"), (std::vector<std::string>{"DefaultEntry", "DefaultEntry"}));
@@ -71,14 +71,14 @@ TEST_F(TableOfOld, cells_showNameVersionAndState) {
     EXPECT_TRUE(withColumns.tableColumnWithIdentifier("On/Off")->dataCell()->on);
 }
 
-TEST_F(TableOfOld, tickingACheckBox_changesTheStateAndMarksTheWindow) {
+TEST_F(TableWithAllColumns, tickingACheckBox_changesTheStateAndMarksTheWindow) {
     withColumns.toggleCheckBox("On/Off", 1, false);
     EXPECT_FALSE(list.isPluginEnabled("LDAP"));
     EXPECT_TRUE(modified);
     EXPECT_TRUE(session->config().calls.empty()); // written by save alone
 }
 
-TEST_F(TableOfOld, editsElsewhere_areIgnored) {
+TEST_F(TableWithAllColumns, editsElsewhere_areIgnored) {
     withColumns.toggleCheckBox("Name", 1, false);
     withColumns.toggleCheckBox("On/Off", 7, false);
     withColumns.toggleCheckBox("On/Off", -1, false);
@@ -86,14 +86,14 @@ TEST_F(TableOfOld, editsElsewhere_areIgnored) {
     EXPECT_FALSE(modified);
 }
 
-TEST_F(TableOfOld, checkBox_isEnabledAsTheConnectorAllowsWhileUnlocked) {
+TEST_F(TableWithAllColumns, checkBox_isEnabledAsTheConnectorAllowsWhileUnlocked) {
     EXPECT_FALSE(withColumns.drawnCell("On/Off", 0).enabled); // "BSD" is never switched off
     EXPECT_TRUE(withColumns.drawnCell("On/Off", 1).enabled);
     host.rights = false;
     EXPECT_FALSE(withColumns.drawnCell("On/Off", 1).enabled);
 }
 
-TEST_F(TableOfOld, colours_touchNameAndVersionOnly) {
+TEST_F(TableWithAllColumns, colours_touchNameAndVersionOnly) {
     host.rights = false;
     EXPECT_EQ(withColumns.drawnCell("Version", 0).textColor, TextColor::gray);
     toolkit::Cell red;
@@ -101,7 +101,7 @@ TEST_F(TableOfOld, colours_touchNameAndVersionOnly) {
     EXPECT_EQ(withColumns.drawnCell("Other", 0, red).textColor, TextColor::red);
 }
 
-TEST_F(TableOfOld, setUp_takesTheColumnOfOldToo) {
+TEST_F(TableWithAllColumns, setUp_takesTheFormerColumnToo) {
     const auto* column = withColumns.tableColumnWithIdentifier("On/Off");
     ASSERT_NE(column, nullptr);
     served.setUpTable();
@@ -112,7 +112,7 @@ TEST_F(TableOfOld, setUp_takesTheColumnOfOldToo) {
     EXPECT_EQ(cell->imagePosition, toolkit::ImagePosition::above);
 }
 
-TEST_F(TableOfOld, checkBoxOfAPlugin_asksAndTellsThePlugin) {
+TEST_F(TableWithAllColumns, checkBoxOfAPlugin_readsAndSetsThePluginsState) {
     platform.bundles.add("/built-in/PlugIns/", "LDAP.cvplug", Recording::factory());
     plugIns.loadPlugins();
     Recording::script().name = "LDAP";
@@ -124,7 +124,7 @@ TEST_F(TableOfOld, checkBoxOfAPlugin_asksAndTellsThePlugin) {
     EXPECT_EQ(Recording::script().calls.back(), "setEnabledForLocation off null");
 }
 
-TEST_F(TableOfOld, cellThatCantBeDecided_isDrawnAsItWas) {
+TEST_F(TableWithAllColumns, cellThatCantBeDecided_isDrawnAsItWas) {
     toolkit::Cell cell;
     cell.textColor = TextColor::red;
     cell.enabled = false;
@@ -133,7 +133,7 @@ TEST_F(TableOfOld, cellThatCantBeDecided_isDrawnAsItWas) {
     EXPECT_FALSE(cell.enabled);
 }
 
-TEST_F(TableOfOld, modification_isShownWhereTheTableIsOnScreen) {
+TEST_F(TableWithAllColumns, modification_isShownWhereTheTableIsOnScreen) {
     withColumns.selectRow(1, false);
     list.pluginWithPrefix("LDAP")->setEnabled(false);
     shown = false;
