@@ -14,7 +14,9 @@ public:
         FormWindow window("example", "Example");
         window.add(FormItem::text("server", "&Server:").value(edited_.server).required("Name the server."));
         window.add(FormItem::number("port", "&Port:", 1, 65535).value(edited_.port).required());
-        window.add(FormItem::text("realm", "&Realm:").value(edited_.realm).characters("ABCDEFGHIJKLMNOPQRSTUVWXYZ."));
+        window.add(FormItem::text("realm", "&Realm:")
+                       .value(edited_.realm)
+                       .characters("ABCDEFGHIJKLMNOPQRSTUVWXYZ."));
         window.button(FormButton::ok([this] { accept(); })).button(FormButton::cancel());
         form_ = Form(host_, window);
     }

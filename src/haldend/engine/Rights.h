@@ -16,7 +16,8 @@ inline constexpr std::string_view preferencesRight = "system.preferences";
 
 /// Who may change the machine, within one run of the service: authorizations, the rights that each holds and
 /// the 32 random bytes by which each is known outside. Tokens are compared in constant time and wiped when
-/// the authorization's rights are destroyed, when it is closed, and when this object is destroyed. Any thread.
+/// the authorization's rights are destroyed, when it is closed, and when this object is destroyed. Any
+/// thread.
 class Rights {
 public:
     using Ref = std::uint64_t;

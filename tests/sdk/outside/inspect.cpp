@@ -1,5 +1,6 @@
 // Loads every plug-in of a folder as the program does and says what became of each, one line a plug-in:
-// name, what it calls itself, and whether it can be configured. Where it opens a form, what a user meets there.
+// name, what it calls itself, and whether it can be configured. Where it opens a form, what a user meets
+// there.
 #include <filesystem>
 #include <iostream>
 #include <set>

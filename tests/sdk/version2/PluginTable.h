@@ -1,7 +1,7 @@
 #pragma once
 
-/* The headers of version 2 as they first were: recorded, never changed. A module that was built with them must
- * load for as long as the host can use version 2. Only one of the two PluginTable.h can be included. */
+/* The headers of version 2 as they first were: recorded, never changed. A module that was built with them
+ * must load for as long as the host can use version 2. Only one of the two PluginTable.h can be included. */
 
 /* The boundary between Corvane and its configuration plug-ins, in plain C.
  *
