@@ -51,7 +51,7 @@ public:
     /// Changes a property of an item or button; with an empty name the form's "title".
     void set(const std::string& name, const std::string& key, const util::Value& value);
     /// Says what is wrong with a field, or, with an empty name, with the whole. While a button that accepts
-    /// is being pressed this keeps the form open. The message goes when that field is changed.
+    /// is being pressed this keeps the form open. The message is removed when that field is changed.
     void complain(const std::string& name, const std::string& text);
     void suggest(const std::string& name, const std::vector<std::string>& values);
 

@@ -22,7 +22,7 @@ public:
     /// Something about this item has changed. The text that a user is just typing isn't touched unless the
     /// item's value is another one.
     virtual void itemChanged(const Item& item) = 0;
-    /// Which buttons can be pressed, and what stands on them, may have changed.
+    /// Which buttons can be pressed, and their titles, may have changed.
     virtual void buttonsChanged() = 0;
     /// The title of the form has changed.
     virtual void titleChanged() = 0;

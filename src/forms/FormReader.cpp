@@ -341,7 +341,7 @@ const Setters<FormDescription>& formSetters() {
 class Names {
 public:
     void add(const std::string& name) {
-        if (!name.empty() && !seen_.insert(name).second) refuse("the name \"" + name + "\" stands twice");
+        if (!name.empty() && !seen_.insert(name).second) refuse("the name \"" + name + "\" appears twice");
     }
     void add(const std::vector<Button>& buttons) {
         for (const auto& button : buttons)

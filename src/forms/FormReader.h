@@ -13,7 +13,7 @@ public:
 };
 
 /// Reads a description as it is documented for plug-ins. Throws `FormError` for a key that isn't known, a
-/// value of the wrong kind, a name that stands twice, and more than the limits. `description` isn't kept.
+/// value of the wrong kind, a name that appears twice, and more than the limits. `description` isn't kept.
 [[nodiscard]] FormDescription readForm(const util::Dictionary& description);
 
 /// Changes one property of an item, or of a button, by the key that a description has for it. Throws

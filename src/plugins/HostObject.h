@@ -26,7 +26,7 @@ struct HostSession {
     const platform::PropertyListCodec* codec;
 };
 
-/// What stands behind a plug-in's reference.
+/// What a plug-in's reference refers to.
 using HostObjectContent =
     std::variant<util::Value, HostSession, HostNode, std::shared_ptr<platform::Authorization>,
                  std::shared_ptr<toolkit::Formatter>, std::shared_ptr<forms::Form>>;
@@ -53,7 +53,7 @@ namespace corvane::plugins {
 [[nodiscard]] CorvaneObject* newReference(std::shared_ptr<toolkit::Formatter> formatter);
 [[nodiscard]] CorvaneObject* newReference(std::shared_ptr<forms::Form> form);
 
-/// What stands behind a reference, when it is of that type; null otherwise, and for a null reference.
+/// What a reference refers to, when it is of that type; null otherwise, and for a null reference.
 template <typename Content>
 [[nodiscard]] const Content* contentOf(const CorvaneObject* object) {
     return object == nullptr ? nullptr : std::get_if<Content>(&object->content);

@@ -4,7 +4,7 @@
 namespace corvane::plugins {
 namespace {
 
-/// Most entries answer a reference or nothing, and have no way to tell why.
+/// Most entries answer a reference or nothing, and have no way to say why.
 template <typename Body>
 CorvaneObject* reference(Body body) noexcept {
     return shielded<CorvaneObject*>(nullptr, nullptr, body);

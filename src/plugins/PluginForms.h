@@ -9,8 +9,8 @@
 
 namespace corvane::plugins {
 
-/// The forms that one plug-in object has open. They are closed, without a word to the plug-in, when this
-/// goes. Main thread.
+/// The forms that one plug-in object has open. They are closed with this, without a word to the
+/// plug-in. Main thread.
 class PluginForms {
 public:
     explicit PluginForms(PluginCallbacks callbacks) : callbacks_(std::move(callbacks)) {}

@@ -62,7 +62,7 @@ public:
     /// Ask `canSelfTest` first: without a test the answer is false.
     [[nodiscard]] bool selfTest();
     /// The same without waiting, where the plug-in can do that: `finished` is called once, perhaps at once,
-    /// unless this item goes before.
+    /// unless this item is destroyed before.
     void beginSelfTest(std::function<void(bool passed)> finished);
 
     [[nodiscard]] bool isDirty() const;

@@ -14,12 +14,12 @@
 
 namespace corvane::plugins {
 
-/// What one plug-in object waits for: timers, posted work and requests. All of it is dropped when this goes.
+/// What one plug-in object waits for: timers, posted work and requests. All of it is dropped with this.
 /// Main thread, but for `post`.
 class PluginTasks {
 public:
     using Number = std::uint64_t;
-    /// Where an answer goes: the plug-in's own function and what it passed along.
+    /// Who gets an answer: the plug-in's own function and what it passed along.
     struct Receiver {
         CorvaneCompletion completion;
         void* data;

@@ -36,7 +36,7 @@ typedef struct CorvaneDirectory {
                               CorvaneObject* attributes, uint32_t maximum, CorvaneObject** error);
 
     /* Sends a numbered request. The reply is data, or null when the service gave none; whether the call
-     * worked is told by `error` alone. `request` may be null when `length` is 0. */
+     * worked is said by `error` alone. `request` may be null when `length` is 0. */
     CorvaneObject* (*customCall)(CorvaneObject* node, int32_t code, const void* request, uint64_t length,
                                  CorvaneObject** error);
     /* The same with the 32-byte authorization external form in front of the request. */

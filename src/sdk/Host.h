@@ -8,7 +8,7 @@
 
 namespace corvane::sdk {
 
-/// The authorization's external form: as good as a password, so it is overwritten when it goes.
+/// The authorization's external form: as good as a password, so it is overwritten when it is destroyed.
 class AuthorizationForm {
 public:
     AuthorizationForm() = default;
@@ -53,7 +53,7 @@ public:
     [[nodiscard]] Object date(double secondsSince1970) const {
         return value(objects().makeDate(secondsSince1970));
     }
-    /// Copied; the copy is overwritten when its last reference goes.
+    /// Copied; the copy is overwritten when its last reference is released.
     [[nodiscard]] Object data(std::span<const std::uint8_t> bytes) const {
         return value(objects().makeData(bytes.data(), bytes.size()));
     }

@@ -98,7 +98,7 @@
 /* Absent while nothing has failed: a dictionary of the strings "kind" (one of CORVANE_LDAP_FAILURE_),
  * "cause", "evidence" and "nextStep", the last three for people. */
 #define CORVANE_LDAP_REPORT_FAILURE "failure"
-/* Array of strings: the naming contexts that the server tells. */
+/* Array of strings: the naming contexts that the server lists. */
 #define CORVANE_LDAP_REPORT_BASES "bases"
 /* String: the one the server prefers, else the first. */
 #define CORVANE_LDAP_REPORT_DEFAULT_BASE "defaultBase"
@@ -118,7 +118,7 @@
 /* Kinds of failure */
 #define CORVANE_LDAP_FAILURE_UNKNOWN_HOST "unknownHost"
 #define CORVANE_LDAP_FAILURE_REFUSED "refused"
-/* Nothing is heard: before or after the connection stands. */
+/* Nothing is heard: before or after the connection is made. */
 #define CORVANE_LDAP_FAILURE_TIMEOUT "timeout"
 /* The certificate isn't signed by an authority that is trusted. */
 #define CORVANE_LDAP_FAILURE_UNTRUSTED "untrusted"

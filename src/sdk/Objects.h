@@ -61,7 +61,7 @@ typedef struct CorvaneObjects {
 
     /* Makers. Each answers a new immutable value; arrays and dictionaries come empty and can be changed.
      * `length` counts bytes; texts are UTF-8 and may hold a NUL. Bytes are overwritten when the last
-     * reference goes, so that data can carry a secret. */
+     * reference is released, so that data can carry a secret. */
     CorvaneObject* (*makeString)(const char* text, uint64_t length);
     CorvaneObject* (*makeInteger)(int64_t number);
     CorvaneObject* (*makeUnsigned)(uint64_t number);

@@ -65,7 +65,7 @@ concept HasAbout = requires {
     { P::about } -> std::same_as<const About&>;
 };
 
-/// Where the outcome of a self-test goes that was begun: to be called once.
+/// Takes the outcome of a self-test that was begun: to be called once.
 struct TruthTaker {
     CorvaneTruthTaker take = nullptr;
     void* context = nullptr;

@@ -63,7 +63,7 @@ typedef void (*CorvaneReasonTaker)(void* context, const char* reason);
 /* Takes an answer. */
 typedef void (*CorvaneTruthTaker)(void* context, int8_t answer);
 
-/* An object of the plug-in's that will run something against the directory service and must be told with
+/* An object of the plug-in's that will run something against the directory service and must know with
  * which authorization. Both setters are required. */
 typedef struct CorvaneAction {
     uint32_t size; /* of this table in bytes */
@@ -98,7 +98,7 @@ typedef struct CorvaneHost {
     CorvaneObject* (*propertyListFromData)(void* context, const CorvaneObject* data, CorvaneObject** error);
 
     /* True when the directory service can be reached; a connection that was lost is made anew first, which
-     * may ask for a remote server's password. Nobody is told of a failure: that is the plug-in's to do. */
+     * may ask for a remote server's password. A failure isn't shown: that is up to the plug-in. */
     int8_t (*preflightDSRef)(void* context);
     /* Makes sure that the user holds the configuration rights, asking for them if needed. False when they
      * were refused. */
@@ -149,7 +149,7 @@ typedef struct CorvaneHost {
      * saved is gone then. */
     void (*reloadSearchPolicies)(void* context);
     /* Writes the policies that have changed, asking for the rights if needed. False when the rights or the
-     * service weren't to be had. What the service refuses is told to the user and stays unsaved; the answer
+     * service weren't to be had. What the service refuses is shown to the user and stays unsaved; the answer
      * is true then, too. */
     int8_t (*saveSearchPolicies)(void* context);
     int8_t (*isNodeOnAuthSearchPolicy)(void* context, const char* nodeName);
@@ -179,7 +179,7 @@ typedef struct CorvaneHost {
     /* Enabled state of the connector with this prefix, as the user wishes it. */
     int8_t (*isPluginEnabled)(void* context, const char* prefix);
     /* Changes the enabled state of the connector with this prefix and writes it at once. A failure isn't
-     * told; the state is then still wished, and written with the next Apply. */
+     * reported; the state is then still wished, and written with the next Apply. */
     void (*setPluginEnabled)(void* context, const char* prefix, int8_t enabled);
 
     const CorvaneForms* forms;
@@ -226,7 +226,7 @@ typedef struct CorvanePlugin {
      * Default: false. */
     int8_t (*isDirty)(void* self);
     /* Apply: asked of every connector, changed or not. False ends the saving, and this connector's enabled
-     * state isn't written; the plug-in tells the user why. Default: true. */
+     * state isn't written; the plug-in shows the user why. Default: true. */
     int8_t (*saveChanges)(void* self);
     /* Revert: throw away what is unsaved; the object is destroyed soon after. The answer isn't looked at.
      * Default: true. */

@@ -12,7 +12,7 @@
 #pragma GCC visibility push(hidden)
 
 /// Makes a function table out of a plain C++ class by looking at what it has. A method with the right name
-/// and the wrong signature fails to compile; exceptions stay inside and are told to the host.
+/// and the wrong signature fails to compile; exceptions stay inside and are reported to the host.
 ///
 ///     class MyConnector {
 ///     public:

@@ -24,7 +24,7 @@ typedef struct CorvaneTasks {
     uint32_t size; /* of this table in bytes, as the host knows it; entries beyond it aren't there */
 
     /* Calls `task` soon, on the main thread, after what was posted before. May be called from any thread;
-     * one that isn't the main thread must have ended, or must not call it any more, when the plug-in object
+     * one that isn't the main thread must have ended, or must no longer call it, when the plug-in object
      * is destroyed. */
     void (*post)(void* context, CorvaneTask task, void* data);
     /* Calls `task` after that many seconds; once, or again and again until it is cancelled. The answer is a
@@ -43,7 +43,7 @@ typedef struct CorvaneTasks {
                         CorvaneObject* attributes, uint32_t maximum, CorvaneCompletion completion,
                         void* data);
 
-    /* Nothing is called back for this number any more. A request that was sent already may still have its
+    /* Nothing is called back for this number from here on. A request that was sent already may still have its
      * effect. Numbers that aren't known, 0 among them, are ignored. */
     void (*cancel)(void* context, uint64_t number);
 } CorvaneTasks;

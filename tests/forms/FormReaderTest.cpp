@@ -74,11 +74,11 @@ TEST(FormReader, nameThatAppearsTwice_isRefusedWhereverItIs) {
     const auto inGroup = Dictionary{
         {"kind", "group"}, {"name", "more"}, {"items", Array{Dictionary{{"kind", "text"}, {"name", "a"}}}}};
     EXPECT_EQ(refusalOf(windowWith(Array{Dictionary{{"kind", "text"}, {"name", "a"}}, inGroup})),
-              "the name \"a\" stands twice");
+              "the name \"a\" appears twice");
     auto withButton = util::Dictionary::makeMutable(
         {{"title", "Example"}, {"items", Array{Dictionary{{"kind", "text"}, {"name", "ok"}}}}});
     withButton.set("buttons", Array{Dictionary{{"name", "ok"}}});
-    EXPECT_EQ(refusalOf(withButton), "the name \"ok\" stands twice");
+    EXPECT_EQ(refusalOf(withButton), "the name \"ok\" appears twice");
 }
 
 TEST(FormReader, tooMuch_isRefused) {

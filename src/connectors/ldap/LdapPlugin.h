@@ -22,7 +22,7 @@ public:
     bool isDirty() { return list_.isDirty() || (wanted_ && *wanted_ != isEnabled()); }
     /// Opens the list of servers; an error in reading them is shown instead.
     void configureButtonClicked(void* sender);
-    /// False when the service refuses; the user has been told, and the changes are kept.
+    /// False when the service refuses; the user has seen why, and the changes are kept.
     bool saveChanges();
     bool revertChanges();
     std::vector<std::string> nodesToRemove() { return list_.nodesToRemove(); }

@@ -14,7 +14,8 @@ constexpr int ldapsPort = 636;
 /// Overwrites a secret in a way that an optimiser may not leave out.
 void wipe(std::string& secret) noexcept;
 
-/// One LDAP server as its settings say. A value; a password that was typed is overwritten when it goes.
+/// One LDAP server as its settings say. A value; a password that was typed is overwritten when it is
+/// destroyed.
 struct Server {
     Server() = default;
     Server(const Server&) = default;

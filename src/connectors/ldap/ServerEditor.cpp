@@ -209,7 +209,7 @@ Server ServerEditor::server() const {
     made.name = typed("name");
     if (made.name.empty()) made.name = list_.freeName(made.title());
     if (made.bindDN.empty()) {
-        // An anonymous bind needs no password: a saved one goes with the name.
+        // An anonymous bind needs no password: a saved one is removed with the name.
         made.password = original_.hasPassword ? std::optional<std::string>("") : std::nullopt;
     } else {
         // An empty field keeps the saved one, also when the name was cleared before and is back now.

@@ -24,7 +24,7 @@ public:
     virtual void contentGrew() = 0;
 };
 
-/// The widgets of one item. They belong to the window; the view goes with it. Main thread.
+/// The widgets of one item. They belong to the window, and the view is destroyed with it. Main thread.
 class ItemView {
 public:
     ItemView() = default;
