@@ -159,7 +159,11 @@ check_layer_tests() {
     done < <(grep -lE '^add_layer_test\(' tests/*/CMakeLists.txt)
 }
 
-archive_of() { find "$build" -name "libcorvane-${1//\//-}.a" -print -quit; }
+archive_of() {
+    local name=${1//\//-}
+    [[ $name != connectors ]] || name=connector-ldap # loadable modules, and this library of the large one
+    find "$build" -name "libcorvane-$name.a" -print -quit
+}
 
 # What every program may import: names the C and C++ run-time libraries define. Versions (name@VERSION) cut off.
 standard_symbols() {
