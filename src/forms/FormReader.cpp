@@ -50,7 +50,7 @@ const Words<Step::State> stateWords{{"waiting", Step::State::waiting},
 std::string textFrom(const util::Value& value) {
     if (value.isNull()) return "";
     const auto text = value.as<util::String>();
-    if (text.isNull()) refuse("it is no string");
+    if (text.isNull()) refuse("it isn't a string");
     if (text.text().size() > longestText)
         refuse("it is longer than " + std::to_string(longestText) + " bytes");
     return text.text();
@@ -64,7 +64,7 @@ bool truthFrom(const util::Value& value) {
 
 std::int64_t integerFrom(const util::Value& value) {
     const auto number = value.as<util::Number>();
-    if (number.isNull() || number.isBoolean() || number.isFloating()) refuse("it is no whole number");
+    if (number.isNull() || number.isBoolean() || number.isFloating()) refuse("it isn't a whole number");
     return number.integerValue();
 }
 
@@ -99,7 +99,7 @@ void about(const std::string& part, Body body) {
 template <typename Element, typename Read>
 std::vector<Element> listFrom(const util::Value& value, std::size_t most, Read read) {
     const auto array = value.as<util::Array>();
-    if (array.isNull() && !value.isNull()) refuse("it is no array");
+    if (array.isNull() && !value.isNull()) refuse("it isn't an array");
     if (array.count() > most) refuse("it has more than " + std::to_string(most) + " elements");
     std::vector<Element> list;
     list.reserve(array.count());
@@ -111,7 +111,7 @@ std::vector<Element> listFrom(const util::Value& value, std::size_t most, Read r
 template <typename Target>
 Target readInto(Target target, const util::Value& value, const Setters<Target>& setters) {
     const auto dictionary = value.as<util::Dictionary>();
-    if (dictionary.isNull()) refuse("it is no dictionary");
+    if (dictionary.isNull()) refuse("it isn't a dictionary");
     for (const auto& key : dictionary.keys()) {
         const auto setter = setters.find(key);
         if (setter == setters.end()) refuse("there is no property \"" + key + "\"");
@@ -191,7 +191,7 @@ void setValue(Item& item, const util::Value& value) {
         item.value = truthFrom(value);
         return;
     case Item::Kind::progress: // between 0 and 1; none while nobody knows
-        if (!value.isNull() && value.as<util::Number>().isNull()) refuse("it is no number");
+        if (!value.isNull() && value.as<util::Number>().isNull()) refuse("it isn't a number");
         item.value = value;
         return;
     case Item::Kind::list: {
@@ -227,7 +227,7 @@ void setRows(Item& item, const util::Value& value) {
 /// An item's kind comes first: the meaning of its value depends on it.
 Item readItem(const util::Value& value) {
     const auto dictionary = value.as<util::Dictionary>();
-    if (dictionary.isNull()) refuse("it is no dictionary");
+    if (dictionary.isNull()) refuse("it isn't a dictionary");
     Item item;
     about("\"kind\"", [&] { item.kind = wordFrom(dictionary.valueForKey("kind"), kindWords); });
     auto rest = util::Dictionary(dictionary.mutableCopy().object());
@@ -242,7 +242,7 @@ Item readItem(const util::Value& value) {
 /// Names an item in a message, by its name or its place.
 std::vector<Item> readItems(const util::Value& value) {
     const auto array = value.as<util::Array>();
-    if (array.isNull() && !value.isNull()) refuse("it is no array");
+    if (array.isNull() && !value.isNull()) refuse("it isn't an array");
     if (array.count() > mostItems) refuse("it has more than " + std::to_string(mostItems) + " elements");
     std::vector<Item> items;
     for (std::size_t i = 0; i < array.count(); ++i) {

@@ -165,7 +165,7 @@ util::Value BinaryReader::readDictionary(std::size_t offset) {
     util::ValueMap map;
     for (std::uint64_t i = 0; i < extent.count; ++i) {
         const auto key = readObject(referenceAt(extent, i)).as<util::String>();
-        if (key.isNull()) fail(offset, "a key of a dictionary is no text");
+        if (key.isNull()) fail(offset, "a key of a dictionary isn't a text");
         auto value = readObject(referenceAt(extent, extent.count + i));
         if (!map.emplace(key.text(), std::move(value)).second)
             fail(offset, "the key \"" + key.text() + "\" appears twice");
@@ -176,7 +176,8 @@ util::Value BinaryReader::readDictionary(std::size_t offset) {
 BinaryReader::Extent BinaryReader::extentAt(std::size_t offset, std::size_t elementWidth) const {
     Extent extent{bytes_[offset] & 0xFU, offset + 1};
     if (extent.count == 0xF) {
-        if (offset + 1 >= end_ || (bytes_[offset + 1] >> 4U) != 1) fail(offset + 1, "a count is no integer");
+        if (offset + 1 >= end_ || (bytes_[offset + 1] >> 4U) != 1)
+            fail(offset + 1, "a count isn't an integer");
         const auto exponent = bytes_[offset + 1] & 0xFU;
         if (exponent > 3) fail(offset + 1, "a count is wider than eight bytes");
         extent.count = unsignedAt(offset + 2, std::size_t{1} << exponent);

@@ -34,18 +34,18 @@ util::Value integerFrom(std::string_view text) {
     if (text.starts_with('+')) text.remove_prefix(1);
     if (const auto number = wholeNumber<std::int64_t>(text)) return *number;
     if (const auto number = wholeNumber<std::uint64_t>(text)) return *number;
-    throw FormatFailure("\"" + std::string(text.substr(0, 40)) + "\" is no integer of 64 bits");
+    throw FormatFailure("\"" + std::string(text.substr(0, 40)) + "\" isn't an integer of 64 bits");
 }
 
 util::Value realFrom(std::string_view text) {
     if (text.starts_with('+')) text.remove_prefix(1);
     if (const auto number = wholeNumber<double>(text)) return *number; // also nan, inf, infinity
-    throw FormatFailure("\"" + std::string(text.substr(0, 40)) + "\" is no number");
+    throw FormatFailure("\"" + std::string(text.substr(0, 40)) + "\" isn't a number");
 }
 
 util::Value dateFrom(std::string_view text) {
     if (const auto seconds = secondsFromDateText(text)) return util::Date(*seconds);
-    throw FormatFailure("\"" + std::string(text.substr(0, 40)) + "\" is no date like 2026-01-31T23:59:59Z");
+    throw FormatFailure("\"" + std::string(text.substr(0, 40)) + "\" isn't a date like 2026-01-31T23:59:59Z");
 }
 
 util::Value dataFrom(std::string_view text) {
@@ -149,7 +149,7 @@ private:
         if (name == "key") return startKey();
         requirePlaceForValue(name);
         if (name == "dict" || name == "array") return startContainer(name == "dict");
-        if (!isLeaf(name)) throw FormatFailure("<" + name + "> is no element of a property list");
+        if (!isLeaf(name)) throw FormatFailure("<" + name + "> isn't an element of a property list");
         leaf_ = name;
         text_.clear();
     }

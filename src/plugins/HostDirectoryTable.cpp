@@ -8,7 +8,7 @@ namespace corvane::plugins {
 namespace {
 
 halden::Error wrongObject(const char* what) {
-    return {halden::ErrorCode::parameter, std::string("What the plug-in passed is no ") + what + ".",
+    return {halden::ErrorCode::parameter, std::string("What the plug-in passed isn't a ") + what + ".",
             "The reference is null, or stands for an object of another kind.", ""};
 }
 

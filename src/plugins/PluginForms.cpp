@@ -43,7 +43,7 @@ Result onForm(Result otherwise, const CorvaneObject* object, CorvaneObject** pla
         auto* form = formOf(object);
         try {
             if (form != nullptr) return body(*form);
-            report({CORVANE_ERROR_PARAMETER, "What the plug-in passed is no form.", "", ""}, place);
+            report({CORVANE_ERROR_PARAMETER, "What the plug-in passed isn't a form.", "", ""}, place);
         } catch (const forms::FormError& error) {
             report({CORVANE_ERROR_PARAMETER, "The form can't do that.", error.what(), ""}, place);
         }

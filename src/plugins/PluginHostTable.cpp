@@ -134,7 +134,7 @@ void PluginHostTable::fillMessages() {
             const auto bytes = valueOf(data).as<util::Data>();
             const auto value = api.propertyLists().parse(bytes.bytes(), &reason);
             if (value.isNull())
-                report({halden::ErrorCode::parameter, "The data is no property list.", reason, ""}, error);
+                report({halden::ErrorCode::parameter, "The data isn't a property list.", reason, ""}, error);
             return newReference(value);
         });
     };

@@ -61,8 +61,8 @@ TEST(FormReader, mistakes_areNamedByItemAndKey) {
     };
     EXPECT_EQ(refusalOf(item("minimun", 1)), "\"items\": item \"port\": there is no property \"minimun\"");
     EXPECT_EQ(refusalOf(item("minimum", "one")),
-              "\"items\": item \"port\": \"minimum\": it is no whole number");
-    EXPECT_EQ(refusalOf(item("value", 1.5)), "\"items\": item \"port\": \"value\": it is no whole number");
+              "\"items\": item \"port\": \"minimum\": it isn't a whole number");
+    EXPECT_EQ(refusalOf(item("value", 1.5)), "\"items\": item \"port\": \"value\": it isn't a whole number");
     EXPECT_NE(refusalOf(windowWith(Array{Dictionary{{"kind", "nummer"}}})).find("\"nummer\" is none of"),
               std::string::npos);
     EXPECT_EQ(refusalOf(windowWith(Array{Dictionary{{"name", "port"}}})).substr(0, 31),

@@ -87,7 +87,7 @@ TEST(PropertyListBinary, malformedObject_isRefusedWithPlaceAndReason) {
     expectRefusal(document({{0x24, 1}}), "floating number");
     expectRefusal(document({{0x32, 1, 2, 3, 4}}), "a date");
     expectRefusal(document({{0x45, 1, 2}}), "a count of 5 reaches beyond");
-    expectRefusal(document({{0x5F, 0x52}}), "a count is no integer");
+    expectRefusal(document({{0x5F, 0x52}}), "a count isn't an integer");
     expectRefusal(document({{0x5F, 0x14}}), "wider than eight");
     expectRefusal(document({{0x5F, 0x13, 255, 255, 255, 255, 255, 255, 255, 255}}),
                   "reaches beyond the objects");
@@ -95,7 +95,7 @@ TEST(PropertyListBinary, malformedObject_isRefusedWithPlaceAndReason) {
     expectRefusal(document({{0x61, 0xD8, 0}}), "UTF-16");
     expectRefusal(document({{0xA1, 7}}), "object 7 does not exist");
     expectRefusal(document({{0xA1, 0}}), "object 0 holds itself");
-    expectRefusal(document({{0xD1, 1, 1}, {0x09}}), "a key of a dictionary is no text");
+    expectRefusal(document({{0xD1, 1, 1}, {0x09}}), "a key of a dictionary isn't a text");
     expectRefusal(document({{0xD2, 1, 1, 2, 2}, {0x51, 'k'}, {0x09}}), "\"k\" appears twice");
 }
 

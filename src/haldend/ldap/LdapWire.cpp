@@ -178,7 +178,7 @@ void LdapWire::loadAuthorities(const LdapTrust& trust) {
 
 void LdapWire::encrypt(const std::string& host, const LdapTrust& trust, std::chrono::seconds limit) {
     // Whoever is on the line could have put words into the server's mouth that would then count as encrypted.
-    if (hasMore()) throw noTls(peer_, "it goes on in the clear after it has agreed to encrypt");
+    if (hasMore()) throw noTls(peer_, "it continues in the clear after agreeing to encrypt");
     gnutls_certificate_allocate_credentials(&credentials_);
     if (trust.isDemanded) loadAuthorities(trust);
     gnutls_init(&session_, GNUTLS_CLIENT | GNUTLS_NONBLOCK);

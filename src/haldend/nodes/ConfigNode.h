@@ -18,7 +18,7 @@ public:
                                            bool allowPartial) override;
 
 protected:
-    /// The version of the machine's operating system; absent when the machine doesn't tell it.
+    /// The version of the machine's operating system; absent when the machine doesn't say.
     [[nodiscard]] AttributeMap details() override;
     [[nodiscard]] std::vector<std::string> subnodes() override;
     /// Flips a connector, where the request is the 32-byte external form alone and the reply is empty; or

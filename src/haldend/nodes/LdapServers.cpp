@@ -193,7 +193,7 @@ LdapRequestValues::LdapRequestValues(util::BytesView request, const platform::Pr
     values_ = value.as<util::Dictionary>();
     if (values_.isNull())
         throw Failure(halden::ErrorCode::parameter, "The request about LDAP servers can't be understood.",
-                      value.isNull() ? "It is no property list: " + reason + "." : "It is no dictionary.",
+                      value.isNull() ? "It isn't a property list: " + reason + "." : "It isn't a dictionary.",
                       "Use a program of the same version as this service.");
 }
 

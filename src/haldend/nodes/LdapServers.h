@@ -12,7 +12,7 @@ namespace corvane::haldend {
 [[nodiscard]] util::Bytes listLdapServers(Engine& engine);
 util::Bytes writeLdapServers(Engine& engine, util::BytesView request);
 
-/// What a request holds, as a dictionary; its passwords are wiped when this goes.
+/// What a request holds, as a dictionary; its passwords are wiped with this.
 class LdapRequestValues {
 public:
     LdapRequestValues(util::BytesView request, const platform::PropertyListCodec& codec);

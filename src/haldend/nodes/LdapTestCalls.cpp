@@ -15,13 +15,13 @@ namespace {
 namespace reportKey = sdk::ldap::reportKey;
 
 Failure badRequest(const std::string& reason) {
-    return {halden::ErrorCode::parameter, "The request to try an LDAP server can't be understood.", reason,
+    return {halden::ErrorCode::parameter, "The request to test an LDAP server can't be understood.", reason,
             "Use a program of the same version as this service."};
 }
 
 std::int64_t jobIn(const LdapRequestValues& request) {
     const auto number = request.values().valueForKey("job").as<util::Number>();
-    if (number.isNull() || number.isBoolean()) throw badRequest("\"job\" is no number.");
+    if (number.isNull() || number.isBoolean()) throw badRequest("\"job\" isn't a number.");
     return number.integerValue();
 }
 
@@ -38,13 +38,13 @@ bool mayShowPassword(const util::Dictionary& values) {
     return value.booleanValue();
 }
 
-/// The addresses with what a person has written otherwise left out: such a one can't be tried here.
+/// The addresses without those that a person has written in another way: such a server can't be tested here.
 void keepPlainAddresses(LdapServer& server) {
     std::erase_if(server.addresses, [](const auto& address) {
         return address == "_srv_" || address.find("://") != std::string::npos;
     });
     if (server.addresses.empty())
-        throw Failure(halden::ErrorCode::parameter, "The LDAP server can't be tried.",
+        throw Failure(halden::ErrorCode::parameter, "The LDAP server can't be tested.",
                       "It has no address of its own; SSSD looks one up in the DNS by itself.",
                       "Name the host on which it runs.");
 }
@@ -69,7 +69,7 @@ LdapTestPlan planFrom(const util::Dictionary& values, const SssdFile& saved, con
     plan.user = plainTextIn(values, "user");
     plan.group = plainTextIn(values, "group");
     const auto described = values.valueForKey("server").as<util::Dictionary>();
-    if (described.isNull()) throw badRequest("\"server\" is no dictionary.");
+    if (described.isNull()) throw badRequest("\"server\" isn't a dictionary.");
     const auto put = tryRequestFrom(described, saved.domains());
     plan.server = put.server;
     plan.hasReadablePassword = !plan.server.hasPassword || !plan.server.password.empty();

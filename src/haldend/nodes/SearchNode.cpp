@@ -51,7 +51,7 @@ void requireNodeName(const std::string& name) {
         throw badList("\"" + name + "\" is a search policy itself and can't stand on one.");
     const bool isPlain = std::ranges::none_of(name, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
     if (!hasTwoParts || !isPlain || name.size() > maximumNameLength)
-        throw badList("\"" + name.substr(0, 80) + "\" is no node name like /LDAP/ldap.example.com.");
+        throw badList("\"" + name.substr(0, 80) + "\" isn't a node name like /LDAP/ldap.example.com.");
 }
 
 } // namespace
@@ -184,13 +184,13 @@ void SearchNode::setCustomList(util::BytesView request) {
 std::vector<std::string> SearchNode::listFrom(util::BytesView bytes) const {
     std::string reason;
     const auto value = engine().codec().parse(bytes, &reason);
-    if (value.isNull()) throw badList("It is no property list: " + reason + ".");
+    if (value.isNull()) throw badList("It isn't a property list: " + reason + ".");
     const auto list = value.as<util::Array>();
-    if (list.isNull()) throw badList("It is no array.");
+    if (list.isNull()) throw badList("It isn't an array.");
     if (list.count() > maximumListLength) throw badList("It has more than a thousand entries.");
     for (const auto& element : list.elements()) {
         if (!element.isKind(util::Kind::String))
-            throw badList("An entry is no text: " + element.description().substr(0, 80));
+            throw badList("An entry isn't a text: " + element.description().substr(0, 80));
         requireNodeName(element.as<util::String>().text());
     }
     auto names = list.texts();

@@ -83,7 +83,7 @@ const SssdDomain& requireServer(const std::vector<SssdDomain>& saved, const std:
         throw refused("There is no LDAP server \"" + name + "\" on this machine.",
                       "Look at the servers as they are now, and try again.");
     if (!isLdapServer(*found))
-        throw refused("The section [domain/" + name + "] of sssd.conf is no LDAP server (id_provider = " +
+        throw refused("The section [domain/" + name + "] of sssd.conf isn't an LDAP server (id_provider = " +
                           found->option("id_provider") + ").",
                       "Choose another name.");
     return *found;
@@ -160,7 +160,7 @@ void check(const LdapServer& server, const std::optional<LdapServer>& before) {
 std::optional<std::string> passwordIn(const util::Dictionary& values) {
     if (!values.containsKey(key::password)) return std::nullopt;
     const auto data = values.valueForKey(key::password).as<util::Data>();
-    if (data.isNull()) throw malformed("\"password\" is no data.");
+    if (data.isNull()) throw malformed("\"password\" isn't data.");
     auto password = util::textFromBytes(data.bytes());
     try {
         requirePassword(password);
@@ -228,13 +228,13 @@ LdapServersRequest writeRequestFrom(const util::Dictionary& values, const std::v
         (void)requireServer(saved, name);
     const auto value = values.valueForKey("put");
     const auto list = value.as<util::Array>();
-    if (!value.isNull() && list.isNull()) throw malformed("\"put\" is no list.");
+    if (!value.isNull() && list.isNull()) throw malformed("\"put\" isn't a list.");
     if (list.count() > maximumServers)
         throw refused("There are " + std::to_string(list.count()) + " servers to write.",
                       "Write at most " + std::to_string(maximumServers) + " at a time.");
     for (const auto& element : list.elements()) {
         const auto server = element.as<util::Dictionary>();
-        if (server.isNull()) throw malformed("An entry of \"put\" is no dictionary.");
+        if (server.isNull()) throw malformed("An entry of \"put\" isn't a dictionary.");
         const auto name = optionalText(server, key::name).value_or("");
         const auto replaced = optionalText(server, key::replaces).value_or("");
         const auto found = std::ranges::find(saved, name, &SssdDomain::name);

@@ -56,7 +56,7 @@ std::string objection(std::string_view text) {
         return "is longer than " + std::to_string(maximumLength) + " characters.";
     if (std::ranges::any_of(text, [](unsigned char c) { return c < 0x20 || c == 0x7F; }))
         return "holds a line end or another control character.";
-    if (!isUtf8(text)) return "is no UTF-8 text.";
+    if (!isUtf8(text)) return "isn't UTF-8 text.";
     if (text.starts_with(' ') || text.ends_with(' '))
         return "begins or ends with a blank, which SSSD ignores.";
     return {};
@@ -110,7 +110,7 @@ void requireServerName(std::string_view name) {
 
 void requireAddress(std::string_view address) {
     if (isNumericAddress(std::string(address)) || isHostName(address)) return;
-    throw refused(shown(address) + " is no host name or IP address.",
+    throw refused(shown(address) + " isn't a host name or IP address.",
                   "Write it like ldap.example.com, 192.0.2.10 or 2001:db8::10, without \"ldap://\" and "
                   "without a port, which has a field of its own. A name with other letters is written in "
                   "its ASCII form (xn--…).");
@@ -123,7 +123,7 @@ void requireDN(const std::string& label, const std::string& text) {
                          text.find('?') == std::string::npos;
     ldap_dnfree(name);
     if (!isValid)
-        throw refused(label + " " + shown(text) + " is no distinguished name.",
+        throw refused(label + " " + shown(text) + " isn't a distinguished name.",
                       "Write it like ou=people,dc=example,dc=com.");
 }
 

@@ -18,7 +18,7 @@ std::int64_t LdapTestJobs::start(const LdapTestPlan& plan) {
     tidy();
     const auto isRunning = [](const auto& entry) { return !entry.second.check->report().isFinished; };
     if (static_cast<std::size_t>(std::ranges::count_if(jobs_, isRunning)) + ending_.size() >= maximumRunning)
-        throw Failure(halden::ErrorCode::parameter, "The server can't be tried now.",
+        throw Failure(halden::ErrorCode::parameter, "The server can't be tested now.",
                       std::to_string(maximumRunning) + " other servers are being tried already.",
                       "Wait until one of them is through, or cancel it.");
     auto check = std::make_shared<LdapTest>(plan);

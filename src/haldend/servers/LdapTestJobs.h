@@ -25,10 +25,10 @@ public:
     LdapTestJobs& operator=(const LdapTestJobs&) = delete;
     ~LdapTestJobs();
 
-    /// Begins a try and gives its number. Ends that nobody has asked about are forgotten, the oldest first.
-    /// Throws `Failure` when too many are under way.
+    /// Begins a test and returns its number. Ends that nobody has asked about are forgotten, the oldest
+    /// first. Throws `Failure` when too many are under way.
     [[nodiscard]] std::int64_t start(const LdapTestPlan& plan);
-    /// How far it is; the try is forgotten with its last report. Throws `Failure` for an unknown number.
+    /// How far it is; the test is forgotten with its last report. Throws `Failure` for an unknown number.
     [[nodiscard]] LdapTestReport report(std::int64_t number);
     /// Gives up and forgets, at once; an unknown number is harmless.
     void cancel(std::int64_t number);
