@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "halden/ConnectorNames.h"
 #include "haldend/nodes/ConfigNode.h"
 #include "haldend/nodes/LdapNode.h"
 #include "haldend/nodes/LocalNode.h"
@@ -26,7 +27,7 @@ std::shared_ptr<EngineNode> directoryNamed(const std::shared_ptr<Engine>& engine
     if (snapshot.storedPolicy().disabled.contains(found->connector))
         throw unknown(name, "The connector " + found->connector + " is switched off.",
                       "Switch it on in the Services pane.");
-    if (found->connector != "LDAP") return std::make_shared<SssdOnlyNode>(engine, *found);
+    if (found->connector != halden::connector::ldap) return std::make_shared<SssdOnlyNode>(engine, *found);
     return std::make_shared<LdapNode>(engine, *found);
 }
 

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "halden/Calls.h"
+#include "halden/ConnectorNames.h"
 #include "haldend/nodes/ConfigNode.h"
 #include "haldend/nodes/NodeFactory.h"
 #include "haldend/storage/Failure.h"
@@ -47,7 +48,7 @@ void requireNodeName(const std::string& name) {
     const bool hasTwoParts =
         name.starts_with('/') && second != std::string::npos && second > 1 && second + 1 < name.size();
     const auto connector = connectorOf(name);
-    if (connector == "Search" || connector == "Contacts")
+    if (connector == halden::connector::search || connector == halden::connector::contacts)
         throw badList("\"" + name + "\" is a search policy itself and can't stand on one.");
     const bool isPlain = std::ranges::none_of(name, [](unsigned char c) { return c < 0x20 || c == 0x7F; });
     if (!hasTwoParts || !isPlain || name.size() > maximumNameLength)
