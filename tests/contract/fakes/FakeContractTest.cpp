@@ -92,7 +92,10 @@ private:
 class FakedRunLoop final : public RunLoopUnderTest {
 public:
     platform::RunLoop& runLoop() override { return runLoop_; }
-    void letOneIntervalPass() override { runLoop_.fireAll(); }
+    void letOneIntervalPass() override {
+        runLoop_.runPosted();
+        runLoop_.fireAll();
+    }
 
 private:
     fakes::FakeRunLoop runLoop_;

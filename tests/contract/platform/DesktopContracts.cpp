@@ -1,6 +1,8 @@
 #include "contract/platform/DesktopContracts.h"
 
 #include <algorithm>
+#include <thread>
+#include <vector>
 
 using namespace corvane;
 using namespace corvane::contract;
@@ -103,6 +105,22 @@ TEST_P(RunLoopContract, timerDroppedFromItsOwnCall_firesOnceAndKeepsWhatTheCallH
     world->letOneIntervalPass();
     EXPECT_EQ(calls, 5);
     EXPECT_EQ(held.use_count(), 1) << "nobody keeps the action of a timer that is gone";
+}
+
+TEST_P(RunLoopContract, postedWork_isDoneInOrderByTheLoopWhateverThreadItComesFrom) {
+    const auto world = GetParam().make();
+    std::vector<int> done;
+    std::vector<std::thread::id> threads;
+    const auto note = [&](int number) {
+        done.push_back(number);
+        threads.push_back(std::this_thread::get_id());
+    };
+    world->runLoop().post([&] { note(1); });
+    std::thread([&] { world->runLoop().post([&] { note(2); }); }).join();
+    EXPECT_TRUE(done.empty()) << "not from inside the call";
+    world->letOneIntervalPass();
+    EXPECT_EQ(done, (std::vector<int>{1, 2}));
+    EXPECT_EQ(threads, std::vector<std::thread::id>(2, std::this_thread::get_id()));
 }
 
 TEST_P(RunLoopContract, timerScheduledOnce_firesOnceUnlessItIsInvalidatedOrDropped) {
