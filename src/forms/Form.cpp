@@ -37,9 +37,16 @@ std::string rangeOf(const Item& item) {
     return item.maximum ? " of at most " + std::to_string(*item.maximum) : "";
 }
 
+bool isOutOfBounds(const Item& item) {
+    const auto number = item.value.as<util::Number>();
+    if (item.kind != Item::Kind::number || number.isNull()) return false;
+    return (item.minimum && number.integerValue() < *item.minimum) ||
+           (item.maximum && number.integerValue() > *item.maximum);
+}
+
 /// What is wrong with a field, "" for nothing.
 std::string problemOf(const Item& item) {
-    const bool isWrong = item.isTextUnacceptable || (item.isRequired && isEmpty(item));
+    const bool isWrong = item.isTextUnacceptable || isOutOfBounds(item) || (item.isRequired && isEmpty(item));
     if (!isWrong) return "";
     if (!item.complaint.empty()) return item.complaint;
     if (item.kind == Item::Kind::number) return plainLabel(item) + ": enter a number" + rangeOf(item) + ".";
@@ -299,11 +306,11 @@ void Form::userPressed(const std::string& name) {
     if (button != nullptr && !canPress(*button)) return;
     const auto role = button == nullptr ? item->role : button->role;
     const bool checks = role == Button::Role::accept || (button != nullptr && button->checksFields);
-    if (role == Button::Role::cancel && !description_.isMessage) return userDismissed();
     if (checks && !fieldsAreInOrder()) return;
     tell(Event::pressed, name);
-    const bool closes = role == Button::Role::accept || description_.isMessage;
-    if (closes && !hasProblem_ && isOpen()) userDismissed();
+    // A message is off the screen once it is answered, and nothing keeps a cancelled form open.
+    const bool closesAnyhow = role == Button::Role::cancel || description_.isMessage;
+    if (closesAnyhow || (role == Button::Role::accept && !hasProblem_)) userDismissed();
 }
 
 void Form::userDismissed() {

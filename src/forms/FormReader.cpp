@@ -126,12 +126,15 @@ Setter<Target> text(std::string Target::*field) {
 }
 template <typename Target>
 Setter<Target> truth(bool Target::*field) {
-    return [field](Target& target, const util::Value& value) { target.*field = truthFrom(value); };
+    return [field](Target& target, const util::Value& value) {
+        target.*field = value.isNull() ? Target().*field : truthFrom(value);
+    };
 }
 template <typename Target, typename Enum>
 Setter<Target> word(Enum Target::*field, const Words<Enum>& words) {
-    return
-        [field, &words](Target& target, const util::Value& value) { target.*field = wordFrom(value, words); };
+    return [field, &words](Target& target, const util::Value& value) {
+        target.*field = value.isNull() ? Target().*field : wordFrom(value, words);
+    };
 }
 template <typename Target>
 Setter<Target> points(int Target::*field) {
@@ -188,7 +191,7 @@ void setValue(Item& item, const util::Value& value) {
         item.value = value.isNull() ? value : util::Value(integerFrom(value));
         return;
     case Item::Kind::check:
-        item.value = truthFrom(value);
+        item.value = !value.isNull() && truthFrom(value);
         return;
     case Item::Kind::progress: // between 0 and 1; none while nobody knows
         if (!value.isNull() && value.as<util::Number>().isNull()) refuse("it isn't a number");
@@ -224,6 +227,61 @@ void setRows(Item& item, const util::Value& value) {
     item.value = util::Array(util::ValueList());
 }
 
+/// What says nothing about other kinds of items than these.
+const std::multimap<std::string, Item::Kind, std::less<>>& kindsOfKeys() {
+    using Kind = Item::Kind;
+    static const std::multimap<std::string, Kind, std::less<>> kinds{
+        {"lines", Kind::text},        {"minimum", Kind::number},  {"maximum", Kind::number},
+        {"unit", Kind::number},       {"choices", Kind::choice},  {"folder", Kind::file},
+        {"fileKinds", Kind::file},    {"browsable", Kind::file},  {"rows", Kind::list},
+        {"emptyMessage", Kind::list}, {"buttons", Kind::list},    {"steps", Kind::steps},
+        {"paragraphs", Kind::result}, {"items", Kind::group},     {"folded", Kind::group},
+        {"text", Kind::paragraph},    {"style", Kind::paragraph}, {"announced", Kind::paragraph},
+        {"title", Kind::check},       {"title", Kind::group},     {"title", Kind::button}};
+    return kinds;
+}
+
+std::string wordOf(Item::Kind kind) {
+    return std::ranges::find(kindWords, kind, &std::pair<std::string, Item::Kind>::second)->first;
+}
+
+/// A key that another kind of item has would be ignored without a word.
+void refuseKeyOfAnotherKind(const Item& item, const std::string& key) {
+    const auto [first, last] = kindsOfKeys().equal_range(key);
+    std::string kinds;
+    for (auto each = first; each != last; ++each) {
+        if (each->second == item.kind) return;
+        kinds += (kinds.empty() ? "" : " or ") + wordOf(each->second);
+    }
+    if (!kinds.empty())
+        refuse("the property \"" + key + "\" belongs to the kind " + kinds + ", not to " + wordOf(item.kind));
+}
+
+/// What the fields of a form show before anything is entered.
+util::Value emptyValueOf(const Item& item) {
+    switch (item.kind) {
+    case Item::Kind::text:
+    case Item::Kind::file:
+        return "";
+    case Item::Kind::password:
+        return util::Data(util::Bytes());
+    case Item::Kind::check:
+        return false;
+    case Item::Kind::list:
+        return util::Array(util::ValueList());
+    case Item::Kind::choice: // the first one is shown
+        return item.choices.empty() ? "" : item.choices.front().value;
+    default:
+        return {};
+    }
+}
+
+bool isUnanswered(const Item& item) {
+    if (item.value.isNull() || item.kind != Item::Kind::choice) return item.value.isNull();
+    const auto value = item.value.as<util::String>().text();
+    return value.empty() && std::ranges::find(item.choices, value, &Choice::value) == item.choices.end();
+}
+
 /// An item's kind comes first: the meaning of its value depends on it.
 Item readItem(const util::Value& value) {
     const auto dictionary = value.as<util::Dictionary>();
@@ -234,8 +292,11 @@ Item readItem(const util::Value& value) {
     rest.remove("kind");
     const auto chosen = rest.valueForKey("value"); // of rows that must be there first
     rest.remove("value");
+    for (const auto& key : rest.keys())
+        refuseKeyOfAnotherKind(item, key);
     item = readInto(std::move(item), rest, itemSetters());
     if (!chosen.isNull()) about("\"value\"", [&] { setValue(item, chosen); });
+    if (isUnanswered(item)) item.value = emptyValueOf(item);
     return item;
 }
 
@@ -266,7 +327,7 @@ Setters<Item> fieldSetters() {
             {"complaint", text(&Item::complaint)},
             {"lines",
              [](Item& item, const util::Value& value) {
-                 item.lines = static_cast<std::size_t>(integerWithin(value, 1, 100));
+                 item.lines = value.isNull() ? 1 : static_cast<std::size_t>(integerWithin(value, 1, 100));
              }},
             {"characters", word(&Item::characters, charactersWords)},
             {"listedCharacters", text(&Item::listedCharacters)},
@@ -357,10 +418,30 @@ public:
         }
     }
 
+    [[nodiscard]] bool has(const std::string& name) const { return seen_.contains(name); }
+
 private:
     std::set<std::string> seen_;
     std::size_t count_ = 0;
 };
+
+/// What a button says of a list means something only beside one.
+void refuseListWords(const Button& button) {
+    if (button.needs != Button::Needs::nothing || button.key != Button::Key::none)
+        refuse("button \"" + button.name + "\": \"needs\" and \"key\" are for buttons beside a list");
+}
+
+void checkItems(const std::vector<Item>& items, const Names& names) {
+    for (const auto& item : items) {
+        if (item.button) refuseListWords(*item.button);
+        if (!item.enterPresses.empty() && !names.has(item.enterPresses))
+            refuse("item \"" + item.name + "\": \"enterPresses\": there is no button \"" + item.enterPresses +
+                   "\"");
+        if (item.minimum && item.maximum && *item.minimum > *item.maximum)
+            refuse("item \"" + item.name + "\": \"minimum\" is above \"maximum\"");
+        checkItems(item.items, names);
+    }
+}
 
 } // namespace
 
@@ -371,6 +452,9 @@ FormDescription readForm(const util::Dictionary& description) {
     Names names;
     names.add(form.items);
     names.add(form.buttons);
+    checkItems(form.items, names);
+    for (const auto& button : form.buttons)
+        refuseListWords(button);
     return form;
 }
 
@@ -379,8 +463,10 @@ void setProperty(Item& item, const std::string& key, const util::Value& value) {
         refuse("\"" + key + "\" of an item can't be changed");
     const auto setter = itemSetters().find(key);
     if (setter == itemSetters().end()) refuse("there is no property \"" + key + "\"");
+    refuseKeyOfAnotherKind(item, key);
     auto changed = item;
     about("\"" + key + "\"", [&] { setter->second(changed, value); });
+    if (isUnanswered(changed)) changed.value = emptyValueOf(changed);
     item = std::move(changed);
 }
 

@@ -111,3 +111,81 @@ TEST(FormReader, password_isKeptAsDataAlone) {
         forms::readForm(windowWith(Array{Dictionary{{"kind", "password"}, {"value", "geheim"}}}));
     EXPECT_EQ(util::textFromBytes(form.items[0].value.as<util::Data>().bytes()), "geheim");
 }
+
+TEST(FormReader, keyOfAnotherKindOfItem_isRefusedInsteadOfIgnored) {
+    const auto list = Dictionary{{"kind", "text"}, {"name", "a"}, {"rows", Array(util::ValueList())}};
+    EXPECT_EQ(refusalOf(windowWith(Array{list})),
+              "\"items\": item \"a\": the property \"rows\" belongs to the kind list, not to text");
+    const auto titled = Dictionary{{"kind", "text"}, {"name", "a"}, {"title", "A"}};
+    EXPECT_EQ(refusalOf(windowWith(Array{titled})), "\"items\": item \"a\": the property \"title\" belongs "
+                                                    "to the kind check or group or button, not to text");
+    forms::Item text;
+    text.kind = forms::Item::Kind::text;
+    EXPECT_THROW(forms::setProperty(text, "minimum", 1), forms::FormError);
+}
+
+TEST(FormReader, wordsAboutAList_areRefusedForOtherButtons) {
+    const auto needy = Dictionary{{"name", "edit"}, {"title", "Edit"}, {"needs", "oneRow"}};
+    EXPECT_EQ(refusalOf({{"title", "Example"}, {"buttons", Array{needy}}}),
+              "button \"edit\": \"needs\" and \"key\" are for buttons beside a list");
+    const auto beside = Dictionary{{"kind", "text"}, {"name", "a"}, {"button", needy}};
+    EXPECT_NE(refusalOf(windowWith(Array{beside})), "");
+    const auto list = Dictionary{{"kind", "list"}, {"name", "a"}, {"buttons", Array{needy}}};
+    EXPECT_EQ(refusalOf(windowWith(Array{list})), "");
+}
+
+TEST(FormReader, whatContradictsItself_isRefused) {
+    const auto entered = Dictionary{{"kind", "text"}, {"name", "a"}, {"enterPresses", "find"}};
+    EXPECT_EQ(refusalOf(windowWith(Array{entered})),
+              "item \"a\": \"enterPresses\": there is no button \"find\"");
+    const auto bounds = Dictionary{{"kind", "number"}, {"name", "a"}, {"minimum", 2}, {"maximum", 1}};
+    EXPECT_EQ(refusalOf(windowWith(Array{bounds})), "item \"a\": \"minimum\" is above \"maximum\"");
+}
+
+TEST(FormReader, fieldWithoutAValue_hasTheEmptyOneOfItsKind) {
+    const auto valueOf = [](const std::string& kind) {
+        return forms::readForm(windowWith(Array{Dictionary{{"kind", kind}, {"name", "a"}}})).items[0].value;
+    };
+    EXPECT_EQ(valueOf("text"), util::Value(""));
+    EXPECT_EQ(valueOf("file"), util::Value(""));
+    EXPECT_EQ(valueOf("check"), util::Value(false));
+    EXPECT_TRUE(valueOf("number").isNull());
+    EXPECT_FALSE(valueOf("password").as<util::Data>().isNull());
+    EXPECT_FALSE(valueOf("list").as<Array>().isNull());
+}
+
+TEST(FormReader, choiceWithoutAValue_hasTheFirstOneAsItIsShown) {
+    const Array choices{Dictionary{{"value", "a"}, {"title", "A"}},
+                        Dictionary{{"value", "b"}, {"title", "B"}}};
+    auto form = forms::readForm(
+        windowWith(Array{Dictionary{{"kind", "choice"}, {"name", "mode"}, {"choices", choices}}}));
+    auto& mode = form.items[0];
+    EXPECT_EQ(mode.value, util::Value("a"));
+    forms::setProperty(mode, "value", "b");
+    forms::setProperty(mode, "value", {});
+    EXPECT_EQ(mode.value, util::Value("a"));
+    const Array withNone{Dictionary{{"value", "b"}, {"title", "B"}},
+                         Dictionary{{"value", ""}, {"title", "None"}}};
+    forms::setProperty(mode, "choices", withNone);
+    forms::setProperty(mode, "value", "");
+    EXPECT_EQ(mode.value, util::Value("")) << "one of the choices is nothing";
+}
+
+TEST(FormReader, null_setsTheDefaultOfAnyProperty) {
+    auto form = forms::readForm(windowWith(Array{Dictionary{{"kind", "text"},
+                                                            {"name", "a"},
+                                                            {"visible", false},
+                                                            {"required", true},
+                                                            {"lines", 4},
+                                                            {"characters", "ipv4Address"},
+                                                            {"label", "A:"},
+                                                            {"value", "x"}}}));
+    auto& item = form.items[0];
+    for (const auto* key : {"visible", "required", "lines", "characters", "label", "value"})
+        forms::setProperty(item, key, {});
+    EXPECT_TRUE(item.isVisible);
+    EXPECT_FALSE(item.isRequired);
+    EXPECT_EQ(item.lines, 1U);
+    EXPECT_EQ(item.characters, forms::Item::Characters::any);
+    EXPECT_EQ(item.label + item.value.as<util::String>().text(), "");
+}

@@ -128,9 +128,22 @@ TEST_F(Forms, complaintOfThePlugIn_keepsTheFormOpen) {
 
 TEST_F(Forms, cancelAndClosing_areReportedOnce) {
     show({}, okAndCancel()).press("cancel");
-    EXPECT_EQ(events, Events{"closed"});
+    EXPECT_EQ(events, (Events{"pressed cancel", "closed"}));
     form->userDismissed();
-    EXPECT_EQ(events.size(), 1U);
+    EXPECT_EQ(events.size(), 2U);
+}
+
+TEST_F(Forms, windowThatIsDismissed_isClosedWithoutAButton) {
+    show({}, okAndCancel());
+    form->userDismissed();
+    EXPECT_EQ(events, Events{"closed"});
+}
+
+TEST_F(Forms, complaintWhileCancelling_keepsNothingOpen) {
+    show({item("text", "server")}, okAndCancel());
+    onEvent["pressed cancel"] = [this] { form->complain("server", "Not now."); };
+    form->userPressed("cancel");
+    EXPECT_FALSE(form->isOpen());
 }
 
 TEST_F(Forms, formThatThePlugInCloses_isSilent) {
@@ -196,6 +209,31 @@ TEST_F(Forms, message_closesWithAnyAnswer) {
                               {"buttons", Array{button("cancel", "cancel"), button("yes", "destructive")}}};
     show(question).press("yes");
     EXPECT_EQ(events, (Events{"pressed yes", "closed"}));
+}
+
+TEST_F(Forms, complaintAboutAMessage_doesntKeepItOpenUnseen) {
+    show({{"kind", "message"},
+          {"title", "Delete"},
+          {"message", "Really?"},
+          {"buttons", Array{button("yes", "accept")}}});
+    onEvent["pressed yes"] = [this] { form->complain("", "It is in use."); };
+    form->userPressed("yes");
+    EXPECT_FALSE(form->isOpen());
+    EXPECT_EQ(events.back(), "closed");
+}
+
+TEST_F(Forms, numberThatThePlugInPutBeyondItsBounds_isntAccepted) {
+    auto& window =
+        show({item("number", "port", {{"minimum", 1}, {"maximum", 65535}, {"value", 0}})}, okAndCancel());
+    window.press("ok");
+    EXPECT_TRUE(form->isOpen());
+    EXPECT_EQ(window.problem, "port: enter a number from 1 to 65535.");
+    form->set("port", "value", 65536);
+    window.press("ok");
+    EXPECT_TRUE(form->isOpen());
+    form->set("port", "value", 65535);
+    window.press("ok");
+    EXPECT_FALSE(form->isOpen());
 }
 
 TEST_F(Forms, namesThatArentThere_areRefused) {
