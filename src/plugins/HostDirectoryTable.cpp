@@ -7,11 +7,6 @@
 namespace corvane::plugins {
 namespace {
 
-halden::Error wrongObject(const char* what) {
-    return {halden::ErrorCode::parameter, std::string("What the plug-in passed isn't a ") + what + ".",
-            "The reference is null, or stands for an object of another kind.", ""};
-}
-
 /// Runs `body` on the session or node behind a reference. What it reports through its error reaches the
 /// plug-in.
 template <typename Content, typename Body>

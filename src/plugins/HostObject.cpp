@@ -57,6 +57,11 @@ bool holds(const util::Value& whole, const util::Value& part) {
     return false;
 }
 
+halden::Error wrongObject(const std::string& what) {
+    return {halden::ErrorCode::parameter, "What the plug-in passed isn't a " + what + ".",
+            "The reference is null, or stands for an object of another kind.", ""};
+}
+
 void report(const halden::Error& error, CorvaneObject** place) {
     if (place == nullptr) return;
     *place = newReference(util::Dictionary{{"code", error.code},

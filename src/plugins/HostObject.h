@@ -63,6 +63,8 @@ template <typename Content>
 
 /// Writes `error` for a plug-in to release, when it wants to know.
 void report(const halden::Error& error, CorvaneObject** place);
+/// About a reference that was passed where one of another kind is wanted: `what`, such as "node".
+[[nodiscard]] halden::Error wrongObject(const std::string& what);
 
 /// Whether `part` is `whole` or is somewhere in it. A container that held itself would have no end.
 [[nodiscard]] bool holds(const util::Value& whole, const util::Value& part);

@@ -134,17 +134,21 @@ namespace {
 
 PluginTasks& tasksOf(void* context) { return static_cast<PluginHostTable*>(context)->tasks(); }
 
-/// Begins a request to the node behind a reference. 0 for what is no node, or without a receiver.
+/// Begins a request to the node behind a reference; for what is no node, the receiver gets an error. 0
+/// without a receiver.
 template <typename Body>
-uint64_t begin(CorvaneObject* object, CorvaneCompletion completion, Body body) noexcept {
-    const auto* node = contentOf<HostNode>(object);
-    if (node == nullptr || completion == nullptr) return 0;
-    return shielded<uint64_t>(0, nullptr, [&] { return body(*node); });
+uint64_t begin(void* context, CorvaneObject* object, PluginTasks::Receiver receiver, Body body) noexcept {
+    if (receiver.completion == nullptr) return 0;
+    return shielded<uint64_t>(0, nullptr, [&] {
+        const auto* node = contentOf<HostNode>(object);
+        if (node == nullptr) return tasksOf(context).refuse(wrongObject("node"), receiver);
+        return body(*node);
+    });
 }
 
 uint64_t customCall(void* context, CorvaneObject* object, int32_t code, const void* request, uint64_t length,
                     CorvaneCompletion completion, void* data) {
-    return begin(object, completion, [&](const HostNode& node) {
+    return begin(context, object, {completion, data}, [&](const HostNode& node) {
         const auto* bytes = static_cast<const uint8_t*>(request);
         return tasksOf(context).send(node.node, code,
                                      bytes == nullptr ? util::Bytes() : util::Bytes(bytes, bytes + length),
@@ -155,7 +159,7 @@ uint64_t customCall(void* context, CorvaneObject* object, int32_t code, const vo
 uint64_t customCallSendPropertyList(void* context, CorvaneObject* object, int32_t code,
                                     const CorvaneObject* propertyList, const uint8_t authorization[32],
                                     CorvaneCompletion completion, void* data) {
-    return begin(object, completion, [&](const HostNode& node) {
+    return begin(context, object, {completion, data}, [&](const HostNode& node) {
         halden::Error error;
         auto request = directory::propertyListRequest(valueOf(propertyList), *node.codec,
                                                       authorizationFrom(authorization), &error);
@@ -166,7 +170,7 @@ uint64_t customCallSendPropertyList(void* context, CorvaneObject* object, int32_
 
 uint64_t records(void* context, CorvaneObject* object, const char* recordType, const char* name,
                  CorvaneObject* attributes, uint32_t maximum, CorvaneCompletion completion, void* data) {
-    return begin(object, completion, [&](const HostNode& node) {
+    return begin(context, object, {completion, data}, [&](const HostNode& node) {
         return tasksOf(context).query(node.node, parametersFor(recordType, name, attributes, maximum),
                                       {completion, data});
     });

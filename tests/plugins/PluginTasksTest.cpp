@@ -186,11 +186,22 @@ TEST_F(TasksOfAPlugin, handlerThatThrows_isReportedLikeAnyOperation) {
     EXPECT_EQ(program.done, Texts{"failed Mine a timer: oops"});
 }
 
-TEST_F(TasksOfAPlugin, whatIsNoNode_isNotAsked) {
+TEST_F(TasksOfAPlugin, whatIsNoNode_isAnErrorForTheHandler) {
+    std::optional<sdk::CallError> heard;
+    const auto request = sdk::Request::records(
+        host, {}, "dsRecTypeStandard:Users", "", {}, 1,
+        [&](const sdk::Object&, const std::optional<sdk::CallError>& error) { heard = error; });
+    EXPECT_TRUE(request.isUnderWay());
+    EXPECT_FALSE(heard) << "never from inside the call itself";
+    ASSERT_TRUE(program.runLoop.waitForPosted());
+    ASSERT_TRUE(heard);
+    EXPECT_EQ(heard->code(), CORVANE_ERROR_PARAMETER);
+    EXPECT_NE(std::string(heard->what()).find("node"), std::string::npos);
+    EXPECT_FALSE(request.isUnderWay());
+}
+
+TEST_F(TasksOfAPlugin, requestWithoutAReceiver_isNotBegun) {
     const auto& table = hostTable->table();
-    const auto answer = [](void*, CorvaneObject*, CorvaneObject*) {};
-    EXPECT_EQ(table.tasks->customCall(table.context, host.dictionary().get(), 1, nullptr, 0, answer, nullptr),
-              0U);
     const auto config = node();
     EXPECT_EQ(table.tasks->customCall(table.context, config.get(), 1, nullptr, 0, nullptr, nullptr), 0U);
 }
