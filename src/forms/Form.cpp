@@ -125,11 +125,17 @@ void Form::open(FormPresenter& presenter) {
     window_->open();
 }
 
+void Form::openAndHold(FormPresenter& presenter) {
+    open(presenter);
+    itself_ = shared_from_this();
+}
+
 void Form::raise() {
     if (window_) window_->raise();
 }
 
 void Form::close() {
+    const auto held = std::move(itself_); // may be the last
     if (const auto window = std::move(window_)) window->close();
 }
 
@@ -320,7 +326,10 @@ void Form::userDismissed() {
     tell(Event::closed, "");
 }
 
-void Form::windowWentAway() { window_.reset(); }
+void Form::windowWentAway() {
+    const auto held = std::move(itself_); // may be the last
+    window_.reset();
+}
 
 std::string Form::report() const {
     auto text = description_.title;

@@ -22,7 +22,8 @@ struct FieldTools {
 /// One form while it is open: the state of its items, and the rules that are the same however it is shown.
 /// A field that isn't in order keeps the form open; buttons follow the selection of their list. The plug-in
 /// hears of what the user does, never of its own changes. Held by shared pointers, so that it may be let go
-/// of while it reports something. Main thread.
+/// of while it reports something. What was entered is kept no longer than somebody holds the form. Main
+/// thread.
 class Form : public std::enable_shared_from_this<Form> {
 public:
     enum class Event {
@@ -41,6 +42,8 @@ public:
 
     /// Shows it. Once.
     void open(FormPresenter& presenter);
+    /// The same for a form that holds itself for as long as it is open.
+    void openAndHold(FormPresenter& presenter);
 
     // For the plug-in. Names that aren't known throw `FormError`.
     [[nodiscard]] bool isOpen() const { return window_ != nullptr; }
@@ -96,6 +99,7 @@ private:
     FieldTools tools_;
     Listener listener_;
     std::unique_ptr<FormWindow> window_;
+    std::shared_ptr<Form> itself_;
     std::string complainedAbout_;
     bool hasProblem_ = false;
 };

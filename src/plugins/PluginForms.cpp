@@ -92,13 +92,13 @@ void fillChanges(CorvaneForms& table) {
 } // namespace
 
 PluginForms::~PluginForms() {
-    for (const auto& form : open_)
-        form->close();
+    for (const auto& each : open_)
+        if (const auto form = each.lock()) form->close();
 }
 
 std::shared_ptr<forms::Form> PluginForms::open(const util::Dictionary& description,
                                                const CorvaneFormListener* listener) {
-    std::erase_if(open_, [](const auto& form) { return !form->isOpen(); });
+    std::erase_if(open_, [](const auto& form) { return form.expired(); });
     const auto heard = copyOf(listener);
     const auto tell = [callbacks = callbacks_, heard](forms::Form::Event event, const std::string& name) {
         if (heard.happened == nullptr) return;
@@ -106,7 +106,7 @@ std::shared_ptr<forms::Form> PluginForms::open(const util::Dictionary& descripti
     };
     const auto surroundings = callbacks_.host().surroundings();
     auto form = std::make_shared<forms::Form>(forms::readForm(description), surroundings.fieldTools, tell);
-    form->open(surroundings.formPresenter);
+    form->openAndHold(surroundings.formPresenter);
     open_.push_back(form);
     return form;
 }

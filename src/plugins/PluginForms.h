@@ -24,7 +24,7 @@ public:
 
 private:
     PluginCallbacks callbacks_;
-    std::vector<std::shared_ptr<forms::Form>> open_;
+    std::vector<std::weak_ptr<forms::Form>> open_; ///< and some that were closed; an open one holds itself
 };
 
 /// The table, the same for every plug-in. The context of `open` is a `PluginHostTable`.
