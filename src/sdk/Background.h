@@ -13,7 +13,7 @@
 /// from inside the constructor. On a host that is too old nothing is ever called. Main thread.
 namespace corvane::sdk {
 
-class Timer {
+class [[nodiscard]] Timer {
 public:
     using Handler = std::function<void()>;
     Timer() = default;
@@ -62,7 +62,7 @@ private:
 
 /// A request to a node of the directory service. The answer comes later; where it failed, `error` says why
 /// and the reply is none.
-class Request {
+class [[nodiscard]] Request {
 public:
     using Handler = std::function<void(const Object& reply, const std::optional<CallError>& error)>;
     Request() = default;

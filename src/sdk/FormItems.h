@@ -14,6 +14,7 @@ namespace corvane::sdk {
 
 class FormItem {
 public:
+    /// Of any kind; those below cover all of them.
     FormItem(const std::string& kind, const std::string& name) : name_(name) {
         part_.set("kind", kind);
         part_.set("name", name);
@@ -47,14 +48,27 @@ public:
                                             const std::string& style = "plain") {
         return FormItem("paragraph", name).set("text", text).set("style", style);
     }
+    /// What goes on, one line a step.
+    [[nodiscard]] static FormItem steps(const std::string& name, const std::vector<FormStep>& all = {}) {
+        return FormItem("steps", name).set("steps", partsOf(all));
+    }
+    /// A bar. Its value is from 0 to 1; without one it only says that something goes on.
+    [[nodiscard]] static FormItem progress(const std::string& name, const std::string& accessibleName) {
+        return FormItem("progress", name).set("accessibleName", accessibleName);
+    }
+    /// What came of it; empty until `Form::setParagraphs`.
+    [[nodiscard]] static FormItem result(const std::string& name) { return {"result", name}; }
+    /// A button in the middle of the window.
+    [[nodiscard]] static FormItem button(const std::string& name, const std::string& title,
+                                         FormHandler pressed) {
+        return FormItem("button", name).set("title", title).on(CORVANE_FORM_PRESSED, std::move(pressed));
+    }
     /// Items that can be folded away.
     [[nodiscard]] static FormItem group(const std::string& name, const std::string& title) {
         return FormItem("group", name).set("title", title);
     }
 
     FormItem& value(FormValue to) { return set("value", std::move(to)); }
-    FormItem& value(int number) { return set("value", std::int64_t{number}); }
-    FormItem& value(const char* text) { return set("value", std::string(text)); }
     FormItem& help(const std::string& text) { return set("help", text); }
     FormItem& placeholder(const std::string& text) { return set("placeholder", text); }
     FormItem& accessibleName(const std::string& text) { return set("accessibleName", text); }
@@ -63,12 +77,12 @@ public:
         return set("required", true).set("complaint", complaint);
     }
     FormItem& unit(const std::string& text) { return set("unit", text); }
-    FormItem& lines(int count) { return set("lines", std::int64_t{count}); }
+    FormItem& lines(int count) { return set("lines", count); }
     /// Nothing but these can be typed.
     FormItem& characters(const std::string& listed) {
-        return set("characters", std::string("listed")).set("listedCharacters", listed);
+        return set("characters", "listed").set("listedCharacters", listed);
     }
-    FormItem& ipv4Address() { return set("characters", std::string("ipv4Address")); }
+    FormItem& ipv4Address() { return set("characters", "ipv4Address"); }
     FormItem& enterPresses(const std::string& button) { return set("enterPresses", button); }
     FormItem& emptyMessage(const std::string& text) { return set("emptyMessage", text); }
     FormItem& announced() { return set("announced", true); }
@@ -80,10 +94,7 @@ public:
         return *this;
     }
     FormItem& addChoice(const std::string& choiceValue, const std::string& title) {
-        FormPart choice;
-        choice.set("value", choiceValue);
-        choice.set("title", title);
-        choices_.push_back(choice);
+        choices_.push_back(FormChoice{choiceValue, title}.part());
         return set("choices", choices_);
     }
     FormItem& rows(const std::vector<FormRow>& all) { return set("rows", partsOf(all)); }
@@ -134,15 +145,15 @@ public:
     [[nodiscard]] static FormWindow message(const std::string& name, const std::string& title,
                                             const std::string& text, const std::string& details) {
         FormWindow made(name, title);
-        made.part_.set("kind", std::string("message"));
+        made.part_.set("kind", "message");
         made.part_.set("message", text);
         made.part_.set("details", details);
         return made;
     }
     /// In points; 0 for what the items need.
     FormWindow& size(int width, int height) {
-        part_.set("width", std::int64_t{width});
-        part_.set("height", std::int64_t{height});
+        part_.set("width", width);
+        part_.set("height", height);
         return *this;
     }
     FormWindow& add(const FormItem& item) {

@@ -1,10 +1,13 @@
 #pragma once
 
+#include <concepts>
+#include <cstddef>
 #include <cstdint>
 #include <functional>
 #include <map>
 #include <memory>
 #include <string>
+#include <string_view>
 #include <utility>
 #include <variant>
 #include <vector>
@@ -15,10 +18,35 @@
 namespace corvane::sdk {
 
 class FormPart;
-/// A value of a description; nothing stands for a null.
-using FormValue =
-    std::variant<std::monostate, bool, std::int64_t, double, std::string, std::vector<std::string>,
-                 std::vector<std::int64_t>, std::vector<FormPart>, std::shared_ptr<const FormPart>>;
+
+/// A value of a description: none, true or false, a number, a text, or an array of one of these or of parts.
+/// Made from whatever a program has at hand: each type of number keeps its value, each type of text its
+/// bytes.
+class FormValue {
+public:
+    using Content =
+        std::variant<std::monostate, bool, std::int64_t, double, std::string, std::vector<std::string>,
+                     std::vector<std::int64_t>, std::shared_ptr<const std::vector<FormPart>>,
+                     std::shared_ptr<const FormPart>>;
+    FormValue() = default;
+    FormValue(bool truth) : content_(truth) {}
+    template <std::integral Number>
+    FormValue(Number number) : content_(static_cast<std::int64_t>(number)) {}
+    template <std::floating_point Number>
+    FormValue(Number number) : content_(static_cast<double>(number)) {}
+    template <std::convertible_to<std::string_view> Text>
+    FormValue(const Text& text) : content_(std::string(std::string_view(text))) {}
+    FormValue(std::nullptr_t) = delete;
+    FormValue(std::vector<std::string> texts) : content_(std::move(texts)) {}
+    FormValue(std::vector<std::int64_t> numbers) : content_(std::move(numbers)) {}
+    FormValue(const std::vector<FormPart>& parts);
+    FormValue(std::shared_ptr<const FormPart> part) : content_(std::move(part)) {}
+    [[nodiscard]] const Content& content() const { return content_; }
+
+private:
+    Content content_;
+};
+
 using FormHandler = std::function<void()>;
 /// By event and name.
 using FormHandlers = std::map<std::pair<std::int32_t, std::string>, FormHandler>;
@@ -33,6 +61,9 @@ private:
     std::map<std::string, FormValue> entries_;
 };
 
+inline FormValue::FormValue(const std::vector<FormPart>& parts)
+    : content_(std::make_shared<const std::vector<FormPart>>(parts)) {}
+
 inline void FormPart::set(const std::string& key, FormValue to) {
     entries_.insert_or_assign(key, std::move(to));
 }
@@ -40,7 +71,8 @@ inline void FormPart::set(const std::string& key, FormValue to) {
 [[nodiscard]] inline Object objectOf(const FormPart& part, const Host& host);
 
 /// The value as an object; none for nothing.
-[[nodiscard]] inline Object objectOf(const FormValue& value, const Host& host) {
+[[nodiscard]] inline Object objectOf(const FormValue& of, const Host& host) {
+    const auto& value = of.content();
     const auto arrayOf = [&](const auto& elements, auto make) {
         auto array = host.array();
         for (const auto& element : elements)
@@ -54,19 +86,43 @@ inline void FormPart::set(const std::string& key, FormValue to) {
     if (const auto* texts = std::get_if<std::vector<std::string>>(&value)) return host.array(*texts);
     if (const auto* numbers = std::get_if<std::vector<std::int64_t>>(&value))
         return arrayOf(*numbers, [&](std::int64_t each) { return host.integer(each); });
-    if (const auto* parts = std::get_if<std::vector<FormPart>>(&value))
-        return arrayOf(*parts, [&](const FormPart& each) { return objectOf(each, host); });
+    if (const auto* parts = std::get_if<std::shared_ptr<const std::vector<FormPart>>>(&value))
+        return arrayOf(**parts, [&](const FormPart& each) { return objectOf(each, host); });
     if (const auto* part = std::get_if<std::shared_ptr<const FormPart>>(&value))
         return objectOf(**part, host);
     return {};
 }
 
+/// A text as data, which the host overwrites when it is no longer needed.
+[[nodiscard]] inline Object secretOf(const FormValue& value, const Host& host) {
+    const auto* text = std::get_if<std::string>(&value.content());
+    if (text == nullptr) return objectOf(value, host);
+    return host.data({reinterpret_cast<const std::uint8_t*>(text->data()), text->size()});
+}
+
 inline Object objectOf(const FormPart& part, const Host& host) {
     auto dictionary = host.dictionary();
-    for (const auto& [key, value] : part.entries())
-        dictionary.set(key, objectOf(value, host));
+    const auto& entries = part.entries();
+    const auto kind = entries.find("kind");
+    const auto* kindText =
+        kind == entries.end() ? nullptr : std::get_if<std::string>(&kind->second.content());
+    const bool isSecret = kindText != nullptr && *kindText == "password";
+    for (const auto& [key, value] : entries)
+        dictionary.set(key, isSecret && key == "value" ? secretOf(value, host) : objectOf(value, host));
     return dictionary;
 }
+
+/// What a choice offers: `value` for the plug-in, `title` for the user.
+struct FormChoice {
+    std::string value;
+    std::string title;
+    [[nodiscard]] FormPart part() const {
+        FormPart made;
+        made.set("value", value);
+        made.set("title", title);
+        return made;
+    }
+};
 
 /// A row of a list.
 struct FormRow {
@@ -112,7 +168,7 @@ public:
         part_.set("title", title);
         part_.set("role", role);
     }
-    /// Checks the fields and closes the form, unless the handler complains.
+    /// Checks the fields and closes the form, unless the handler complains or throws.
     [[nodiscard]] static FormButton ok(FormHandler pressed, const std::string& name = "ok") {
         return {name, "OK", std::move(pressed), "accept"};
     }

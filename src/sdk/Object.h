@@ -1,5 +1,9 @@
 #pragma once
 
+#if __cplusplus < 202002L
+#error "Corvane's C++ headers need C++20: compile with -std=c++20. PluginTable.h is also C++17 and C11."
+#endif
+
 #include <concepts>
 #include <cstddef>
 #include <cstdint>
@@ -120,6 +124,11 @@ public:
     explicit CallError(const Object& error)
         : std::runtime_error(error["description"].text()), code_(error["code"].integer()),
           reason_(error["reason"].text()), recovery_(error["recovery"].text()) {}
+    /// One that the plug-in makes itself, to be shown like the others.
+    explicit CallError(const std::string& description, std::string reason = "", std::string recovery = "",
+                       std::int64_t code = 0)
+        : std::runtime_error(description), code_(code), reason_(std::move(reason)),
+          recovery_(std::move(recovery)) {}
     [[nodiscard]] std::int64_t code() const { return code_; }
     [[nodiscard]] const std::string& reason() const { return reason_; }     ///< cause and evidence
     [[nodiscard]] const std::string& recovery() const { return recovery_; } ///< what to try next

@@ -1,5 +1,9 @@
 #pragma once
 
+#if __cplusplus < 202002L
+#error "Corvane's C++ headers need C++20: compile with -std=c++20. PluginTable.h is also C++17 and C11."
+#endif
+
 #include <concepts>
 #include <string>
 #include <string_view>

@@ -67,6 +67,68 @@ TEST_F(FormsOfAPlugin, everyKindOfValue_canBeReadAndSet) {
     EXPECT_EQ(form.number("number"), std::nullopt);
 }
 
+TEST_F(FormsOfAPlugin, valuesOfEveryType_keepWhatTheySay) {
+    const std::string_view view = "from a view";
+    const std::size_t row = 1;
+    Form form(host, FormWindow("example", "Example")
+                        .add(FormItem::text("text", "").value(view))
+                        .add(FormItem::number("number", "", 0, 9'000'000'000).value(5'000'000'000))
+                        .add(FormItem::number("port", "", 0, 65535).value(std::uint16_t{636}))
+                        .add(FormItem::check("check", "").value(true))
+                        .add(FormItem::progress("bar", "Counting").value(0.25)));
+    EXPECT_EQ(form.text("text"), "from a view");
+    EXPECT_EQ(form.number("number"), 5'000'000'000);
+    EXPECT_EQ(form.number("port"), 636);
+    EXPECT_TRUE(form.isChecked("check"));
+    EXPECT_EQ(front().required("bar").value, util::Value(0.25));
+    form.setValue("number", row);
+    form.setValue("text", "a literal");
+    EXPECT_EQ(form.number("number"), 1);
+    EXPECT_EQ(form.text("text"), "a literal");
+}
+
+TEST_F(FormsOfAPlugin, fieldReadAsWhatItIsnt_isAnError) {
+    const Form form(host, FormWindow("example", "Example")
+                              .add(FormItem::text("text", ""))
+                              .add(FormItem::number("number", "", 0, 9).value(1))
+                              .add(FormItem::password("password", "").value("geheim"))
+                              .add(FormItem::check("check", "")));
+    EXPECT_THROW((void)form.text("number"), sdk::CallError);
+    EXPECT_THROW((void)form.text("password"), sdk::CallError) << "it would seem to be empty";
+    EXPECT_THROW((void)form.number("check"), sdk::CallError);
+    EXPECT_THROW((void)form.isChecked("text"), sdk::CallError);
+    EXPECT_THROW((void)form.selection("text"), sdk::CallError);
+    EXPECT_THROW((void)form.secret("text"), sdk::CallError);
+}
+
+TEST_F(FormsOfAPlugin, password_travelsAsData) {
+    const auto description =
+        FormWindow("example", "Example").add(FormItem::password("password", "").value("geheim")).object(host);
+    EXPECT_EQ(description["items"].at(0)["value"].kind(), CORVANE_DATA);
+    const Form form(host,
+                    FormWindow("example", "Example").add(FormItem::password("password", "").value("a")));
+    EXPECT_EQ(form.secret("password"), "a");
+    const std::array<std::uint8_t, 2> bytes{'b', 'c'};
+    form.setSecret("password", bytes);
+    EXPECT_EQ(form.secret("password"), "bc");
+}
+
+TEST_F(FormsOfAPlugin, everyKindOfItem_canBeMadeWithItsHandler) {
+    bool again = false;
+    Form form(host, FormWindow("example", "Example")
+                        .add(FormItem::steps("steps", {{"Connect", "running"}}))
+                        .add(FormItem::result("result"))
+                        .add(FormItem::choice("mode", "").addChoice("a", "A"))
+                        .add(FormItem::button("again", "Again", [&] { again = true; })));
+    EXPECT_EQ(front().required("steps").steps.at(0).state, forms::Step::State::running);
+    form.setParagraphs("result", {"Done."});
+    form.setChoices("mode", {{"x", "X"}, {"a", "A again"}});
+    EXPECT_EQ(front().required("mode").choices.at(1).title, "A again");
+    EXPECT_EQ(form.text("mode"), "a");
+    front().form.userPressed("again");
+    EXPECT_TRUE(again);
+}
+
 TEST_F(FormsOfAPlugin, whatTheUserDoes_reachesTheHandlersByName) {
     Texts heard;
     Form form(host, FormWindow("example", "Example")
@@ -128,6 +190,59 @@ TEST_F(FormsOfAPlugin, handlerThatThrows_isReportedLikeAnyOperation) {
     })));
     front().press("go");
     EXPECT_EQ(program.done, Texts{"failed Mine a form: oops"});
+}
+
+TEST_F(FormsOfAPlugin, handlerOfOkThatThrows_keepsTheFormAndWhatWasEntered) {
+    const Form form(
+        host, FormWindow("example", "Example").add(FormItem::text("server", "")).button(FormButton::ok([] {
+            throw std::runtime_error("oops");
+        })));
+    front().type("server", "kdc.example.com");
+    front().press("ok");
+    EXPECT_EQ(program.done, Texts{"failed Mine a form: oops"});
+    ASSERT_TRUE(form.isOpen());
+    EXPECT_NE(front().problem, "");
+    EXPECT_EQ(form.text("server"), "kdc.example.com");
+}
+
+TEST_F(FormsOfAPlugin, formReplacedWhenItWasClosed_isTheNewOne) {
+    Form form;
+    form = Form(host, FormWindow("first", "First").button(FormButton::cancel()).onClosed([&] {
+        form = Form(host, FormWindow("second", "Second"));
+    }));
+    front().press("cancel");
+    ASSERT_EQ(program.formPresenter.open.size(), 1U);
+    EXPECT_EQ(front().form.description().name, "second");
+    EXPECT_TRUE(form.isOpen());
+}
+
+TEST_F(FormsOfAPlugin, closedForm_isFreedWithItsLastReference) {
+    Form form(host, window(FormItem::password("password", "").value("geheim")));
+    const auto watched = front().form.weak_from_this();
+    front().press("ok");
+    EXPECT_EQ(form.secret("password"), "geheim");
+    form = {};
+    EXPECT_TRUE(watched.expired()) << "the password is still in memory";
+}
+
+TEST_F(FormsOfAPlugin, formThatNobodyHolds_staysOpenUntilItIsAnswered) {
+    Form::show(host, window(FormItem::text("a", "")));
+    const auto watched = front().form.weak_from_this();
+    ASSERT_TRUE(isAnyOpen());
+    front().press("cancel");
+    EXPECT_FALSE(isAnyOpen());
+    EXPECT_TRUE(watched.expired());
+}
+
+TEST_F(FormsOfAPlugin, formThatOutlivesThePluginObject_isClosedAndHarmless) {
+    Form form(host, window(FormItem::text("a", "")));
+    hostTable.reset();
+    EXPECT_FALSE(isAnyOpen());
+    form = {};
+}
+
+TEST_F(FormsOfAPlugin, formWithoutAHost_isAnError) {
+    EXPECT_THROW(Form(sdk::Host(), window(FormItem::text("a", ""))), sdk::CallError);
 }
 
 TEST_F(FormsOfAPlugin, wrongDescription_saysWhereAndWhy) {

@@ -40,9 +40,9 @@ void TestWindow::open() {
     window.add(FormItem::text("testGroup", "Look up the &group:")
                    .set("placeholder", "any group")
                    .enterPresses("testAgain"));
-    window.add(FormItem("steps", "testSteps"));
-    window.add(FormItem("progress", "testProgress").accessibleName("The test is running"));
-    window.add(FormItem("result", "testResult"));
+    window.add(FormItem::steps("testSteps"));
+    window.add(FormItem::progress("testProgress", "The test is running"));
+    window.add(FormItem::result("testResult"));
     window.button(sdk::FormButton("testAgain", "Test &Again", [this] { start(); }));
     window.button(sdk::FormButton("testClose", "Cancel", {}, "cancel").isDefault());
     window.button(sdk::FormButton("copyReport", "Co&py Report", {}, "copy")
