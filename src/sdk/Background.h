@@ -13,12 +13,12 @@
 /// from inside the constructor. On a host that is too old nothing is ever called. Main thread.
 namespace corvane::sdk {
 
-class [[nodiscard]] Timer {
+class Timer {
 public:
     using Handler = std::function<void()>;
     Timer() = default;
     /// Once after `seconds`, or again and again.
-    Timer(const Host& host, double seconds, bool repeats, Handler handler)
+    [[nodiscard]] Timer(const Host& host, double seconds, bool repeats, Handler handler)
         : state_(std::make_shared<State>(State{host, std::move(handler), repeats, 0, {}})) {
         if (!host.offers(&CorvaneHost::tasks)) return;
         const auto& table = host.table();

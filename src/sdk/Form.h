@@ -19,11 +19,12 @@ namespace corvane::sdk {
 /// its handlers along. May be replaced or destroyed in one of its own handlers. Operations on a form that was
 /// never opened do nothing; names that the form doesn't have, and reading a field as what it isn't, throw
 /// `CallError`. A handler that throws is reported to the user, and its form stays open. Main thread.
-class [[nodiscard]] Form {
+class Form {
 public:
     Form() = default;
     /// Shows the form. Throws `CallError` when the description can't be shown, or the host is too old.
-    Form(const Host& host, const FormWindow& window) : state_(std::make_shared<State>(host, window)) {
+    [[nodiscard]] Form(const Host& host, const FormWindow& window)
+        : state_(std::make_shared<State>(host, window)) {
         const CorvaneFormListener listener{sizeof listener, state_.get(), &State::happened};
         state_->form = opened(host, window, &listener);
         state_->forms = host.table().forms;

@@ -1,8 +1,9 @@
 #pragma once
 
 #include <exception>
+#include <string>
 
-#include "PluginTable.h"
+#include "Object.h"
 
 #pragma GCC visibility push(hidden)
 
@@ -14,11 +15,25 @@ inline void reportFailure(const CorvaneHost* host, const char* operation, const 
         host->pluginFailed(host->context, operation, reason);
 }
 
+/// All that an error says: where a form's description is wrong is in its reason.
+inline void reportFailure(const CorvaneHost* host, const char* operation, const CallError& error) noexcept {
+    try {
+        std::string all = error.what();
+        for (const auto& part : {error.reason(), error.recovery()})
+            if (!part.empty()) all += "\n\n" + part;
+        reportFailure(host, operation, all.c_str());
+    } catch (...) { // out of memory: the description has to do
+        reportFailure(host, operation, error.what());
+    }
+}
+
 /// Runs `body`; what it throws becomes a report to the host and the answer `otherwise`.
 template <typename Result, typename Body>
 Result guard(const CorvaneHost* host, const char* operation, Result otherwise, Body body) noexcept {
     try {
         return body();
+    } catch (const CallError& failure) {
+        reportFailure(host, operation, failure);
     } catch (const std::exception& failure) {
         reportFailure(host, operation, failure.what());
     } catch (...) {

@@ -205,6 +205,17 @@ TEST_F(FormsOfAPlugin, handlerOfOkThatThrows_keepsTheFormAndWhatWasEntered) {
     EXPECT_EQ(form.text("server"), "kdc.example.com");
 }
 
+TEST_F(FormsOfAPlugin, callErrorOutOfAHandler_isReportedWithItsReason) {
+    const Form form(host, FormWindow("example", "Example").button(FormButton("more", "More", [&] {
+        const Form inner(host, window(FormItem::text("a", "").set("valeu", 1)));
+    })));
+    front().press("more");
+    ASSERT_EQ(program.done.size(), 1U);
+    EXPECT_NE(program.done[0].find("The plug-in's window can't be shown."), std::string::npos);
+    EXPECT_NE(program.done[0].find("item \"a\": there is no property \"valeu\""), std::string::npos)
+        << program.done[0];
+}
+
 TEST_F(FormsOfAPlugin, formReplacedWhenItWasClosed_isTheNewOne) {
     Form form;
     form = Form(host, FormWindow("first", "First").button(FormButton::cancel()).onClosed([&] {

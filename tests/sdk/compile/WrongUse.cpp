@@ -1,4 +1,5 @@
-#include "sdk/Host.h"
+#include "sdk/Background.h"
+#include "sdk/Form.h"
 
 // One mistake at a time, chosen by the build; without any the uses are in order.
 
@@ -17,5 +18,11 @@ void use(const corvane::sdk::Host& host, const corvane::sdk::Object& list) {
     (void)host.data({}).bytes();
 #elif defined(CASE_ELEMENT)
     (void)list.at(0).bytes();
+#elif defined(CASE_NULL_VALUE)
+    (void)corvane::sdk::FormItem::text("server", "").value(nullptr);
+#elif defined(CASE_DROPPED_FORM)
+    corvane::sdk::Form(host, corvane::sdk::FormWindow("example", "Example"));
+#elif defined(CASE_DROPPED_TIMER)
+    corvane::sdk::Timer(host, 1, false, [] {});
 #endif
 }
