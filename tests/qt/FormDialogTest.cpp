@@ -12,6 +12,8 @@
 #include <QPointer>
 #include <QProgressBar>
 #include <QPushButton>
+#include <QScrollArea>
+#include <QScrollBar>
 #include <QTest>
 
 #include "fakes/FakePlatform.h"
@@ -196,4 +198,23 @@ TEST_F(FormOnScreen, hiddenField_takesItsLabelAlong) {
         if (label->isVisible()) shown << label->text();
     EXPECT_FALSE(shown.contains("One:"));
     EXPECT_TRUE(shown.contains("Two:"));
+}
+
+TEST_F(FormOnScreen, windowOfManyFields_opensHighEnoughForAllOfThem) {
+    auto fields = Array::makeMutable();
+    for (const auto* name : {"a", "b", "c", "d", "e", "f", "g"})
+        fields.append(item("text", name, {{"label", "Field:"}}));
+    show(fields);
+    auto* area = QApplication::activeModalWidget()->findChild<QScrollArea*>("formFields");
+    ASSERT_NE(area, nullptr);
+    EXPECT_GE(area->viewport()->height(), area->widget()->minimumSizeHint().height());
+    EXPECT_FALSE(area->verticalScrollBar()->isVisible());
+}
+
+TEST_F(FormOnScreen, choiceWithoutAValue_isReadAsItIsShown) {
+    const Array choices{Dictionary{{"value", "a"}, {"title", "Fast"}},
+                        Dictionary{{"value", "b"}, {"title", "Safe"}}};
+    show({item("choice", "mode", {{"label", "Mode:"}, {"choices", choices}})});
+    EXPECT_EQ(QApplication::activeModalWidget()->findChild<QComboBox*>("mode")->currentText(), "Fast");
+    EXPECT_EQ(form->value("mode"), util::Value("a"));
 }

@@ -203,6 +203,12 @@ void FormDialog::keyPressEvent(QKeyEvent* event) {
     press(found->second);
 }
 
+// What the fields need is only known once they have their fonts and their width.
+void FormDialog::showEvent(QShowEvent* event) {
+    fitHeight();
+    QDialog::showEvent(event);
+}
+
 template <typename Visit>
 void FormDialog::forEachButton(Visit visit) {
     const std::function<void(const std::vector<Item>&)> walk = [&](const std::vector<Item>& items) {
