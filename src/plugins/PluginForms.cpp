@@ -36,6 +36,12 @@ forms::Form* formOf(const CorvaneObject* object) {
 
 std::string textOf(const char* text) { return receivedText::repaired(text); }
 
+/// A reason as people read it.
+std::string sentence(std::string reason) {
+    if (!reason.empty() && reason.front() >= 'a' && reason.front() <= 'z') reason.front() -= 'a' - 'A';
+    return reason + ".";
+}
+
 /// Runs `body` on a form; a mistake of the plug-in's is reported through `place`.
 template <typename Result, typename Body>
 Result onForm(Result otherwise, const CorvaneObject* object, CorvaneObject** place, Body body) noexcept {
@@ -45,7 +51,7 @@ Result onForm(Result otherwise, const CorvaneObject* object, CorvaneObject** pla
             if (form != nullptr) return body(*form);
             report({CORVANE_ERROR_PARAMETER, "What the plug-in passed isn't a form.", "", ""}, place);
         } catch (const forms::FormError& error) {
-            report({CORVANE_ERROR_PARAMETER, "The form can't do that.", error.what(), ""}, place);
+            report({CORVANE_ERROR_PARAMETER, "The form can't do that.", sentence(error.what()), ""}, place);
         }
         return otherwise;
     });

@@ -177,8 +177,8 @@ private:
         checked([&](CorvaneObject** error) { taken = table().value(object(), item.c_str(), error); });
         Object found(*state_->host.table().objects, taken);
         if (found && found.kind() != kind)
-            throw CallError("The form can’t do that.",
-                            "the item \"" + item + "\" holds a value of another kind", "",
+            throw CallError("The form can't do that.",
+                            "The item \"" + item + "\" holds a value of another kind.", "",
                             CORVANE_ERROR_PARAMETER);
         return found;
     }

@@ -15,12 +15,12 @@ inline void reportFailure(const CorvaneHost* host, const char* operation, const 
         host->pluginFailed(host->context, operation, reason);
 }
 
-/// All that an error says: where a form's description is wrong is in its reason.
+/// With the error's reason, which says where a form's description is wrong.
 inline void reportFailure(const CorvaneHost* host, const char* operation, const CallError& error) noexcept {
     try {
         std::string all = error.what();
-        for (const auto& part : {error.reason(), error.recovery()})
-            if (!part.empty()) all += "\n\n" + part;
+        if (!error.reason().empty()) all += " " + error.reason();
+        if (all.ends_with('.')) all.pop_back(); // the host goes on with the sentence
         reportFailure(host, operation, all.c_str());
     } catch (...) { // out of memory: the description has to do
         reportFailure(host, operation, error.what());

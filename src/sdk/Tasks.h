@@ -32,8 +32,9 @@ typedef struct CorvaneTasks {
     uint64_t (*startTimer)(void* context, double seconds, int8_t repeats, CorvaneTask task, void* data);
 
     /* As in Directory.h, but the service is asked in the background, one request after the other, and
-     * `completion` gets the answer. What is passed in is copied or retained. The answer is a number for
-     * `cancel`, never 0; on 0 nothing was begun, and nothing will be called. */
+     * `completion` gets the answer, or an error where `node` isn't one. What is passed in is copied or
+     * retained. The answer is a number for `cancel`, never 0; on 0, as without a `completion`, nothing was
+     * begun, and nothing will be called. */
     uint64_t (*customCall)(void* context, CorvaneObject* node, int32_t code, const void* request,
                            uint64_t length, CorvaneCompletion completion, void* data);
     uint64_t (*customCallSendPropertyList)(void* context, CorvaneObject* node, int32_t code,
