@@ -253,7 +253,7 @@ TEST_F(FormsOfAPlugin, formThatOutlivesThePluginObject_isClosedAndHarmless) {
 }
 
 TEST_F(FormsOfAPlugin, formWithoutAHost_isAnError) {
-    EXPECT_THROW(Form(sdk::Host(), window(FormItem::text("a", ""))), sdk::CallError);
+    EXPECT_THROW((void)Form(sdk::Host(), window(FormItem::text("a", ""))), sdk::CallError);
 }
 
 TEST_F(FormsOfAPlugin, wrongDescription_saysWhereAndWhy) {
