@@ -3,7 +3,6 @@
 #include <QApplication>
 #include <QClipboard>
 #include <QDialogButtonBox>
-#include <QFormLayout>
 #include <QKeyEvent>
 #include <QPushButton>
 #include <QToolButton>
@@ -11,6 +10,7 @@
 #include <algorithm>
 
 #include "qt/Text.h"
+#include "qt/forms/FormRows.h"
 #include "qt/forms/FormTexts.h"
 #include "qt/widgets/Announcement.h"
 #include "qt/widgets/GrowingArea.h"
@@ -129,11 +129,10 @@ void FormDialog::addRow(const Item& item, ItemView& view, Place& place, Shown& s
         return;
     }
     if (place.form == nullptr) {
-        place.form = new QFormLayout;
-        place.form->setFieldGrowthPolicy(QFormLayout::ExpandingFieldsGrow);
+        place.form = new FormRows;
         place.column->addLayout(place.form);
     }
-    place.form->addRow(fromUtf8(item.label), &view.row());
+    place.form->add(fromUtf8(item.label), view.row(), *place.parent);
     shown.form = place.form;
 }
 
@@ -241,7 +240,7 @@ void FormDialog::showTitle() {
 
 void FormDialog::setShown(const Item& item, Shown& shown) {
     if (shown.form != nullptr)
-        shown.form->setRowVisible(&shown.view->row(), item.isVisible);
+        shown.form->setShown(shown.view->row(), item.isVisible);
     else
         shown.view->row().setVisible(item.isVisible);
 }

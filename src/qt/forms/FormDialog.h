@@ -5,7 +5,6 @@
 
 #include "qt/forms/ItemView.h"
 
-class QFormLayout;
 class QLabel;
 class QPushButton;
 class QToolButton;
@@ -13,6 +12,7 @@ class QVBoxLayout;
 
 namespace corvane::qt {
 
+class FormRows;
 class GrowingArea;
 
 /// The window of a form: its title, its items in order, a line for what is wrong, its buttons. Fields with
@@ -50,13 +50,13 @@ private:
     };
     struct Shown {
         std::unique_ptr<ItemView> view;
-        QFormLayout* form; ///< that the row is in; null for none
+        FormRows* form; ///< that the row is in; null for none
     };
     /// Where items go: rows of two columns for as long as there are fields with labels, one column otherwise.
     struct Place {
         QWidget* parent;
         QVBoxLayout* column;
-        QFormLayout* form = nullptr;
+        FormRows* form = nullptr;
     };
 
     void act(const char* gesture, const std::function<void(forms::Form&)>& report) override;

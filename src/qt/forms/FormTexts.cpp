@@ -72,6 +72,10 @@ QLabel* formParagraph(const QString& content, forms::Item::Style style, QWidget&
     label->setWordWrap(true);
     label->setTextFormat(Qt::PlainText);
     label->setAlignment(Qt::AlignTop | Qt::AlignLeft);
+    // As wide as there is room: a form layout works out the height for that width, whatever the label takes.
+    auto policy = label->sizePolicy();
+    policy.setHorizontalPolicy(QSizePolicy::Expanding);
+    label->setSizePolicy(policy);
     if (style == forms::Item::Style::hint) makeHint(*label);
     if (style == forms::Item::Style::warning) setAlarming(*label, true);
     return label;

@@ -131,6 +131,19 @@ TEST_F(DialogueLayout, theTabKey_goesDownThePageAndAlongItsLines) {
     });
 }
 
+TEST_F(DialogueLayout, warningThatComes_leavesEveryFieldItsHeight) {
+    configure();
+    click("addServer");
+    choose("security", 2);
+    QTest::qWait(50);
+    for (const auto* name :
+         {"addresses", "security", "port", "caFile", "baseDN", "bindDN", "password", "schema"}) {
+        auto* field = find<QWidget>(name);
+        ASSERT_NE(field, nullptr) << name;
+        EXPECT_GT(field->height(), 20) << name;
+    }
+}
+
 TEST_F(DialogueLayout, fieldThatIsWrong_isScrolledIntoView) {
     configure();
     clickRow(1); // the domain
