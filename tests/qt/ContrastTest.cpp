@@ -55,6 +55,14 @@ const std::vector<std::pair<QPalette::ColorRole, QPalette::ColorRole>> texts = {
     {QPalette::ToolTipText, QPalette::ToolTipBase},
     {QPalette::Link, QPalette::Window}};
 
+TEST(Contrast, selectionAwayFromTheKeyboard_leavesItsTextsReadable) {
+    for (const auto& [name, palette] : themes()) {
+        const auto ground = restingSelection(palette);
+        EXPECT_GE(contrast(palette.color(QPalette::Text), ground), readableText) << name;
+        EXPECT_GE(contrast(palette.color(QPalette::PlaceholderText), ground), readableText) << name;
+    }
+}
+
 /// The least contrast between the outermost line of a widget's middle and what lies around it.
 double borderContrast(QWidget& widget, const QPalette& palette) {
     QWidget ground;

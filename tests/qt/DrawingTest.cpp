@@ -204,7 +204,7 @@ TEST_F(CellDelegateTest, ASelectionIsPaleWhereTheKeyboardIsElsewhere) {
     const auto away = ground(1);
     EXPECT_FALSE(hasTextOf(QPalette::HighlightedText));
     EXPECT_EQ(atWork, list_.palette().color(QPalette::Highlight));
-    EXPECT_EQ(away, list_.palette().color(QPalette::Mid));
+    EXPECT_EQ(away, restingSelection(list_.palette()));
     EXPECT_NE(plain, away);
 }
 

@@ -94,6 +94,19 @@ double contrast(const QColor& color, const QColor& ground) {
     return (std::max(one, other) + 0.05) / (std::min(one, other) + 0.05);
 }
 
+QColor restingSelection(const QPalette& palette) {
+    constexpr double most = 0.3;
+    constexpr double step = 0.02;
+    const auto base = palette.color(QPalette::Base);
+    for (double part = most; part > 0; part -= step) {
+        const QColor ground = between(base, palette.color(QPalette::Highlight), part).rgb();
+        const bool isReadable = contrast(palette.color(QPalette::Text), ground) >= readableText &&
+                                contrast(palette.color(QPalette::PlaceholderText), ground) >= readableText;
+        if (isReadable) return ground;
+    }
+    return base;
+}
+
 QColor strengthened(const QColor& color, const QList<QColor>& grounds, double wanted) {
     if (leastContrast(color, grounds) >= wanted) return color;
     const auto opaque = between(grounds.front(), color, color.alphaF());

@@ -28,6 +28,9 @@ inline constexpr double visibleBorder = 3.0;
 /// The palette with every text readable on its ground and every border visible; what is so already is left
 /// alone.
 [[nodiscard]] QPalette readable(QPalette palette);
+/// The ground of a selection while the keyboard is elsewhere: as much of the accent as leaves ordinary and
+/// secondary text readable.
+[[nodiscard]] QColor restingSelection(const QPalette& palette);
 [[nodiscard]] bool isDark(const QPalette& palette);
 /// The theme's colour for ordinary, secondary or alarming text.
 [[nodiscard]] QColor textColor(toolkit::TextColor color, const QPalette& palette);

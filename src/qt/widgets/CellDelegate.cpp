@@ -3,12 +3,24 @@
 #include <QAbstractItemView>
 #include <QPainter>
 
+#include "qt/look/Appearance.h"
+
 namespace corvane::qt {
 
 namespace {
 
 views::ControlView controlView(const QWidget* list) {
     return {list && list->hasFocus(), list && list->isActiveWindow()};
+}
+
+/// Away from the keyboard a selection is pale, because the cells then keep their ordinary colours; a bar in
+/// front of it says that it is one.
+void drawSelection(QPainter& painter, const QStyleOptionViewItem& option, bool atWork) {
+    constexpr int barWidth = 3;
+    const auto accent = option.palette.color(QPalette::Highlight);
+    painter.fillRect(option.rect, atWork ? accent : restingSelection(option.palette));
+    if (!atWork)
+        painter.fillRect(QRect(option.rect.topLeft(), QSize(barWidth, option.rect.height())), accent);
 }
 
 } // namespace
@@ -23,10 +35,7 @@ void CellDelegate::paint(QPainter* painter, const QStyleOptionViewItem& option,
     const bool selected = option.state & QStyle::State_Selected;
     cell->setObjectValue(valueOf_(index));
     cell->setHighlighted(selected);
-    // Away from the keyboard a selection is pale, because the cells then keep their ordinary colours.
-    const bool atWork = view.isFirstResponder && view.windowIsKey;
-    if (selected)
-        painter->fillRect(option.rect, option.palette.color(atWork ? QPalette::Highlight : QPalette::Mid));
+    if (selected) drawSelection(*painter, option, view.isFirstResponder && view.windowIsKey);
     painter->save();
     painter->setClipRect(option.rect, Qt::IntersectClip);
     PainterCanvas canvas(*painter, option.palette, option.font);
