@@ -13,51 +13,84 @@
 /// from inside the constructor. On a host that is too old nothing is ever called. Main thread.
 namespace corvane::sdk {
 
+/// Something that the host will call back about, until it is cancelled.
+struct Awaited {
+    Host host;
+    std::uint64_t number = 0; ///< the host's; 0 when nothing comes any longer
+    std::weak_ptr<Awaited> itself = {};
+
+    explicit Awaited(const Host& itsHost) : host(itsHost) {}
+    Awaited(const Awaited&) = delete;
+    Awaited& operator=(const Awaited&) = delete;
+    virtual ~Awaited() = default;
+    /// The object that a call is about, held for as long as the call lasts: its handler may drop it.
+    template <typename Kind>
+    [[nodiscard]] static std::shared_ptr<Kind> held(void* data) {
+        return std::static_pointer_cast<Kind>(static_cast<Awaited*>(data)->itself.lock());
+    }
+};
+
+/// The one that waits for it. Cancels when it is dropped.
+class Awaiting {
+public:
+    Awaiting() = default;
+    /// `begin(tasks, context, data)` asks the host and answers its number; not called on a host that is too
+    /// old.
+    template <typename Begin>
+    Awaiting(std::shared_ptr<Awaited> what, Begin begin) : what_(std::move(what)) {
+        what_->itself = what_;
+        if (!what_->host.offers(&CorvaneHost::tasks)) return;
+        const auto& table = what_->host.table();
+        what_->number = begin(*table.tasks, table.context, static_cast<void*>(what_.get()));
+    }
+    Awaiting(Awaiting&&) = default;
+    Awaiting& operator=(Awaiting&& other) noexcept {
+        cancel();
+        what_ = std::move(other.what_);
+        return *this;
+    }
+    Awaiting(const Awaiting&) = delete;
+    Awaiting& operator=(const Awaiting&) = delete;
+    ~Awaiting() { cancel(); }
+
+    [[nodiscard]] bool isUnderWay() const { return what_ && what_->number != 0; }
+    void cancel() {
+        const auto what = std::move(what_);
+        if (!what || what->number == 0) return;
+        const auto& table = what->host.table();
+        table.tasks->cancel(table.context, what->number);
+    }
+
+private:
+    std::shared_ptr<Awaited> what_;
+};
+
 class Timer {
 public:
     using Handler = std::function<void()>;
     Timer() = default;
     /// Once after `seconds`, or again and again.
     [[nodiscard]] Timer(const Host& host, double seconds, bool repeats, Handler handler)
-        : state_(std::make_shared<State>(State{host, std::move(handler), repeats, 0, {}})) {
-        if (!host.offers(&CorvaneHost::tasks)) return;
-        const auto& table = host.table();
-        state_->number =
-            table.tasks->startTimer(table.context, seconds, repeats ? 1 : 0, &State::fired, state_.get());
-        state_->itself = state_;
-    }
-    Timer(Timer&&) = default;
-    Timer& operator=(Timer&& other) noexcept {
-        stop();
-        state_ = std::move(other.state_);
-        return *this;
-    }
-    Timer(const Timer&) = delete;
-    Timer& operator=(const Timer&) = delete;
-    ~Timer() { stop(); }
-
-    void stop() {
-        const auto state = std::move(state_);
-        if (!state || state->number == 0) return;
-        const auto& table = state->host.table();
-        table.tasks->cancel(table.context, state->number);
-    }
+        : awaiting_(std::make_shared<State>(host, std::move(handler), repeats),
+                    [&](const CorvaneTasks& tasks, void* context, void* data) {
+                        return tasks.startTimer(context, seconds, repeats ? 1 : 0, &State::fired, data);
+                    }) {}
+    void stop() { awaiting_.cancel(); }
 
 private:
-    struct State {
-        static void fired(void* self) {
-            const auto held = static_cast<State*>(self)->itself.lock(); // the handler may drop the timer
-            if (!held) return;
-            if (!held->repeats) held->number = 0;
-            guard(&held->host.table(), "a timer", 0, [&] { return held->handler(), 0; });
+    struct State : Awaited {
+        State(const Host& itsHost, Handler itsHandler, bool doesRepeat)
+            : Awaited(itsHost), handler(std::move(itsHandler)), repeats(doesRepeat) {}
+        static void fired(void* data) {
+            const auto state = held<State>(data);
+            if (!state) return;
+            if (!state->repeats) state->number = 0;
+            guard(&state->host.table(), "a timer", 0, [&] { return state->handler(), 0; });
         }
-        Host host;
         Handler handler;
         bool repeats;
-        std::uint64_t number;
-        std::weak_ptr<State> itself;
     };
-    std::shared_ptr<State> state_;
+    Awaiting awaiting_;
 };
 
 /// A request to a node of the directory service. The answer comes later; where it failed, `error` says why
@@ -94,55 +127,36 @@ public:
                                  &State::answered, data);
         });
     }
-    Request(Request&&) = default;
-    Request& operator=(Request&& other) noexcept {
-        cancel();
-        state_ = std::move(other.state_);
-        return *this;
-    }
-    Request(const Request&) = delete;
-    Request& operator=(const Request&) = delete;
-    ~Request() { cancel(); }
 
     /// The answer hasn't come yet.
-    [[nodiscard]] bool isUnderWay() const { return state_ && state_->number != 0; }
-    void cancel() {
-        const auto state = std::move(state_);
-        if (!state || state->number == 0) return;
-        const auto& table = state->host.table();
-        table.tasks->cancel(table.context, state->number);
-    }
+    [[nodiscard]] bool isUnderWay() const { return awaiting_.isUnderWay(); }
+    void cancel() { awaiting_.cancel(); }
 
 private:
-    struct State {
-        static void answered(void* self, CorvaneObject* reply, CorvaneObject* error) {
-            const auto held = static_cast<State*>(self)->itself.lock(); // the handler may drop the request
-            if (!held) return;
-            held->number = 0;
-            guard(&held->host.table(), "an answer", 0, [&] {
-                const auto& objects = *held->host.table().objects;
+    struct State : Awaited {
+        State(const Host& itsHost, Handler itsHandler) : Awaited(itsHost), handler(std::move(itsHandler)) {}
+        static void answered(void* data, CorvaneObject* reply, CorvaneObject* error) {
+            const auto state = held<State>(data);
+            if (!state) return;
+            state->number = 0;
+            guard(&state->host.table(), "an answer", 0, [&] {
+                const auto& objects = *state->host.table().objects;
                 const auto failure = error == nullptr
                                          ? std::nullopt
                                          : std::optional<CallError>(Object(objects, objects.retain(error)));
-                held->handler(Object(objects, objects.retain(reply)), failure);
+                state->handler(Object(objects, objects.retain(reply)), failure);
                 return 0;
             });
         }
-        Host host;
         Handler handler;
-        std::uint64_t number;
-        std::weak_ptr<State> itself;
     };
     template <typename Begin>
     [[nodiscard]] static Request begun(const Host& host, Handler handler, Begin begin) {
         Request made;
-        made.state_ = std::make_shared<State>(State{host, std::move(handler), 0, {}});
-        made.state_->itself = made.state_;
-        if (host.offers(&CorvaneHost::tasks))
-            made.state_->number = begin(*host.table().tasks, host.table().context, made.state_.get());
+        made.awaiting_ = Awaiting(std::make_shared<State>(host, std::move(handler)), begin);
         return made;
     }
-    std::shared_ptr<State> state_;
+    Awaiting awaiting_;
 };
 
 /// Calls `handler` soon, on the main thread. May be called from any thread, for as long as the plug-in object
