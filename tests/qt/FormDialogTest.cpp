@@ -163,6 +163,36 @@ TEST_F(FormOnScreen, message_answersWithEscapeAsWithItsCancelButton) {
     EXPECT_EQ(dialog(), nullptr);
 }
 
+TEST_F(FormOnScreen, disabledButtonOfAMessage_cantBePressedUntilItIsEnabled) {
+    const Dictionary yes{{"name", "yes"}, {"title", "Yes"}, {"enabled", false}};
+    open({{"kind", "message"},
+          {"name", "m"},
+          {"title", "T"},
+          {"message", "Really?"},
+          {"buttons", Array{yes}}});
+    EXPECT_FALSE(find<QPushButton>("yes")->isEnabled());
+    form->set("yes", "enabled", true);
+    EXPECT_TRUE(find<QPushButton>("yes")->isEnabled());
+}
+
+TEST_F(FormOnScreen, messageDestroyedWithItsParent_leavesAClosedForm) {
+    open({{"kind", "message"}, {"title", "T"}, {"message", "Really?"}});
+    delete dialog();
+    EXPECT_FALSE(form->isOpen());
+    EXPECT_TRUE(events.empty());
+}
+
+TEST_F(FormOnScreen, groupThatIsHiddenOrDisabled_takesItsItemsAlong) {
+    show({item("group", "more", {{"title", "More"}, {"items", Array{item("text", "inside")}}})});
+    EXPECT_TRUE(find<QLineEdit>("inside")->isVisible());
+    form->set("more", "enabled", false);
+    EXPECT_FALSE(find<QLineEdit>("inside")->isEnabled());
+    form->set("more", "visible", false);
+    EXPECT_FALSE(find<QLineEdit>("inside")->isVisible());
+    form->set("more", "visible", true);
+    EXPECT_TRUE(find<QLineEdit>("inside")->isVisible());
+}
+
 TEST_F(FormOnScreen, formDroppedWhileItsButtonIsBeingPressed_isGoneAfterwards) {
     show({}, {{"buttons", Array{Dictionary{{"name", "go"}, {"title", "Go"}}}}});
     const QPointer<QDialog> window = dialog();

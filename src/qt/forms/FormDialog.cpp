@@ -67,6 +67,12 @@ FormDialog::~FormDialog() {
 
 void FormDialog::letGo() {
     form_ = nullptr;
+    // What was opened in front of this window, in its own handlers, stays.
+    for (auto* each : findChildren<QDialog*>(Qt::FindDirectChildrenOnly)) {
+        const bool isShown = each->isVisible();
+        each->setParent(parentWidget(), each->windowFlags());
+        if (isShown) each->show();
+    }
     hide();
     deleteLater();
 }
@@ -157,7 +163,7 @@ void FormDialog::addGroup(const Item& item, Place& place, QVBoxLayout& below) {
     };
     connect(group.title, &QToolButton::clicked, this, fold);
     groups_.push_back(std::move(group));
-    setFolded(item.name, item.isFolded);
+    showGroup(item);
 }
 
 QWidget* FormDialog::buttonRow() {
@@ -246,11 +252,23 @@ void FormDialog::setShown(const Item& item, Shown& shown) {
 }
 
 void FormDialog::showItem(const Item& item) {
-    if (item.kind == Item::Kind::group) return setFolded(item.name, item.isFolded);
+    if (item.kind == Item::Kind::group) return showGroup(item);
     const auto found = items_.find(item.name);
     if (found == items_.end()) return;
     found->second.view->show(item);
     setShown(item, found->second);
+    fitHeight();
+}
+
+void FormDialog::showGroup(const Item& item) {
+    const auto group = std::ranges::find(groups_, item.name, &Group::name);
+    if (group == groups_.end()) return;
+    group->title->setText(fromUtf8(item.title));
+    group->title->setVisible(item.isVisible);
+    for (auto* each : {static_cast<QWidget*>(group->title), group->content})
+        each->setEnabled(item.isEnabled);
+    setFolded(item.name, item.isFolded);
+    if (!item.isVisible) group->content->hide();
     fitHeight();
 }
 

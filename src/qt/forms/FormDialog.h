@@ -71,6 +71,7 @@ private:
     void addRow(const forms::Item& item, ItemView& view, Place& place, Shown& shown);
     [[nodiscard]] QWidget* buttonRow();
     void setShown(const forms::Item& item, Shown& shown);
+    void showGroup(const forms::Item& item);
     void setFolded(const std::string& groupName, bool folded);
     void unfoldAround(const std::string& itemName);
     void focusFirst();

@@ -65,6 +65,8 @@ public:
         for (const auto& button : described.buttons)
             add(button);
         QObject::connect(box_, &QMessageBox::finished, box_, [this] { answered(); });
+        // Gone with what it belonged to.
+        QObject::connect(box_, &QObject::destroyed, &context_, [this] { form_->windowWentAway(); });
     }
     void open() override { box_->open(); }
     void raise() override {
@@ -73,10 +75,15 @@ public:
     void close() override {
         if (!box_) return;
         box_->disconnect();
+        QObject::disconnect(box_, nullptr, &context_, nullptr);
         box_->close();
     }
     void itemChanged(const forms::Item& /*item*/) override {}
-    void buttonsChanged() override {}
+    void buttonsChanged() override {
+        for (const auto& button : form_->description().buttons)
+            if (auto* shown = box_ ? box_->findChild<QPushButton*>(fromUtf8(button.name)) : nullptr)
+                showFormButton(*shown, button, *form_);
+    }
     void titleChanged() override {}
     void showProblem(const std::string& /*itemName*/, const std::string& /*text*/) override {}
     void suggest(const forms::Item& /*item*/, const std::vector<std::string>& /*values*/) override {}
@@ -85,6 +92,7 @@ private:
     void add(const forms::Button& button) {
         auto* made = box_->addButton(fromUtf8(button.title), roleOf(button.role));
         made->setObjectName(fromUtf8(button.name));
+        made->setEnabled(form_->canPress(button));
         if (button.isDefault) box_->setDefaultButton(made);
         if (button.role == forms::Button::Role::cancel) box_->setEscapeButton(made);
     }
@@ -100,6 +108,7 @@ private:
     forms::Form* form_;
     HandlerGuard& guard_;
     QPointer<QMessageBox> box_;
+    QObject context_; ///< of what is heard of the box until it is closed
 };
 
 } // namespace

@@ -27,6 +27,8 @@ struct FormContract : testing::Test {
         form = std::make_shared<forms::Form>(forms::readForm(description), forms::FieldTools{beep, strings},
                                              [this](forms::Form::Event event, const std::string& name) {
                                                  const Texts words{"changed", "entered", "pressed", "closed"};
+                                                 if (event == forms::Form::Event::pressed && onPress)
+                                                     onPress();
                                                  events.push_back(words.at(static_cast<std::size_t>(event)) +
                                                                   (name.empty() ? "" : " " + name));
                                              });
@@ -48,6 +50,7 @@ struct FormContract : testing::Test {
     std::unique_ptr<contract::FormDriver> user = contract::makeFormDriver();
     std::shared_ptr<forms::Form> form;
     Texts events;
+    std::function<void()> onPress;
 };
 
 } // namespace
@@ -121,6 +124,21 @@ TEST_F(FormContract, fieldThatIsWrong_isSaidAndKeepsTheFormOpen) {
     user->press("ok");
     EXPECT_FALSE(user->isShown("example"));
     EXPECT_EQ(events.back(), "closed");
+}
+
+TEST_F(FormContract, formOpenedInAHandlerOfAnother_outlivesIt) {
+    show({}, {button("ok", "accept")});
+    std::shared_ptr<forms::Form> second;
+    onPress = [&] {
+        second = std::make_shared<forms::Form>(
+            forms::readForm({{"name", "note"}, {"title", "Note"}, {"kind", "message"}, {"message", "Done."}}),
+            forms::FieldTools{beep, strings}, nullptr);
+        second->open(user->presenter());
+    };
+    user->press("ok");
+    EXPECT_FALSE(user->isShown("example"));
+    EXPECT_TRUE(user->isShown("note"));
+    second->close();
 }
 
 TEST_F(FormContract, dismissedForm_isReportedOnce) {

@@ -27,6 +27,7 @@ public:
     [[nodiscard]] forms::FormPresenter& presenter() override { return presenter_; }
     [[nodiscard]] bool isShown(const std::string& form) override {
         QApplication::processEvents();
+        QApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         for (auto* top : QApplication::topLevelWidgets())
             if (top->isVisible() && top->objectName() == qt::fromUtf8(form)) return true;
         return false;
