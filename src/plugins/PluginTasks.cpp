@@ -1,7 +1,8 @@
 #include "plugins/PluginTasks.h"
 
+#include <atomic>
 #include <cmath>
-#include <set>
+#include <map>
 
 #include "directory/CustomCalls.h"
 #include "plugins/BackgroundCalls.h"
@@ -15,10 +16,25 @@ struct PluginTasks::Waiting {
     explicit Waiting(PluginCallbacks itsCallbacks) : callbacks(std::move(itsCallbacks)) {}
     PluginCallbacks callbacks;
     Number last = 0;
-    std::set<Number> requests;
+    /// Read in the background before a request is sent: is it still wanted?
+    using Wanted = std::shared_ptr<std::atomic<bool>>;
+    std::map<Number, Wanted> requests;
     std::map<Number, std::unique_ptr<platform::Timer>> timers;
     bool isOver = false; ///< the plug-in object is gone
 };
+
+namespace {
+
+/// A request's bytes, overwritten whether it was sent, cancelled or dropped.
+struct Secret {
+    explicit Secret(util::Bytes what) : bytes(std::move(what)) {}
+    Secret(const Secret&) = delete;
+    Secret& operator=(const Secret&) = delete;
+    ~Secret() { util::wipe(bytes); }
+    util::Bytes bytes;
+};
+
+} // namespace
 
 /// Nothing in it belongs to the main thread before it gets there.
 struct PluginTasks::Answer {
@@ -33,6 +49,8 @@ PluginTasks::PluginTasks(PluginCallbacks callbacks)
 PluginTasks::~PluginTasks() {
     waiting_->isOver = true;
     waiting_->timers.clear();
+    for (const auto& [number, wanted] : waiting_->requests)
+        *wanted = false;
     waiting_->requests.clear();
 }
 
@@ -61,9 +79,12 @@ PluginTasks::Number PluginTasks::startTimer(double seconds, bool repeats, Corvan
 
 PluginTasks::Number PluginTasks::ask(Ask question, Receiver receiver) {
     const auto number = ++waiting_->last;
-    waiting_->requests.insert(number);
+    const auto wanted = std::make_shared<std::atomic<bool>>(true);
+    waiting_->requests[number] = wanted;
     waiting_->callbacks.host().surroundings().background.run(
-        [waiting = waiting_, number, receiver, question = std::move(question)] {
+        [waiting = waiting_, number, receiver, wanted,
+         question = std::move(question)]() -> BackgroundCalls::Completion {
+            if (!*wanted) return [] {};
             auto answer = std::make_shared<Answer>();
             try {
                 *answer = question(answer->error);
@@ -77,12 +98,11 @@ PluginTasks::Number PluginTasks::ask(Ask question, Receiver receiver) {
 
 PluginTasks::Number PluginTasks::send(std::shared_ptr<halden::Node> node, std::int32_t code,
                                       util::Bytes request, Receiver receiver) {
-    const auto held = std::make_shared<util::Bytes>(std::move(request));
+    const auto held = std::make_shared<const Secret>(std::move(request));
     return ask(
         [node = std::move(node), code, held](halden::Error&) {
-            const util::WipeGuard guard(*held);
             Answer answer;
-            answer.reply = node->customCall(code, *held, &answer.error);
+            answer.reply = node->customCall(code, held->bytes, &answer.error);
             return answer;
         },
         receiver);
@@ -102,7 +122,7 @@ PluginTasks::Number PluginTasks::query(std::shared_ptr<halden::Node> node, halde
 
 PluginTasks::Number PluginTasks::refuse(halden::Error error, Receiver receiver) {
     const auto number = ++waiting_->last;
-    waiting_->requests.insert(number);
+    waiting_->requests[number] = std::make_shared<std::atomic<bool>>(true);
     const auto answer = std::make_shared<Answer>();
     answer->error = std::move(error);
     waiting_->callbacks.host().surroundings().runLoop.post(
@@ -123,7 +143,10 @@ void PluginTasks::deliver(Waiting& waiting, Number number, const Receiver& recei
 }
 
 void PluginTasks::cancel(Number number) {
-    waiting_->requests.erase(number);
+    if (const auto request = waiting_->requests.find(number); request != waiting_->requests.end()) {
+        *request->second = false;
+        waiting_->requests.erase(request);
+    }
     const auto timer = waiting_->timers.find(number);
     if (timer == waiting_->timers.end()) return;
     const auto dropped = std::move(timer->second); // may be the one whose call this is

@@ -33,7 +33,7 @@ public:
     /// Any thread.
     void post(CorvaneTask task, void* data);
     [[nodiscard]] Number startTimer(double seconds, bool repeats, CorvaneTask task, void* data);
-    /// `request` is overwritten after it was sent.
+    /// `request` is overwritten when it is no longer needed.
     [[nodiscard]] Number send(std::shared_ptr<halden::Node> node, std::int32_t code, util::Bytes request,
                               Receiver receiver);
     [[nodiscard]] Number query(std::shared_ptr<halden::Node> node, halden::QueryParameters parameters,

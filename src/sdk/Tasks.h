@@ -44,8 +44,9 @@ typedef struct CorvaneTasks {
                         CorvaneObject* attributes, uint32_t maximum, CorvaneCompletion completion,
                         void* data);
 
-    /* Nothing is called back for this number from here on. A request that was sent already may still have its
-     * effect. Numbers that aren't known, 0 among them, are ignored. */
+    /* Nothing is called back for this number from here on. A request that waits for others isn't
+     * sent; one that was sent already may still have its effect. Numbers that aren't known, 0 among them, are
+     * ignored. */
     void (*cancel)(void* context, uint64_t number);
 } CorvaneTasks;
 

@@ -57,6 +57,22 @@ TEST_F(SettingsOfAPlugin, emptyValues_removeTheirKey) {
     EXPECT_FALSE(settings.containsKey("d"));
 }
 
+TEST_F(SettingsOfAPlugin, objects_areStoredAndReadAsTheyAre) {
+    const auto inner = host.dictionary();
+    EXPECT_TRUE(inner.set("early", host.integer(1)));
+    EXPECT_TRUE(settings.setDictionary(inner, "dictionary"));
+    EXPECT_TRUE(inner.set("late", host.integer(2)));
+    EXPECT_TRUE(settings.dictionaryForKey("dictionary").has("late")) << "the object itself";
+    const std::uint8_t bytes[] = {1, 2, 3};
+    EXPECT_TRUE(settings.setData(host.data(bytes), "data"));
+    const auto data = settings.dataForKey("data");
+    EXPECT_EQ(data.bytes().size(), 3U);
+    EXPECT_TRUE(settings.setNumber(host.integer(0), "number"));
+    EXPECT_EQ(settings.integerForKey("number", 9), 0) << "zero is stored";
+    EXPECT_TRUE(settings.setNumber({}, "number"));
+    EXPECT_FALSE(settings.containsKey("number"));
+}
+
 TEST_F(SettingsOfAPlugin, writesThatCantBe_changeNothing) {
     EXPECT_FALSE(settings.setArray(host.string("x"), "a")) << "another kind";
     EXPECT_FALSE(settings.setDictionary(settings.object(), "itself")) << "it would have no end";

@@ -1,6 +1,7 @@
 // Timers, posted work and requests whose answers come later, as a plug-in meets them.
 #include <gtest/gtest.h>
 
+#include <future>
 #include <thread>
 
 #include "fakes/FakeHost.h"
@@ -163,6 +164,57 @@ TEST_F(TasksOfAPlugin, cancelledRequest_isNeverAnswered) {
     }
     waitForAll();
     EXPECT_FALSE(heard);
+}
+
+TEST_F(TasksOfAPlugin, requestCancelledWhileItWaits_isNeverSent) {
+    std::promise<void> release;
+    session->config().onCall = [&, gate = release.get_future().share()](const fakes::ReceivedCall& call,
+                                                                        halden::Error*) {
+        asked.push_back({call.code, {}});
+        if (call.code == 1) gate.wait();
+        return std::optional(util::Bytes());
+    };
+    const auto first = send(1, [](const auto&, const auto&) {});
+    {
+        const auto second = send(2, [](const auto&, const auto&) {});
+    }
+    release.set_value();
+    waitForAll();
+    ASSERT_EQ(asked.size(), 2U);
+    EXPECT_EQ(asked[0].first, 1);
+    EXPECT_EQ(asked[1].first, 9999);
+}
+
+TEST_F(TasksOfAPlugin, records_areAskedForAsByTheBlockingEntry) {
+    session->config().records = {std::make_shared<fakes::FakeRecord>("Users", "alice"),
+                                 std::make_shared<fakes::FakeRecord>("Users", "bob")};
+    std::uint64_t count = 0;
+    const auto request = sdk::Request::records(host, node(), "Users", "bob", {"RealName"}, 7,
+                                               [&](const sdk::Object& records, const auto& error) {
+                                                   EXPECT_FALSE(error);
+                                                   count = records.count();
+                                               });
+    waitForAll();
+    const auto& asking = session->config().queries.back();
+    EXPECT_EQ(asking.recordTypes, Texts{"Users"});
+    EXPECT_EQ(asking.values, Texts{"bob"});
+    EXPECT_EQ(asking.attributesToReturn, Texts{"RealName"});
+    EXPECT_EQ(asking.maximumResults, 7U);
+    EXPECT_EQ(count, host.records(node(), "Users", "bob", {"RealName"}, 7).count());
+}
+
+TEST_F(TasksOfAPlugin, hostWithoutTasks_neverCallsBack) {
+    auto older = hostTable->table();
+    older.size = offsetof(CorvaneHost, tasks);
+    const sdk::Host old(older);
+    const sdk::Timer timer(old, 0, false, [] { FAIL(); });
+    const auto request =
+        sdk::Request::customCall(old, node(), 1, {}, [](const auto&, const auto&) { FAIL(); });
+    sdk::post(old, [] { FAIL(); });
+    EXPECT_FALSE(request.isUnderWay());
+    program.runLoop.advance(1);
+    program.runLoop.runPosted();
+    EXPECT_TRUE(asked.empty());
 }
 
 TEST_F(TasksOfAPlugin, destroyedPluginObject_hearsOfNothingAnyMore) {
