@@ -319,6 +319,12 @@ void Form::userPressed(const std::string& name) {
     if (closesAnyhow || (role == Button::Role::accept && !hasProblem_)) userDismissed();
 }
 
+bool Form::copiesReport(const std::string& name) {
+    if (const auto* button = buttonNamed(name)) return button->role == Button::Role::copy;
+    const auto* item = itemNamed(name);
+    return item != nullptr && item->role == Button::Role::copy;
+}
+
 void Form::userDismissed() {
     if (window_ == nullptr) return;
     const auto self = shared_from_this();

@@ -72,6 +72,8 @@ public:
     void userSelected(const std::string& name, const std::vector<std::int64_t>& rows);
     void userEntered(const std::string& name);
     void userPressed(const std::string& name);
+    /// Whether that button copies the report; whoever shows the form does it.
+    [[nodiscard]] bool copiesReport(const std::string& name);
     /// A group was folded or unfolded. The plug-in doesn't hear of it.
     void userFolded(const std::string& name, bool isFolded);
     /// Escape, or the window's own way of closing.

@@ -194,7 +194,10 @@ void setValue(Item& item, const util::Value& value) {
         item.value = !value.isNull() && truthFrom(value);
         return;
     case Item::Kind::progress: // between 0 and 1; none while nobody knows
-        if (!value.isNull() && value.as<util::Number>().isNull()) refuse("it isn't a number");
+        if (const auto part = value.as<util::Number>(); !value.isNull()) {
+            if (part.isNull()) refuse("it isn't a number");
+            if (!(part.doubleValue() >= 0 && part.doubleValue() <= 1)) refuse("it isn't from 0 to 1");
+        }
         item.value = value;
         return;
     case Item::Kind::list: {
@@ -237,7 +240,8 @@ const std::multimap<std::string, Item::Kind, std::less<>>& kindsOfKeys() {
         {"emptyMessage", Kind::list}, {"buttons", Kind::list},    {"steps", Kind::steps},
         {"paragraphs", Kind::result}, {"items", Kind::group},     {"folded", Kind::group},
         {"text", Kind::paragraph},    {"style", Kind::paragraph}, {"announced", Kind::paragraph},
-        {"title", Kind::check},       {"title", Kind::group},     {"title", Kind::button}};
+        {"title", Kind::check},       {"title", Kind::group},     {"title", Kind::button},
+        {"role", Kind::button}};
     return kinds;
 }
 

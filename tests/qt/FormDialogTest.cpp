@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <QApplication>
+#include <QClipboard>
 #include <QComboBox>
 #include <QDialog>
 #include <QLabel>
@@ -180,6 +181,22 @@ TEST_F(FormOnScreen, messageDestroyedWithItsParent_leavesAClosedForm) {
     delete dialog();
     EXPECT_FALSE(form->isOpen());
     EXPECT_TRUE(events.empty());
+}
+
+TEST_F(FormOnScreen, numberSetToNothing_takesAnUnacceptableTextAway) {
+    show({item("number", "port", {{"minimum", 1}, {"maximum", 65535}})});
+    find<QLineEdit>("port")->setText("99999");
+    form->set("port", "placeholder", "389");
+    EXPECT_EQ(find<QLineEdit>("port")->text(), "99999") << "it is the user's";
+    form->set("port", "value", util::Value());
+    EXPECT_EQ(find<QLineEdit>("port")->text(), "");
+}
+
+TEST_F(FormOnScreen, buttonInTheWindow_copiesTheReport) {
+    show({item("result", "result", {{"paragraphs", Array{"It works."}}}),
+          item("button", "copy", {{"title", "Copy"}, {"role", "copy"}})});
+    QTest::mouseClick(find<QPushButton>("copy"), Qt::LeftButton);
+    EXPECT_EQ(QApplication::clipboard()->text(), "Example\nIt works.");
 }
 
 TEST_F(FormOnScreen, groupThatIsHiddenOrDisabled_takesItsItemsAlong) {

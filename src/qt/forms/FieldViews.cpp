@@ -71,7 +71,10 @@ public:
         line_->setPlaceholderText(fromUtf8(item.placeholder));
         if (beside_ && item.button) showFormButton(*beside_, *item.button, surface_.form());
         if (browse_) browse_->setEnabled(item.isBrowsable);
-        if (wasShown_ && item.value == shown_) return; // the user may be typing
+        // A text that was no number is taken away with the value; any other is what the user may be typing.
+        const bool isStale = item.kind == Item::Kind::number && item.value.isNull() &&
+                             !item.isTextUnacceptable && !line_->text().isEmpty();
+        if (wasShown_ && item.value == shown_ && !isStale) return;
         wasShown_ = true;
         shown_ = item.value;
         put(fromUtf8(surface_.form().textOf(item)));

@@ -188,10 +188,7 @@ void FormDialog::act(const char* gesture, const std::function<void(forms::Form&)
 
 void FormDialog::press(const std::string& buttonName) {
     act("a button", [&](forms::Form& form) {
-        forEachButton([&](const Button& button) {
-            if (button.name == buttonName && button.role == Button::Role::copy)
-                QApplication::clipboard()->setText(fromUtf8(form.report()));
-        });
+        if (form.copiesReport(buttonName)) QApplication::clipboard()->setText(fromUtf8(form.report()));
         form.userPressed(buttonName);
     });
 }
